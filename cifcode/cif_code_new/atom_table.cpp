@@ -1,0 +1,223 @@
+// Atom types, atom sites and anisotropic displacements of a block, in this order, into atom
+// records.
+#include "cifcode/cif_code_new/atom_table.h"
+
+#include "console_code/kva_utilities/text.h"
+#include "foundations/XTAL_Scattering_Chemical_Tables.h"
+
+namespace KVA_CIFNEW {
+
+using namespace KVA_UTILITIES;
+using KVA_CRYSTAL_STRUCTURES::ATOM_TYPE;
+
+namespace {
+
+// ---- the three loops ----
+
+struct LABEL {
+  std::string_view NAME;
+  char VTYPE;
+};
+
+enum TYPE_LABEL { TYPE_SYMBOL = 1, TYPE_DESCRIPTION };
+constexpr std::array<LABEL, 2> type_labels{{
+    {"_atom_type_symbol", 'C'},
+    {"_atom_type_description", 'C'},
+}};
+
+enum SITE_LABEL {
+  SITE_NAME = 1,
+  SITE_TYPE_SYMBOL,
+  SITE_X,
+  SITE_OCCUPANCY = SITE_X + 3,
+  SITE_U_ISO,
+  SITE_B_ISO,
+};
+constexpr std::array<LABEL, 9> site_labels{{
+    {"_atom_site_label", 'C'},
+    {"_atom_site_type_symbol", 'C'},
+    {"_atom_site_fract_x", 'F'},
+    {"_atom_site_fract_y", 'F'},
+    {"_atom_site_fract_z", 'F'},
+    {"_atom_site_occupancy", 'F'},
+    {"_atom_site_U_iso_or_equiv", 'F'},
+    {"_atom_site_B_iso_or_equiv", 'F'},
+    {"_atom_site_adp_type", 'C'},
+}};
+
+enum ANISO_LABEL { ANISO_NAME = 1, ANISO_U = 2 };
+constexpr std::array<LABEL, 7> aniso_labels{{
+    {"_atom_site_aniso_label", 'C'},
+    {"_atom_site_aniso_U_11", 'F'},
+    {"_atom_site_aniso_U_22", 'F'},
+    {"_atom_site_aniso_U_33", 'F'},
+    {"_atom_site_aniso_U_12", 'F'},
+    {"_atom_site_aniso_U_13", 'F'},
+    {"_atom_site_aniso_U_23", 'F'},
+}};
+
+CIFDATA_TYPE READ_LOOP(FILE_LINES& lines, std::string_view key, std::span<const LABEL> labels) {
+  CIFDATA_TYPE loop;
+  loop.KEY = key;
+  for (const LABEL& label : labels) {
+    ++loop.NLABELS;
+    loop.LABELS(loop.NLABELS) = label.NAME;
+    loop.VTYPE(loop.NLABELS) = label.VTYPE;
+  }
+  READ_LOOP_CIF(lines, loop);
+  return loop;
+}
+
+// ---- atom types ----
+
+struct ATOM_TYPE_ROW {
+  std::string SNAME;     // type symbol, upper case
+  std::string SCAT;      // scattering text in normal form
+  float SCHARGE = 0.0f;  // charge told by it
+};
+
+// The digit behind the sign, with the sign; 0 without one.
+float CHARGE_OF(const std::string& scat) {
+  std::size_t sign = scat.find('+');
+  if (sign == std::string::npos) sign = scat.find('-');
+  if (sign == std::string::npos || sign + 1 >= scat.size()) return 0.0f;
+  const char digit = scat[sign + 1];
+  if (digit < '0' || digit > '9') return 0.0f;
+  const auto charge = static_cast<float>(digit - '0');
+  return scat[sign] == '-' ? -charge : charge;
+}
+
+std::vector<ATOM_TYPE_ROW> READ_ATOM_TYPES(FILE_LINES& lines) {
+  const CIFDATA_TYPE loop = READ_LOOP(lines, "_atom_type_", type_labels);
+  std::vector<ATOM_TYPE_ROW> types;
+  for (int row = 1; row <= loop.N; ++row) {
+    ATOM_TYPE_ROW type;
+    type.SNAME = U_CASE(LEFT_ADJUST(loop.CVAL(row, TYPE_SYMBOL)));
+    type.SCAT = SCAT_FORMAT(loop.CVAL(row, TYPE_DESCRIPTION));
+    type.SCHARGE = CHARGE_OF(type.SCAT);
+    types.push_back(type);
+  }
+  return types;
+}
+
+// ---- the element of a site ----
+
+// Element of a text with its atomic number; blank and 0 when the text names none.
+void SET_ELEMENT(const std::string& text, ATOM_TYPE& atom) {
+  XTAL::GET_CHEMSYMB(text, atom.CHEMSYMB, atom.Z);
+  if (atom.CHEMSYMB == "**") atom.CHEMSYMB.clear();
+}
+
+// By the table of atom types, then by the site's type symbol, then by its label.
+void CHOOSE_ELEMENT(const std::string& type_symbol, const std::vector<ATOM_TYPE_ROW>& types,
+                    ATOM_TYPE& atom) {
+  if (!type_symbol.empty()) {
+    for (const ATOM_TYPE_ROW& type : types) {
+      if (type.SNAME != U_CASE(type_symbol)) continue;
+      atom.SFACSYMB = CUT_TEXT(type.SCAT, 4);
+      atom.CHARGE = type.SCHARGE;
+      SET_ELEMENT(atom.SFACSYMB, atom);
+      break;
+    }
+    if (atom.SFACSYMB.empty()) {
+      SET_ELEMENT(type_symbol, atom);
+      atom.SFACSYMB = atom.CHEMSYMB;
+    }
+  }
+  if (!atom.SFACSYMB.empty()) return;
+  SET_ELEMENT(atom.LAB, atom);
+  atom.SFACSYMB = U_CASE(atom.CHEMSYMB);
+}
+
+// ---- atom sites ----
+
+ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_TYPE_ROW>& types) {
+  constexpr int label_length = 20;
+  ATOM_TYPE atom;
+  atom.LAB = CUT_TEXT(LEFT_ADJUST(loop.CVAL(row, SITE_NAME)), label_length);
+  CHOOSE_ELEMENT(LEFT_ADJUST(loop.CVAL(row, SITE_TYPE_SYMBOL)), types, atom);
+  for (int k = 0; k < 3; ++k) {
+    atom.X[static_cast<std::size_t>(k)] = loop.VAL(row, SITE_X + k);
+    atom.X_STD[static_cast<std::size_t>(k)] = loop.VAL_STD(row, SITE_X + k);
+  }
+  atom.OCC = loop.VAL(row, SITE_OCCUPANCY);
+  atom.OCC_STD = loop.VAL_STD(row, SITE_OCCUPANCY);
+  atom.UEQ = loop.VAL(row, SITE_U_ISO);
+  atom.BISO = loop.VAL(row, SITE_B_ISO);
+  atom.BISO_STD = loop.VAL_STD(row, SITE_B_ISO);
+  return atom;
+}
+
+// False when the loop is absent or empty.
+bool READ_SITES(FILE_LINES& lines, const std::vector<ATOM_TYPE_ROW>& types, LIST<ATOM_TYPE>& atom) {
+  const CIFDATA_TYPE loop = READ_LOOP(lines, "_atom_site_", site_labels);
+  if (ERR_KVACIF || WARN_KVACIF) return false;
+  if (loop.N == 0) {
+    ERR_KVACIF = true;
+    ERR_KVACIF_MESS = "Loop for atoms found in cif, but no atom info from cif";
+    return false;
+  }
+  for (int row = 1; row <= loop.N; ++row) atom.ADD(ATOM_OF_ROW(loop, row, types));
+  return true;
+}
+
+// ---- anisotropic displacements ----
+
+void SET_TENSOR(const CIFDATA_TYPE& loop, int row, ATOM_TYPE& atom) {
+  for (int k = 0; k < 6; ++k) {
+    atom.U[static_cast<std::size_t>(k)] = loop.VAL(row, ANISO_U + k);
+    atom.U_STD[static_cast<std::size_t>(k)] = loop.VAL_STD(row, ANISO_U + k);
+  }
+  atom.THTYPE = "Aniso";
+  atom.UTYPE = "u_ij";
+}
+
+void READ_TENSORS(FILE_LINES& lines, LIST<ATOM_TYPE>& atom) {
+  const CIFDATA_TYPE loop = READ_LOOP(lines, "_atom_site_aniso_", aniso_labels);
+  if (ERR_KVACIF || WARN_KVACIF || loop.N == 0) return;
+  if (loop.N > atom.COUNT()) {
+    ERR_KVACIF = true;
+    ERR_KVACIF_MESS = "More aniso displacement factors than atoms";
+    return;
+  }
+  for (int row = 1; row <= loop.N; ++row) {
+    const std::string label = LEFT_ADJUST(loop.CVAL(row, ANISO_NAME));
+    for (ATOM_TYPE& candidate : atom) {
+      if (candidate.LAB != label) continue;
+      SET_TENSOR(loop, row, candidate);
+      break;
+    }
+  }
+}
+
+}  // namespace
+
+std::string SCAT_FORMAT(std::string_view sin) {
+  const std::string text = CUT_TEXT(LEFT_ADJUST(sin), 4);
+  std::size_t sign = text.find('-');
+  if (sign == std::string::npos) sign = text.find('+');
+  if (sign == std::string::npos) return text;
+  const std::size_t last = text.size() - 1;
+  if (sign + 1 == last) return text;
+  if (sign != last || sign == 0) return "";
+  const std::string before = text.substr(0, sign);
+  const std::size_t letters = std::min(before.find_first_of("0123456789"), before.size());
+  const std::string charge = letters == before.size() ? "1" : before.substr(letters);
+  return before.substr(0, letters) + text[sign] + charge;
+}
+
+void READ_CIF_ATOMARRAY(const FILE_LINES& flines, int start, int end, LIST<ATOM_TYPE>& atom,
+                        int& natoms) {
+  INIT_ERR_KVACIF();
+  natoms = 0;
+  atom.CLEAR();
+  FILE_LINES lines = BLOCK_LINES(flines, start, end);
+  if (lines.COUNT() == 0) return;
+  const std::vector<ATOM_TYPE_ROW> types = READ_ATOM_TYPES(lines);
+  INIT_ERR_KVACIF();  // a file need not have the loop of atom types
+  if (!READ_SITES(lines, types, atom)) return;
+  natoms = atom.COUNT();
+  READ_TENSORS(lines, atom);
+}
+
+}  // namespace KVA_CIFNEW

@@ -1,0 +1,78 @@
+// The lexical layer of CIF: lines of a file to blocks, numbers, texts and loops. A small line-based
+// scanner, forgiving by design: a value stands on its data name's line, names are matched as
+// lower-cased substrings, and a loop is found by its first data name. Prints nothing.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/table.h"
+
+namespace KVA_CIFNEW {
+
+using KVA_UTILITIES::FILE_LINES;
+using KVA_UTILITIES::LIST;
+using KVA_UTILITIES::ROW;
+
+inline constexpr int MAX_LOOP_LABELS = 20;   // columns of a loop that can be read
+inline constexpr int LOOP_WORD_LENGTH = 40;  // characters of a loop value that are kept
+inline constexpr int LOOP_KEY_LENGTH = 80;
+
+// A loop to read, and what was read of it.
+struct CIFDATA_TYPE {
+  int NLABELS = 0;                           // labels in use, at most 20; set by the caller
+  int N = 0;                                 // rows read
+  std::string KEY;                           // prefix of the loop's data names; by the caller
+  ROW<std::string, MAX_LOOP_LABELS> LABELS;  // data names wanted; by the caller
+  ROW<char, MAX_LOOP_LABELS> VTYPE;          // 'C' text, else number with esd; by the caller
+  ROW<int, MAX_LOOP_LABELS> IND;             // column of each label, 0 if absent
+  KVA_UTILITIES::TABLE<std::string, MAX_LOOP_LABELS> CVAL;  // texts, row by label
+  KVA_UTILITIES::TABLE<float, MAX_LOOP_LABELS> VAL;         // values, row by label
+  KVA_UTILITIES::TABLE<float, MAX_LOOP_LABELS> VAL_STD;     // their esds
+};
+
+// Error and warning state, cleared by INIT_ERR_KVACIF. Texts of 256 characters.
+inline bool ERR_KVACIF = false;
+inline std::string ERR_KVACIF_MESS;
+inline bool WARN_KVACIF = false;
+inline std::string WARN_KVACIF_MESS;
+void INIT_ERR_KVACIF();
+
+// Control characters to blanks, lines left-adjusted, the older operator name to the newer one.
+void CLEAN_CIF(FILE_LINES& flines);
+
+// Line numbers at which data blocks start; "data_global" starts none. nblocks is only raised: set
+// it to 0 before. nlines has an entry for each line that begins with data_, unused ones 0.
+void FIND_ALL_BLOCKS_CIF(const FILE_LINES& flines, LIST<int>& nlines, int& nblocks);
+
+// First line from line to end that holds key; string receives what stands behind it and line
+// becomes its number. Without a match line stays and string is blank.
+void FIND_KEY_STRING(const FILE_LINES& flines, int& line, int end, std::string_view key,
+                     std::string& string);
+
+// The same search and then the numbers with esds behind the key: count of them, at most room in
+// values and stds (which must be of the same size) is filled.
+void FIND_KEY_VALUE_STD(const FILE_LINES& flines, int& line, int end, std::string_view key,
+                        std::vector<float>& values, std::vector<float>& stds, int& count);
+
+// The number behind key with its esd; 0 and 0 unless exactly one number stands there.
+void READ_CIF_VALUE(std::string_view key, const FILE_LINES& flines, int start, int end,
+                    float& value, float& std);
+
+// All that stands behind key on its line, quotes included, or blank.
+void READ_CIF_TEXT(std::string_view key, const FILE_LINES& flines, int start, int end,
+                   std::string& text);
+
+// One of the seven crystal systems in lower case, or blank.
+void READ_CIF_SYSTEM(const FILE_LINES& flines, int start, int end, std::string& system);
+
+// Reads the loop described by cifdata out of flines, whose lines it left-adjusts. An absent loop
+// leaves ERR_KVACIF with "cifdata_key of ... not found by read_loop_cif".
+void READ_LOOP_CIF(FILE_LINES& flines, CIFDATA_TYPE& cifdata);
+
+// The lines start to end of a buffer, as a buffer of their own.
+FILE_LINES BLOCK_LINES(const FILE_LINES& flines, int start, int end);
+
+}  // namespace KVA_CIFNEW

@@ -1,0 +1,36 @@
+// Pieces of a CIF as it is written: data names at column 1, values of scalar items from column 40.
+// All write to an open unit. A line that the system refuses sets ERR_KVACIF.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cifcode/cif_code_new/scanner.h"
+#include "src/kva_crystal_structures/records.h"
+
+namespace KVA_CIFNEW {
+
+// A symmetry code held as a number, 12.555, as text, "12_555".
+std::string WRITE_SYMCODE(float code);
+
+// One line, as it stands.
+void WRITE_CIF_LINE(std::string_view line, int unit);
+
+// "loop_" with an empty line before it, and its data names, four blanks before each.
+void WRITE_CIF_LOOP_HEAD(const std::vector<std::string>& names, int unit);
+
+// Rows of a loop in aligned columns; blank cells as ".".
+void WRITE_CIF_ROWS(std::vector<std::vector<std::string>> rows, int unit);
+
+void WRITE_CIF_VALUE(std::string_view name, float value, float esd, int unit);
+
+// "|" in text is a line break; a blank text writes "?".
+void WRITE_CIF_TEXT(std::string_view name, std::string_view text, int unit);
+void WRITE_CIF_CELL(const XTAL::CRYSTAL_CELL& cell, int unit);
+void WRITE_CIF_AUDIT(std::string_view method, int unit);
+
+// The loops of atoms and of anisotropic displacements, atoms in use only.
+void WRITE_CIF_ATOMS(const KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase, int unit);
+
+}  // namespace KVA_CIFNEW

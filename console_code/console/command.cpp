@@ -1,0 +1,257 @@
+// The command interpreter: built-in commands, the search in the command table, and HELP. Knows no
+// command of the table.
+#include "console_code/console/command.h"
+
+#include <array>
+#include <string_view>
+
+#include "console_code/console/input.h"
+#include "console_code/console/open_file.h"
+#include "console_code/console/output.h"
+#include "console_code/console/prompts.h"
+#include "console_code/console/settings.h"
+#include "console_code/console/state.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_CONSOLE {
+
+using namespace KVA_UTILITIES;
+
+namespace {
+
+constexpr int word_columns = 10;          // of a command word in HELP
+constexpr std::size_t clock_columns = 5;  // hours and minutes
+constexpr int end_by_exit = 0;
+constexpr int end_by_x = -1;
+constexpr std::string_view gate_word = "kompressa";  // opens the reserved commands
+
+// ---- built-in commands ----
+
+enum class BUILT_IN {
+  NONE,
+  EXIT,
+  X,
+  HELP,
+  LOG,
+  MODE,
+  PRIV,
+  INFO,
+  TIME,
+  SYS,
+  DIR,
+  CD,
+  RECORD,
+  END,
+  MACRO
+};
+
+struct BUILT_IN_WORD {
+  std::string_view WORD;
+  BUILT_IN CODE;
+};
+
+// In test order, which settles a word that contains two of them: TIMELOG is LOG.
+constexpr std::array built_ins{
+    BUILT_IN_WORD{"EXIT", BUILT_IN::EXIT}, BUILT_IN_WORD{"X", BUILT_IN::X},
+    BUILT_IN_WORD{"HELP", BUILT_IN::HELP}, BUILT_IN_WORD{"LOG", BUILT_IN::LOG},
+    BUILT_IN_WORD{"MODE", BUILT_IN::MODE}, BUILT_IN_WORD{"PRIV", BUILT_IN::PRIV},
+    BUILT_IN_WORD{"INFO", BUILT_IN::INFO}, BUILT_IN_WORD{"TIME", BUILT_IN::TIME},
+    BUILT_IN_WORD{"SYS", BUILT_IN::SYS},   BUILT_IN_WORD{"DIR", BUILT_IN::DIR},
+    BUILT_IN_WORD{"CD", BUILT_IN::CD},     BUILT_IN_WORD{"RECORD", BUILT_IN::RECORD},
+    BUILT_IN_WORD{"END", BUILT_IN::END},   BUILT_IN_WORD{"MACRO", BUILT_IN::MACRO}};
+
+// A built-in fits when the word contains it anywhere; X must be the whole word, and END counts
+// only while a macro is recorded.
+bool BUILT_IN_FITS(const BUILT_IN_WORD& built_in, std::string_view word) {
+  if (built_in.CODE == BUILT_IN::X) return word == built_in.WORD;
+  if (built_in.CODE == BUILT_IN::END && MACRO_STATE != -1) return false;
+  return word.find(built_in.WORD) != std::string_view::npos;
+}
+
+BUILT_IN FIND_BUILT_IN(std::string_view word) {
+  for (const BUILT_IN_WORD& built_in : built_ins)
+    if (BUILT_IN_FITS(built_in, word)) return built_in.CODE;
+  return BUILT_IN::NONE;
+}
+
+void RUN_PRIV() {
+  if (RESERVED_ON)
+    RESERVED_ON = false;
+  else
+    RESERVED_ON = EQUAL_TEXT(GET_INPUT_STRING("     Password:"), gate_word);
+}
+
+void ENTER_SYSTEM_MODE() {
+  SYSTEM_MODE = 1;
+  WRITE_OUT("     To exit from system and return to the program, type PROG");
+  SAVED_PROMPT = CMD_PROMPT;
+  CMD_PROMPT = "SYSTEM>";
+}
+
+void LEAVE_SYSTEM_MODE() {
+  SYSTEM_MODE = 0;
+  CMD_PROMPT = SAVED_PROMPT;
+}
+
+void RUN_SYSTEM_COMMAND(const std::string& line, std::string_view failure) {
+  bool err = false;
+  SYSTEM_COMMAND(line, err);
+  if (err) WARNING(failure);
+}
+
+void RECORD_MACRO() {
+  WRITE_OUT("       Open a file to record the commands");
+  OPEN_MACRO_FILE("REPLACE CONFIRM");
+  MACRO_STATE = MACRO_FILE.OPEN ? -1 : 0;
+  WRITE_OUT(MACRO_FILE.OPEN ? "***** Macro recording intiated"
+                            : "***** Macro recording FAILED to be intiated");
+}
+
+void END_MACRO() {
+  MACRO_STATE = 0;
+  CLOSE_FILE(MACRO_FILE);
+  WRITE_OUT("***** Macro recording stopped");
+}
+
+void REPLAY_MACRO() {
+  OPEN_MACRO_FILE("OLD READ");
+  MACRO_STATE = MACRO_FILE.OPEN ? 1 : 0;
+  WRITE_OUT(MACRO_FILE.OPEN ? "***** Running macro" : "***** Failed to start macro");
+}
+
+// Carries out a built-in other than those that end the caller's loop.
+void RUN_BUILT_IN(BUILT_IN built_in) {
+  switch (built_in) {
+    case BUILT_IN::HELP:
+      return CONSOLE_HELP();
+    case BUILT_IN::LOG:
+      return OPEN_LOG_FILE();
+    case BUILT_IN::MODE:
+      return SET_MODE();
+    case BUILT_IN::PRIV:
+      return RUN_PRIV();
+    case BUILT_IN::INFO:
+      return WRITE_HEADER();
+    case BUILT_IN::TIME:
+      TIME_IN_PROMPT = !TIME_IN_PROMPT;
+      return;
+    case BUILT_IN::SYS:
+      return ENTER_SYSTEM_MODE();
+    case BUILT_IN::DIR:
+      return RUN_SYSTEM_COMMAND("ls " + INSTRING, "LS command returned an error");
+    case BUILT_IN::CD:
+      RUN_SYSTEM_COMMAND("chdir " + INSTRING, "CD command returned an error");
+      return WRITE_WDIR();
+    case BUILT_IN::RECORD:
+      return RECORD_MACRO();
+    case BUILT_IN::END:
+      return END_MACRO();
+    case BUILT_IN::MACRO:
+      return REPLAY_MACRO();
+    case BUILT_IN::NONE:
+    case BUILT_IN::EXIT:
+    case BUILT_IN::X:
+      return;
+  }
+}
+
+// A line of the system mode.
+void RUN_SYSTEM_LINE() {
+  if (INCOM.find("PROG") != std::string::npos)
+    LEAVE_SYSTEM_MODE();
+  else
+    RUN_SYSTEM_COMMAND(INSTRING, "System command returned an error");
+}
+
+// ---- command table ----
+
+bool IS_HIDDEN(const COMMAND_ENTRY& entry) {
+  return entry.CPRIV && !RESERVED_ON;
+}
+
+// The entry that the word abbreviates; 0 when none fits, or several do, with a message.
+int FIND_COMMAND(std::string_view word) {
+  int found = 0;
+  for (int i = 1; i <= COMMANDS.COUNT(); ++i) {
+    if (IS_HIDDEN(COMMANDS(i)) || !COMMANDS(i).CLIST.starts_with(word)) continue;
+    if (found > 0) {
+      WRITE_OUT("*****Ambiguous command ");
+      return 0;
+    }
+    found = i;
+  }
+  return found;
+}
+
+// ---- help ----
+
+void HELP_GROUP(int group) {
+  for (const COMMAND_ENTRY& entry : COMMANDS) {
+    if (entry.CLIST_GROUP != group || IS_HIDDEN(entry)) continue;
+    WRITE_OUT("           " + TEXT_COLUMNS(entry.CLIST, word_columns) + ":  " +
+              TRIM(entry.CLIST_DESCRIPT));
+  }
+}
+
+}  // namespace
+
+void CONSOLE_HELP() {
+  WRITE_OUT_BLANK(1);
+  WRITE_OUT("        ******General Commands******");
+  std::string general = "           EXIT     HELP     INFO    LOG";
+  if (OPERATION_MODE >= 0) general += "     MODE";
+  WRITE_OUT(general);
+  HELP_GROUP(0);
+  for (int group = 1; group <= CLIST_GROUP_TITLE.COUNT(); ++group) {
+    const std::string title = TRIM(CLIST_GROUP_TITLE(group));
+    if (title.empty()) continue;
+    WRITE_OUT_BLANK(1);
+    WRITE_OUT("        ******" + title + "******");
+    HELP_GROUP(group);
+  }
+  WRITE_OUT_BLANK(1);
+  WRITE_OUT("        ******System & Macro Commands******");
+  WRITE_OUT("           TIME     RECORD   MACRO     END");
+  WRITE_OUT("           SYS      DIR       CD");
+}
+
+void SET_CMD_PROMPT() {
+  CMD_PROMPT = TRIM(CMD_PROMPT) + "-" + REAL_COLUMNS(PROGRAM_VERSION, 3, 1) + ">";
+}
+
+std::string SET_CMD_PROMPT_DATE() {
+  const std::string prompt = TRIM(CMD_PROMPT);
+  const std::string stem = prompt.substr(0, prompt.find('>'));
+  if (!TIME_IN_PROMPT) return stem + ">";
+  return DATE_KVA() + " " + CLOCK_KVA().substr(0, clock_columns) + " " + stem + ">";
+}
+
+void COMMAND(int& icom) {
+  icom = 0;
+  while (true) {
+    WRITE_OUT_BLANK(1);
+    GET_INPUT(SET_CMD_PROMPT_DATE());
+    if (INSTRING_LEN == 0) continue;
+    INCOM = U_CASE(INSTRING.substr(0, INSTRING.find(' ')));
+    if (SYSTEM_MODE == 1) {
+      RUN_SYSTEM_LINE();
+      continue;
+    }
+    TAKE_WORD();
+    const BUILT_IN built_in = FIND_BUILT_IN(INCOM);
+    if (built_in == BUILT_IN::EXIT || built_in == BUILT_IN::X) {
+      icom = built_in == BUILT_IN::EXIT ? end_by_exit : end_by_x;
+      return;
+    }
+    if (built_in != BUILT_IN::NONE) {
+      RUN_BUILT_IN(built_in);
+      continue;
+    }
+    icom = FIND_COMMAND(INCOM);
+    if (icom > 0) return;
+  }
+}
+
+}  // namespace KVA_CONSOLE

@@ -1,0 +1,89 @@
+// Reading one line from the console or the running macro, its echo, log line and recording.
+// Nothing else in the program reads the console.
+#include "console_code/console/input.h"
+
+#include <cstdlib>  // for exit
+#include <iostream>
+
+#include "console_code/console/output.h"
+#include "console_code/console/state.h"
+#include "console_code/console_win.h"
+#include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_CONSOLE {
+
+using namespace KVA_UTILITIES;
+
+namespace {
+
+constexpr int end_of_input_status = 2;
+constexpr char delete_character = 0x7F;
+
+void CONTROL_TO_BLANKS(std::string& line) {
+  for (char& c : line)
+    if ((c >= 0 && c < ' ') || c == delete_character) c = ' ';
+}
+
+// Input has run out, so nobody can say EXIT: the files are made safe and the program ends.
+[[noreturn]] void END_OF_INPUT() {
+  std::cout.flush();
+  CLOSE_FILE(LOG_FILE);
+  CLOSE_FILE(MACRO_FILE);
+  std::cerr << "Gemmara: end of input\n" << std::flush;
+  std::exit(end_of_input_status);
+}
+
+void READ_MACRO_LINE(const std::string& prompt) {
+  const READ_STATUS status = READ_UNIT(MACRO_FILE.UNIT, INSTRING);
+  if (status != READ_STATUS::LINE) INSTRING.clear();
+  CONTROL_TO_BLANKS(INSTRING);
+  WRITE_OUT(prompt + TRIM(INSTRING), "NOLOG");
+  if (status == READ_STATUS::LINE) return;
+  MACRO_STATE = 0;
+  CLOSE_FILE(MACRO_FILE);
+  WRITE_OUT(status == READ_STATUS::END
+                ? "***** Macro completed"
+                : "***** Macro aborted because of reading error from macro file");
+}
+
+void RECORD_LINE() {
+  if (MACRO_STATE != -1 || !MACRO_FILE.OPEN || WRITE_UNIT(MACRO_FILE.UNIT, INSTRING)) return;
+  MACRO_STATE = 0;
+  WRITE_OUT("***** Macro recording stopped because " + MACRO_FILE.NAME + " cannot be written");
+  CLOSE_FILE(MACRO_FILE);
+}
+
+}  // namespace
+
+void CLEAR_INPUT() {
+  INSTRING.clear();
+  INSTRING_LEN = 0;
+}
+
+std::string TAKE_WORD() {
+  const std::string word = CUT_WORD(INSTRING);
+  INSTRING_LEN = LENTRIM(INSTRING);
+  return word;
+}
+
+bool GET_INPUT_CMD(std::string_view prompt) {
+  WRITE_CONSOLE(TRIM(prompt));
+  const bool read = READ_CONSOLE(INSTRING);
+  CONTROL_TO_BLANKS(INSTRING);
+  return read;
+}
+
+void GET_INPUT(std::string_view prompt) {
+  const std::string shown = TRIM(prompt);
+  CLEAR_INPUT();
+  if (MACRO_STATE == 1)
+    READ_MACRO_LINE(shown);
+  else if (!GET_INPUT_CMD(prompt))
+    END_OF_INPUT();
+  WRITE_LOG(shown + TRIM(INSTRING));
+  STRIP_FRONT_BLANK(INSTRING, INSTRING_LEN);
+  RECORD_LINE();
+}
+
+}  // namespace KVA_CONSOLE

@@ -1,0 +1,206 @@
+// Opening the files that the user names: policy on names, extensions, overwriting and access.
+// Reads and writes no content.
+#include "console_code/console/open_file.h"
+
+#include <cerrno>  // for ENAMETOOLONG
+
+#include "console_code/console/input.h"
+#include "console_code/console/output.h"
+#include "console_code/console/prompts.h"
+#include "console_code/console/state.h"
+#include "console_code/console_win.h"
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_CONSOLE {
+
+using namespace KVA_UTILITIES;
+
+namespace {
+
+enum class OPEN_MODE { UNKNOWN, APPEND, NEW, OLD, REPLACE, CONFIRM };
+
+// What the control text of OPEN_FILE asks for.
+struct OPEN_REQUEST {
+  OPEN_MODE MODE = OPEN_MODE::UNKNOWN;
+  bool TO_READ = false;  // read access is wanted, else write access
+  std::string WORD = "Open";
+};
+
+OPEN_REQUEST READ_CONTROL(std::string_view control) {
+  const auto has = [control](std::string_view word) { return INDEXALL(control, word) > 0; };
+  OPEN_REQUEST request;
+  if (has("APPEND")) request.MODE = OPEN_MODE::APPEND;
+  if (has("NEW")) request.MODE = OPEN_MODE::NEW;
+  if (has("OLD")) request.MODE = OPEN_MODE::OLD;
+  if (has("REPLACE")) request.MODE = has("CONF") ? OPEN_MODE::CONFIRM : OPEN_MODE::REPLACE;
+  if (has("SAVE")) request.WORD = "Save";
+  if (has("READ")) request.TO_READ = true;
+  return request;
+}
+
+// ---- the name ----
+
+// True when the file was open and stays so.
+bool KEEP_OPEN_FILE(FILE_RECORD& file) {
+  if (!file.OPEN) return false;
+  if (INSTRING_LEN == 0) {
+    WRITE_OUT(TRIM(file.DESCRIPTOR) + " named " + file.NAME + " is already open");
+    if (GET_ANSWER_YN("Do you want to close this and open a new file", "Y") != 'Y') return true;
+  }
+  CLOSE_FILE(file);
+  return false;
+}
+
+// Asks for a name when none is pending. False when none is given.
+bool NAME_IS_PENDING(const FILE_RECORD& file, const OPEN_REQUEST& request) {
+  if (INSTRING_LEN > 0) return true;
+  if (MACRO_STATE == -1) {
+    WRITE_OUT(" *****Selecting a filename this way will not be recorded by the Macro");
+    WRITE_OUT(" *****For recording enter the filename with the command");
+  }
+  WRITE_OUT_BLANK(1);
+  GET_INPUT_FILENAME(request.WORD, file.DESCRIPTOR, file.EXT);
+  return INSTRING_LEN > 0;
+}
+
+// The pending text as a file name, blank when there is none in it. A name that must exist and
+// does not is tried with the extension, since its "." may be that of a folder: ../data/quartz
+std::string TAKE_NAME(const FILE_RECORD& file, const OPEN_REQUEST& request) {
+  std::string name = USER_PATH(INSTRING);
+  CLEAR_INPUT();
+  if (name.empty()) return name;
+  name = WITH_EXTENSION(name, file.EXT);
+  if (request.MODE != OPEN_MODE::OLD || FILE_EXISTS(name)) return name;
+  if (FILENAME(name).find('.') != std::string::npos) return name;
+  const std::string extended = name + "." + file.EXT;
+  return FILE_EXISTS(extended) ? extended : name;
+}
+
+// ---- opening ----
+
+// True when the mode allows a file of this name; unit_mode is the way to open it.
+bool MODE_ALLOWS(OPEN_MODE mode, const std::string& name, UNIT_MODE& unit_mode) {
+  const bool exists = FILE_EXISTS(name);
+  switch (mode) {
+    case OPEN_MODE::UNKNOWN:
+      unit_mode = exists ? UNIT_MODE::OLD : UNIT_MODE::NEW;
+      return true;
+    case OPEN_MODE::APPEND:
+      unit_mode = UNIT_MODE::APPEND;
+      return true;
+    case OPEN_MODE::NEW:
+      unit_mode = UNIT_MODE::NEW;
+      if (exists) WRITE_OUT("*****File " + name + " already exists, overwriting not allowed");
+      return !exists;
+    case OPEN_MODE::OLD:
+      unit_mode = UNIT_MODE::OLD;
+      if (!exists) WRITE_OUT("*****File " + name + " does not exist, but is required to pre-exist");
+      return exists;
+    case OPEN_MODE::REPLACE:
+      unit_mode = UNIT_MODE::REPLACE;
+      return true;
+    case OPEN_MODE::CONFIRM:
+      unit_mode = exists ? UNIT_MODE::REPLACE : UNIT_MODE::NEW;
+      if (!exists) return true;
+      WRITE_OUT("*****File " + name + " exists");
+      return GET_ANSWER_YN("Do you want to overwrite it", "N") == 'Y';
+  }
+  return false;
+}
+
+// A longer name would not fit the record, and cut it would be another file.
+int OPEN_NAMED_UNIT(int unit, const std::string& name, UNIT_MODE mode) {
+  return name.size() > INPUT_LENGTH ? ENAMETOOLONG : OPEN_UNIT(unit, name, mode);
+}
+
+// True when the open file has the access that is wanted; else it is closed, with a message.
+bool ACCESS_GRANTED(const FILE_RECORD& file, const std::string& name, bool to_read) {
+  if (to_read ? UNIT_READABLE(file.UNIT) : UNIT_WRITABLE(file.UNIT)) return true;
+  CLOSE_UNIT(file.UNIT);
+  WARNING("Error trying to open file   " + name, "NOLOG");
+  WRITE_OUT(to_read ? "     Read access was requested, but file is locked against reading"
+                    : "     Write access was requested, but file locked against writing",
+            "NOLOG");
+  return false;
+}
+
+bool OPEN_NAMED_FILE(FILE_RECORD& file, const std::string& name, const OPEN_REQUEST& request) {
+  UNIT_MODE unit_mode = UNIT_MODE::OLD;
+  if (!MODE_ALLOWS(request.MODE, name, unit_mode)) return false;
+  if (OPEN_NAMED_UNIT(file.UNIT, name, unit_mode) != 0) {
+    WRITE_OUT("Error trying to open file " + file.DESCRIPTOR, "NOLOG");
+    WRITE_OUT("Named " + name + " try again", "NOLOG");
+    CLOSE_UNIT(file.UNIT);
+    return false;
+  }
+  return ACCESS_GRANTED(file, name, request.TO_READ);
+}
+
+// name is our own copy: a log that cannot be written loses its name while it is reported.
+void REPORT_OPEN(const FILE_RECORD& file, const std::string& name) {
+  WRITE_OUT_BLANK(1);
+  WRITE_OUT("Successfully opened " + file.DESCRIPTOR);
+  WRITE_OUT("Named " + name);
+  WRITE_OUT_BLANK(1);
+}
+
+}  // namespace
+
+std::string USER_PATH(std::string_view typed) {
+  std::string path = LEFT_ADJUST(typed);
+  const bool quoted = path.size() >= 2 && (path.front() == '"' || path.front() == '\'') &&
+                      path.back() == path.front();
+  if (quoted) path = LEFT_ADJUST(std::string_view(path).substr(1, path.size() - 2));
+  std::string home;
+  if ((path == "~" || path.starts_with("~/")) && GET_ENVIRONMENT("HOME", home))
+    path.replace(0, 1, home);
+  return path;
+}
+
+std::string WITH_EXTENSION(const std::string& name, std::string_view ext) {
+  return name.find('.') == std::string::npos ? name + "." + TRIM(ext) : name;
+}
+
+void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std::string_view ext) {
+  GET_INPUT("     " + TRIM(word) + " " + TRIM(descriptor) + " (*." + TRIM(ext) + "):");
+}
+
+void OPEN_FILE(FILE_RECORD& file, std::string_view control) {
+  const OPEN_REQUEST request = READ_CONTROL(control);
+  WRITE_OUT_BLANK(1);
+  if (KEEP_OPEN_FILE(file)) return;
+  while (NAME_IS_PENDING(file, request)) {
+    const std::string name = TAKE_NAME(file, request);
+    if (name.empty()) {
+      WRITE_OUT("*****Failed to read file name, try again");
+    } else if (OPEN_NAMED_FILE(file, name, request)) {
+      file.NAME = name;
+      file.OPEN = true;
+      file.SHORT_NAME = FILENAME(name);
+      REPORT_OPEN(file, name);
+      return;
+    }
+    CLEAR_INPUT();
+  }
+}
+
+// ---- the console's own files ----
+
+void OPEN_LOG_FILE() {
+  LOG_FILE.DESCRIPTOR = "Log file";
+  LOG_FILE.UNIT = LOG_UNIT;
+  LOG_FILE.EXT = "log";
+  const std::string old_name = LOG_FILE.NAME;
+  OPEN_FILE(LOG_FILE, "append");
+  if (LOG_FILE.NAME == old_name) return;
+  if (LOG_FILE.OPEN) WRITE_HEADER("logonly");
+}
+
+void OPEN_MACRO_FILE(std::string_view control) {
+  MACRO_FILE.DESCRIPTOR = "file for macros";
+  MACRO_FILE.UNIT = MACRO_UNIT;
+  MACRO_FILE.EXT = "mcr";
+  OPEN_FILE(MACRO_FILE, control);
+}
+
+}  // namespace KVA_CONSOLE

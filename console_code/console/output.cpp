@@ -1,0 +1,191 @@
+// The output channel: lines to the console, the log or a unit, and the framed header. Asks nothing.
+#include "console_code/console/output.h"
+
+#include <algorithm>  // for min
+#include <optional>
+
+#include "console_code/console/settings.h"
+#include "console_code/console/state.h"
+#include "console_code/console_win.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_CONSOLE {
+
+using namespace KVA_UTILITIES;
+
+namespace {
+
+constexpr char line_break = '|';
+constexpr int silent_run = 5;             // run type of a program that says nothing on the console
+constexpr int control_columns = 5;        // of a number in a control text
+constexpr int text_column = 10;           // where the texts of the header begin
+constexpr std::size_t clock_columns = 5;  // hours and minutes
+
+enum class DESTINATION { CONSOLE_AND_LOG, LOG, CONSOLE, UNIT };
+
+// ---- control texts ----
+
+bool HAS_WORD(std::string_view control, std::string_view word) {
+  return INDEXALL(control, word) > 0;
+}
+
+// The whole number in the columns behind word. Nothing when there is none, or when the word itself
+// is absent.
+std::optional<int> CONTROL_NUMBER(std::string_view control, std::string_view word) {
+  const int at = INDEXALL(control, word);
+  if (at == 0) return std::nullopt;
+  const std::size_t start = static_cast<std::size_t>(at) - 1 + word.size();
+  NUMBER number;
+  const bool read = GETNUM(LEFT_ADJUST(control.substr(start, control_columns)), number);
+  return read && number.WHOLE ? std::optional<int>(number.IVAL) : std::nullopt;
+}
+
+// ---- one line ----
+
+void WRITE_LINE(const std::string& line, DESTINATION destination, int unit) {
+  if (destination == DESTINATION::UNIT) {
+    WRITE_UNIT(unit, TRIM(line));
+    return;
+  }
+  if (destination != DESTINATION::LOG) WRITE_OUT_CONSOLE(line);
+  if (destination != DESTINATION::CONSOLE) WRITE_LOG(line);
+}
+
+// ---- header ----
+
+std::string FRAME(int width) {
+  std::string line(static_cast<std::size_t>(width), ' ');
+  line.front() = '*';
+  line.back() = '*';
+  return line;
+}
+
+// The text from a column on, ended by last_column at the latest.
+std::string FRAMED(std::string_view text, int column, int width, int last_column) {
+  std::string line = FRAME(width);
+  if (column >= 2 && column <= last_column)
+    PUT_AT(line, column, CUT_TEXT(text, last_column - column + 1));
+  return line;
+}
+
+std::string FRAMED_TEXT(std::string_view text, int width) {
+  return FRAMED(text, text_column, width, width - 1);
+}
+
+std::string FRAMED_COMMENT(std::string_view comment, int width) {
+  return FRAMED(comment, text_column, width, width - 2);
+}
+
+std::string FRAMED_TITLE(std::string_view title, int width) {
+  return FRAMED(title, std::max((width - LENTRIM(title)) / 2, 2), width, width - 1);
+}
+
+int HEADER_WIDTH(std::string_view control) {
+  constexpr int smallest = 2;  // room for both ends of the frame
+  const int width = CONTROL_NUMBER(control, "WIDTH=").value_or(WIDTH);
+  return width >= smallest && width <= INPUT_LENGTH ? width : WIDTH;
+}
+
+std::string DATE_AND_TIME() {
+  return DATE_KVA() + " " + CLOCK_KVA().substr(0, clock_columns);
+}
+
+}  // namespace
+
+// ---- lines ----
+
+void WRITE_OUT_CONSOLE(std::string_view line) {
+  WRITE_CONSOLE(TRIM(line) + "\n");
+}
+
+void WRITE_LOG(std::string_view line) {
+  if (!LOG_FILE.OPEN || WRITE_UNIT(LOG_FILE.UNIT, TRIM(line))) return;
+  WRITE_OUT_CONSOLE("*****Log file " + LOG_FILE.NAME + " cannot be written and was closed");
+  CLOSE_FILE(LOG_FILE);
+}
+
+void WRITE_OUT(std::string_view text, std::string_view control) {
+  DESTINATION destination = DESTINATION::CONSOLE_AND_LOG;
+  int unit = 0;
+  if (HAS_WORD(control, "LOGONLY")) destination = DESTINATION::LOG;
+  if (HAS_WORD(control, "NOLOG")) destination = DESTINATION::CONSOLE;
+  if (HAS_WORD(control, "UNIT=")) {
+    const std::optional<int> number = CONTROL_NUMBER(control, "UNIT=");
+    if (!number) return;
+    destination = DESTINATION::UNIT;
+    unit = *number;
+  }
+  const bool shifted = HAS_WORD(control, "BLANK");
+
+  if (RUN_TYPE == silent_run && destination == DESTINATION::CONSOLE) return;
+  if (RUN_TYPE == silent_run && destination != DESTINATION::UNIT) destination = DESTINATION::LOG;
+
+  std::string start = shifted ? " " : "";
+  if (shifted && destination == DESTINATION::UNIT) start += " ";
+  for (bool last = false; !last;) {
+    const std::size_t bar = text.find(line_break);
+    last = bar == std::string_view::npos;
+    WRITE_LINE(start + std::string(text.substr(0, bar)), destination, unit);
+    if (!last) text.remove_prefix(bar + 1);
+  }
+}
+
+void WRITE_OUT_BLANK(int n) {
+  for (int i = 1; i <= n; ++i) WRITE_OUT(" ");
+}
+
+// ---- blocks ----
+
+void ANNOUNCE(std::string_view text, std::string_view control) {
+  std::string line = MAKESTARS(WIDTH);
+  const int length = LENTRIM(text);
+  if (length > 0) {
+    int column = (WIDTH - length) / 2;
+    if (column < 1 || column + length > INPUT_LENGTH) column = 1;
+    PUT_AT(line, column, TRIM(text) + " ");
+  }
+  WRITE_OUT(" ", control);
+  WRITE_OUT(line, control);
+  WRITE_OUT(" ", control);
+}
+
+void WARNING(std::string_view text, std::string_view control) {
+  WRITE_OUT(" ", control);
+  WRITE_OUT("*****WARNING: " + TRIM(text), control);
+  WRITE_OUT(" ", control);
+}
+
+void WRITE_WDIR(std::string_view control) {
+  int ierr = 0;
+  const std::string directory = GET_PARAM("WDIR", ierr);
+  if (ierr == 0) WRITE_OUT("|    Current working directory is now: " + directory + "|", control);
+}
+
+void WRITE_HEADER(std::string_view control) {
+  const int width = HEADER_WIDTH(control);
+  const std::string frame = FRAME(width);
+  const std::string version = REAL_COLUMNS(PROGRAM_VERSION, 5, 2);
+  const auto write = [&](const std::string& line) { WRITE_OUT(line, control); };
+
+  write(MAKESTARS(width));
+  write(frame);
+  write(FRAMED_TITLE(PROGRAM_NAME, width));
+  write(frame);
+  write(FRAMED_TEXT("     Authors: " + PROGRAM_AUTHORS, width));
+  write(FRAMED_TEXT("Version date: " + PROGRAM_VERSION_DATE, width));
+  write(FRAMED_TEXT("     Version: " + version, width));
+  write(frame);
+  write(frame);
+  for (const std::string& comment : PROGRAM_COMMENT) write(FRAMED_COMMENT(comment, width));
+  write(frame);
+  write(frame);
+  write(FRAMED_TEXT("Current date and time: " + DATE_AND_TIME(), width));
+  write(frame);
+  write(MAKESTARS(width));
+  WRITE_WDIR(control);
+}
+
+}  // namespace KVA_CONSOLE

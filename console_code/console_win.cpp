@@ -1,0 +1,147 @@
+// POSIX calls behind console_win.h: terminal, environment, directories, system commands, and the
+// replacement of a file. Nothing else in the program may call the system for these.
+#include "console_code/console_win.h"
+
+#include <fcntl.h>      // for open, fcntl
+#include <sys/ioctl.h>  // for TIOCGWINSZ
+#include <sys/stat.h>   // for mkdir, fchmod, fstat, umask
+#include <unistd.h>     // for isatty, chdir, write, fsync, ftruncate, close
+
+#include <cerrno>
+#include <cstdio>      // for fflush, rename
+#include <cstdlib>     // for getenv, mkstemp, realpath, system
+#include <filesystem>  // for current_path
+#include <iostream>
+#include <memory>  // for unique_ptr
+
+#include "console_code/kva_utilities/files.h"
+
+namespace KVA_CONSOLE {
+
+namespace {
+
+constexpr mode_t settings_folder_mode = 0700;  // as the XDG base directory specification asks
+constexpr mode_t new_file_mode = 0666;         // before the user's mask
+
+// ---- replacing a file ----
+
+bool WRITE_ALL(int descriptor, std::string_view content) {
+  while (!content.empty()) {
+    const ssize_t written = ::write(descriptor, content.data(), content.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    content.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+// The file that a path leads to, so that a link stays a link.
+std::string REAL_PATH(const std::string& path) {
+  const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
+  return real ? std::string(real.get()) : path;
+}
+
+mode_t MODE_OF(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0) return status.st_mode & 07777U;
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return new_file_mode & ~mask;
+}
+
+// For a folder that takes no new file while the file itself may be written.
+bool OVERWRITE(const std::string& path, std::string_view content) {
+  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  if (descriptor < 0) return false;
+  const bool written = WRITE_ALL(descriptor, content) &&
+                       ::ftruncate(descriptor, static_cast<off_t>(content.size())) == 0;
+  return ::close(descriptor) == 0 && written;
+}
+
+}  // namespace
+
+// ---- terminal ----
+
+void FILL_STANDARD_STREAMS() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    // The lowest free descriptor is taken, which is the one that is missing.
+    if (::fcntl(stream, F_GETFD) == -1 && errno == EBADF) ::open("/dev/null", O_RDWR);
+}
+
+int CONSOLE_COLUMNS() {
+  winsize size{};
+  if (::isatty(STDOUT_FILENO) == 0 || ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return 0;
+  return size.ws_col;
+}
+
+void SET_CONSOLE_TITLE(std::string_view title) {
+  std::string terminal;
+  if (::isatty(STDOUT_FILENO) == 0 || !GET_ENVIRONMENT("TERM", terminal)) return;
+  if (terminal.empty() || terminal == "dumb") return;
+  WRITE_CONSOLE("\033]0;" + std::string(title) + "\007");
+}
+
+void WRITE_CONSOLE(std::string_view text) {
+  std::cout << text << std::flush;
+}
+
+bool READ_CONSOLE(std::string& line) {
+  using TRAITS = std::char_traits<char>;
+  line.clear();
+  std::streambuf& input = *std::cin.rdbuf();
+  TRAITS::int_type c = input.sbumpc();
+  if (TRAITS::eq_int_type(c, TRAITS::eof())) return false;
+  for (; !TRAITS::eq_int_type(c, TRAITS::eof()) && c != '\n'; c = input.sbumpc())
+    if (line.size() <= KVA_UTILITIES::LINE_LENGTH) line += TRAITS::to_char_type(c);
+  line = KVA_UTILITIES::CUT_LINE(line);
+  return true;
+}
+
+// ---- environment and directories ----
+
+bool GET_ENVIRONMENT(const std::string& name, std::string& value) {
+  const char* const found = std::getenv(name.c_str());
+  value = found != nullptr ? found : "";
+  return found != nullptr;
+}
+
+std::string GET_DIRECTORY() {
+  std::error_code error;
+  return std::filesystem::current_path(error).string();
+}
+
+bool CHANGE_DIRECTORY(const std::string& path) {
+  return ::chdir(path.c_str()) == 0;
+}
+
+bool MAKE_DIRECTORY(const std::string& path) {
+  return ::mkdir(path.c_str(), settings_folder_mode) == 0;
+}
+
+// ---- system commands ----
+
+// std::system ignores an interrupt on our side while the command runs, so that Ctrl-C ends the
+// command and not the program.
+void RUN_COMMAND_LINE(const std::string& line) {
+  std::cout.flush();
+  // Input from a file is given back as far as we have not used it: the command shares its position.
+  std::fflush(stdin);
+  if (std::system(line.c_str()) == -1) WRITE_CONSOLE("The system could not run the command\n");
+}
+
+// ---- replacing a file ----
+
+bool REPLACE_FILE(const std::string& path, const std::string& content) {
+  const std::string target = REAL_PATH(path);
+  std::string temporary = target + ".XXXXXX";
+  const int descriptor = ::mkstemp(temporary.data());
+  if (descriptor < 0) return OVERWRITE(target, content);
+  const bool written = ::fchmod(descriptor, MODE_OF(target)) == 0 &&
+                       WRITE_ALL(descriptor, content) && ::fsync(descriptor) == 0;
+  const bool closed = ::close(descriptor) == 0;
+  if (written && closed && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
+  ::unlink(temporary.c_str());
+  return false;
+}
+
+}  // namespace KVA_CONSOLE

@@ -1,0 +1,42 @@
+// The operating system, behind one small header: the terminal, environment, directories, system
+// commands. Knows nothing of the program's records.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace KVA_CONSOLE {
+
+// Puts the null device in place of a standard stream that is closed, so that no file that is opened
+// later is taken for it. Called before any file is opened.
+void FILL_STANDARD_STREAMS();
+
+// Columns of the terminal on standard output; 0 when it is none.
+int CONSOLE_COLUMNS();
+
+// Sets the terminal's title, when there is a terminal that can.
+void SET_CONSOLE_TITLE(std::string_view title);
+
+// Writes text to standard output as it is, and flushes it.
+void WRITE_CONSOLE(std::string_view text);
+
+// Reads one line of standard input, of any length, cut at 255 bytes. False at the end of input.
+bool READ_CONSOLE(std::string& line);
+
+// Value of an environment variable. False when it is unset.
+bool GET_ENVIRONMENT(const std::string& name, std::string& value);
+
+// The current directory; blank when the system cannot tell. Changing and making one: true on
+// success.
+std::string GET_DIRECTORY();
+bool CHANGE_DIRECTORY(const std::string& path);
+bool MAKE_DIRECTORY(const std::string& path);
+
+// Runs a command line with the user's shell on our own input and output. Its status is ignored.
+void RUN_COMMAND_LINE(const std::string& line);
+
+// Replaces the file's content in one step: the old or the new content is there, never half of it.
+// Returns false when nothing was changed.
+bool REPLACE_FILE(const std::string& path, const std::string& content);
+
+}  // namespace KVA_CONSOLE

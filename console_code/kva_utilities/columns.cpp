@@ -1,0 +1,296 @@
+// Numbers and texts into fixed columns, value(esd), aligned tables. Prints nothing.
+#include "console_code/kva_utilities/columns.h"
+
+#include <algorithm>  // for max, min
+#include <array>
+#include <charconv>
+#include <cmath>  // for abs, isinf
+
+#include "console_code/kva_utilities/matrix.h"
+#include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_UTILITIES {
+
+namespace {
+
+constexpr int most_decimals = 60;
+
+std::string FILL_LEFT(std::string text, int w) {
+  const auto width = static_cast<std::size_t>(std::max(w, 0));
+  if (text.size() > width) return MAKESTARS(w);
+  text.insert(0, width - text.size(), ' ');
+  return text;
+}
+
+// The word for a value that is no finite number; blank for one that is.
+std::string WORD_FOR(float value) {
+  if (NOTNUM(value)) return "NaN";
+  if (!std::isinf(value)) return "";
+  return value > 0.0f ? "Inf" : "-Inf";
+}
+
+// Digits of the exact value of a finite real, rounded to d decimals, ties to even.
+std::string DIGITS(float value, int d, std::chars_format format) {
+  std::array<char, 128> buffer{};
+  const auto result = std::to_chars(buffer.begin(), buffer.end(), static_cast<double>(value),
+                                    format, std::clamp(d, 0, most_decimals));
+  std::string digits(buffer.begin(), result.ptr);
+  if (digits.find_first_of("123456789") == std::string::npos && digits[0] == '-')
+    digits.erase(0, 1);
+  return digits;
+}
+
+// Fixed point without padding.
+std::string FIXED(float value, int d) {
+  const std::string word = WORD_FOR(value);
+  return word.empty() ? DIGITS(value, d, std::chars_format::fixed) : word;
+}
+
+// Exponent form without padding: 3.50E+07.
+std::string EXPONENT(float value, int d) {
+  const std::string word = WORD_FOR(value);
+  return word.empty() ? U_CASE(DIGITS(value, d, std::chars_format::scientific)) : word;
+}
+
+// "0.5" as ".5" and "-0.5" as "-.5".
+std::string WITHOUT_LEADING_ZERO(const std::string& text) {
+  if (text.starts_with("0.")) return text.substr(1);
+  if (text.starts_with("-0.")) return "-" + text.substr(2);
+  return text;
+}
+
+// Bytes before the character with the 0-based number n.
+std::size_t BYTE_OFFSET(std::string_view text, std::size_t n) {
+  std::size_t byte = 0;
+  while (byte < text.size()) {
+    const bool starts = (static_cast<unsigned char>(text[byte]) & 0xC0U) != 0x80U;
+    if (starts && n-- == 0) break;
+    ++byte;
+  }
+  return byte;
+}
+
+std::size_t CHARACTERS(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+  }));
+}
+
+}  // namespace
+
+// ---- single fields ----
+
+std::string REAL_COLUMNS(float value, int w, int d) {
+  std::string text = FIXED(value, d);
+  if (static_cast<int>(text.size()) > w) text = WITHOUT_LEADING_ZERO(text);
+  return FILL_LEFT(text, w);
+}
+
+std::string EXPONENT_COLUMNS(float value, int w, int d) {
+  return FILL_LEFT(EXPONENT(value, d), w);
+}
+
+std::string INTEGER_COLUMNS(int value, int w) {
+  std::string text = std::to_string(value);
+  return w > 0 ? FILL_LEFT(text, w) : text;
+}
+
+std::string TEXT_COLUMNS(std::string_view text, int n) {
+  const auto width = static_cast<std::size_t>(std::max(n, 0));
+  std::string field(text.substr(0, BYTE_OFFSET(text, width)));
+  field.append(width - std::min(width, CHARACTERS(field)), ' ');
+  return field;
+}
+
+void PUT_AT(std::string& line, int column, std::string_view text) {
+  const auto before = static_cast<std::size_t>(std::max(column - 1, 0));
+  const std::size_t length = CHARACTERS(line);
+  if (length < before) line.append(before - length, ' ');
+  const std::size_t start = BYTE_OFFSET(line, before);
+  const std::size_t end =
+      start + BYTE_OFFSET(std::string_view(line).substr(start), CHARACTERS(text));
+  line.replace(start, end - start, text);
+}
+
+void PUT_FIELD(std::string& line, int column, int width, std::string_view text) {
+  const auto room = static_cast<std::size_t>(std::max(width, 0));
+  if (text.size() > room && text.starts_with(' ')) text.remove_prefix(1);
+  PUT_AT(line, column, text.size() > room ? MAKESTARS(width) : std::string(text));
+}
+
+// ---- plain numbers ----
+
+namespace {
+
+struct NUMBER_LAYOUT {
+  bool EXPONENT = false;
+  int DECIMALS = 0;
+};
+
+// How a finite value fills about w columns.
+NUMBER_LAYOUT LAYOUT_FOR(float value, int w) {
+  const bool positive = value > 0.0f;
+  const int sign = positive ? 0 : 1;
+  const float magnitude = std::abs(value);
+  float limit = 1.0f;
+  for (int i = 0; i < w - 1 - sign; ++i) limit *= 10.0f;
+  if (magnitude > limit - 1.0f) {
+    const int decimals = w - 6 - sign;
+    return {true, decimals < 0 ? 1 : decimals};
+  }
+  int count = 2;
+  for (float rest = magnitude; rest >= 1.0f; rest /= 10.0f) ++count;
+  const int fraction = value < 0.0f && magnitude < 1.0f ? 1 : 0;
+  return {false, std::max(w - count - sign + fraction, 0)};
+}
+
+}  // namespace
+
+std::string RFORM(float value, int w) {
+  const std::string word = WORD_FOR(value);
+  if (!word.empty()) return word;
+  const NUMBER_LAYOUT layout = LAYOUT_FOR(value, w);
+  if (layout.EXPONENT) return EXPONENT(value, layout.DECIMALS);
+  std::string text = FIXED(value, layout.DECIMALS);
+  if (text.starts_with("-0.")) text.replace(0, 3, " -.");
+  return text;
+}
+
+std::string WRITE_VAL(float value, char vtype, int w, int d) {
+  return vtype == 'E' || vtype == 'e' ? EXPONENT_COLUMNS(value, w, d) : REAL_COLUMNS(value, w, d);
+}
+
+// ---- value(esd) ----
+
+namespace {
+
+constexpr float no_esd = 1e-8f;             // esds below it count as none
+constexpr float whole_esd = 1e6f;           // esds from here on are written as whole numbers
+constexpr float counts_as_none = 0.09999f;  // remainder of the esd that does not round it up
+constexpr int two_digit_limit = 20;         // the printed esd stays below it
+
+// A value without an esd in about 8 columns.
+std::string PLAIN_VALUE(float value) {
+  constexpr int columns = 8;
+  constexpr int exponent_decimals = 2;
+  const float magnitude = std::abs(value);
+  const float largest = value < 0.0f ? 999999.0f : 1e7f;
+  const bool is_zero = !(magnitude > 0.0f);
+  if ((magnitude < 0.001f && !is_zero) || magnitude > largest)
+    return EXPONENT(value, exponent_decimals);
+  const NUMBER_LAYOUT layout = LAYOUT_FOR(value, columns);
+  return FIXED(value, layout.EXPONENT ? 0 : layout.DECIMALS);
+}
+
+// The value with as many decimals as its esd has, and the esd in units of the last one.
+std::string VALUE_WITH_ESD(float value, float std) {
+  float scaled = std;
+  int decimals = 0;
+  while (scaled < 2.0f) {
+    scaled *= 10.0f;
+    ++decimals;
+  }
+  int printed = static_cast<int>(scaled);
+  if (scaled - static_cast<float>(printed) > counts_as_none) ++printed;
+  if (printed == two_digit_limit && decimals > 0) {
+    printed = 2;
+    --decimals;
+  }
+  return FIXED(value, decimals) + "(" + INTEGER_COLUMNS(printed) + ")";
+}
+
+std::string VALUE_TEXT(float value, float std) {
+  if (NOTNUM(value)) return "NaN";
+  if (std::isinf(value)) return value > 0.0f ? "INF" : "-INF";
+  if (std < no_esd || NOTNUM(std)) return PLAIN_VALUE(value);
+  if (std >= whole_esd) return FIXED(value, 0) + "(" + FIXED(std, 0) + ")";
+  return VALUE_WITH_ESD(value, std);
+}
+
+}  // namespace
+
+std::string SETNUM_STD(float value, float std) {
+  if (std < 0.0f) {
+    ERR_TEXT = true;
+    ERR_TEXT_MESS = "A negative standard deviation was passed on SetNum_Std procedure!";
+    return "";
+  }
+  const std::string text = VALUE_TEXT(value, std);
+  return text.starts_with('-') ? text : " " + text;
+}
+
+// ---- tables ----
+
+namespace {
+
+// Characters of a cell up to its decimal point, or to where the point would stand.
+std::size_t LEFT_PART(const std::string& cell) {
+  if (cell == "." || cell == "?") return 1;
+  return std::min(cell.find_first_of(".("), cell.size());
+}
+
+bool IS_NUMERIC_CELL(const std::string& cell) {
+  if (cell.empty() || cell == "." || cell == "?") return true;
+  const std::size_t open = cell.find('(');
+  NUMBER number;
+  if (!GETNUM(cell.substr(0, open), number)) return false;
+  if (open == std::string::npos) return true;
+  return cell.back() == ')' && GETNUM(cell.substr(open + 1, cell.size() - open - 2), number);
+}
+
+// One column of a table, as wide as its widest parts.
+struct COLUMN_LAYOUT {
+  bool NUMERIC = true;
+  std::size_t LEFT = 0;   // characters before the point, or all of a text
+  std::size_t RIGHT = 0;  // from the point on
+};
+
+COLUMN_LAYOUT LAYOUT_OF_COLUMN(const std::vector<std::vector<std::string>>& rows,
+                               std::size_t column) {
+  COLUMN_LAYOUT layout;
+  for (const auto& row : rows)
+    if (column < row.size() && !IS_NUMERIC_CELL(row[column])) layout.NUMERIC = false;
+  for (const auto& row : rows) {
+    if (column >= row.size()) continue;
+    const std::string& cell = row[column];
+    const std::size_t left = layout.NUMERIC ? LEFT_PART(cell) : CHARACTERS(cell);
+    layout.LEFT = std::max(layout.LEFT, left);
+    layout.RIGHT = std::max(layout.RIGHT, layout.NUMERIC ? cell.size() - left : 0);
+  }
+  return layout;
+}
+
+std::string ALIGNED_CELL(const std::string& cell, const COLUMN_LAYOUT& layout) {
+  std::string text = cell;
+  if (layout.NUMERIC) text.insert(0, layout.LEFT - LEFT_PART(cell), ' ');
+  text.append(layout.LEFT + layout.RIGHT - CHARACTERS(text), ' ');
+  return text;
+}
+
+}  // namespace
+
+std::vector<std::string> WRITE_COLS(const std::vector<std::vector<std::string>>& rows) {
+  std::vector<std::vector<std::string>> cells = rows;
+  std::size_t columns = 0;
+  for (auto& row : cells) {
+    columns = std::max(columns, row.size());
+    for (std::string& cell : row) cell = LEFT_ADJUST(cell);
+  }
+  std::vector<COLUMN_LAYOUT> layouts;
+  for (std::size_t column = 0; column < columns; ++column)
+    layouts.push_back(LAYOUT_OF_COLUMN(cells, column));
+
+  std::vector<std::string> lines;
+  for (const auto& row : cells) {
+    std::string line = " ";
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      if (column > 0) line += "  ";
+      line += ALIGNED_CELL(row[column], layouts[column]);
+    }
+    lines.push_back(TRIM(line));
+  }
+  return lines;
+}
+
+}  // namespace KVA_UTILITIES

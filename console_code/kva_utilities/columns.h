@@ -1,0 +1,46 @@
+// Numbers and texts into fixed columns, value(esd), aligned tables. The only place that writes
+// numbers. Every routine returns its text; nothing is printed here.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace KVA_UTILITIES {
+
+// Real in w columns with d decimals: fixed point, right-adjusted, nearest with ties to even.
+// A zero has no sign. NaN, Inf and -Inf as words. What does not fit fills the field with "*".
+std::string REAL_COLUMNS(float value, int w, int d);
+
+// Real in exponent form, one digit before the point and d decimals: 3.50E+07, right-adjusted.
+std::string EXPONENT_COLUMNS(float value, int w, int d);
+
+// Whole number in w columns, right-adjusted; w of 0: as many columns as needed.
+std::string INTEGER_COLUMNS(int value, int w = 0);
+
+// Text in exactly n columns: left-adjusted, cut at n, blank-filled (n counts characters).
+std::string TEXT_COLUMNS(std::string_view text, int n);
+
+// Puts text into line so that its first character stands in the column (from 1); the line grows
+// with blanks as needed, and what stood there is overwritten.
+void PUT_AT(std::string& line, int column, std::string_view text);
+
+// A field for value(esd) at the column: text if it fits into width columns, without its leading
+// blank if only so, else width times "*".
+void PUT_FIELD(std::string& line, int column, int width, std::string_view text);
+
+// Value with its esd in units of the last digit, " 1.2345(12)"; a value without an esd alone.
+// A negative esd sets ERR_TEXT. The rule: the esd is printed with 2 to 19, rounded up when the
+// remainder exceeds 0.09999.
+std::string SETNUM_STD(float value, float std);
+
+// Plain number at about w columns, left-adjusted.
+std::string RFORM(float value, int w);
+
+// Kind 'F' or 'E', w columns, d decimals.
+std::string WRITE_VAL(float value, char vtype, int w, int d);
+
+// Rows of texts as lines, each column aligned at the decimal point when it holds only numbers.
+std::vector<std::string> WRITE_COLS(const std::vector<std::vector<std::string>>& rows);
+
+}  // namespace KVA_UTILITIES

@@ -1,0 +1,308 @@
+// Files by unit number, file names, and whole files as lines. Asks and prints nothing.
+#include "console_code/kva_utilities/files.h"
+
+#include <fcntl.h>     // for open
+#include <sys/stat.h>  // for stat
+
+#include <algorithm>  // for min
+#include <cerrno>
+#include <cstdio>
+#include <map>
+#include <memory>
+
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_UTILITIES {
+
+namespace {
+
+struct CLOSE_STREAM {
+  void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+using STREAM = std::unique_ptr<std::FILE, CLOSE_STREAM>;
+
+struct OPENED_UNIT {
+  STREAM FILE;
+  bool READABLE = false;
+  bool WRITABLE = false;
+  bool AT_START = true;  // no line has been read yet
+};
+
+std::map<int, OPENED_UNIT>& UNITS() {
+  static std::map<int, OPENED_UNIT> units;
+  return units;
+}
+
+// One way to open a file, and the stream's mode for it.
+struct ACCESS {
+  int FLAGS;
+  const char* MODE;
+  bool READABLE;
+  bool WRITABLE;
+};
+
+constexpr ACCESS both_ways{O_RDWR, "r+", true, true};
+constexpr ACCESS read_only{O_RDONLY, "r", true, false};
+constexpr ACCESS write_only{O_WRONLY, "w", false, true};
+
+// Flags of the mode, and whether the file is to be made.
+int MODE_FLAGS(UNIT_MODE mode) {
+  switch (mode) {
+    case UNIT_MODE::OLD:
+      return 0;
+    case UNIT_MODE::NEW:
+      return O_CREAT | O_EXCL;
+    case UNIT_MODE::APPEND:
+      return O_CREAT | O_APPEND;
+    default:
+      return O_CREAT | O_TRUNC;
+  }
+}
+
+// Opens the file as far as the system lets; 0 or the error number.
+int OPEN_AS_ALLOWED(const std::string& name, int flags, OPENED_UNIT& opened) {
+  constexpr mode_t rights = 0666;
+  int error = 0;
+  for (const ACCESS& access : {both_ways, read_only, write_only}) {
+    if (!access.WRITABLE && flags != 0) continue;
+    // Without O_NONBLOCK a pipe without a partner would never come back.
+    const int descriptor =
+        ::open(name.c_str(), access.FLAGS | flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, rights);
+    if (descriptor >= 0) {
+      opened.FILE.reset(::fdopen(descriptor, access.MODE));
+      opened.READABLE = access.READABLE;
+      opened.WRITABLE = access.WRITABLE;
+      return opened.FILE ? 0 : errno;
+    }
+    if (error == 0) error = errno;
+    if (errno != EACCES && errno != EPERM && errno != EROFS) break;
+  }
+  return error;
+}
+
+}  // namespace
+
+// ---- units ----
+
+int OPEN_UNIT(int unit, const std::string& name, UNIT_MODE mode) {
+  CLOSE_UNIT(unit);
+  if (IS_DIRECTORY(name)) return EISDIR;
+  OPENED_UNIT opened;
+  const int error = OPEN_AS_ALLOWED(name, MODE_FLAGS(mode), opened);
+  if (error == 0) UNITS()[unit] = std::move(opened);
+  return error;
+}
+
+void CLOSE_UNIT(int unit) {
+  UNITS().erase(unit);
+}
+
+bool UNIT_READABLE(int unit) {
+  const auto found = UNITS().find(unit);
+  return found != UNITS().end() && found->second.READABLE;
+}
+
+bool UNIT_WRITABLE(int unit) {
+  const auto found = UNITS().find(unit);
+  return found != UNITS().end() && found->second.WRITABLE;
+}
+
+namespace {
+
+// Drops the UTF-8 mark that some editors put at the start of a file.
+void DROP_BYTE_ORDER_MARK(std::string& line) {
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  if (line.starts_with(mark)) line.erase(0, mark.size());
+}
+
+// Next line of the stream without its end, in bounded memory.
+READ_STATUS READ_LINE(std::FILE* stream, std::string& line) {
+  constexpr std::size_t kept = LINE_LENGTH + 4;  // a mark, and a character that the cut may split
+  line.clear();
+  bool carriage_return = false;  // the last byte, held back until it is known to end no line
+  int c = std::getc(stream);
+  if (c == EOF) return std::ferror(stream) ? READ_STATUS::FAILED : READ_STATUS::END;
+  for (; c != EOF && c != '\n'; c = std::getc(stream)) {
+    if (carriage_return && line.size() < kept) line += '\r';
+    carriage_return = c == '\r';
+    if (!carriage_return && line.size() < kept) line += static_cast<char>(c);
+  }
+  if (carriage_return && c == EOF && line.size() < kept) line += '\r';
+  return READ_STATUS::LINE;
+}
+
+}  // namespace
+
+READ_STATUS READ_UNIT(int unit, std::string& line) {
+  line.clear();
+  const auto found = UNITS().find(unit);
+  if (found == UNITS().end() || !found->second.READABLE) return READ_STATUS::FAILED;
+  OPENED_UNIT& opened = found->second;
+  const READ_STATUS status = READ_LINE(opened.FILE.get(), line);
+  if (opened.AT_START) DROP_BYTE_ORDER_MARK(line);
+  opened.AT_START = false;
+  line = CUT_LINE(line);
+  return status;
+}
+
+bool WRITE_UNIT(int unit, std::string_view line) {
+  const auto found = UNITS().find(unit);
+  if (found == UNITS().end() || !found->second.WRITABLE) return false;
+  std::FILE* const stream = found->second.FILE.get();
+  const std::string text = std::string(line) + "\n";
+  return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
+         std::fflush(stream) == 0;
+}
+
+bool FILE_EXISTS(const std::string& name) {
+  struct stat status {};
+  return ::stat(name.c_str(), &status) == 0;
+}
+
+bool IS_DIRECTORY(const std::string& name) {
+  struct stat status {};
+  return ::stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// ---- names ----
+
+std::string FILENAME(std::string_view name, std::string_view control) {
+  const std::string trimmed = TRIM(name);
+  const std::string last = trimmed.substr(trimmed.find_last_of("/\\") + 1);
+  if (INDEXALL(control, "NOEXT") == 0) return last;
+  return last.substr(0, last.rfind('.'));
+}
+
+std::string CUT_LINE(std::string_view line) {
+  return CUT_TEXT(line, LINE_LENGTH);
+}
+
+// ---- whole files ----
+
+namespace {
+
+constexpr int reading_unit = -1;  // no unit of the program has this number
+
+bool IS_REGULAR_FILE(const std::string& name) {
+  struct stat status {};
+  return ::stat(name.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// All lines of the file; false when it cannot be opened.
+bool READ_LINES(const std::string& name, FILE_LINES& flines, bool& failed) {
+  if (!IS_REGULAR_FILE(name) || OPEN_UNIT(reading_unit, name, UNIT_MODE::OLD) != 0) return false;
+  std::string line;
+  READ_STATUS status = READ_UNIT(reading_unit, line);
+  for (; status == READ_STATUS::LINE; status = READ_UNIT(reading_unit, line)) flines.ADD(line);
+  failed = status == READ_STATUS::FAILED;
+  CLOSE_UNIT(reading_unit);
+  return true;
+}
+
+}  // namespace
+
+void READ_FILE(FILE_RECORD& file, FILE_LINES& flines, std::string& message) {
+  message.clear();
+  flines.CLEAR();
+  const std::string name = TRIM(file.NAME);
+  if (name.empty()) {
+    message = "File cannot be read: No file name given";
+    return;
+  }
+  bool failed = false;
+  if (!READ_LINES(name, flines, failed)) {
+    message = "*****Error opening file: " + name;
+    CLOSE_FILE(file);
+  } else if (failed || flines.COUNT() == 0) {
+    message = "*****Error in reading file: " + name + " or it is empty";
+    flines.CLEAR();
+    CLOSE_FILE(file);
+  }
+}
+
+void CLOSE_FILE(FILE_RECORD& file) {
+  CLOSE_UNIT(file.UNIT);
+  file.OPEN = false;
+  file.NAME.clear();
+  file.SHORT_NAME.clear();
+}
+
+void CLEAN_FILE(FILE_LINES& flines) {
+  for (std::string& line : flines) {
+    for (char& c : line)
+      if (static_cast<unsigned char>(c) < 32) c = ' ';
+    line.resize(static_cast<std::size_t>(LENTRIM(line)));
+  }
+}
+
+void STRIP_BLANK_LINES(FILE_LINES& flines) {
+  int kept = 0;
+  for (int i = 1; i <= flines.COUNT(); ++i) {
+    if (LENTRIM(flines(i)) == 0) continue;
+    ++kept;
+    if (kept != i) flines(kept).swap(flines(i));
+  }
+}
+
+void STRIP_COMMENTS(FILE_LINES& flines, std::string_view marker) {
+  if (marker.empty()) return;
+  for (std::string& line : flines) line = TRIM(std::string_view(line).substr(0, line.find(marker)));
+}
+
+void REPLACE_WORD(FILE_LINES& flines, std::string_view word, std::string_view by) {
+  for (std::string& line : flines) {
+    std::size_t start = 0;
+    while (true) {
+      const int at = INDEXALL(std::string_view(line).substr(start), word);
+      if (at == 0) break;
+      const std::size_t position = start + static_cast<std::size_t>(at - 1);
+      line.replace(position, word.size(), by);
+      start = position + by.size();
+    }
+    if (start > 0) line = CUT_LINE(line);
+  }
+}
+
+int COUNT_KEY(const FILE_LINES& flines, std::string_view key) {
+  int count = 0;
+  for (const std::string& line : flines)
+    if (INDEXALL(line, key) > 0) ++count;
+  return count;
+}
+
+namespace {
+
+bool LINE_BEGINS_WITH(const std::string& line, std::string_view key) {
+  const std::size_t first = line.find_first_not_of(' ');
+  return first != std::string::npos && BEGINS_WITH(std::string_view(line).substr(first), key);
+}
+
+int FIRST_LINE(int start) {
+  return start <= 0 ? 1 : start;
+}
+
+int LAST_LINE(const FILE_LINES& flines, int end) {
+  return end <= 0 || end > flines.COUNT() ? flines.COUNT() : end;
+}
+
+}  // namespace
+
+int FINDLINE(const FILE_LINES& flines, std::string_view key, int start, int end) {
+  for (int i = FIRST_LINE(start); i <= LAST_LINE(flines, end); ++i)
+    if (LINE_BEGINS_WITH(flines(i), key)) return i;
+  return 0;
+}
+
+int PREVLINE(const FILE_LINES& flines, std::string_view key, int start, int end) {
+  for (int i = LAST_LINE(flines, end); i >= FIRST_LINE(start); --i)
+    if (LINE_BEGINS_WITH(flines(i), key)) return i;
+  return 0;
+}
+
+int NEXTBLANK(const FILE_LINES& flines, int line) {
+  int i = FIRST_LINE(line + 1);
+  while (i <= flines.COUNT() && LENTRIM(flines(i)) > 0) ++i;
+  return std::min(i, flines.COUNT() + 1);
+}
+
+}  // namespace KVA_UTILITIES

@@ -1,0 +1,78 @@
+// Files by unit number, file names, and whole files as lines. Asks and prints nothing.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "console_code/kva_utilities/table.h"
+
+namespace KVA_UTILITIES {
+
+inline constexpr int LINE_LENGTH = 255;  // bytes of an input line that are kept
+
+// Lines of a file, numbered from 1, each at most LINE_LENGTH bytes and without trailing blanks.
+using FILE_LINES = LIST<std::string>;
+
+// One kind of file that the program opens.
+struct FILE_RECORD {
+  std::string NAME;        // as opened, with its path; at most 255 characters
+  std::string DESCRIPTOR;  // words for messages, such as "Log file"
+  int UNIT = 0;            // unit number
+  bool OPEN = false;       // file is open
+  std::string EXT;         // default extension, 3 characters
+  std::string SHORT_NAME;  // name after the last separator
+};
+
+// ---- units ----
+
+enum class UNIT_MODE { OLD, NEW, APPEND, REPLACE };
+
+// Opens the file on the unit; a unit in use is closed first. OLD asks for an existing file, for
+// reading and writing as far as the system lets, positioned at its start. Returns 0 or the
+// system's error number. Directories are refused.
+int OPEN_UNIT(int unit, const std::string& name, UNIT_MODE mode);
+void CLOSE_UNIT(int unit);
+bool UNIT_READABLE(int unit);
+bool UNIT_WRITABLE(int unit);
+
+// Next line, cut at LINE_LENGTH, without its line end and trailing blanks.
+enum class READ_STATUS { LINE, END, FAILED };
+READ_STATUS READ_UNIT(int unit, std::string& line);
+
+// Writes one line and flushes it. False when the system refused.
+bool WRITE_UNIT(int unit, std::string_view line);
+
+// True when anything exists under the name, and when it is a directory.
+bool FILE_EXISTS(const std::string& name);
+bool IS_DIRECTORY(const std::string& name);
+
+// ---- names ----
+
+// Name behind the last "/" or "\"; with "NOEXT" in control also without the part from its last ".".
+std::string FILENAME(std::string_view name, std::string_view control = "");
+
+// A line cut at LINE_LENGTH bytes (not inside a UTF-8 character) without trailing blanks.
+std::string CUT_LINE(std::string_view line);
+
+// ---- whole files ----
+
+// Reads the file by its NAME. message is blank on success; else the lines are empty and the
+// record is closed.
+void READ_FILE(FILE_RECORD& file, FILE_LINES& flines, std::string& message);
+void CLOSE_FILE(FILE_RECORD& file);
+
+void CLEAN_FILE(FILE_LINES& flines);         // control characters to blanks
+void STRIP_BLANK_LINES(FILE_LINES& flines);  // non-blank lines to the front, the rest blank
+void STRIP_COMMENTS(FILE_LINES& flines, std::string_view marker);
+void REPLACE_WORD(FILE_LINES& flines, std::string_view word, std::string_view by);
+int COUNT_KEY(const FILE_LINES& flines, std::string_view key);
+
+// First line from start to end whose left-adjusted text begins with key, ignoring case; 0 when
+// there is none. start or end of 0 or less: the first or the last line. PREVLINE searches backward.
+int FINDLINE(const FILE_LINES& flines, std::string_view key, int start, int end);
+int PREVLINE(const FILE_LINES& flines, std::string_view key, int start, int end);
+
+// First blank line behind the given one; the count of lines plus 1 when there is none.
+int NEXTBLANK(const FILE_LINES& flines, int line);
+
+}  // namespace KVA_UTILITIES

@@ -1,0 +1,51 @@
+// Numbers out of texts: single words, values with esds, list-directed input. The only place that
+// parses numbers. Prints nothing; failures are told by ERR_TEXT and ERR_TEXT_MESS.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace KVA_UTILITIES {
+
+// The smallest normal 32-bit real. A value below it means "unset".
+inline constexpr float TINY_REAL = 1.17549435e-38f;
+inline constexpr float LARGEST_REAL = 3.40282347e+38f;
+
+inline bool ERR_TEXT = false;      // set by the routines below when a text could not be read
+inline std::string ERR_TEXT_MESS;  // why, in words
+void INIT_ERR_TEXT();
+
+// A word as a number. IVAL counts only when WHOLE.
+struct NUMBER {
+  float VAL = 0.0f;
+  int IVAL = 0;
+  bool WHOLE = false;  // no point and no exponent, and it fits an int
+};
+
+// Reads one word, such as -1.25, +3, .5, 1e-3, 2.5D+02. False with the error set when it is no
+// number; nan and inf are none.
+bool GETNUM(std::string_view word, NUMBER& number);
+
+// Splits a text at blanks; double quotes keep a word whole. Fills words from the first and sets
+// count, also when it is larger than there is room (error "Dimension of DIRE exceeded").
+void GETWORDS(std::string_view text, std::span<std::string> words, int& count);
+
+// Numbers with esds, as in CIF: 1.234(5) is 1.234 and 0.005. "!" ends the text, or else "#".
+// count: numbers complete before an error; at most as many as values has room for are stored.
+void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float> stds, int& count);
+
+// All words of the text that are numbers; brackets, commas, tabs and "/" separate, "#" ends.
+std::vector<NUMBER> NUM_FROM_TEXT(std::string_view text);
+
+// List-directed reading, the only one: blanks, tabs and commas separate, two commas in a row
+// leave the value as it was, "/" ends the input. What is not read keeps its value. False on a
+// read error or when fewer values than wanted stand in the text without "/".
+bool READ_REALS(std::string_view text, std::span<float> values);
+
+// The same for whole numbers, as many as there are up to the size of values; count receives how
+// many were read. Running out is no error; text that is no whole number is.
+bool READ_INTEGERS(std::string_view text, std::span<int> values, int& count);
+
+}  // namespace KVA_UTILITIES

@@ -1,0 +1,78 @@
+// 1-based tables, the plain vector and matrix types, and the named columns' way in: A(i), A(i, j).
+// Calculates nothing.
+#pragma once
+
+#include <array>
+#include <cstddef>  // std::size_t
+#include <cstdlib>  // std::abort
+#include <vector>
+
+namespace KVA_UTILITIES {
+
+using VECTOR3 = std::array<float, 3>;    // 0-based, for arithmetic
+using VECTOR6 = std::array<float, 6>;    // tensor, order 11, 22, 33, 12, 13, 23; 0-based
+using MATRIX3 = std::array<VECTOR3, 3>;  // 0-based, row first
+using IMATRIX3 = std::array<std::array<int, 3>, 3>;
+
+// Index tests are made in every build but Release.
+#ifdef NDEBUG
+inline constexpr bool BOUNDS_CHECKED = false;
+#else
+inline constexpr bool BOUNDS_CHECKED = true;
+#endif
+
+// Position in storage of the 1-based index i of n; ends a checked build when i lies outside.
+constexpr std::size_t POSITION(int i, std::size_t n) {
+  const auto position = static_cast<std::size_t>(i - 1);
+  if (BOUNDS_CHECKED && position >= n) std::abort();
+  return position;
+}
+
+// Growable list, numbered from 1.
+template <class T>
+struct LIST {
+  std::vector<T> ITEMS;
+
+  T& operator()(int i) { return ITEMS[POSITION(i, ITEMS.size())]; }
+  const T& operator()(int i) const { return ITEMS[POSITION(i, ITEMS.size())]; }
+  int COUNT() const { return static_cast<int>(ITEMS.size()); }
+  void RESIZE(int n) { ITEMS.resize(static_cast<std::size_t>(n)); }
+  void ASSIGN(int n, const T& value) { ITEMS.assign(static_cast<std::size_t>(n), value); }
+  void ADD(const T& value) { ITEMS.push_back(value); }
+  void CLEAR() { ITEMS.clear(); }
+  auto begin() { return ITEMS.begin(); }
+  auto end() { return ITEMS.end(); }
+  auto begin() const { return ITEMS.begin(); }
+  auto end() const { return ITEMS.end(); }
+};
+
+// vector<bool> has no T&; flags are kept as ints that hold 0 or 1.
+using FLAGS = LIST<int>;
+
+// Array of fixed size N, numbered from 1.
+template <class T, int N>
+struct ROW {
+  std::array<T, static_cast<std::size_t>(N)> ITEMS{};
+
+  constexpr T& operator()(int i) { return ITEMS[POSITION(i, ITEMS.size())]; }
+  constexpr const T& operator()(int i) const { return ITEMS[POSITION(i, ITEMS.size())]; }
+  static constexpr int COUNT() { return N; }
+  constexpr void FILL(const T& value) { ITEMS.fill(value); }
+  auto begin() { return ITEMS.begin(); }
+  auto end() { return ITEMS.end(); }
+  auto begin() const { return ITEMS.begin(); }
+  auto end() const { return ITEMS.end(); }
+};
+
+// Rows of NCOL columns each, A(i, column), both from 1.
+template <class T, int NCOL>
+struct TABLE {
+  std::vector<ROW<T, NCOL>> ROWS;
+
+  T& operator()(int i, int column) { return ROWS[POSITION(i, ROWS.size())](column); }
+  const T& operator()(int i, int column) const { return ROWS[POSITION(i, ROWS.size())](column); }
+  int COUNT() const { return static_cast<int>(ROWS.size()); }
+  void ASSIGN(int n) { ROWS.assign(static_cast<std::size_t>(n), ROW<T, NCOL>{}); }
+};
+
+}  // namespace KVA_UTILITIES

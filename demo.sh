@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Builds the program in release mode and runs an example: hematite at six pressures.
+set -eu
+cd "$(dirname "$0")"
+. packaging/require.sh
+require g++=g++ cmake=cmake make=make
+
+cmake --preset release -DGEMMARA_TESTS=OFF >/dev/null
+cmake --build build --target gemmara --parallel "$(nproc)" >/dev/null
+
+# A blank LOCALAPPDATA means no settings file: the demonstration leaves the user's alone.
+cd examples/hematite-pressure
+LOCALAPPDATA= ../../build/gemmara hematite.mcr

@@ -1,0 +1,42 @@
+// Angles in degrees, 3 by 3 matrices, and vectors: the arithmetic under the cell, the symmetry
+// and the geometry. All reals 32-bit; the circular functions are correctly rounded to them, so
+// that every machine gives the same digits.
+#pragma once
+
+#include "console_code/kva_utilities/table.h"
+
+namespace XTAL {
+
+using KVA_UTILITIES::IMATRIX3;
+using KVA_UTILITIES::MATRIX3;
+using KVA_UTILITIES::VECTOR3;
+using KVA_UTILITIES::VECTOR6;
+
+inline constexpr float DEGREES_PER_RADIAN = 57.2957795f;
+
+float COSD(float degrees);
+float SIND(float degrees);
+float ACOSD(float cosine);  // degrees; the argument is limited to -1 .. 1
+
+VECTOR3 ADD(const VECTOR3& a, const VECTOR3& b);
+VECTOR3 SUBTRACT(const VECTOR3& a, const VECTOR3& b);
+VECTOR3 MULTIPLY(const MATRIX3& m, const VECTOR3& v);
+MATRIX3 MULTIPLY(const MATRIX3& a, const MATRIX3& b);
+MATRIX3 TRANSPOSE(const MATRIX3& m);
+float DOT(const VECTOR3& a, const VECTOR3& b);
+VECTOR3 CROSS(const VECTOR3& a, const VECTOR3& b);
+float LENGTH(const VECTOR3& v);
+
+IMATRIX3 MULTIPLY(const IMATRIX3& a, const IMATRIX3& b);
+MATRIX3 REAL_MATRIX(const IMATRIX3& m);
+int DETERMINANT(const IMATRIX3& m);
+float DETERMINANT(const MATRIX3& m);
+
+// Inverse of m. singular is set when |det| is not above 1e-5 times the product of the lengths of
+// the rows, or is not a number; the result is then zero.
+MATRIX3 INVERT_MATRIX(const MATRIX3& m, bool& singular);
+
+// Each coordinate reduced to 0 up to 1; what rounds to 1 becomes 0.
+VECTOR3 MODULO_LAT(const VECTOR3& x_frac);
+
+}  // namespace XTAL

@@ -1,0 +1,228 @@
+// Single operators: exact and real, as text and back, applied, compared, named by codes.
+#include <algorithm>  // for equal
+#include <cmath>      // for fmod, floor, round, abs
+
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/text.h"
+#include "foundations/XTAL_Space_Group_Parts.h"
+
+namespace XTAL {
+
+using namespace KVA_UTILITIES;
+
+void SET_ERR_SYMM(const std::string& text) {
+  constexpr int message_length = 150;
+  ERR_SYMM = true;
+  ERR_SYMM_MESS = CUT_TEXT(text, message_length);
+}
+
+// ---- exact operators ----
+
+namespace {
+
+int REDUCED_UNITS(int units) {
+  const int rest = units % TRANSLATION_UNITS;
+  return rest < 0 ? rest + TRANSLATION_UNITS : rest;
+}
+
+// A fraction of the cell in units, 0 up to 1. Fractions close to n/24 are meant to be that: files
+// write 0.3333 for 1/3.
+int UNITS_OF(float fraction) {
+  constexpr double close = 0.002;
+  double rest = std::fmod(static_cast<double>(fraction), 1.0);
+  if (rest < 0.0) rest += 1.0;
+  const double nearest = std::round(rest * 24.0);
+  if (std::abs(rest - nearest / 24.0) < close)
+    return REDUCED_UNITS(static_cast<int>(nearest) * UNITS_OF_24TH);
+  constexpr double units_of_4_decimals = TRANSLATION_UNITS / 10000.0;
+  return REDUCED_UNITS(static_cast<int>(std::round(rest * 10000.0) * units_of_4_decimals));
+}
+
+float FRACTION_OF(int units) {
+  return static_cast<float>(static_cast<double>(units) / TRANSLATION_UNITS);
+}
+
+}  // namespace
+
+EXACT_OP EXACT_FROM(const IMATRIX3& rot, const VECTOR3& tr) {
+  return {rot, {UNITS_OF(tr[0]), UNITS_OF(tr[1]), UNITS_OF(tr[2])}};
+}
+
+SYM_OP REAL_FROM(const EXACT_OP& op) {
+  return {op.ROT, {FRACTION_OF(op.TR[0]), FRACTION_OF(op.TR[1]), FRACTION_OF(op.TR[2])}};
+}
+
+EXACT_OP PRODUCT(const EXACT_OP& second, const EXACT_OP& first) {
+  EXACT_OP product{MULTIPLY(second.ROT, first.ROT), second.TR};
+  for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t k = 0; k < 3; ++k) product.TR[i] += second.ROT[i][k] * first.TR[k];
+    product.TR[i] = REDUCED_UNITS(product.TR[i]);
+  }
+  return product;
+}
+
+IMATRIX3 NEGATIVE(const IMATRIX3& rot) {
+  return MULTIPLY(INVERSION, rot);
+}
+
+int ROTATION_TYPE(const IMATRIX3& rot) {
+  for (const auto& row : rot)
+    for (int element : row)
+      if (std::abs(element) > 3) return 0;
+  const int sign = DETERMINANT(rot);
+  if (sign != 1 && sign != -1) return 0;
+  const IMATRIX3 proper = sign == 1 ? rot : NEGATIVE(rot);
+  IMATRIX3 power = proper;
+  for (int order = 1; order <= 6; ++order) {
+    if (power == IDENTITY) return order == 5 ? 0 : sign * order;
+    power = MULTIPLY(power, proper);
+  }
+  return 0;
+}
+
+bool EQUAL_MATRIX(const IMATRIX3& a, const IMATRIX3& b) {
+  return a == b;
+}
+
+VECTOR3 APPLY_OP(const SYM_OP& op, const VECTOR3& x_frac) {
+  VECTOR3 image = op.TR;
+  for (std::size_t i = 0; i < 3; ++i) {
+    float rotated = 0.0f;
+    for (std::size_t k = 0; k < 3; ++k) rotated += static_cast<float>(op.ROT[i][k]) * x_frac[k];
+    image[i] = rotated + op.TR[i];
+  }
+  return image;
+}
+
+// ---- reading an operator text ----
+
+namespace {
+
+// A number as it is read character by character: 1/2, 0.5, .5.
+struct NUMBER_READER {
+  enum class PART { WHOLE, DECIMALS, DENOMINATOR };
+  double VALUE = 0.0;
+  double DENOMINATOR = 0.0;
+  double DECIMAL_PLACE = 1.0;
+  PART AT = PART::WHOLE;
+
+  void TAKE_DIGIT(int digit) {
+    switch (AT) {
+      case PART::WHOLE:
+        VALUE = VALUE * 10.0 + digit;
+        break;
+      case PART::DECIMALS:
+        DECIMAL_PLACE /= 10.0;
+        VALUE += digit * DECIMAL_PLACE;
+        break;
+      case PART::DENOMINATOR:
+        DENOMINATOR = DENOMINATOR * 10.0 + digit;
+        break;
+    }
+  }
+
+  double RESULT() const {
+    if (AT != PART::DENOMINATOR) return VALUE;
+    return DENOMINATOR > 0.0 ? VALUE / DENOMINATOR : 0.0;
+  }
+};
+
+// One field of an operator text, such as 1/2-x.
+struct FIELD_READER {
+  std::array<int, 3> ROW{};
+  double TRANSLATION = 0.0;
+  int SIGN = 1;
+  NUMBER_READER NUMBER;
+
+  void FINISH_NUMBER() {
+    TRANSLATION += SIGN * NUMBER.RESULT();
+    NUMBER = NUMBER_READER{};
+  }
+
+  void TAKE_SIGN(char c) {
+    FINISH_NUMBER();
+    SIGN = c == '-' ? -1 : 1;
+  }
+
+  // False when the character is no part of an operator.
+  bool TAKE(char c) {
+    constexpr std::string_view axes = "xyz";
+    const std::size_t axis = axes.find(static_cast<char>(c | 0x20));
+    if (c == '+' || c == '-')
+      TAKE_SIGN(c);
+    else if (c >= '0' && c <= '9')
+      NUMBER.TAKE_DIGIT(c - '0');
+    else if (c == '.')
+      NUMBER.AT = NUMBER_READER::PART::DECIMALS;
+    else if (c == '/')
+      NUMBER.AT = NUMBER_READER::PART::DENOMINATOR;
+    else if (axis != std::string_view::npos)
+      ROW[axis] = SIGN;
+    else
+      return false;
+    return true;
+  }
+};
+
+// A translation as it is stored: close to n/24 it is that, with its whole cells.
+float SNAPPED(double translation) {
+  constexpr double close = 0.002;
+  const double nearest = std::round(translation * 24.0) / 24.0;
+  return static_cast<float>(std::abs(translation - nearest) < close ? nearest : translation);
+}
+
+}  // namespace
+
+void READ_XSYM(std::string_view text, int& start, IMATRIX3& rot, VECTOR3& tr, bool proper) {
+  ERR_SYMM = false;
+  ERR_SYMM_MESS.clear();
+  rot = IMATRIX3{};
+  tr = VECTOR3{};
+  const std::size_t first = static_cast<std::size_t>(std::max(start, 1)) - 1;
+  if (first >= text.size() || LENTRIM(text.substr(first)) == 0)
+    return SET_ERR_SYMM(" Blank operator field");
+
+  std::size_t fields = 0;
+  FIELD_READER field;
+  const auto finish_field = [&] {
+    field.FINISH_NUMBER();
+    if (fields < 3) {
+      rot[fields] = field.ROW;
+      tr[fields] = SNAPPED(field.TRANSLATION);
+    }
+    ++fields;
+    field = FIELD_READER{};
+  };
+  for (std::size_t at = first; at < text.size(); ++at) {
+    const char c = text[at];
+    start = static_cast<int>(at) + 2;
+    if (c == ' ') continue;
+    if (c == ',' || c == '*')
+      finish_field();
+    else if (!field.TAKE(c))
+      return SET_ERR_SYMM(" Invalid character... " + std::string(1, c) + " in operator string");
+  }
+  finish_field();
+  const int determinant = DETERMINANT(rot);
+  if (fields != 3 || determinant == 0 || (proper && determinant < 0))
+    SET_ERR_SYMM(" The above operator is wrong: " + TRIM(text));
+}
+
+// ---- codes ----
+
+void WRITE_SYMTRANS_CODE(int op, const std::array<int, 3>& t, std::string& text, float& number) {
+  constexpr int largest_operator = 196;
+  text.clear();
+  number = 0.0f;
+  if (op < 1 || op > largest_operator) return;
+  int digits = 0;
+  for (int cells : t) {
+    if (cells < -5 || cells > 4) return;
+    digits = digits * 10 + 5 + cells;
+  }
+  const std::string code = INTEGER_COLUMNS(digits);
+  text = INTEGER_COLUMNS(op) + "_" + std::string(3 - code.size(), '0') + code;
+  number = static_cast<float>(op + digits / 1000.0);
+}
+
+}  // namespace XTAL

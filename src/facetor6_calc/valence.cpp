@@ -1,0 +1,258 @@
+// Bond valences of all blocks: the table of cation-anion pairs, the dialogue in which it can be
+// changed, and the calculation.
+#include <algorithm>  // for clamp
+#include <array>
+#include <cmath>  // for lround
+
+#include "console_code/console/input.h"
+#include "console_code/console/output.h"
+#include "console_code/console/prompts.h"
+#include "console_code/console/state.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/text.h"
+#include "foundations/XTAL_Bond_Valence_Tables.h"
+#include "src/facetor6_calc/calc.h"
+#include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_console/valence_table.h"
+#include "src/facetor6_list/list.h"
+
+namespace FACETOR_CALC {
+
+using namespace FACETOR_CONSOLE;
+using namespace KVA_CONSOLE;
+using namespace KVA_CRYSTAL_STRUCTURES;
+using namespace KVA_UTILITIES;
+
+namespace {
+
+constexpr std::string_view no_element = "**";  // scattering factor symbol of an unknown atom
+constexpr int label_length = 4;                // characters of a label in the pair table
+constexpr int shortest_charged_label = 3;      // "O-2"; a shorter symbol has no charge
+
+// ---- labels ----
+
+std::string SIGNED_CHARGE(int charge) {
+  return (charge < 0 ? "-" : "+") + INTEGER_COLUMNS(std::abs(charge));
+}
+
+// Gives the atom's scattering factor symbol the default charge of its element.
+void ADD_DEFAULT_CHARGE(ATOM_TYPE& atom) {
+  if (atom.Z < 1 || atom.Z > NUMBER_OF_ELEMENTS) {
+    BV_FLAGS(BV_NOT_ELEMENTS) = true;
+    atom.SFACSYMB = no_element;
+    return;
+  }
+  const int charge = DEFAULT_CHARGES(atom.Z);
+  atom.SFACSYMB = CUT_TEXT(TRIM(atom.CHEMSYMB) + SIGNED_CHARGE(charge), label_length);
+  atom.CHARGE = static_cast<float>(charge);
+  BV_FLAGS(BV_LABELS_CHANGED) = true;
+}
+
+// Where a label stands in the published tables: INDEX from 0 among the anions or the cations.
+struct BVS_ATOM {
+  bool FOUND = false;
+  bool IS_CATION = false;
+  std::size_t INDEX = 0;
+};
+
+BVS_ATOM FIND_BVS_ATOM(std::string_view label) {
+  for (std::size_t i = 0; i < XTAL::BVS_ANIONS.size(); ++i)
+    if (BEGINS_WITH(XTAL::BVS_ANIONS[i], label)) return {true, false, i};
+  for (std::size_t i = 0; i < XTAL::BVS_TABLE.size(); ++i)
+    if (BEGINS_WITH(XTAL::BVS_TABLE[i].SYMB, label)) return {true, true, i};
+  return {};
+}
+
+// ---- the table of pairs ----
+
+void ADD_MISSING(const std::string& first, const std::string& second) {
+  for (const LABEL_PAIR& pair : BV_MISSING)
+    if (pair.FIRST == first && pair.SECOND == second) return;
+  if (BV_MISSING.COUNT() < MAX_BV_MISSING) BV_MISSING.ADD({first, second});
+}
+
+std::string TABLE_LABEL(std::string_view label) {
+  return CUT_TEXT(U_CASE(label), label_length);
+}
+
+// Adds the pair of two scattering factor symbols to the table, or to the missing ones.
+void FIND_BVS_PAIR(std::string_view w1, std::string_view w2) {
+  if (INDEXALL(w1, no_element) > 0 || INDEXALL(w2, no_element) > 0) {
+    BV_FLAGS(BV_NOT_ELEMENTS) = true;
+    return;
+  }
+  BVS_ATOM first = FIND_BVS_ATOM(w1);
+  BVS_ATOM second = FIND_BVS_ATOM(w2);
+  const bool same_kind = first.IS_CATION == second.IS_CATION;
+  if (!first.IS_CATION || second.IS_CATION) {
+    std::swap(w1, w2);
+    std::swap(first, second);
+  }
+  const std::string cation = TABLE_LABEL(w1);
+  const std::string anion = TABLE_LABEL(w2);
+  if (same_kind || !first.FOUND || !second.FOUND) return ADD_MISSING(cation, anion);
+  const XTAL::BVS_TABLE_TYPE& row = XTAL::BVS_TABLE[first.INDEX];
+  const float d0 = row.D0[second.INDEX];
+  if (!(d0 > 0.0f) && !(d0 < 0.0f)) return ADD_MISSING(cation, anion);
+  if (BV_PAIRS.COUNT() == MAX_BV_PAIRS) {
+    BV_FLAGS(BV_TOO_MANY_PAIRS) = true;
+    return;
+  }
+  for (const BV_PAIR& pair : BV_PAIRS)
+    if (pair.CATION == cation && pair.ANION == anion) return;
+  const auto reference = static_cast<std::size_t>(row.REF[second.INDEX]);
+  BV_PAIRS.ADD(
+      {cation, anion, row.B[second.INDEX], d0, std::string(XTAL::BVS_REFERENCES[reference])});
+}
+
+void ADD_PAIRS_OF_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
+  const int centre = static_cast<int>(phase.BONDS(i, j, BOND_CENTRE));
+  const int ligand = static_cast<int>(phase.BONDS(i, j, BOND_LIGAND));
+  if (centre <= 0 || ligand <= 0) return;
+  const std::string& ligand_label = phase.ATOM(ligand).SFACSYMB;
+  FIND_BVS_PAIR(phase.ATOM(centre).SFACSYMB, ligand_label);
+  for (int k = 1; k <= MAX_DUPLICATES; ++k) {
+    const int duplicate = phase.ATOM_DUP(centre, k);
+    if (duplicate > 0) FIND_BVS_PAIR(phase.ATOM(duplicate).SFACSYMB, ligand_label);
+  }
+}
+
+// Bond rows of centre i, those without a bond included.
+int BOND_ROWS(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  return static_cast<int>(phase.BONDS.CENTRES(i).size());
+}
+
+void BUILD_BVTABLE() {
+  BV_PAIRS.CLEAR();
+  BV_MISSING.CLEAR();
+  for (int block = 1; block <= NPHASES; ++block)
+    for (int i = 1; i <= PHASE(block).NATOMS; ++i) {
+      ATOM_TYPE& atom = PHASE(block).ATOM(i);
+      if (LENTRIM(atom.SFACSYMB) < shortest_charged_label) ADD_DEFAULT_CHARGE(atom);
+    }
+  for (int block = 1; block <= NPHASES; ++block) {
+    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
+    for (int i = 1; i <= CAPACITY(phase); ++i)
+      for (int j = 1; j <= BOND_ROWS(phase, i); ++j) ADD_PAIRS_OF_BOND(phase, i, j);
+  }
+}
+
+// ---- the dialogue ----
+
+// Gives every atom of all blocks whose symbol begins with old_label the new one.
+void CHANGE_LABEL(const std::string& old_label, const std::string& new_label) {
+  for (int block = 1; block <= NPHASES; ++block)
+    for (int i = 1; i <= PHASE(block).NATOMS; ++i) {
+      ATOM_TYPE& atom = PHASE(block).ATOM(i);
+      if (BEGINS_WITH(atom.SFACSYMB, old_label)) atom.SFACSYMB = new_label;
+    }
+}
+
+// Asks for two new labels of a pair until two or none are given.
+void CHANGE_LABELS_OF_PAIR(BV_PAIR& pair) {
+  while (true) {
+    GET_INPUT("Input new element and charge labels for this atom pair (blank for no change):");
+    if (INSTRING_LEN == 0) return;
+    std::array<std::string, 2> words;
+    int count = 0;
+    GETWORDS(INSTRING, words, count);
+    CLEAR_INPUT();
+    if (count >= 2) {
+      const std::string cation = TABLE_LABEL(words[0]);
+      const std::string anion = TABLE_LABEL(words[1]);
+      CHANGE_LABEL(pair.CATION, cation);
+      CHANGE_LABEL(pair.ANION, anion);
+      pair.CATION = cation;
+      pair.ANION = anion;
+      BV_FLAGS(BV_LABELS_BY_USER) = true;
+      return;
+    }
+    WRITE_OUT(" *****Only one scattering factor read - try again");
+  }
+}
+
+// Row of the table that the list number names; 0, with a message, when the three numbers do not
+// name and fill one.
+int ROW_TO_CHANGE(const std::array<float, 3>& numbers, int found) {
+  constexpr float beyond_every_list = 9999.0f;
+  const float wanted = std::clamp(numbers[0], -beyond_every_list, beyond_every_list);
+  const int row = static_cast<int>(std::lround(wanted));
+  if (found > 0 && (row < 1 || row > BV_PAIRS.COUNT())) {
+    WRITE_OUT("A list number of " + INTEGER_COLUMNS(row, 4) + " is not valid");
+    return 0;
+  }
+  if (found < 3 || !(numbers[2] > 0.0f)) {
+    WRITE_OUT(" *****Three numbers are needed: list no, d0 and b above 0");
+    return 0;
+  }
+  return row;
+}
+
+// Changes pairs until an empty line is given.
+void CHANGE_PARAMETERS() {
+  WRITE_OUT(
+      "|      To change the parameters for an atom pair: type in the list number the d0 and b:");
+  while (true) {
+    std::array<float, 3> numbers{};
+    const int found = GET_INPUT_NVALUES("  Input list no, d0, b:", numbers);
+    if (INSTRING_LEN == 0) return;
+    const int row = ROW_TO_CHANGE(numbers, found);
+    if (row == 0) continue;
+    BV_PAIRS(row).D0 = numbers[1];
+    BV_PAIRS(row).B = numbers[2];
+    BV_PAIRS(row).SOURCE = "Set by the user";
+    BV_FLAGS(BV_PARAMETERS_BY_USER) = true;
+    CHANGE_LABELS_OF_PAIR(BV_PAIRS(row));
+  }
+}
+
+// ---- the calculation ----
+
+void FLAG_MULTIPLE_SITES(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  for (int i = 1; i <= CAPACITY(phase); ++i)
+    for (int j = 1; j <= BOND_ROWS(phase, i); ++j) {
+      const int centre = static_cast<int>(phase.BONDS(i, j, BOND_CENTRE));
+      const int ligand = static_cast<int>(phase.BONDS(i, j, BOND_LIGAND));
+      if (centre > 0 && ligand > 0 && phase.ATOM_DUP(centre, 1) > 0 &&
+          phase.ATOM_DUP(ligand, 1) > 0)
+        BV_FLAGS(BV_MULTIPLE_SITES) = true;
+    }
+}
+
+void CALC_VALENCES_OF_ALL_BLOCKS() {
+  for (int block = 1; block <= NPHASES; ++block) {
+    CALC_VALENCE_ALLBONDS(PHASE(block), BV_PAIRS);
+    FLAG_MULTIPLE_SITES(PHASE(block));
+  }
+}
+
+bool REFERENCE_HAS_VALENCES() {
+  float sum = 0.0f;
+  for (int i = 1; i <= REFERENCE().NATOMS; ++i) sum += REFERENCE().POLYHEDRON(i, POLY_VALENCE_SUM);
+  return sum > 0.0f;
+}
+
+}  // namespace
+
+void RUN_FACETOR_CALC_VALENCE() {
+  ANNOUNCE("Bond valence calculations");
+  if (BV_PAIRS.COUNT() == 0) BUILD_BVTABLE();
+  while (true) {
+    REPORT_BVS_PARAMS();
+    WRITE_OUT("|");
+    if (BV_PAIRS.COUNT() == 0) {
+      WARNING(
+          "No scattering factors recognised, use Atom Edit to assign scattering factors to atoms");
+      BV_FLAGS(BV_NO_PARAMETERS) = true;
+      return;
+    }
+    if (GET_ANSWER_YN("     Do you want to change any of these parameters?", "N") != 'Y') break;
+    CHANGE_PARAMETERS();
+  }
+  CALC_VALENCES_OF_ALL_BLOCKS();
+  FACETOR_LIST::FACETOR_LIST_ALL_BONDVALENCE();
+  VALENCES_DONE = REFERENCE_HAS_VALENCES();
+}
+
+}  // namespace FACETOR_CALC

@@ -1,0 +1,208 @@
+// The dialogues of SET and SHOW.
+#include "src/facetor6_console/parameters.h"
+
+#include <algorithm>  // for max
+#include <array>
+#include <cmath>  // for lround
+
+#include "console_code/console/output.h"
+#include "console_code/console/prompts.h"
+#include "console_code/console/state.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/text.h"
+#include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_console/valence_table.h"
+
+namespace FACETOR_CONSOLE {
+
+using namespace KVA_CONSOLE;
+using namespace KVA_CRYSTAL_STRUCTURES;
+using namespace KVA_UTILITIES;
+
+// ---- distance range ----
+
+namespace {
+
+std::string RANGE_TEXT() {
+  return REAL_COLUMNS(RUN.DMIN, 5, 2) + " to " + REAL_COLUMNS(RUN.DMAX, 5, 2);
+}
+
+void WRITE_RANGE() {
+  WRITE_OUT("|        Current range of distances is: " + RANGE_TEXT());
+}
+
+}  // namespace
+
+void GET_INPUT_DMIN_DMAX() {
+  constexpr float smallest_dmin = 0.01f;  // angstroms
+  WRITE_RANGE();
+  float dmin = 0.0f;
+  float dmax = 0.0f;
+  GET_INPUT_RANGE(
+      "      Input dmin and dmax for bond length calculation (blank for no change):", dmin, dmax);
+  if (INSTRING_LEN == 0) return WRITE_OUT("|      Distance limits not changed");
+  if (dmin < smallest_dmin) {
+    WRITE_OUT("|      Minimum distance cannot be negative, set to 0.01");
+    dmin = smallest_dmin;
+  }
+  RUN.DMIN = dmin;
+  RUN.DMAX = std::max(dmin, dmax);
+  WRITE_OUT("|        Current range of distances is now: " + RANGE_TEXT());
+}
+
+// ---- reference block ----
+
+void WRITE_REFERENCE() {
+  std::string line = "|     REFERENCE BLOCK IS #" + INTEGER_COLUMNS(IREFERENCE) + ":";
+  if (NPHASES > 0) {
+    const CRYSTAL_STRUCTURE_TYPE& phase = REFERENCE();
+    line += " " + phase.BLOCK_TITLE +
+            "   T =" + REAL_COLUMNS(phase.PT(TEMPERATURE, PT_VALUE), 6, 1) +
+            " K, P =" + REAL_COLUMNS(phase.PT(PRESSURE, PT_VALUE), 7, 3) + " GPa";
+  }
+  WRITE_OUT(line);
+}
+
+namespace {
+
+// Whether every centre and bond of the old reference is the same atom and bond, under the same
+// numbers, in the new one: then the tables are in order under it too.
+bool SAME_CENTRES_AND_BONDS(const CRYSTAL_STRUCTURE_TYPE& old_reference,
+                            const CRYSTAL_STRUCTURE_TYPE& new_reference) {
+  for (int a = 1; a <= old_reference.NATOMS; ++a) {
+    if (old_reference.NBONDS(a) <= 0) continue;
+    if (new_reference.NBONDS(a) != old_reference.NBONDS(a)) return false;
+    if (static_cast<int>(new_reference.BOND_CEN(a, CENTRE_ATOM)) != a) return false;
+    for (int j = 1; j <= old_reference.NBONDS(a); ++j)
+      if (static_cast<int>(new_reference.BONDS(a, j, BOND_LIGAND)) !=
+          static_cast<int>(old_reference.BONDS(a, j, BOND_LIGAND)))
+        return false;
+  }
+  return true;
+}
+
+void CHANGE_REFERENCE(int block) {
+  const bool results = SUM_NBONDS(REFERENCE()) > 0;
+  const bool same = SAME_CENTRES_AND_BONDS(REFERENCE(), PHASE(block));
+  IREFERENCE = block;
+  WRITE_REFERENCE();
+  if (results && !same) {
+    CLEAR_FACETOR_BONDS();
+    WARNING("The atoms of the new reference block do not match: run calc poly again");
+  } else if (RUN.LIST_SYMCODES) {
+    WRITE_OUT("|*****Run calc poly again to update the sym codes for all ligands");
+  }
+}
+
+// One question for the reference block.
+void ASK_REFERENCE() {
+  float answer = 0.0f;
+  GET_INPUT_VALUES("     Input number of new reference (blank for no change):", answer);
+  if (INSTRING_LEN == 0) return WRITE_OUT("|     Reference block unchanged");
+  const bool in_list = answer > 0.5f && answer < static_cast<float>(NPHASES) + 0.5f;
+  const int block = in_list ? static_cast<int>(std::lround(answer)) : 0;
+  if (block < 1 || block > NPHASES)
+    return WRITE_OUT("|     Invalid block number: Reference block unchanged");
+  if (IUSE(block) == 0)
+    return WRITE_OUT("|     Cannot set omitted block as reference: Reference block unchanged");
+  CHANGE_REFERENCE(block);
+}
+
+}  // namespace
+
+void SET_REFERENCE() {
+  if (CHECK_NOPHASES()) return;
+  WRITE_REFERENCE();
+  while (true) {
+    ASK_REFERENCE();
+    if (IUSE(IREFERENCE) != 0) return;
+    WRITE_OUT("     You must set a used block as reference");
+  }
+}
+
+// ---- classes of atom pairs ----
+
+void WRITE_BOND_EXCLUSION() {
+  if (!RUN.BONDEX_ON) return;
+  WRITE_OUT("|  For calculation of atom-atom distances:");
+  for (int k = 1; k <= BOND_CLASSES; ++k)
+    WRITE_OUT("     " + std::string(BONDEXLABEL(k)) +
+              (RUN.BONDEX(k) ? " distances are EXCLUDED" : " distances are INCLUDED"));
+  WRITE_OUT("|");
+}
+
+void SET_BOND_EXCLUSION() {
+  if (!RUN.BONDEX_ON) return;
+  WRITE_OUT(
+      "|   Here you can set the types of atom-atom distances to be included or excluded from "
+      "calculations|");
+  WRITE_OUT(
+      "    Do you want the following types of atom-atom distances to be INCLUDED in calculations?");
+  for (int k = 1; k <= BOND_CLASSES; ++k)
+    RUN.BONDEX(k) =
+        GET_ANSWER_YN("     " + std::string(BONDEXLABEL(k)) + " distances:", "Y") != 'Y';
+  WRITE_BOND_EXCLUSION();
+}
+
+// ---- elements ----
+
+void CHEMSYMB_PRESENT() {
+  for (int block = 1; block <= NPHASES; ++block) {
+    if (IUSE(block) == 0) continue;
+    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
+    for (int i = 1; i <= phase.NATOMS; ++i) {
+      const std::string& symbol = phase.ATOM(i).CHEMSYMB;
+      if (phase.ATOM_USE(i) == ATOM_USED && (LENTRIM(symbol) == 0 || symbol == "**"))
+        return WARNING(BV_FLAG_TEXTS(BV_NOT_ELEMENTS));
+    }
+  }
+}
+
+// ---- the commands ----
+
+void RUN_SET_FACETOR_PARAMS() {
+  enum OPTION { HIDE_UNUSED = 1, SHOW_ALL, DISTANCES, REFERENCE_BLOCK, EXCLUDE, SYMCODES };
+  constexpr std::array<std::string_view, 6> options{// ORDER OPTION
+                                                    "hide unused blocks", "show all data blocks",
+                                                    "dmin and dmax",      "reference block",
+                                                    "exclude bond types", "output symcodes"};
+  switch (GET_LIST_SELECTION("Setting program parameters", options)) {
+    case HIDE_UNUSED:
+      RUN.LIST_ALL_BLOCKS = false;
+      break;
+    case SHOW_ALL:
+      RUN.LIST_ALL_BLOCKS = true;
+      break;
+    case DISTANCES:
+      GET_INPUT_DMIN_DMAX();
+      break;
+    case REFERENCE_BLOCK:
+      SET_REFERENCE();
+      break;
+    case EXCLUDE:
+      SET_BOND_EXCLUSION();
+      break;
+    case SYMCODES:
+      RUN.LIST_SYMCODES =
+          GET_ANSWER_YN("Do you want to see symcodes in bond listings?", "N") == 'Y';
+      break;
+    default:
+      break;
+  }
+}
+
+void RUN_SHOW_FACETOR_PARAMS() {
+  ANNOUNCE("Current Settings");
+  WRITE_OUT(RUN.LIST_ALL_BLOCKS
+                ? "     All data blocks will be listed in output"
+                : "     Only data blocks with use flag set will be listed in output");
+  WRITE_RANGE();
+  WRITE_OUT(RUN.LIST_SYMCODES ? "     Symmetry codes of the reference block will be given in lists "
+                                "of bond lengths and angles"
+                              : "     Symmetry codes of the reference block will not be listed for "
+                                "bond lengths and angles");
+  WRITE_REFERENCE();
+  WRITE_BOND_EXCLUSION();
+}
+
+}  // namespace FACETOR_CONSOLE

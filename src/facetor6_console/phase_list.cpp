@@ -1,0 +1,177 @@
+// Upkeep of the phase list and the commands USE, OMIT, SORT, UNSORT and CLEAR.
+#include "src/facetor6_console/phase_list.h"
+
+#include <algorithm>  // for max, reverse, count
+
+#include "console_code/console/output.h"
+#include "console_code/console/prompts.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/matrix.h"
+#include "src/facetor6_console/parameters.h"
+#include "src/facetor6_console/valence_table.h"
+
+namespace FACETOR_CONSOLE {
+
+using namespace KVA_CONSOLE;
+using namespace KVA_CRYSTAL_STRUCTURES;
+using KVA_UTILITIES::INTEGER_COLUMNS;
+
+CRYSTAL_STRUCTURE_TYPE& REFERENCE() {
+  return PHASE(IREFERENCE);
+}
+
+// ---- room ----
+
+void INIT_PHASE_LIST() {
+  ALLOCATE_PHASE_LIST(START_PHASES);
+}
+
+void ALLOCATE_PHASE_LIST(int n) {
+  if (n <= 0) return;
+  NPHASES = 0;
+  IREFERENCE = 1;
+  ALLOCATE_CRYSTAL_STRUCTURE_LIST(PHASE, n);
+  if (ERR_KVASTRUCTURES) {
+    WARNING(ERR_KVASTRUCTURES_MESS);
+    ISORT.ASSIGN(ISORT.COUNT(), 0);
+    IUSE.ASSIGN(IUSE.COUNT(), 0);
+    return;
+  }
+  ISORT.ASSIGN(n, 0);
+  IUSE.ASSIGN(n, 0);
+  for (int i = 1; i <= n; ++i) ISORT(i) = i;
+  NPHASES_ALLOCATED = n;
+}
+
+void EXPAND_PHASE_LIST(int extra, bool& error) {
+  if (extra == 0) return;
+  STRUCTURE_LIST added;
+  ALLOCATE_CRYSTAL_STRUCTURE_LIST(added, extra);
+  if (ERR_KVASTRUCTURES) {
+    WARNING(ERR_KVASTRUCTURES_MESS + " called from expand_phase_list");
+    error = true;
+    return;
+  }
+  for (CRYSTAL_STRUCTURE_TYPE& phase : added) {
+    PHASE.ADD(phase);
+    IUSE.ADD(0);
+    ISORT.ADD(PHASE.COUNT());
+  }
+  NPHASES_ALLOCATED = PHASE.COUNT();
+}
+
+void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error) {
+  error = false;
+  int largest_new = 0;
+  for (CRYSTAL_STRUCTURE_TYPE& phase : newx) {
+    CLEAN_CRYSTAL_STRUCTURE_TYPE(phase);
+    largest_new = std::max(largest_new, phase.NATOMS);
+  }
+  const int largest_held = NATOM_MAX();
+  if (largest_new > largest_held)
+    for (CRYSTAL_STRUCTURE_TYPE& phase : PHASE) EXPAND_NATOMS(phase, largest_new);
+  for (CRYSTAL_STRUCTURE_TYPE& phase : newx)
+    EXPAND_NATOMS(phase, std::max(largest_new, largest_held));
+
+  const int added = std::min(count, newx.COUNT());
+  if (NPHASES + added > NPHASES_ALLOCATED)
+    EXPAND_PHASE_LIST(NPHASES + added - NPHASES_ALLOCATED, error);
+  if (error) return;
+  for (int i = 1; i <= added; ++i) {
+    const int k = NPHASES + i;
+    PHASE(k) = COPY_CRYSTAL_STRUCTURE(newx(i));
+    ISORT(k) = k;
+    IUSE(k) = 1;
+  }
+  NPHASES += added;
+}
+
+// ---- questions ----
+
+int NUMPHASES_USED() {
+  return static_cast<int>(std::count(IUSE.begin(), IUSE.begin() + NPHASES, 1));
+}
+
+bool CHECK_NOPHASES() {
+  if (NUMPHASES_USED() > 0) return false;
+  WARNING("No datablocks with use flags set!");
+  return true;
+}
+
+bool NPHASE_MAX() {
+  if (NPHASES != NPHASES_ALLOCATED) return false;
+  WARNING("Capacity of arrays exceeded: no more space for adding new structures!");
+  return true;
+}
+
+int NATOM_MAX() {
+  int largest = 0;
+  for (int i = 1; i <= NPHASES; ++i) largest = std::max(largest, PHASE(i).NATOMS);
+  return largest;
+}
+
+void EQUAL_ATOMS() {
+  for (int i = 2; i <= NPHASES; ++i)
+    if (PHASE(i).NATOMS != PHASE(1).NATOMS)
+      return WARNING("Different numbers of atoms in different data blocks: read output with care!");
+}
+
+// ---- forgetting ----
+
+void CLEAR_FACETOR_BONDS() {
+  for (CRYSTAL_STRUCTURE_TYPE& phase : PHASE) CLEAR_GEOMETRY(phase);
+  CLEAR_FACETOR_VALENCE();
+}
+
+void CLEAR_FACETOR_LIST() {
+  ALLOCATE_PHASE_LIST(1);
+  CLEAR_FACETOR_VALENCE();
+  WRITE_OUT_BLANK(1);
+  WRITE_OUT("     All data blocks deleted from list");
+}
+
+// ---- use and order ----
+
+namespace {
+
+void SET_USE(std::string_view prompt, bool use) {
+  for (int block : GET_LIST(prompt, NPHASES)) IUSE(block) = use ? 1 : 0;
+}
+
+}  // namespace
+
+void USE_FACETOR_LIST() {
+  if (CHECK_NOPHASES()) return;
+  SET_USE("Input the datablock numbers to use, <CR> to exit: ", true);
+}
+
+void OMIT_FACETOR_LIST() {
+  if (CHECK_NOPHASES()) return;
+  SET_USE("Input the datablock numbers to omit, <CR> to exit: ", false);
+  if (NUMPHASES_USED() == 0) {
+    IUSE(IREFERENCE) = 1;
+    WARNING("Previous reference block, #" + INTEGER_COLUMNS(IREFERENCE, 3) +
+            " has been set used and retained as reference");
+  } else if (IUSE(IREFERENCE) == 0) {
+    WARNING("The previous reference block is now omitted. You must set a new reference block!");
+    SET_REFERENCE();
+  }
+}
+
+void SORT_FACETOR_LIST() {
+  if (CHECK_NOPHASES()) return;
+  const PT_ROW row = GET_ANSWER("Sort by P or T?", 'P', 'T', "P") == 'P' ? PRESSURE : TEMPERATURE;
+  const bool decreasing = GET_ANSWER("Sort increasing or decreasing?", 'I', 'D', "I") == 'D';
+  std::vector<float> values;
+  for (int i = 1; i <= NPHASES; ++i) values.push_back(PHASE(i).PT(row, PT_VALUE));
+  std::vector<int> order = KVA_UTILITIES::SET_SORT(values, true);
+  if (decreasing) std::reverse(order.begin(), order.end());
+  std::copy(order.begin(), order.end(), ISORT.begin());
+}
+
+void UNSORT_FACETOR_LIST() {
+  if (CHECK_NOPHASES()) return;
+  for (int i = 1; i <= ISORT.COUNT(); ++i) ISORT(i) = i;
+}
+
+}  // namespace FACETOR_CONSOLE

@@ -1,0 +1,46 @@
+// The phase list, the program's central store, and the commands that manage it.
+#pragma once
+
+#include "src/kva_crystal_structures/records.h"
+
+namespace FACETOR_CONSOLE {
+
+using KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE;
+using KVA_CRYSTAL_STRUCTURES::STRUCTURE_LIST;
+using KVA_UTILITIES::LIST;
+
+inline constexpr int START_PHASES = 8;  // room of the list at start
+
+inline STRUCTURE_LIST PHASE;       // the blocks, in order of reading
+inline int NPHASES = 0;            // blocks loaded
+inline int NPHASES_ALLOCATED = 0;  // length of PHASE, ISORT and IUSE
+inline LIST<int> ISORT;            // ISORT(k) is the block shown at place k
+inline LIST<int> IUSE;             // 1: the block is used
+inline int IREFERENCE = 1;         // number of the reference block
+
+CRYSTAL_STRUCTURE_TYPE& REFERENCE();  // the reference block
+
+void INIT_PHASE_LIST();
+void ALLOCATE_PHASE_LIST(int n);
+void EXPAND_PHASE_LIST(int extra, bool& error);
+
+// Takes in count blocks that were read: the only way in, which keeps all records at one capacity.
+void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error);
+
+// The commands USE, OMIT, SORT, UNSORT and CLEAR.
+void USE_FACETOR_LIST();
+void OMIT_FACETOR_LIST();
+void SORT_FACETOR_LIST();
+void UNSORT_FACETOR_LIST();
+void CLEAR_FACETOR_LIST();
+
+int NUMPHASES_USED();
+bool CHECK_NOPHASES();  // true, with a warning, when no block is used
+bool NPHASE_MAX();      // true, with a warning, when the list is full
+int NATOM_MAX();        // largest NATOMS, 0 when none
+void EQUAL_ATOMS();     // warns when blocks differ in their number of atoms
+
+// Forgets all geometry results, and those of the valences.
+void CLEAR_FACETOR_BONDS();
+
+}  // namespace FACETOR_CONSOLE

@@ -1,0 +1,153 @@
+// The data file for fitting equations of state: its header, its columns, its rows.
+#include <algorithm>  // for find_if
+
+#include "console_code/console/open_file.h"
+#include "console_code/console/output.h"
+#include "console_code/console/state.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/text.h"
+#include "src/facetor6_exportfiles/exportfiles.h"
+
+namespace FACETOR_EXPORTFILES {
+
+using namespace KVA_CONSOLE;
+using namespace KVA_UTILITIES;
+
+namespace {
+
+// ---- columns by crystal system ----
+
+struct SYSTEM_COLUMNS {
+  std::string_view SYSTEM;             // first four letters, and the axis of a monoclinic system
+  std::string_view FORMAT;             // behind "Format 1 T sigT P sigP"
+  std::vector<EOS_COLUMN> PARAMETERS;  // cell parameters in the file
+};
+
+const std::array<SYSTEM_COLUMNS, 10> system_columns{{
+    {"TRIC",
+     " a siga b sigb c sigc alpha sigal beta sigbe gamma sigga v sigv",
+     {EOS_A, EOS_B, EOS_C, EOS_ALPHA, EOS_BETA, EOS_GAMMA}},
+    {"MONOA", " a siga b sigb c sigc alpha sigal v sigv", {EOS_A, EOS_B, EOS_C, EOS_ALPHA}},
+    {"MONOB", " a siga b sigb c sigc beta sigbe v sigv", {EOS_A, EOS_B, EOS_C, EOS_BETA}},
+    {"MONOC", " a siga b sigb c sigc gamma sigga v sigv", {EOS_A, EOS_B, EOS_C, EOS_GAMMA}},
+    {"ORTH", "a siga b sigb c sigc v sigv", {EOS_A, EOS_B, EOS_C}},
+    {"TETR", " a siga c sigc  v sigv", {EOS_A, EOS_C}},
+    {"TRIG", " a siga c sigc  v sigv", {EOS_A, EOS_C}},
+    {"HEXA", " a siga c sigc  v sigv", {EOS_A, EOS_C}},
+    {"CUBI", " v sigv", {}},
+    {"", " v sigv", {}},
+}};
+
+// The letter before "-UN" of a monoclinic system; A when there is no such mark.
+char UNIQUE_AXIS(const std::string& system) {
+  const int mark = INDEXALL(system, "-UN");
+  return mark > 1 ? system[static_cast<std::size_t>(mark - 2)] : 'A';
+}
+
+const SYSTEM_COLUMNS& COLUMNS_OF(const std::string& system) {
+  std::string key = system.substr(0, 4);
+  if (key == "MONO") key += UNIQUE_AXIS(system);
+  const auto* found =
+      std::find_if(system_columns.begin(), system_columns.end(),
+                   [&key](const SYSTEM_COLUMNS& columns) { return columns.SYSTEM == key; });
+  return found == system_columns.end() ? system_columns.back() : *found;
+}
+
+// ---- rows ----
+
+struct NUMBER_FORMAT {
+  int WIDTH;
+  int DECIMALS;
+};
+
+NUMBER_FORMAT VALUE_FORMAT(EOS_COLUMN column) {
+  switch (column) {
+    case EOS_T:
+      return {7, 1};
+    case EOS_P:
+      return {8, 3};
+    case EOS_A:
+    case EOS_B:
+    case EOS_C:
+      return {9, 4};
+    case EOS_V:
+      return {10, 4};
+    default:
+      return {9, 3};
+  }
+}
+
+NUMBER_FORMAT ESD_FORMAT(EOS_COLUMN column) {
+  return column == EOS_T ? NUMBER_FORMAT{4, 1} : VALUE_FORMAT(column);
+}
+
+std::string CELL_TEXT(float value, NUMBER_FORMAT format) {
+  return LEFT_ADJUST(REAL_COLUMNS(value, format.WIDTH, format.DECIMALS));
+}
+
+std::vector<std::string> ROW_TEXTS(const EOS_POINT& point, const SYSTEM_COLUMNS& columns) {
+  std::vector<EOS_COLUMN> written{EOS_T, EOS_P};
+  written.insert(written.end(), columns.PARAMETERS.begin(), columns.PARAMETERS.end());
+  written.push_back(EOS_V);
+  std::vector<std::string> row;
+  for (EOS_COLUMN column : written) {
+    row.push_back(CELL_TEXT(point[column].VALUE, VALUE_FORMAT(column)));
+    row.push_back(CELL_TEXT(point[column].ESD, ESD_FORMAT(column)));
+  }
+  return row;
+}
+
+// ---- the file ----
+
+std::vector<std::string> HEADER_LINES(const std::string& system, std::string_view title,
+                                      bool volumes) {
+  std::vector<std::string> lines{" ", "Title Datafile created by Gemmara on " + DATE_KVA()};
+  if (!title.empty()) {
+    lines.push_back(" ");
+    lines.push_back("#   " + std::string(title));
+  }
+  lines.insert(lines.end(), {" ", "Tscale K", "Pscale GPa"});
+  lines.push_back(volumes ? "Vscale A^3/polyhedron" : "Vscale A^3/cell");
+  if (!system.empty()) lines.push_back("System " + system);
+  lines.push_back(" ");
+  lines.push_back("Format 1 T sigT P sigP" + std::string(COLUMNS_OF(system).FORMAT));
+  return lines;
+}
+
+// False when the system refused a line.
+bool WRITE_LINES(int unit, const std::vector<std::string>& lines) {
+  for (const std::string& line : lines)
+    if (!WRITE_UNIT(unit, line)) return false;
+  return true;
+}
+
+bool HAS_STARS(const std::vector<std::string>& lines) {
+  return std::any_of(lines.begin(), lines.end(),
+                     [](const std::string& line) { return line.find('*') != std::string::npos; });
+}
+
+}  // namespace
+
+void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, std::string_view system_text,
+                  std::string_view title) {
+  FILE_RECORD file;
+  file.DESCRIPTOR = "Kompressa datafile";
+  file.EXT = "dat";
+  file.UNIT = DATA_UNIT;
+  OPEN_FILE(file, "APPEND CONF");
+  if (!file.OPEN) return;
+
+  const bool volumes = INDEXALL(system_text, "Vol") > 0;
+  const std::string system = volumes ? "" : U_CASE(TRIM(system_text));
+  std::vector<std::vector<std::string>> rows;
+  for (const EOS_POINT& point : points) rows.push_back(ROW_TEXTS(point, COLUMNS_OF(system)));
+  const std::vector<std::string> data = WRITE_COLS(rows);
+  const bool written =
+      WRITE_LINES(file.UNIT, HEADER_LINES(system, title, volumes)) && WRITE_LINES(file.UNIT, data);
+  CLOSE_FILE(file);
+  WRITE_OUT("     File header   and " + INTEGER_COLUMNS(static_cast<int>(points.size()), 3) +
+            " data points written to the file|");
+  if (!written || HAS_STARS(data)) WARNING("Errors on writing the file: check it carefully");
+}
+
+}  // namespace FACETOR_EXPORTFILES

@@ -1,0 +1,153 @@
+// The dialogue of EXPORT and what goes into the data points.
+#include "src/facetor6_exportfiles/exportfiles.h"
+
+#include "console_code/console/input.h"
+#include "console_code/console/output.h"
+#include "console_code/console/prompts.h"
+#include "console_code/console/state.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/text.h"
+#include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_list/list.h"
+
+namespace FACETOR_EXPORTFILES {
+
+using namespace FACETOR_CONSOLE;
+using namespace KVA_CONSOLE;
+using namespace KVA_CRYSTAL_STRUCTURES;
+using namespace KVA_UTILITIES;
+
+namespace {
+
+constexpr int system_length = 12;      // characters of a crystal system that count
+constexpr float least_volume = 0.01f;  // cubic angstroms; below: no volume was calculated
+constexpr std::string_view no_symmetry = "TRICLINIC";
+
+EOS_POINT CONDITIONS(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  EOS_POINT point;
+  point[EOS_T] = {phase.PT(TEMPERATURE, PT_VALUE), phase.PT(TEMPERATURE, PT_ESD)};
+  point[EOS_P] = {phase.PT(PRESSURE, PT_VALUE), phase.PT(PRESSURE, PT_ESD)};
+  return point;
+}
+
+// ---- cells ----
+
+EOS_POINT CELL_POINT(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  EOS_POINT point = CONDITIONS(phase);
+  for (std::size_t k = 0; k < 3; ++k) {
+    point[EOS_A + k] = {phase.CELL.CELL[k], phase.CELL.CELL_STD[k]};
+    point[EOS_ALPHA + k] = {phase.CELL.ANG[k], phase.CELL.ANG_STD[k]};
+  }
+  point[EOS_V] = {phase.CELL.CELLVOL, phase.CELL.STDVOL};
+  return point;
+}
+
+// The crystal system that all phases share, or triclinic.
+std::string COMMON_SYSTEM(const STRUCTURE_LIST& phases, int n) {
+  const std::string system = U_CASE(CUT_TEXT(phases(1).SPG.CRYSTALSYS, system_length));
+  if (system.empty()) return std::string(no_symmetry);
+  for (int k = 1; k <= n; ++k)
+    if (INDEXALL(phases(k).SPG.CRYSTALSYS, system) == 0) return std::string(no_symmetry);
+  return system;
+}
+
+// ---- polyhedra ----
+
+// First atom of the reference block whose label begins with name; 0 when there is none.
+int FIND_SITE(const std::string& name) {
+  for (int i = 1; i <= REFERENCE().NATOMS; ++i)
+    if (BEGINS_WITH(REFERENCE().ATOM(i).LAB, name)) return i;
+  return 0;
+}
+
+// Why atom i has no volume to write; blank when it has.
+std::string REASON_AGAINST(int i) {
+  if (i == 0) return "     *****No atom site with this name found in the reference block";
+  const CRYSTAL_STRUCTURE_TYPE& phase = REFERENCE();
+  if (phase.ATOM_USE(i) < ATOM_OMITTED)
+    return "     ***** This atom is a duplicate of another atom and cannot be selected";
+  if (phase.ATOM_USE(i) == ATOM_OMITTED)
+    return "     ***** This atom is marked not to be used and cannot be selected";
+  if (phase.NBONDS(i) >= 1 && phase.NBONDS(i) <= 3)
+    return "     ***** This atom has " + INTEGER_COLUMNS(phase.NBONDS(i), 1) +
+           " ligands and therefore no polyhedral volume";
+  if (!(phase.POLYHEDRON(i, POLY_VOLUME) >= least_volume))
+    return "     ***** No polyhedral volume has been calculated for this central atom";
+  return "";
+}
+
+void WRITE_VOLUMES_OF(int i, const STRUCTURE_LIST& phases, int n) {
+  const std::string label = REFERENCE().ATOM(i).LAB;
+  WRITE_OUT("|    Polyhedral volumes for " + label + "  will be written to the kompressa dat file");
+  std::vector<EOS_POINT> points;
+  for (int k = 1; k <= n; ++k) {
+    EOS_POINT point = CONDITIONS(phases(k));
+    point[EOS_V] = {phases(k).POLYHEDRON(i, POLY_VOLUME), phases(k).POLYHEDRON(i, POLY_VOLUME_STD)};
+    points.push_back(point);
+  }
+  WRITE_EOSDAT(points, "VOL", "Polyhedral Volumes for " + label);
+}
+
+}  // namespace
+
+void EXPORT_CELL_EOSDAT(const STRUCTURE_LIST& phases, int n) {
+  WRITE_OUT(
+      "|     Full unit cell, P and T data from used datablocks will be written to an Kompressa "
+      "file|");
+  std::vector<EOS_POINT> points;
+  for (int k = 1; k <= n; ++k) points.push_back(CELL_POINT(phases(k)));
+  WRITE_EOSDAT(points, COMMON_SYSTEM(phases, n));
+}
+
+void EXPORT_POLYVOL_EOSDAT(const STRUCTURE_LIST& phases, int n) {
+  WRITE_OUT(
+      "|     Selected polyhedral volume data from used datablocks will be written to an Kompressa "
+      "file|");
+  WRITE_OUT(
+      "|****Now select the polyhedron volumes by central atom name in reference datablock, which "
+      "are:");
+  FACETOR_LIST::FACETOR_LIST_ATOMS("", IREFERENCE);
+  WRITE_OUT("|");
+  while (true) {
+    GET_INPUT("    Enter central atom name:");
+    if (INSTRING_LEN == 0) return;
+    const int i = FIND_SITE(INSTRING);
+    CLEAR_INPUT();
+    const std::string reason = REASON_AGAINST(i);
+    if (reason.empty())
+      WRITE_VOLUMES_OF(i, phases, n);
+    else
+      WRITE_OUT(reason);
+  }
+}
+
+void RUN_EXPORT() {
+  if (CHECK_NOPHASES()) return;
+  WRITE_OUT("|***** This routine allows you to export data to Kompressa data files|");
+  WRITE_OUT("|     Data from the following USED datablocks will be exported, in this order:");
+  FACETOR_LIST::FACETOR_LIST_PHASE_USED();
+  if (GET_ANSWER_YN("     Is this ok?") != 'Y') return;
+
+  STRUCTURE_LIST phases;
+  ALLOCATE_CRYSTAL_STRUCTURE_LIST(phases, NPHASES);
+  if (ERR_KVASTRUCTURES) return WARNING(ERR_KVASTRUCTURES_MESS + " called from run_export");
+  int n = 0;
+  COPY_STRUCTURES_USED(PHASE, IUSE, ISORT, phases, n);
+
+  enum EXPORT_CHOICE { CELLS = 1, VOLUMES };
+  constexpr std::array<std::string_view, 2> menu{"cell data", "polyhedral volumes"};  // same order
+  while (true) {
+    switch (GET_LIST_SELECTION("Type of data to export", menu)) {
+      case CELLS:
+        EXPORT_CELL_EOSDAT(phases, n);
+        break;
+      case VOLUMES:
+        EXPORT_POLYVOL_EOSDAT(phases, n);
+        break;
+      default:
+        return;
+    }
+  }
+}
+
+}  // namespace FACETOR_EXPORTFILES

@@ -1,0 +1,64 @@
+// The LIST and TABLE commands and all their reports.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "src/kva_crystal_structures/records.h"
+
+namespace FACETOR_LIST {
+
+// Subjects of RUN_FACETOR_LIST_GEOM.
+enum REPORT_CODE {
+  REPORT_XYZ = 6,
+  REPORT_ADPS = 7,
+  REPORT_BONDS = 8,
+  REPORT_ANGLES = 9,
+  REPORT_EDGES = 10,
+  REPORT_ORBIX = 11,
+  REPORT_SRB = 12,
+  REPORT_DISPL = 13,
+  REPORT_VALENCES = 14
+};
+
+// ---- commands ----
+void RUN_FACETOR_LIST();
+void RUN_FACETOR_TABLE();
+
+// ---- summaries and cells ----
+void FACETOR_LIST_PHASE();
+void FACETOR_LIST_PHASE_USED();
+void FACETOR_LIST_CELLS(std::string_view option = "");
+void LIST_PHASE(const KVA_CRYSTAL_STRUCTURES::STRUCTURE_LIST& phases, int count);
+// first, last: the blocks shown; the number of a row is its place in the list.
+void LIST_PHASE_ESD(const KVA_CRYSTAL_STRUCTURES::STRUCTURE_LIST& phases, int first, int last);
+
+// ---- pieces shared by all tables ----
+std::string FACETOR_HEADSTART();
+// Start of the row at a place of the display order: 44 columns, or blank for a block not shown.
+std::string FACETOR_LINESTART(int place, bool esd = false);
+bool BLOCK_IS_LISTED(int block);
+
+// ---- symmetry, atoms, coordinates, displacement ----
+void FACETOR_LIST_SYMM();
+void LIST_SYMOPS();
+void FACETOR_LIST_ATOMS(std::string_view option = "", int block = 0);  // 0: all listed blocks
+void FACETOR_LIST_XYZ(int i, std::string_view option = "");
+void FACETOR_LIST_ALL_XYZ(std::string_view option = "");
+void FACETOR_LIST_ADPS(int i, std::string_view option = "");
+void FACETOR_LIST_ALL_ADPS(std::string_view option = "");
+
+// ---- geometry ----
+void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option = "");
+void FACETOR_LIST_BONDS(int i, std::string_view option = "");
+void FACETOR_LIST_ALL_BONDS(std::string_view option = "");
+void FACETOR_LIST_BONDVALENCE(int i, std::string_view option = "");
+void FACETOR_LIST_ALL_BONDVALENCE(std::string_view option = "");
+void FACETOR_LIST_ANGLES(int i, std::string_view option = "");
+void FACETOR_LIST_ALL_ANGLES(std::string_view option = "");
+void FACETOR_LIST_EDGES(int i, std::string_view option = "");
+void FACETOR_LIST_ALL_EDGES(std::string_view option = "");
+void FACETOR_LIST_ORBIX(int i);
+void FACETOR_LIST_ALL_ORBIX();
+
+}  // namespace FACETOR_LIST

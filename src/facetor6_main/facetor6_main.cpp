@@ -1,0 +1,199 @@
+// Start-up, the command table and the dispatcher: the order of everything. No calculation, no
+// report, and no question of its own.
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "console_code/console/command.h"
+#include "console_code/console/output.h"
+#include "console_code/console/settings.h"
+#include "console_code/console/state.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/text.h"
+#include "src/facetor6_calc/calc.h"
+#include "src/facetor6_console/parameters.h"
+#include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_console/valence_table.h"
+#include "src/facetor6_list/list.h"
+#include "src/facetor6_readfiles/readfiles.h"
+
+namespace {
+
+using namespace KVA_CONSOLE;
+
+// ---- command table ----
+
+// Position in the command table.
+enum MAIN_COMMAND {
+  COMMAND_READ = 1,
+  COMMAND_WRITE,
+  COMMAND_LIST,
+  COMMAND_SHOW,
+  COMMAND_SET,
+  COMMAND_EXPORT,
+  COMMAND_CLEAR,
+  COMMAND_USE,
+  COMMAND_OMIT,
+  COMMAND_SORT,
+  COMMAND_UNSORT,
+  COMMAND_CALC,
+  COMMAND_TRANSFORM,
+  COMMAND_CHECK,
+  COMMAND_TABLE,
+  COMMAND_ATOMEDIT,
+  COMMAND_PTEDIT,
+  COMMAND_TEST,
+  COMMAND_COUNT = COMMAND_TEST
+};
+
+// Groups of HELP, in the order in which they are shown.
+enum MAIN_GROUP { CONFIGURATION = 1, FILES, DATA, RESULTS };
+
+constexpr std::array<std::string_view, RESULTS> group_titles{
+    "Configuration", "File Input/Output", "Data management", "Calculations & Results"};
+
+struct MAIN_ROW {
+  MAIN_COMMAND CODE;
+  std::string_view WORD;
+  std::string_view DESCRIPTION;
+  MAIN_GROUP GROUP;
+  bool RESERVED = false;
+};
+
+// clang-format off
+constexpr std::array main_table{
+    MAIN_ROW{COMMAND_READ,      "READ",      "Read in crystal data from file",  FILES},
+    MAIN_ROW{COMMAND_WRITE,     "WRITE",     "Write crystal data to file",      FILES},
+    MAIN_ROW{COMMAND_LIST,      "LIST",      "List crystal data",               RESULTS},
+    MAIN_ROW{COMMAND_SHOW,      "SHOW",      "Show program parameters",         CONFIGURATION},
+    MAIN_ROW{COMMAND_SET,       "SET",       "Set program parameters",          CONFIGURATION},
+    MAIN_ROW{COMMAND_EXPORT,    "EXPORT",    "Export data",                     FILES},
+    MAIN_ROW{COMMAND_CLEAR,     "CLEAR",     "Clear all data",                  DATA},
+    MAIN_ROW{COMMAND_USE,       "USE",       "Use data blocks",                 DATA},
+    MAIN_ROW{COMMAND_OMIT,      "OMIT",      "Omit data blocks",                DATA},
+    MAIN_ROW{COMMAND_SORT,      "SORT",      "Sort data blocks",                DATA},
+    MAIN_ROW{COMMAND_UNSORT,    "UNSORT",    "Unsort data blocks",              DATA},
+    MAIN_ROW{COMMAND_CALC,      "CALC",      "Calculate structural parameters", RESULTS},
+    MAIN_ROW{COMMAND_TRANSFORM, "TRANSFORM", "Transform atom coordinates",      RESULTS},
+    MAIN_ROW{COMMAND_CHECK,     "CHECK",     "Check CIF contents",              DATA},
+    MAIN_ROW{COMMAND_TABLE,     "TABLE",     "List crystal data with esds",     RESULTS},
+    MAIN_ROW{COMMAND_ATOMEDIT,  "ATOMEDIT",  "Edit atom data and flags",        DATA},
+    MAIN_ROW{COMMAND_PTEDIT,    "PTEDIT",    "Edit the P and/or T data",        DATA},
+    MAIN_ROW{COMMAND_TEST,      "TEST",      "Test routine",                    DATA, true},
+};
+// clang-format on
+
+constexpr bool ROWS_STAND_IN_ORDER() {
+  int position = 0;
+  for (const MAIN_ROW& row : main_table)
+    if (row.CODE != ++position) return false;
+  return position == COMMAND_COUNT;
+}
+static_assert(ROWS_STAND_IN_ORDER(), "a command's number is its place in the table");
+
+// Called before every command, since the atom editor puts its own table in place of this one.
+void SET_CLIST_MAIN() {
+  COMMANDS.CLEAR();
+  for (const MAIN_ROW& row : main_table)
+    COMMANDS.ADD({std::string(row.WORD), std::string(row.DESCRIPTION), row.GROUP, row.RESERVED});
+  CLIST_GROUP_TITLE.CLEAR();
+  for (const std::string_view title : group_titles) CLIST_GROUP_TITLE.ADD(std::string(title));
+}
+
+// ---- dispatcher ----
+
+void RUN_TEST() {
+  ANNOUNCE("Test routine to look at BVS parameters");
+}
+
+void REPORT_NO_ROUTINE(int icom) {
+  const bool in_table = icom >= 1 && icom <= COMMANDS.COUNT();
+  WRITE_OUT_BLANK(1);
+  WRITE_OUT("    ***** Command not allocated to a subroutine");
+  WRITE_OUT(KVA_UTILITIES::INTEGER_COLUMNS(icom, 5) + " " + (in_table ? COMMANDS(icom).CLIST : ""));
+  WRITE_OUT("   command argument was: " + INSTRING);
+}
+
+void EXECUTE(int icom) {
+  switch (icom) {
+    case COMMAND_READ:
+      return FACETOR_READFILES::READ_PHASE_FROM_FILE();
+    case COMMAND_LIST:
+      return FACETOR_LIST::RUN_FACETOR_LIST();
+    case COMMAND_SHOW:
+      return FACETOR_CONSOLE::RUN_SHOW_FACETOR_PARAMS();
+    case COMMAND_SET:
+      return FACETOR_CONSOLE::RUN_SET_FACETOR_PARAMS();
+    case COMMAND_CLEAR:
+      return FACETOR_CONSOLE::CLEAR_FACETOR_LIST();
+    case COMMAND_USE:
+      FACETOR_CONSOLE::USE_FACETOR_LIST();
+      return FACETOR_LIST::FACETOR_LIST_PHASE();
+    case COMMAND_OMIT:
+      FACETOR_CONSOLE::OMIT_FACETOR_LIST();
+      return FACETOR_LIST::FACETOR_LIST_PHASE();
+    case COMMAND_SORT:
+      FACETOR_CONSOLE::SORT_FACETOR_LIST();
+      return FACETOR_LIST::FACETOR_LIST_PHASE();
+    case COMMAND_UNSORT:
+      FACETOR_CONSOLE::UNSORT_FACETOR_LIST();
+      return FACETOR_LIST::FACETOR_LIST_PHASE();
+    case COMMAND_CALC:
+      return FACETOR_CALC::RUN_FACETOR_CALC();
+    case COMMAND_TABLE:
+      return FACETOR_LIST::RUN_FACETOR_TABLE();
+    case COMMAND_TEST:
+      return RUN_TEST();
+    default:
+      return REPORT_NO_ROUTINE(icom);
+  }
+}
+
+// ---- start-up ----
+
+void SET_IDENTITY() {
+  constexpr std::array<std::string_view, 7> comments{
+      "Reads series of crystal structures from CIF files",
+      "Finds the bonds once, on a reference block",
+      "Measures the same bonds, angles and polyhedra in every block",
+      "Propagates the estimated standard uncertainty of every value",
+      "Polyhedral volumes, distortion and sphere-fit parameters",
+      "Bond valences and bond-valence sums",
+      "Writes tables, CIF and equation-of-state data files"};
+  PROGRAM_NAME = "Gemmara";
+  PROGRAM_VERSION = 6.1f;
+  PROGRAM_VERSION_DATE = "1-FEBRUARY-2025";
+  PROGRAM_AUTHORS = "The Gemmara developers";
+  PROGRAM_INI_FILE = "/quorvansoftware/gemmara.ini";
+  PROGRAM_COMMENT.FILL("");
+  int line = 0;
+  for (const std::string_view comment : comments) PROGRAM_COMMENT(++line) = comment;
+}
+
+void START_UP(const std::string& argument) {
+  SET_IDENTITY();
+  RUN_TYPE = 1;
+  FACETOR_CONSOLE::INIT_PHASE_LIST();
+  FACETOR_CONSOLE::SET_DEFAULT_CHARGES();
+  INIT_CONSOLE(argument);
+  WRITE_HEADER();
+}
+
+[[noreturn]] void COMMAND_LOOP() {
+  while (true) {
+    CMD_PROMPT = "G_MARA";
+    SET_CMD_PROMPT();
+    SET_CLIST_MAIN();
+    int icom = 0;
+    COMMAND(icom);
+    if (icom <= 0) CLOSE_CONSOLE();
+    EXECUTE(icom);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  START_UP(argc > 1 ? argv[1] : "");
+  COMMAND_LOOP();
+}

@@ -1,0 +1,134 @@
+// The dialogue of READ, and what completes a block that was read.
+#include "src/facetor6_readfiles/readfiles.h"
+
+#include <array>
+#include <cmath>  // for abs
+#include <string>
+
+#include "console_code/console/open_file.h"
+#include "console_code/console/output.h"
+#include "console_code/console/prompts.h"
+#include "console_code/console/state.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/text.h"
+#include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_list/list.h"
+#include "src/kva_crystal_structures/atom_search.h"
+#include "src/kva_crystal_structures/displacement.h"
+
+namespace FACETOR_READFILES {
+
+using namespace FACETOR_CONSOLE;
+using namespace KVA_CONSOLE;
+using namespace KVA_CRYSTAL_STRUCTURES;
+using namespace KVA_UTILITIES;
+
+namespace {
+
+// ---- completing a block ----
+
+constexpr float room_temperature = 298.0f;  // K
+constexpr float one_atmosphere = 0.0001f;   // GPa
+
+void SET_DEFAULT_CONDITIONS(CRYSTAL_STRUCTURE_TYPE& phase) {
+  if (phase.PT(TEMPERATURE, PT_VALUE) < TINY_REAL)
+    phase.PT(TEMPERATURE, PT_VALUE) = room_temperature;
+  if (std::abs(phase.PT(PRESSURE, PT_VALUE)) < TINY_REAL)
+    phase.PT(PRESSURE, PT_VALUE) = one_atmosphere;
+}
+
+// Names the unique axis of a monoclinic block, by the first angle that is not 90 degrees.
+void SET_UNIQUE_AXIS(CRYSTAL_STRUCTURE_TYPE& phase) {
+  constexpr float right_angle_tolerance = 0.01f;  // degrees
+  constexpr std::string_view axes = "abc";
+  if (INDEXALL(phase.SPG.CRYSTALSYS, "mono") == 0) return;
+  for (std::size_t k = 0; k < 3; ++k) {
+    if (!(std::abs(phase.CELL.ANG[k] - 90.0f) > right_angle_tolerance)) continue;
+    phase.SPG.CRYSTALSYS = "Mono " + std::string(1, axes[k]) + "-uni";
+    return;
+  }
+}
+
+void COMPLETE_BLOCK(CRYSTAL_STRUCTURE_TYPE& phase) {
+  SET_ALLATOM_MULTIP(phase);
+  SET_ALLATOM_ADP(phase);
+  SET_DEFAULT_CONDITIONS(phase);
+  SET_UNIQUE_AXIS(phase);
+}
+
+// ---- choosing and reading a file ----
+
+enum FILE_TYPE { CIF_FILE = 1, RFINE_FILE, CRYSTAL_FILE, CCSL_FILE };
+constexpr std::array<std::string_view, 4> type_menu{"cif", "RFINE prm", "Crystal17 out",
+                                                    "CCSL cnt"};  // ORDER FILE_TYPE
+constexpr std::array<std::string_view, 4> type_extensions{"cif", "prm", "out",
+                                                          "cnt"};  // ORDER FILE_TYPE
+
+// Opens a file of a type that can be read; 0 when the user wants none.
+int CHOOSE_FILE(FILE_RECORD& file) {
+  while (true) {
+    const int type = GET_LIST_SELECTION("File type", type_menu);
+    if (type <= 0) return 0;
+    const auto entry = static_cast<std::size_t>(type - 1);
+    if (type != CIF_FILE) {
+      WRITE_OUT("|*****Reading of " + std::string(type_menu[entry]) + " file not yet available");
+      continue;
+    }
+    file.EXT = type_extensions[entry];
+    file.DESCRIPTOR = file.EXT + " file";
+    file.UNIT = DATA_UNIT;
+    OPEN_FILE(file, "OLD READ");
+    if (file.OPEN) return type;
+  }
+}
+
+// Shows what was read and adds it on the user's word; false when there was no room.
+bool OFFER_BLOCKS(STRUCTURE_LIST& newx, int nblocks) {
+  WRITE_OUT_BLANK(1);
+  WRITE_OUT("The following " + INTEGER_COLUMNS(nblocks, 2) +
+            " crystal structures were read from the file:");
+  FACETOR_LIST::LIST_PHASE(newx, nblocks);
+  for (CRYSTAL_STRUCTURE_TYPE& phase : newx) COMPLETE_BLOCK(phase);
+  if (GET_ANSWER_YN("Do you want to add this new data", "Y") != 'Y') return true;
+  bool error = false;
+  ADD_PHASE_LIST(newx, nblocks, error);
+  if (error)
+    WARNING("Problem allocating arrays in add_phase_list, called from read_phase_from_file");
+  return !error;
+}
+
+void SHOW_LOADED() {
+  WRITE_OUT_BLANK(1);
+  if (NPHASES > 0) {
+    WRITE_OUT("The loaded phases are now:");
+    FACETOR_LIST::FACETOR_LIST_PHASE();
+  } else {
+    WRITE_OUT("No phases loaded");
+  }
+  EQUAL_ATOMS();
+}
+
+}  // namespace
+
+void READ_PHASE_FROM_FILE() {
+  FILE_RECORD file;
+  if (CHOOSE_FILE(file) == 0) return;
+  FILE_LINES flines;
+  std::string message;
+  READ_FILE(file, flines, message);
+  if (file.OPEN) CLOSE_FILE(file);
+  if (!message.empty()) {
+    WRITE_OUT_BLANK(1);
+    WRITE_OUT(message);
+    return;
+  }
+  STRUCTURE_LIST newx;
+  int nblocks = 0;
+  READ_CIF_TO_LIST(flines, newx, nblocks);
+  if (nblocks == 0) return WARNING("     No crystal structures were read from this file");
+  if (newx.COUNT() < nblocks) WARNING("More crystal structures in file than capacity of arrays");
+  if (OFFER_BLOCKS(newx, nblocks)) SHOW_LOADED();
+}
+
+}  // namespace FACETOR_READFILES

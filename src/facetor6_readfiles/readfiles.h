@@ -1,0 +1,35 @@
+// The READ command: files to phase records.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "console_code/kva_utilities/files.h"
+#include "src/kva_crystal_structures/records.h"
+
+namespace FACETOR_READFILES {
+
+using KVA_CRYSTAL_STRUCTURES::STRUCTURE_LIST;
+using KVA_UTILITIES::FILE_LINES;
+using KVA_UTILITIES::LIST;
+using KVA_UTILITIES::VECTOR3;
+
+// The command READ.
+void READ_PHASE_FROM_FILE();
+
+// Every block of a CIF into newx; nblocks receives their count.
+void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
+
+// Repairs a symbol of four one-character parts, "Pnma" to "P n m a"; flag is cleared then.
+void FIX_SPACEGROUP(std::string& symbol, bool& flag);
+
+// The readers of one block, lines start to end.
+void READ_CIF_CELL(const FILE_LINES& flines, int start, int end, std::array<float, 6>& values,
+                   std::array<float, 6>& stds);  // angstroms, degrees
+void READ_CIF_TEMP(const FILE_LINES& flines, int start, int end, float& t, float& sigt);      // K
+void READ_CIF_PRESSURE(const FILE_LINES& flines, int start, int end, float& p, float& sigp);  // GPa
+void READ_CIF_HM(const FILE_LINES& flines, int start, int end, std::string& symbol);
+void READ_CIF_SYMM(const FILE_LINES& flines, int start, int end, std::vector<std::string>& symm);
+
+}  // namespace FACETOR_READFILES

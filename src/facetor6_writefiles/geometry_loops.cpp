@@ -1,0 +1,87 @@
+// Rows of bonds and angles with their symmetry codes.
+#include "src/facetor6_writefiles/geometry_loops.h"
+
+#include "cifcode/cif_code_new/writer.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/matrix.h"
+#include "console_code/kva_utilities/text.h"
+#include "src/kva_crystal_structures/polyhedra.h"
+
+namespace FACETOR_WRITEFILES {
+
+using namespace KVA_CIFNEW;
+using namespace KVA_CRYSTAL_STRUCTURES;
+using namespace KVA_UTILITIES;
+
+namespace {
+
+std::string VALUE_TEXT(float value, float std, int plain_decimals) {
+  if (NOTNUM(std)) return LEFT_ADJUST(WRITE_VAL(value, 'F', 8, plain_decimals));
+  return LEFT_ADJUST(SETNUM_STD(value, std));
+}
+
+std::string CENTRE_LABEL(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
+  return phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_CENTRE))).LAB;
+}
+
+std::string LIGAND_LABEL(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
+  return phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_LIGAND))).LAB;
+}
+
+std::string LIGAND_CODE(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
+  return WRITE_SYMCODE(phase.BONDS(i, j, BOND_SYMCODE));
+}
+
+std::string CENTRE_CODE(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  return WRITE_SYMCODE(phase.BOND_CEN(i, CENTRE_SYMCODE));
+}
+
+std::vector<std::string> ANGLE_ROW(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j, int k) {
+  constexpr int angle_decimals = 3;
+  return {
+      LIGAND_LABEL(phase, i, j),
+      CENTRE_LABEL(phase, i, j),
+      LIGAND_LABEL(phase, i, k),
+      VALUE_TEXT(phase.BANGLES(i, j, k, ANGLE), phase.BANGLES(i, j, k, ANGLE_STD), angle_decimals),
+      LIGAND_CODE(phase, i, j),
+      CENTRE_CODE(phase, i),
+      LIGAND_CODE(phase, i, k)};
+}
+
+}  // namespace
+
+void WRITE_CIF_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres,
+                     int unit) {
+  constexpr int length_decimals = 4;
+  WRITE_CIF_LOOP_HEAD(
+      {"_geom_bond_atom_site_label_1", "_geom_bond_atom_site_label_2", "_geom_bond_distance",
+       "_geom_bond_site_symmetry_1", "_geom_bond_site_symmetry_2"},
+      unit);
+  std::vector<std::vector<std::string>> rows;
+  for (int i : centres)
+    for (int j : BONDS_PRESENT(phase, i))
+      rows.push_back({CENTRE_LABEL(phase, i, j), LIGAND_LABEL(phase, i, j),
+                      VALUE_TEXT(phase.BONDS(i, j, BOND_LENGTH), phase.BONDS(i, j, BOND_LENGTH_STD),
+                                 length_decimals),
+                      CENTRE_CODE(phase, i), LIGAND_CODE(phase, i, j)});
+  WRITE_CIF_ROWS(rows, unit);
+}
+
+void WRITE_CIF_ANGLES(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres,
+                      int unit) {
+  WRITE_CIF_LOOP_HEAD(
+      {"_geom_angle_atom_site_label_1", "_geom_angle_atom_site_label_2",
+       "_geom_angle_atom_site_label_3", "_geom_angle", "_geom_angle_site_symmetry_1",
+       "_geom_angle_site_symmetry_2", "_geom_angle_site_symmetry_3"},
+      unit);
+  std::vector<std::vector<std::string>> rows;
+  for (int i : centres) {
+    const std::vector<int> present = BONDS_PRESENT(phase, i);
+    for (std::size_t first = 0; first < present.size(); ++first)
+      for (std::size_t second = first + 1; second < present.size(); ++second)
+        rows.push_back(ANGLE_ROW(phase, i, present[first], present[second]));
+  }
+  WRITE_CIF_ROWS(rows, unit);
+}
+
+}  // namespace FACETOR_WRITEFILES

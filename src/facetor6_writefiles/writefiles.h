@@ -1,0 +1,16 @@
+// The WRITE command: the used blocks as one CIF, with the calculated geometry.
+#pragma once
+
+#include "common_code/Raman_module.h"
+
+namespace FACETOR_WRITEFILES {
+
+void WRITE_PHASE_TO_FILE();
+
+// Asks what to write, and writes the used blocks in display order to the unit. nwrite receives
+// their count, -1 when the user wants none. Failures are told by the CIF error state.
+void WRITE_CIF_FACETOR(int unit, int& nwrite);
+
+void WRITE_CIF_MODES(const RAMAN::MODE_LIST_TYPE& modes, int unit);
+
+}  // namespace FACETOR_WRITEFILES

@@ -1,0 +1,185 @@
+// Bonds of a record, and a reference block's bonds measured in another block.
+#include "src/kva_crystal_structures/bonds.h"
+
+#include <algorithm>  // for min, find
+#include <cmath>      // for sqrt
+
+#include "console_code/kva_utilities/text.h"
+#include "src/kva_crystal_structures/atom_search.h"
+#include "src/kva_crystal_structures/displacement.h"
+#include "src/kva_crystal_structures/uncertainty.h"
+
+namespace KVA_CRYSTAL_STRUCTURES {
+
+using KVA_UTILITIES::EQUAL_TEXT;
+
+// ---- classes of atom pairs ----
+
+bool ISCATION(int z) {
+  constexpr std::array<int, 12> anions{2, 8, 9, 10, 17, 18, 35, 36, 53, 54, 85, 86};
+  return std::find(anions.begin(), anions.end(), z) == anions.end();
+}
+
+bool EXCLUDEBOND(const CRYSTAL_STRUCTURE_TYPE& phase, int centre, int ligand,
+                 const BOND_EXCLUSION& bondex) {
+  const ATOM_TYPE& first = phase.ATOM(centre);
+  const ATOM_TYPE& second = phase.ATOM(ligand);
+  const bool cation_1 = ISCATION(first.Z);
+  const bool cation_2 = ISCATION(second.Z);
+  return (bondex(EQUIV_SAME_ATOM) && centre == ligand) ||
+         (bondex(SAME_ELEMENT) && EQUAL_TEXT(first.CHEMSYMB, second.CHEMSYMB)) ||
+         (bondex(CATION_CATION) && cation_1 && cation_2) ||
+         (bondex(ANION_ANION) && !cation_1 && !cation_2);
+}
+
+void EXCLUDE_BOND_TYPES(CRYSTAL_STRUCTURE_TYPE& phase, const BOND_EXCLUSION* bondex) {
+  if (bondex == nullptr) return;
+  for (int i = 1; i <= phase.NATOMS; ++i) {
+    const auto excluded = [&](const ROW<float, BOND_COLUMNS>& row) {
+      return EXCLUDEBOND(phase, static_cast<int>(row(BOND_CENTRE)),
+                         static_cast<int>(row(BOND_LIGAND)), *bondex);
+    };
+    auto& rows = phase.BONDS.CENTRES(i);
+    rows.erase(std::remove_if(rows.begin(), rows.end(), excluded), rows.end());
+    if (phase.NBONDS(i) > 0) phase.NBONDS(i) = static_cast<int>(rows.size());
+  }
+}
+
+// ---- the search over all atoms ----
+
+void CALC_BONDS_NATOM(CRYSTAL_STRUCTURE_TYPE& phase, int i, float dmin, float dmax) {
+  int count = 0;
+  NEIGHBOUR_TABLE table;
+  DISTANCE_ARRAY(phase, phase.ATOM(i).X, dmin, dmax, count, table);
+  phase.NBONDS(i) = count;
+  phase.BONDS.CENTRES(i).clear();
+  for (int r = 1; r <= count; ++r) {
+    phase.BONDS(i, r, BOND_CENTRE) = static_cast<float>(i);
+    for (int column = BOND_LENGTH; column <= BOND_OPERATOR; ++column)
+      phase.BONDS(i, r, column) = table(r, column);
+  }
+  phase.BOND_CEN(i, CENTRE_ATOM) = static_cast<float>(i);
+  for (int k = 0; k < 3; ++k)
+    phase.BOND_CEN(i, CENTRE_X + k) = phase.ATOM(i).X[static_cast<std::size_t>(k)];
+}
+
+namespace {
+
+// The shortest bond of a sensible length, at most LONGEST_SHORT_BOND.
+float SHORTEST_BOND(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  constexpr float shortest_sensible = 0.1f;  // angstroms
+  float shortest = LONGEST_SHORT_BOND;
+  for (int i = 1; i <= phase.NATOMS; ++i)
+    for (int j = 1; j <= phase.NBONDS(i); ++j) {
+      const float length = phase.BONDS(i, j, BOND_LENGTH);
+      if (length >= shortest_sensible) shortest = std::min(shortest, length);
+    }
+  return shortest;
+}
+
+}  // namespace
+
+void CALC_BONDS_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase, float dmin, float dmax,
+                         const BOND_EXCLUSION* bondex) {
+  INIT_ERR_KVASTRUCTURES();
+  for (int i = 1; i <= phase.NATOMS; ++i)
+    if (phase.ATOM_USE(i) == ATOM_USED) CALC_BONDS_NATOM(phase, i, dmin, dmax);
+  EXCLUDE_BOND_TYPES(phase, bondex);
+  phase.SHORT_BOND = SHORTEST_BOND(phase);
+}
+
+// ---- the same bonds in another block ----
+
+float MATCHING_RADIUS(const CRYSTAL_STRUCTURE_TYPE& reference) {
+  constexpr float share_of_bond = 0.9f;
+  constexpr float smallest_radius = 0.1f;  // angstroms
+  constexpr float default_radius = 0.5f;
+  const float radius = share_of_bond * reference.SHORT_BOND;
+  return radius < smallest_radius ? default_radius : radius;
+}
+
+namespace {
+
+// Root-mean-square displacement of an atom's image along a fractional vector.
+float DISPLACEMENT_ALONG(const CRYSTAL_STRUCTURE_TYPE& block, const FOUND_ATOM& found,
+                         const VECTOR3& v_frac) {
+  const VECTOR6 beta = APPLYSO_BETA(block.SPG.SYMOP(found.OPERATOR).ROT, block.ATOM(found.ATOM).U);
+  return ATOM_DISPL(beta, v_frac, block.CELL.GD);
+}
+
+// Length with the simple rigid-bond correction (R. T. Downs, G. V. Gibbs, K. L. Bartelmehs and M.
+// B. Boisen, American Mineralogist 77 (1992) 751-757); 0 when a B is missing or the root has no
+// value.
+float RIGID_BOND_LENGTH(const ATOM_TYPE& centre, const ATOM_TYPE& ligand, float length) {
+  if (!(centre.BISO > 0.0f) || !(ligand.BISO > 0.0f)) return 0.0f;
+  const float square = length * length + SRB_FACTOR * (ligand.BISO - centre.BISO);
+  return square > 0.0f ? std::sqrt(square) : 0.0f;
+}
+
+// Fills the row of bond j of reference centre a with the bond from centre to ligand.
+void MEASURE_BOND(CRYSTAL_STRUCTURE_TYPE& block, int a, int j, const FOUND_ATOM& centre,
+                  const FOUND_ATOM& ligand) {
+  const VALUE_ESD distance = DISTANCE_AND_SIGMA_VCV(block, centre.X, ligand.X);
+  const VECTOR3 v_frac = XTAL::SUBTRACT(ligand.X, centre.X);
+  block.BONDS(a, j, BOND_CENTRE) = static_cast<float>(centre.ATOM);
+  block.BONDS(a, j, BOND_LENGTH) = distance.VALUE;
+  block.BONDS(a, j, BOND_LENGTH_STD) = distance.ESD;
+  for (int k = 0; k < 3; ++k)
+    block.BONDS(a, j, BOND_VECTOR_X + k) = v_frac[static_cast<std::size_t>(k)];
+  block.BONDS(a, j, BOND_LIGAND) = static_cast<float>(ligand.ATOM);
+  block.BONDS(a, j, BOND_OPERATOR) = static_cast<float>(ligand.OPERATOR);
+  block.BONDS(a, j, BOND_SYMCODE) = SYMMETRY_CODE(block, ligand.ATOM, ligand.OPERATOR, ligand.X);
+  if (EQUAL_TEXT(block.ATOM(centre.ATOM).THTYPE, "aniso")) {
+    block.BONDS(a, j, BOND_DISPL_CENTRE) = DISPLACEMENT_ALONG(block, centre, v_frac);
+    block.BONDS(a, j, BOND_DISPL_LIGAND) = DISPLACEMENT_ALONG(block, ligand, v_frac);
+  }
+  block.BONDS(a, j, BOND_LENGTH_SRB) =
+      RIGID_BOND_LENGTH(block.ATOM(centre.ATOM), block.ATOM(ligand.ATOM), distance.VALUE);
+}
+
+void SET_CENTRE(CRYSTAL_STRUCTURE_TYPE& block, int a, const FOUND_ATOM& centre) {
+  block.BOND_CEN(a, CENTRE_ATOM) = static_cast<float>(centre.ATOM);
+  for (int k = 0; k < 3; ++k)
+    block.BOND_CEN(a, CENTRE_X + k) = centre.X[static_cast<std::size_t>(k)];
+  block.BOND_CEN(a, CENTRE_SYMCODE) = SYMMETRY_CODE(block, centre.ATOM, centre.OPERATOR, centre.X);
+}
+
+// The bonds of reference centre a, whose ligands lie at the targets.
+void MEASURE_CENTRE(const VECTOR3& centre_frac, const std::vector<VECTOR3>& targets_frac,
+                    CRYSTAL_STRUCTURE_TYPE& block, int a, bool is_reference, float radius) {
+  const FOUND_ATOM centre = FIND_ATOM(block, centre_frac, "OMIT", radius);
+  if (centre.ATOM == 0) {
+    block.NBONDS(a) = NO_CENTRE;
+    return;
+  }
+  if (block.ATOM_USE(centre.ATOM) != ATOM_USED) return;
+  SET_CENTRE(block, a, centre);
+  if (!is_reference) block.NBONDS(a) = 0;
+  for (int j = 1; j <= static_cast<int>(targets_frac.size()); ++j) {
+    const FOUND_ATOM ligand =
+        FIND_ATOM(block, targets_frac[static_cast<std::size_t>(j - 1)], "", radius);
+    block.BONDS(a, j, BOND_CENTRE) = 0.0f;  // makes the row, so that rows stay aligned
+    block.BONDS.CLEAR_ROW(a, j);
+    if (ligand.ATOM == 0) continue;
+    if (!is_reference) ++block.NBONDS(a);
+    MEASURE_BOND(block, a, j, centre, ligand);
+  }
+}
+
+}  // namespace
+
+void MEASURE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& reference, CRYSTAL_STRUCTURE_TYPE& block,
+                   bool is_reference, float radius) {
+  const int last = std::min(reference.NATOMS, CAPACITY(block));
+  for (int a = 1; a <= last; ++a) {
+    if (reference.NBONDS(a) <= 0) continue;
+    // The reference's rows are rebuilt in place, so the targets are taken first.
+    const VECTOR3 centre_frac = reference.ATOM(a).X;
+    std::vector<VECTOR3> targets_frac;
+    for (int j = 1; j <= reference.NBONDS(a); ++j)
+      targets_frac.push_back(XTAL::ADD(centre_frac, reference.BONDS.VECTOR(a, j)));
+    MEASURE_CENTRE(centre_frac, targets_frac, block, a, is_reference, radius);
+  }
+}
+
+}  // namespace KVA_CRYSTAL_STRUCTURES

@@ -1,0 +1,208 @@
+// Upkeep of the phase record: initial values, room for atoms, copies, cleaning.
+#include "src/kva_crystal_structures/records.h"
+
+#include <algorithm>  // for max
+#include <numeric>    // for accumulate
+
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_CRYSTAL_STRUCTURES {
+
+// ---- error state ----
+
+namespace {
+constexpr int message_length = 256;
+}
+
+void INIT_ERR_KVASTRUCTURES() {
+  ERR_KVASTRUCTURES = false;
+  ERR_KVASTRUCTURES_MESS.clear();
+  WARN_KVASTRUCTURES = false;
+  WARN_KVASTRUCTURES_MESS.clear();
+}
+
+void SET_ERR_KVASTRUCTURES(const std::string& text) {
+  ERR_KVASTRUCTURES = true;
+  ERR_KVASTRUCTURES_MESS = KVA_UTILITIES::CUT_TEXT(text, message_length);
+}
+
+void SET_WARN_KVASTRUCTURES(const std::string& text) {
+  WARN_KVASTRUCTURES = true;
+  WARN_KVASTRUCTURES_MESS = KVA_UTILITIES::CUT_TEXT(text, message_length);
+}
+
+// ---- tables ----
+
+float BOND_TABLE::operator()(int i, int j, int column) const {
+  const auto& rows = CENTRES(i);
+  const auto row = static_cast<std::size_t>(j - 1);
+  return row < rows.size() ? rows[row](column) : 0.0f;
+}
+
+float& BOND_TABLE::operator()(int i, int j, int column) {
+  auto& rows = CENTRES(i);
+  const std::size_t row = KVA_UTILITIES::POSITION(j, MAX_BONDS);
+  if (row >= rows.size()) rows.resize(row + 1);
+  return rows[row](column);
+}
+
+void BOND_TABLE::ASSIGN(int n) {
+  CENTRES.ASSIGN(n, {});
+}
+
+void BOND_TABLE::CLEAR_ROW(int i, int j) {
+  auto& rows = CENTRES(i);
+  const auto row = static_cast<std::size_t>(j - 1);
+  if (row < rows.size()) rows[row].FILL(0.0f);
+}
+
+VECTOR3 BOND_TABLE::VECTOR(int i, int j) const {
+  return {(*this)(i, j, BOND_VECTOR_X), (*this)(i, j, BOND_VECTOR_Y), (*this)(i, j, BOND_VECTOR_Z)};
+}
+
+namespace {
+
+// Row of the pair j < k among all pairs of a centre: (1,2), (1,3), (2,3), (1,4), ...
+std::size_t PAIR_ROW(int j, int k) {
+  return static_cast<std::size_t>((k - 1) * (k - 2) / 2 + j - 1);
+}
+
+}  // namespace
+
+float ANGLE_TABLE::operator()(int i, int j, int k, int column) const {
+  const auto& rows = CENTRES(i);
+  if (j < 1 || k <= j) return 0.0f;
+  const std::size_t row = PAIR_ROW(j, k);
+  return row < rows.size() ? rows[row](column) : 0.0f;
+}
+
+float& ANGLE_TABLE::operator()(int i, int j, int k, int column) {
+  auto& rows = CENTRES(i);
+  const std::size_t row = KVA_UTILITIES::POSITION(static_cast<int>(PAIR_ROW(j, k)) + 1,
+                                                  MAX_BONDS * (MAX_BONDS - 1) / 2);
+  if (row >= rows.size()) rows.resize(row + 1);
+  return rows[row](column);
+}
+
+void ANGLE_TABLE::ASSIGN(int n) {
+  CENTRES.ASSIGN(n, {});
+}
+
+// ---- one record ----
+
+int CAPACITY(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  return phase.ATOM.COUNT();
+}
+
+namespace {
+
+// Room for n atoms, with empty results.
+void ALLOCATE_TABLES(CRYSTAL_STRUCTURE_TYPE& phase, int n) {
+  phase.ATOM_USE.ASSIGN(n, ATOM_OMITTED);
+  phase.ATOM_DUP.ASSIGN(n);
+  phase.NBONDS.ASSIGN(n, 0);
+  phase.BONDS.ASSIGN(n);
+  phase.BOND_CEN.ASSIGN(n);
+  phase.NANGLES.ASSIGN(n, 0);
+  phase.BANGLES.ASSIGN(n);
+  phase.POLYHEDRON.ASSIGN(n);
+}
+
+// Puts atom j on the list of the duplicates of atom i, if there is room.
+void NOTE_DUPLICATE(CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
+  phase.ATOM_USE(j) = -i;
+  for (int slot = 1; slot <= MAX_DUPLICATES; ++slot) {
+    if (phase.ATOM_DUP(i, slot) != 0) continue;
+    phase.ATOM_DUP(i, slot) = j;
+    return;
+  }
+}
+
+void MARK_DUPLICATES(CRYSTAL_STRUCTURE_TYPE& phase) {
+  for (int i = 1; i < phase.NATOMS; ++i) {
+    if (phase.ATOM_USE(i) <= ATOM_OMITTED) continue;
+    for (int j = i + 1; j <= phase.NATOMS; ++j) {
+      const float distance = XTAL::DISTANCE_FRAC(phase.ATOM(i).X, phase.ATOM(j).X, phase.CELL);
+      if (distance < SAME_SITE) NOTE_DUPLICATE(phase, i, j);
+    }
+  }
+}
+
+}  // namespace
+
+void INIT_CRYSTAL_STRUCTURE_TYPE(CRYSTAL_STRUCTURE_TYPE& phase) {
+  constexpr int metadata_pairs = 10;
+  phase = CRYSTAL_STRUCTURE_TYPE{};
+  XTAL::SET_CELL_RECORD({10.0f, 10.0f, 10.0f}, {90.0f, 90.0f, 90.0f}, phase.CELL);
+  XTAL::SET_SPACEGROUP("P1", phase.SPG);
+  phase.ATOM.ASSIGN(START_CAPACITY, ATOM_TYPE{});
+  ALLOCATE_TABLES(phase, START_CAPACITY);
+  phase.PT.ASSIGN(PT_ROWS);
+  phase.METADATA.ASSIGN(metadata_pairs);
+  RAMAN::ALLOCATE_MODE_LIST(1, phase.MODE_LIST);
+  phase.MODE_LIST.NMODES = 0;
+}
+
+void INIT_CRYSTAL_STRUCTURE_LIST(STRUCTURE_LIST& list) {
+  for (CRYSTAL_STRUCTURE_TYPE& phase : list) INIT_CRYSTAL_STRUCTURE_TYPE(phase);
+}
+
+void ALLOCATE_CRYSTAL_STRUCTURE_LIST(STRUCTURE_LIST& list, int n) {
+  INIT_ERR_KVASTRUCTURES();
+  if (n < 1) return SET_ERR_KVASTRUCTURES("Allocate_crystal_structurelist called with n < 1");
+  list.CLEAR();
+  list.RESIZE(n);
+  INIT_CRYSTAL_STRUCTURE_LIST(list);
+}
+
+CRYSTAL_STRUCTURE_TYPE COPY_CRYSTAL_STRUCTURE(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  return phase;
+}
+
+void COPY_STRUCTURES_USED(const STRUCTURE_LIST& source, const LIST<int>& iuse,
+                          const LIST<int>& isort, STRUCTURE_LIST& destination, int& count) {
+  count = 0;
+  for (int block : isort) {
+    if (block < 1 || block > iuse.COUNT() || block > source.COUNT() || iuse(block) == 0) continue;
+    ++count;
+    if (count > destination.COUNT()) destination.RESIZE(count);
+    destination(count) = COPY_CRYSTAL_STRUCTURE(source(block));
+  }
+}
+
+void CLEAN_CRYSTAL_STRUCTURE_TYPE(CRYSTAL_STRUCTURE_TYPE& phase) {
+  phase.ATOM_USE.ASSIGN(CAPACITY(phase), ATOM_OMITTED);
+  for (int i = 1; i <= phase.NATOMS; ++i) {
+    phase.ATOM(i).X = XTAL::MODULO_LAT(phase.ATOM(i).X);
+    phase.ATOM_USE(i) = ATOM_USED;
+    for (int slot = 1; slot <= MAX_DUPLICATES; ++slot) phase.ATOM_DUP(i, slot) = 0;
+  }
+  MARK_DUPLICATES(phase);
+}
+
+void EXPAND_NATOMS(CRYSTAL_STRUCTURE_TYPE& phase, int n) {
+  const int wanted = n > 0 ? n : CAPACITY(phase);
+  const int capacity = std::max(wanted, phase.NATOMS);
+  phase.ATOM.RESIZE(capacity);
+  ALLOCATE_TABLES(phase, capacity);
+  CLEAN_CRYSTAL_STRUCTURE_TYPE(phase);
+}
+
+void CLEAR_GEOMETRY(CRYSTAL_STRUCTURE_TYPE& phase) {
+  const int n = CAPACITY(phase);
+  phase.NBONDS.ASSIGN(n, 0);
+  phase.BONDS.ASSIGN(n);
+  phase.NANGLES.ASSIGN(n, 0);
+  phase.BANGLES.ASSIGN(n);
+  phase.POLYHEDRON.ASSIGN(n);
+}
+
+VECTOR3 CENTRE_POSITION(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  return {phase.BOND_CEN(i, CENTRE_X), phase.BOND_CEN(i, CENTRE_Y), phase.BOND_CEN(i, CENTRE_Z)};
+}
+
+int SUM_NBONDS(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  return std::accumulate(phase.NBONDS.begin(), phase.NBONDS.end(), 0);
+}
+
+}  // namespace KVA_CRYSTAL_STRUCTURES

@@ -1,0 +1,112 @@
+// Bond valences by the exponential law of I. D. Brown and D. Altermatt, Acta Cryst. B41 (1985)
+// 244-247, weighted by occupancy where a site holds several species. Prints nothing.
+#include "src/kva_crystal_structures/valence.h"
+
+#include <cmath>  // for exp
+
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_CRYSTAL_STRUCTURES {
+
+using KVA_UTILITIES::BEGINS_WITH;
+
+namespace {
+
+constexpr float no_second_ligand = 0.0001f;  // occupancy below which a slot is empty
+constexpr float no_second_centre = 0.001f;
+constexpr std::size_t SLOTS = 1 + MAX_DUPLICATES;
+
+// The species on a site: its atom and the duplicates of it. Empty slots are blank with occupancy 0.
+struct SITE {
+  std::array<std::string, SLOTS> LABEL;
+  std::array<float, SLOTS> OCC{};
+};
+
+SITE SPECIES_OF_SITE(const CRYSTAL_STRUCTURE_TYPE& phase, int atom) {
+  SITE site;
+  site.LABEL[0] = phase.ATOM(atom).SFACSYMB;
+  site.OCC[0] = phase.ATOM(atom).OCC;
+  for (int k = 1; k <= MAX_DUPLICATES; ++k) {
+    const int duplicate = phase.ATOM_DUP(atom, k);
+    if (duplicate <= 0) continue;
+    site.LABEL[static_cast<std::size_t>(k)] = phase.ATOM(duplicate).SFACSYMB;
+    site.OCC[static_cast<std::size_t>(k)] = phase.ATOM(duplicate).OCC;
+  }
+  return site;
+}
+
+bool IS_CATION_LABEL(std::string_view label, const LIST<BV_PAIR>& pairs) {
+  for (const BV_PAIR& pair : pairs)
+    if (BEGINS_WITH(pair.CATION, label)) return true;
+  return false;
+}
+
+// Row of a species of the centre and one of the ligand, the cation first; 0 when there is none.
+int PAIR_ROW(const std::string& centre, const std::string& ligand, bool centre_is_cation,
+             const LIST<BV_PAIR>& pairs) {
+  return centre_is_cation ? FIND_BVLOCAL(centre, ligand, pairs)
+                          : FIND_BVLOCAL(ligand, centre, pairs);
+}
+
+float EXPONENTIAL_VALENCE(const BV_PAIR& pair, float length) {
+  // Rounded once from a wider result: the same digits on every machine.
+  return static_cast<float>(std::exp(static_cast<double>((pair.D0 - length) / pair.B)));
+}
+
+// Valence of one bond, weighted by the occupancies; 0 when both sites hold several species.
+float BOND_VALENCE_OF_SITES(const SITE& centre, const SITE& ligand, bool centre_is_cation,
+                            float length, const LIST<BV_PAIR>& pairs) {
+  const bool one_ligand = ligand.OCC[1] < no_second_ligand;
+  if (!one_ligand && !(centre.OCC[1] < no_second_centre)) return 0.0f;
+  float valence = 0.0f;
+  for (std::size_t k = 0; k < SLOTS; ++k) {
+    const std::string& centre_label = centre.LABEL[one_ligand ? k : 0];
+    const std::string& ligand_label = ligand.LABEL[one_ligand ? 0 : k];
+    const int row = PAIR_ROW(centre_label, ligand_label, centre_is_cation, pairs);
+    if (row == 0) continue;
+    valence += EXPONENTIAL_VALENCE(pairs(row), length) * (one_ligand ? centre : ligand).OCC[k];
+  }
+  return valence * (one_ligand ? ligand : centre).OCC[0];
+}
+
+void CALC_VALENCE_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const LIST<BV_PAIR>& pairs) {
+  const int rows = static_cast<int>(phase.BONDS.CENTRES(i).size());
+  float sum = 0.0f;
+  float sum_std = 0.0f;
+  for (int m = 1; m <= rows; ++m) {
+    const int centre_atom = static_cast<int>(phase.BONDS(i, m, BOND_CENTRE));
+    const int ligand_atom = static_cast<int>(phase.BONDS(i, m, BOND_LIGAND));
+    if (centre_atom <= 0 || ligand_atom <= 0) continue;
+    const SITE centre = SPECIES_OF_SITE(phase, centre_atom);
+    const SITE ligand = SPECIES_OF_SITE(phase, ligand_atom);
+    const bool centre_is_cation = IS_CATION_LABEL(centre.LABEL[0], pairs);
+    const float valence = BOND_VALENCE_OF_SITES(centre, ligand, centre_is_cation,
+                                                phase.BONDS(i, m, BOND_LENGTH), pairs);
+    phase.BONDS(i, m, BOND_VALENCE) = valence;
+    const int row = PAIR_ROW(centre.LABEL[0], ligand.LABEL[0], centre_is_cation, pairs);
+    if (row > 0)
+      phase.BONDS(i, m, BOND_VALENCE_STD) =
+          valence * phase.BONDS(i, m, BOND_LENGTH_STD) / pairs(row).B;
+    sum += valence;
+    sum_std += phase.BONDS(i, m, BOND_VALENCE_STD);
+  }
+  phase.POLYHEDRON(i, POLY_VALENCE_SUM) = sum;
+  phase.POLYHEDRON(i, POLY_VALENCE_SUM_STD) = sum_std;  // linear: the bonds share their parameters
+}
+
+}  // namespace
+
+int FIND_BVLOCAL(std::string_view label_1, std::string_view label_2, const LIST<BV_PAIR>& pairs) {
+  for (int row = 1; row <= pairs.COUNT(); ++row)
+    if (BEGINS_WITH(pairs(row).CATION, label_1) && BEGINS_WITH(pairs(row).ANION, label_2))
+      return row;
+  return 0;
+}
+
+void CALC_VALENCE_ALLBONDS(CRYSTAL_STRUCTURE_TYPE& phase, const LIST<BV_PAIR>& pairs) {
+  if (pairs.COUNT() == 0) return;
+  for (int i = 1; i <= CAPACITY(phase); ++i)
+    if (phase.NBONDS(i) > 0) CALC_VALENCE_OF_CENTRE(phase, i, pairs);
+}
+
+}  // namespace KVA_CRYSTAL_STRUCTURES

@@ -1,0 +1,26 @@
+// Bond valences by the exponential law, weighted by occupancy, and their sums.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "src/kva_crystal_structures/records.h"
+
+namespace KVA_CRYSTAL_STRUCTURES {
+
+// One cation-anion pair and its parameters.
+struct BV_PAIR {
+  std::string CATION;  // "SI+4", 4 characters
+  std::string ANION;   // "O-2", 4 characters
+  float B = 0.0f;      // softness, angstroms
+  float D0 = 0.0f;     // bond-valence parameter, angstroms
+  std::string SOURCE;  // where the parameters come from, 128 characters
+};
+
+// Row of the pair whose labels begin with the two given, ignoring case; 0 when there is none.
+int FIND_BVLOCAL(std::string_view label_1, std::string_view label_2, const LIST<BV_PAIR>& pairs);
+
+// Fills BONDS columns 13 and 14 and POLYHEDRON columns 21 and 22. An empty table does nothing.
+void CALC_VALENCE_ALLBONDS(CRYSTAL_STRUCTURE_TYPE& phase, const LIST<BV_PAIR>& pairs);
+
+}  // namespace KVA_CRYSTAL_STRUCTURES

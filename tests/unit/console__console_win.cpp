@@ -1,0 +1,159 @@
+// Tests of the operating system's side: reading lines, environment, directories, commands, and the
+// replacement of a file.
+#include "console_code/console_win.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+
+#include <thread>
+
+#include "tests/unit/console__dialogue.h"
+
+namespace CONSOLE_TESTS {
+
+using CONSOLE_WIN = CONSOLE_TEST;
+
+TEST_F(CONSOLE_WIN, TEXT_IS_WRITTEN_AS_IT_IS) {
+  EXPECT_EQ(SAID("", [] { WRITE_CONSOLE("a  "); }), "a  ");
+}
+
+TEST_F(CONSOLE_WIN, NO_TERMINAL_HAS_NO_COLUMNS_AND_NO_TITLE) {
+  if (::isatty(STDOUT_FILENO) != 0) GTEST_SKIP() << "the tests run on a terminal";
+  EXPECT_EQ(CONSOLE_COLUMNS(), 0);
+  EXPECT_EQ(SAID("", [] { SET_CONSOLE_TITLE("Gemmara "); }), "");
+}
+
+TEST_F(CONSOLE_WIN, LINES_ARE_READ_ONE_BY_ONE) {
+  SAID("one\n\nthree", [] {
+    std::string line;
+    EXPECT_TRUE(READ_CONSOLE(line));
+    EXPECT_EQ(line, "one");
+    EXPECT_TRUE(READ_CONSOLE(line));
+    EXPECT_EQ(line, "");
+    EXPECT_TRUE(READ_CONSOLE(line));
+    EXPECT_EQ(line, "three");
+    EXPECT_FALSE(READ_CONSOLE(line));
+    EXPECT_EQ(line, "");
+  });
+}
+
+TEST_F(CONSOLE_WIN, ENVIRONMENT_TELLS_UNSET_FROM_BLANK) {
+  std::string value = "old";
+  ::setenv("GEMMARA_TEST", "text", 1);
+  EXPECT_TRUE(GET_ENVIRONMENT("GEMMARA_TEST", value));
+  EXPECT_EQ(value, "text");
+  ::setenv("GEMMARA_TEST", "", 1);
+  EXPECT_TRUE(GET_ENVIRONMENT("GEMMARA_TEST", value));
+  EXPECT_EQ(value, "");
+  ::unsetenv("GEMMARA_TEST");
+  EXPECT_FALSE(GET_ENVIRONMENT("GEMMARA_TEST", value));
+}
+
+TEST_F(CONSOLE_WIN, DIRECTORIES_ARE_MADE_CHANGED_AND_TOLD) {
+  EXPECT_EQ(GET_DIRECTORY(), folder.string());
+  EXPECT_TRUE(MAKE_DIRECTORY("sub"));
+  EXPECT_FALSE(MAKE_DIRECTORY("sub"));
+  EXPECT_FALSE(MAKE_DIRECTORY("none/sub"));
+  EXPECT_TRUE(CHANGE_DIRECTORY("sub"));
+  EXPECT_EQ(GET_DIRECTORY(), (folder / "sub").string());
+  EXPECT_FALSE(CHANGE_DIRECTORY("none"));
+}
+
+TEST_F(CONSOLE_WIN, DELETED_DIRECTORY_HAS_A_BLANK_NAME) {
+  fs::create_directory("gone");
+  ASSERT_TRUE(CHANGE_DIRECTORY("gone"));
+  fs::remove(folder / "gone");
+  EXPECT_EQ(GET_DIRECTORY(), "");
+}
+
+TEST_F(CONSOLE_WIN, COMMAND_LINES_RUN_IN_THE_SHELL) {
+  RUN_COMMAND_LINE("echo one > out.txt; echo two >> out.txt; exit 3");
+  EXPECT_EQ(TEXT_OF("out.txt"), "one\ntwo\n");
+}
+
+// The command sends the interrupt to itself and to us, as the terminal does at Ctrl-C.
+TEST_F(CONSOLE_WIN, INTERRUPT_ENDS_THE_COMMAND_AND_NOT_US) {
+  RUN_COMMAND_LINE("kill -INT $PPID; kill -INT $$; echo alive > out.txt");
+  EXPECT_FALSE(fs::exists("out.txt"));
+  struct sigaction action {};
+  ASSERT_EQ(::sigaction(SIGINT, nullptr, &action), 0);
+  EXPECT_EQ(action.sa_handler, SIG_DFL);  // at our own prompt it ends the program
+}
+
+// ---- replacing a file ----
+
+std::size_t FILES_IN(const fs::path& path) {
+  return static_cast<std::size_t>(
+      std::distance(fs::directory_iterator(path), fs::directory_iterator()));
+}
+
+TEST_F(CONSOLE_WIN, REPLACED_FILE_HOLDS_THE_NEW_CONTENT_AND_NOTHING_IS_LEFT_BESIDE_IT) {
+  fs::create_directory("set");
+  EXPECT_TRUE(REPLACE_FILE("set/file.ini", "first line\n"));
+  EXPECT_EQ(TEXT_OF("set/file.ini"), "first line\n");
+  EXPECT_TRUE(REPLACE_FILE("set/file.ini", "2\n"));
+  EXPECT_EQ(TEXT_OF("set/file.ini"), "2\n");
+  EXPECT_EQ(FILES_IN("set"), 1u);
+}
+
+TEST_F(CONSOLE_WIN, REPLACED_FILE_KEEPS_ITS_RIGHTS_AND_A_NEW_ONE_FOLLOWS_THE_MASK) {
+  PUT_FILE("old.ini", "x");
+  fs::permissions("old.ini", fs::perms(0640));
+  EXPECT_TRUE(REPLACE_FILE("old.ini", "y"));
+  EXPECT_EQ(fs::status("old.ini").permissions(), fs::perms(0640));
+  const mode_t mask = ::umask(027);
+  EXPECT_TRUE(REPLACE_FILE("new.ini", "y"));
+  ::umask(mask);
+  EXPECT_EQ(fs::status("new.ini").permissions(), fs::perms(0640));
+}
+
+TEST_F(CONSOLE_WIN, LINK_STAYS_A_LINK) {
+  PUT_FILE("real.ini", "x");
+  fs::create_symlink("real.ini", "link.ini");
+  EXPECT_TRUE(REPLACE_FILE("link.ini", "y"));
+  EXPECT_TRUE(fs::is_symlink("link.ini"));
+  EXPECT_EQ(TEXT_OF("real.ini"), "y");
+}
+
+TEST_F(CONSOLE_WIN, NO_FOLDER_MEANS_NOTHING_CHANGED) {
+  EXPECT_FALSE(REPLACE_FILE("none/file.ini", "x"));
+  EXPECT_FALSE(fs::exists("none"));
+}
+
+TEST_F(CONSOLE_WIN, FOLDER_IN_PLACE_OF_THE_FILE_STAYS) {
+  fs::create_directory("file.ini");
+  PUT_FILE("file.ini/inside", "x");
+  EXPECT_FALSE(REPLACE_FILE("file.ini", "x"));
+  EXPECT_TRUE(fs::exists("file.ini/inside"));
+}
+
+TEST_F(CONSOLE_WIN, FILE_IN_A_READ_ONLY_FOLDER_IS_OVERWRITTEN_IN_PLACE) {
+  if (::geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
+  fs::create_directory("set");
+  PUT_FILE("set/file.ini", "longer content");
+  fs::permissions("set", fs::perms(0500));
+  EXPECT_TRUE(REPLACE_FILE("set/file.ini", "short"));
+  EXPECT_EQ(TEXT_OF("set/file.ini"), "short");
+  fs::permissions("set", fs::perms(0700));
+}
+
+// Whoever reads meanwhile finds one content or the other, whole.
+TEST_F(CONSOLE_WIN, TWO_WRITERS_NEVER_MIX) {
+  const std::string a(5000, 'a');
+  const std::string b(5000, 'b');
+  ASSERT_TRUE(REPLACE_FILE("file.ini", a));
+  const auto write = [](const std::string& text) {
+    for (int i = 0; i < 50; ++i) REPLACE_FILE("file.ini", text);
+  };
+  std::thread first(write, a);
+  std::thread second(write, b);
+  for (int i = 0; i < 200; ++i) {
+    const std::string found = TEXT_OF("file.ini");
+    EXPECT_TRUE(found == a || found == b);
+  }
+  first.join();
+  second.join();
+}
+
+}  // namespace CONSOLE_TESTS

@@ -1,0 +1,146 @@
+// What the console tests share: a folder of their own, fresh console state, and a dialogue with
+// given input lines whose output is returned. Tests nothing itself.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>  // for getpid, chdir
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "console_code/console/input.h"
+#include "console_code/console/settings.h"
+#include "console_code/console/state.h"
+#include "console_code/kva_utilities/files.h"
+
+namespace CONSOLE_TESTS {
+
+namespace fs = std::filesystem;
+using namespace KVA_CONSOLE;
+
+// Standard input and output replaced by texts while it lives.
+class REDIRECTED {
+ public:
+  explicit REDIRECTED(const std::string& text) : input(text) {
+    old_input = std::cin.rdbuf(input.rdbuf());
+    old_output = std::cout.rdbuf(output.rdbuf());
+  }
+  ~REDIRECTED() {
+    std::cin.rdbuf(old_input);
+    std::cout.rdbuf(old_output);
+  }
+  REDIRECTED(const REDIRECTED&) = delete;
+  REDIRECTED& operator=(const REDIRECTED&) = delete;
+  std::string OUTPUT() const { return output.str(); }
+  bool ALL_READ() { return input.rdbuf()->in_avail() == 0; }
+
+ private:
+  std::istringstream input;
+  std::ostringstream output;
+  std::streambuf* old_input;
+  std::streambuf* old_output;
+};
+
+inline void PEND(const std::string& text) {
+  INSTRING = text;
+  INSTRING_LEN = static_cast<int>(text.size());
+}
+
+// A folder of its own, which is the working directory, with the settings below it.
+class CONSOLE_TEST : public testing::Test {
+ protected:
+  void SetUp() override {
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    start = fs::current_path();
+    folder = fs::canonical(fs::temp_directory_path()) /
+             ("gemmara_" + std::to_string(::getpid()) + "_" + test.name());
+    fs::remove_all(folder);
+    fs::create_directory(folder);
+    fs::create_directory(folder / "local");
+    fs::create_directory(folder / "home");
+    fs::current_path(folder);
+    ::setenv("LOCALAPPDATA", (folder / "local").c_str(), 1);
+    ::setenv("HOME", (folder / "home").c_str(), 1);
+    ::unsetenv("XDG_CONFIG_HOME");
+    RESET_STATE();
+  }
+
+  void TearDown() override {
+    RESET_STATE();
+    fs::current_path(start);
+    fs::remove_all(folder);
+  }
+
+  static void RESET_STATE() {
+    KVA_UTILITIES::CLOSE_FILE(LOG_FILE);
+    KVA_UTILITIES::CLOSE_FILE(MACRO_FILE);
+    LOG_FILE = {};
+    MACRO_FILE = {};
+    CLEAR_INPUT();
+    INCOM.clear();
+    INITPARMS.FILL("");
+    COMMANDS.CLEAR();
+    CLIST_GROUP_TITLE.CLEAR();
+    MACRO_STATE = 0;
+    SYSTEM_MODE = 0;
+    TIME_IN_PROMPT = false;
+    RESERVED_ON = false;
+    OPERATION_MODE = 0;
+    RUN_TYPE = 1;
+    WIDTH = 100;
+    CMD_PROMPT = "G_MARA-6.1>";
+    SAVED_PROMPT.clear();
+    PROGRAM_NAME = "Gemmara";
+    PROGRAM_VERSION = 6.1f;
+    PROGRAM_VERSION_DATE = "1-FEBRUARY-2025";
+    PROGRAM_AUTHORS = "The Gemmara developers";
+    PROGRAM_INI_FILE = "/quorvansoftware/gemmara.ini";
+    PROGRAM_COMMENT.FILL("");
+  }
+
+  // What the routine says when it is given the input.
+  template <class ROUTINE>
+  static std::string SAID(const std::string& input, ROUTINE routine) {
+    REDIRECTED console(input);
+    routine();
+    EXPECT_TRUE(console.ALL_READ()) << "input was left unread";
+    return console.OUTPUT();
+  }
+
+  static void PUT_FILE(const fs::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+  }
+
+  static std::string TEXT_OF(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  // Starts the macro with these lines.
+  static void START_MACRO_WITH(const std::string& lines) {
+    PUT_FILE("test.mcr", lines);
+    MACRO_FILE.UNIT = MACRO_UNIT;
+    MACRO_FILE.NAME = "test.mcr";
+    ASSERT_EQ(KVA_UTILITIES::OPEN_UNIT(MACRO_UNIT, "test.mcr", KVA_UTILITIES::UNIT_MODE::OLD), 0);
+    MACRO_FILE.OPEN = true;
+    MACRO_STATE = 1;
+  }
+
+  static void START_LOG() {
+    LOG_FILE.UNIT = LOG_UNIT;
+    LOG_FILE.NAME = "test.log";
+    ASSERT_EQ(KVA_UTILITIES::OPEN_UNIT(LOG_UNIT, "test.log", KVA_UTILITIES::UNIT_MODE::REPLACE), 0);
+    LOG_FILE.OPEN = true;
+  }
+
+  fs::path start;
+  fs::path folder;
+};
+
+}  // namespace CONSOLE_TESTS

@@ -1,0 +1,435 @@
+// Tests of OPEN_FILE: every mode with the file there and absent, names, access, and the log.
+#include "console_code/console/open_file.h"
+
+#include <gtest/gtest.h>
+
+#include "console_code/console/output.h"
+#include "tests/unit/console__dialogue.h"
+
+namespace CONSOLE_TESTS {
+
+using KVA_UTILITIES::FILE_RECORD;
+
+class OPENING : public CONSOLE_TEST {
+ protected:
+  FILE_RECORD file;
+  std::string said;
+
+  void SetUp() override {
+    CONSOLE_TEST::SetUp();
+    NEW_RECORD();
+  }
+  void TearDown() override {
+    KVA_UTILITIES::CLOSE_FILE(file);
+    CONSOLE_TEST::TearDown();
+  }
+
+  void NEW_RECORD() {
+    KVA_UTILITIES::CLOSE_FILE(file);
+    file = {};
+    file.DESCRIPTOR = "data file";
+    file.UNIT = 32;
+    file.EXT = "dat";
+  }
+
+  // With the name pending; input is what can be typed behind it.
+  bool OPENED(const std::string& name, const std::string& control, const std::string& input = "") {
+    PEND(name);
+    said = SAID(input, [&] { OPEN_FILE(file, control); });
+    return file.OPEN;
+  }
+
+  static std::string SUCCESS(const std::string& name) {
+    return "\nSuccessfully opened data file\nNamed " + name + "\n\n";
+  }
+  const std::string prompt = "\n     Open data file (*.dat):";
+};
+
+// ---- names ----
+
+TEST_F(OPENING, PENDING_TEXT_IS_THE_NAME) {
+  EXPECT_TRUE(OPENED("new.txt", "REPLACE"));
+  EXPECT_EQ(said, "\n" + SUCCESS("new.txt"));
+  EXPECT_EQ(file.NAME, "new.txt");
+  EXPECT_EQ(file.SHORT_NAME, "new.txt");
+  EXPECT_EQ(INSTRING_LEN, 0);
+  EXPECT_TRUE(fs::exists("new.txt"));
+}
+
+TEST_F(OPENING, WITHOUT_PENDING_TEXT_THE_NAME_IS_ASKED_FOR) {
+  EXPECT_TRUE(OPENED("", "REPLACE", "new.txt\n"));
+  EXPECT_EQ(said, "\n" + prompt + SUCCESS("new.txt"));
+}
+
+TEST_F(OPENING, SAVE_CHANGES_THE_WORD_OF_THE_PROMPT) {
+  EXPECT_FALSE(OPENED("", "REPLACE SAVE", "\n"));
+  EXPECT_EQ(said, "\n\n     Save data file (*.dat):");
+}
+
+TEST_F(OPENING, BLANK_ANSWER_GIVES_UP) {
+  EXPECT_FALSE(OPENED("", "OLD", "   \n"));
+  EXPECT_EQ(said, "\n" + prompt);
+  EXPECT_EQ(file.NAME, "");
+}
+
+TEST_F(OPENING, FILE_NAME_PROMPT_LEAVES_THE_ANSWER_PENDING) {
+  EXPECT_EQ(SAID("some name\n", [] { GET_INPUT_FILENAME("Open", "cif file", "cif"); }),
+            "     Open cif file (*.cif):");
+  EXPECT_EQ(INSTRING, "some name");
+}
+
+TEST_F(OPENING, NAME_WITHOUT_A_DOT_GETS_THE_EXTENSION) {
+  EXPECT_TRUE(OPENED("new", "REPLACE"));
+  EXPECT_EQ(file.NAME, "new.dat");
+}
+
+TEST_F(OPENING, DOT_IN_A_FOLDER_COUNTS_AS_ONE) {
+  fs::create_directory("v1.2");
+  EXPECT_TRUE(OPENED("v1.2/new", "REPLACE"));
+  EXPECT_EQ(file.NAME, "v1.2/new");
+  EXPECT_EQ(file.SHORT_NAME, "new");
+}
+
+TEST_F(OPENING, OLD_FILE_BEHIND_A_DOTTED_FOLDER_IS_FOUND_WITH_ITS_EXTENSION) {
+  fs::create_directory("v1.2");
+  PUT_FILE("v1.2/quartz.dat", "x");
+  EXPECT_TRUE(OPENED("v1.2/quartz", "OLD"));
+  EXPECT_EQ(file.NAME, "v1.2/quartz.dat");
+  EXPECT_TRUE(OPENED("./v1.2/quartz", "OLD"));
+  EXPECT_EQ(file.NAME, "./v1.2/quartz.dat");
+  // A name that is there as typed is taken as typed.
+  PUT_FILE("v1.2/quartz", "y");
+  EXPECT_TRUE(OPENED("v1.2/quartz", "OLD"));
+  EXPECT_EQ(file.NAME, "v1.2/quartz");
+  // A dot in the last part is the user's own extension.
+  PUT_FILE("v1.2/a.b.dat", "x");
+  EXPECT_FALSE(OPENED("v1.2/a.b", "OLD", "\n"));
+}
+
+TEST_F(OPENING, REST_OF_THE_LINE_IS_THE_NAME_WITH_ITS_BLANKS) {
+  EXPECT_TRUE(OPENED("my data file.txt", "REPLACE"));
+  EXPECT_EQ(file.NAME, "my data file.txt");
+  EXPECT_TRUE(fs::exists("my data file.txt"));
+}
+
+TEST_F(OPENING, QUOTES_AROUND_THE_NAME_GO) {
+  EXPECT_TRUE(OPENED("\"my data.txt\"", "REPLACE"));
+  EXPECT_EQ(file.NAME, "my data.txt");
+  EXPECT_TRUE(OPENED("'other data.txt'", "REPLACE"));
+  EXPECT_EQ(file.NAME, "other data.txt");
+  EXPECT_TRUE(OPENED("it's.txt", "REPLACE"));
+  EXPECT_EQ(file.NAME, "it's.txt");
+}
+
+TEST_F(OPENING, TILDE_IS_THE_HOME_DIRECTORY) {
+  EXPECT_TRUE(OPENED("~/new.txt", "REPLACE"));
+  EXPECT_EQ(file.NAME, (folder / "home/new.txt").string());
+  EXPECT_TRUE(fs::exists(folder / "home/new.txt"));
+}
+
+TEST_F(OPENING, USER_PATHS) {
+  const std::string home = (folder / "home").string();
+  EXPECT_EQ(USER_PATH("~"), home);
+  EXPECT_EQ(USER_PATH("\"~/a b\""), home + "/a b");
+  EXPECT_EQ(USER_PATH("~other/x"), "~other/x");
+  EXPECT_EQ(USER_PATH("  a  "), "a");
+  EXPECT_EQ(USER_PATH("\""), "\"");
+  ::unsetenv("HOME");
+  EXPECT_EQ(USER_PATH("~/x"), "~/x");
+}
+
+TEST_F(OPENING, EMPTY_QUOTES_ARE_NO_NAME) {
+  EXPECT_TRUE(OPENED("\"\"", "REPLACE", "new.txt\n"));
+  EXPECT_EQ(said, "\n*****Failed to read file name, try again\n" + prompt + SUCCESS("new.txt"));
+}
+
+TEST_F(OPENING, SHORT_NAME_IS_WHAT_STANDS_BEHIND_THE_LAST_SEPARATOR) {
+  fs::create_directory("sub");
+  EXPECT_TRUE(OPENED("sub/new.txt", "REPLACE"));
+  EXPECT_EQ(file.SHORT_NAME, "new.txt");
+  EXPECT_TRUE(OPENED("back\\slash.txt", "REPLACE"));
+  EXPECT_EQ(file.NAME, "back\\slash.txt");
+  EXPECT_EQ(file.SHORT_NAME, "slash.txt");
+}
+
+TEST_F(OPENING, NAME_BEYOND_255_CHARACTERS_DOES_NOT_OPEN) {
+  ASSERT_TRUE(fs::exists("home"));
+  std::string name;
+  while (name.size() < 250) name += "./";
+  name += "dirs/new";
+  EXPECT_FALSE(OPENED(name, "REPLACE", "\n"));
+  EXPECT_EQ(said, "\nError trying to open file data file\nNamed " + name + " try again\n" + prompt);
+}
+
+// ---- modes ----
+
+TEST_F(OPENING, MODE_0_OPENS_WHAT_IS_THERE_OR_MAKES_IT) {
+  PUT_FILE("old.txt", "content\n");
+  EXPECT_TRUE(OPENED("old.txt", ""));
+  EXPECT_EQ(TEXT_OF("old.txt"), "content\n");
+  EXPECT_TRUE(OPENED("new.txt", ""));
+  EXPECT_TRUE(fs::exists("new.txt"));
+}
+
+TEST_F(OPENING, APPEND_WRITES_BEHIND_AN_OLD_FILE_AND_MAKES_A_NEW_ONE) {
+  PUT_FILE("old.txt", "content\n");
+  EXPECT_TRUE(OPENED("old.txt", "append"));
+  EXPECT_EQ(said, "\n" + SUCCESS("old.txt"));
+  KVA_UTILITIES::WRITE_UNIT(32, "more");
+  EXPECT_EQ(TEXT_OF("old.txt"), "content\nmore\n");
+  EXPECT_TRUE(OPENED("new.txt", "APPEND"));
+  KVA_UTILITIES::WRITE_UNIT(32, "first");
+  EXPECT_EQ(TEXT_OF("new.txt"), "first\n");
+}
+
+TEST_F(OPENING, APPEND_CONFIRMS_NOTHING) {
+  PUT_FILE("old.txt", "content\n");
+  EXPECT_TRUE(OPENED("old.txt", "APPEND CONF"));
+  EXPECT_EQ(said, "\n" + SUCCESS("old.txt"));
+}
+
+TEST_F(OPENING, NEW_REFUSES_AN_OLD_FILE) {
+  PUT_FILE("old.txt", "content\n");
+  EXPECT_TRUE(OPENED("old.txt", "NEW", "new.txt\n"));
+  EXPECT_EQ(said, "\n*****File old.txt already exists, overwriting not allowed\n" + prompt +
+                      SUCCESS("new.txt"));
+  EXPECT_EQ(TEXT_OF("old.txt"), "content\n");
+}
+
+TEST_F(OPENING, OLD_OPENS_AT_THE_START_AND_REFUSES_AN_ABSENT_FILE) {
+  PUT_FILE("old.txt", "content\n");
+  EXPECT_TRUE(OPENED("none.txt", "OLD READ", "old.txt\n"));
+  EXPECT_EQ(said, "\n*****File none.txt does not exist, but is required to pre-exist\n" + prompt +
+                      SUCCESS("old.txt"));
+  std::string line;
+  EXPECT_EQ(KVA_UTILITIES::READ_UNIT(32, line), KVA_UTILITIES::READ_STATUS::LINE);
+  EXPECT_EQ(line, "content");
+  EXPECT_FALSE(fs::exists("none.txt"));
+}
+
+TEST_F(OPENING, REPLACE_DOES_NOT_ASK) {
+  PUT_FILE("old.txt", "content\n");
+  EXPECT_TRUE(OPENED("old.txt", "REPLACE"));
+  EXPECT_EQ(said, "\n" + SUCCESS("old.txt"));
+  EXPECT_EQ(TEXT_OF("old.txt"), "");
+}
+
+TEST_F(OPENING, REPLACE_CONFIRM_ASKS_BEFORE_IT_OVERWRITES) {
+  PUT_FILE("old.txt", "content\n");
+  EXPECT_TRUE(OPENED("old.txt", "REPLACE CONFIRM", "y\n"));
+  EXPECT_EQ(said, "\n*****File old.txt exists\nDo you want to overwrite it (Y/N) <N>?" +
+                      SUCCESS("old.txt"));
+  EXPECT_EQ(TEXT_OF("old.txt"), "");
+}
+
+TEST_F(OPENING, REPLACE_CONFIRM_WITHOUT_A_YES_ASKS_FOR_ANOTHER_NAME) {
+  for (const char* answer : {"n\n", "\n"}) {
+    NEW_RECORD();
+    PUT_FILE("old.txt", "content\n");
+    EXPECT_FALSE(OPENED("old.txt", "REPLACE CONF", std::string(answer) + "\n"));
+    EXPECT_EQ(said, "\n*****File old.txt exists\nDo you want to overwrite it (Y/N) <N>?" + prompt);
+    EXPECT_EQ(TEXT_OF("old.txt"), "content\n");
+  }
+}
+
+TEST_F(OPENING, REPLACE_CONFIRM_MAKES_AN_ABSENT_FILE_WITHOUT_A_QUESTION) {
+  EXPECT_TRUE(OPENED("new.txt", "REPLACE CONFIRM"));
+  EXPECT_EQ(said, "\n" + SUCCESS("new.txt"));
+}
+
+// ---- a file that is open already ----
+
+TEST_F(OPENING, OPEN_FILE_IS_KEPT_UNLESS_THE_USER_AGREES_TO_CLOSE_IT) {
+  ASSERT_TRUE(OPENED("first.txt", "REPLACE"));
+  const std::string question =
+      "\ndata file named first.txt is already open\n"
+      "Do you want to close this and open a new file (Y/N) <Y>?";
+  EXPECT_TRUE(OPENED("", "REPLACE", "n\n"));
+  EXPECT_EQ(said, question);
+  EXPECT_EQ(file.NAME, "first.txt");
+  EXPECT_TRUE(KVA_UTILITIES::UNIT_WRITABLE(32));
+
+  EXPECT_TRUE(OPENED("", "REPLACE", "\nsecond.txt\n"));
+  EXPECT_EQ(said, question + prompt + SUCCESS("second.txt"));
+  EXPECT_EQ(file.NAME, "second.txt");
+
+  EXPECT_FALSE(OPENED("", "REPLACE", "y\n\n"));
+  EXPECT_EQ(file.NAME, "");
+}
+
+TEST_F(OPENING, PENDING_NAME_CLOSES_THE_OPEN_FILE_WITHOUT_A_QUESTION) {
+  ASSERT_TRUE(OPENED("first.txt", "REPLACE"));
+  EXPECT_TRUE(OPENED("second.txt", "REPLACE"));
+  EXPECT_EQ(said, "\n" + SUCCESS("second.txt"));
+}
+
+// ---- failures ----
+
+TEST_F(OPENING, FAILURE_NAMES_THE_FILE_ON_THE_CONSOLE_ONLY_AND_ASKS_AGAIN) {
+  START_LOG();
+  EXPECT_TRUE(OPENED("none/new.txt", "REPLACE", "new.txt\n"));
+  EXPECT_EQ(said, "\nError trying to open file data file\nNamed none/new.txt try again\n" + prompt +
+                      SUCCESS("new.txt"));
+  EXPECT_EQ(TEXT_OF("test.log"), "\n\n     Open data file (*.dat):new.txt\n" + SUCCESS("new.txt"));
+}
+
+TEST_F(OPENING, DIRECTORY_IS_REFUSED_LIKE_A_FILE_THAT_FAILS_TO_OPEN) {
+  fs::create_directory("sub.dat");
+  for (const char* control : {"OLD READ", "OLD", "APPEND", "REPLACE", ""}) {
+    EXPECT_FALSE(OPENED("sub", control, "\n"));
+    EXPECT_EQ(said, "\nError trying to open file data file\nNamed sub.dat try again\n" + prompt)
+        << control;
+  }
+  EXPECT_TRUE(fs::is_directory("sub.dat"));
+}
+
+TEST_F(OPENING, READ_ONLY_FILE_CAN_BE_READ_AND_NOT_WRITTEN) {
+  if (::geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
+  PUT_FILE("old.txt", "content\n");
+  fs::permissions("old.txt", fs::perms(0400));
+  EXPECT_TRUE(OPENED("old.txt", "OLD READ"));
+  KVA_UTILITIES::CLOSE_FILE(file);
+  EXPECT_FALSE(OPENED("old.txt", "OLD", "\n"));
+  EXPECT_EQ(said,
+            "\n\n*****WARNING: Error trying to open file   old.txt\n\n"
+            "     Write access was requested, but file locked against writing\n" +
+                prompt);
+  EXPECT_FALSE(OPENED("old.txt", "REPLACE", "\n"));
+  EXPECT_EQ(said, "\nError trying to open file data file\nNamed old.txt try again\n" + prompt);
+  EXPECT_EQ(TEXT_OF("old.txt"), "content\n");
+}
+
+TEST_F(OPENING, WRITE_ONLY_FILE_CANNOT_BE_READ) {
+  if (::geteuid() == 0) GTEST_SKIP() << "root may read everywhere";
+  PUT_FILE("old.txt", "content\n");
+  fs::permissions("old.txt", fs::perms(0200));
+  EXPECT_FALSE(OPENED("old.txt", "OLD READ", "\n"));
+  EXPECT_EQ(said,
+            "\n\n*****WARNING: Error trying to open file   old.txt\n\n"
+            "     Read access was requested, but file is locked against reading\n" +
+                prompt);
+}
+
+TEST_F(OPENING, STRANGE_NAMES_DO_NO_HARM) {
+  for (const std::string& name :
+       {std::string(255, 'x'), std::string("/"), std::string("."), std::string(".."),
+        std::string("///"), std::string("\\"), std::string("~"), std::string("a\x80\xff"),
+        std::string("no/such/folder/file")}) {
+    NEW_RECORD();
+    OPENED(name, "OLD READ", "\n");
+    EXPECT_FALSE(file.OPEN) << name;
+  }
+}
+
+// ---- macros ----
+
+TEST_F(OPENING, PROMPTED_NAME_WHILE_RECORDING_IS_WARNED_OF_AND_RECORDED_ALL_THE_SAME) {
+  START_MACRO_WITH("");
+  MACRO_STATE = -1;
+  EXPECT_TRUE(OPENED("", "REPLACE", "new.txt\n"));
+  EXPECT_EQ(said,
+            "\n"
+            " *****Selecting a filename this way will not be recorded by the Macro\n"
+            " *****For recording enter the filename with the command\n" +
+                prompt + SUCCESS("new.txt"));
+  EXPECT_EQ(TEXT_OF("test.mcr"), "new.txt\n");
+  EXPECT_TRUE(OPENED("other.txt", "REPLACE"));
+  EXPECT_EQ(said, "\n" + SUCCESS("other.txt"));
+}
+
+TEST_F(OPENING, MACRO_ANSWERS_THE_NAME_PROMPT) {
+  START_MACRO_WITH("new.txt\n");
+  EXPECT_TRUE(OPENED("", "REPLACE"));
+  EXPECT_EQ(said, "\n" + prompt + "new.txt\n" + SUCCESS("new.txt"));
+}
+
+// The overwrite question, a blank answer to it, and a name at the prompt, recorded and replayed.
+TEST_F(OPENING, RECORDED_OVERWRITE_QUESTION_REPLAYS) {
+  PUT_FILE("old.txt", "content\n");
+  START_MACRO_WITH("");
+  MACRO_STATE = -1;
+  EXPECT_TRUE(OPENED("old.txt", "REPLACE CONFIRM", "\nold.txt\nY\n"));
+  KVA_UTILITIES::CLOSE_FILE(MACRO_FILE);
+  EXPECT_EQ(TEXT_OF("test.mcr"), "\nold.txt\nY\n");
+
+  NEW_RECORD();
+  START_MACRO_WITH("\nold.txt\nY\n");
+  EXPECT_TRUE(OPENED("old.txt", "REPLACE CONFIRM"));
+  const std::string question = "*****File old.txt exists\nDo you want to overwrite it (Y/N) <N>?";
+  EXPECT_EQ(said,
+            "\n" + question + "\n" + prompt + "old.txt\n" + question + "Y\n" + SUCCESS("old.txt"));
+}
+
+TEST_F(OPENING, MACRO_RECORD_IS_SET_UP) {
+  PEND("session");
+  SAID("", [] { OPEN_MACRO_FILE("REPLACE CONFIRM"); });
+  EXPECT_TRUE(MACRO_FILE.OPEN);
+  EXPECT_EQ(MACRO_FILE.NAME, "session.mcr");
+  EXPECT_EQ(MACRO_FILE.DESCRIPTOR, "file for macros");
+  EXPECT_EQ(MACRO_FILE.UNIT, 91);
+}
+
+// ---- the log ----
+
+class LOG_OPENING : public CONSOLE_TEST {
+ protected:
+  static std::string LOGGED(const std::string& name, const std::string& input = "") {
+    PEND(name);
+    return SAID(input, [] { OPEN_LOG_FILE(); });
+  }
+  static std::size_t HEADERS_IN(const fs::path& path) {
+    std::size_t count = 0;
+    std::istringstream stream(TEXT_OF(path));
+    for (std::string line; std::getline(stream, line);)
+      if (line.find("Version date: ") != std::string::npos) ++count;
+    return count;
+  }
+};
+
+TEST_F(LOG_OPENING, NEW_LOG_BEGINS_WITH_THE_HEADER_WHICH_THE_CONSOLE_DOES_NOT_SHOW) {
+  EXPECT_EQ(LOGGED("run"), "\n\nSuccessfully opened Log file\nNamed run.log\n\n");
+  EXPECT_EQ(LOG_FILE.UNIT, 90);
+  EXPECT_EQ(HEADERS_IN("run.log"), 1u);
+}
+
+TEST_F(LOG_OPENING, OLD_LOG_IS_APPENDED_TO) {
+  PUT_FILE("run.log", "earlier\n");
+  LOGGED("run.log");
+  EXPECT_EQ(TEXT_OF("run.log").substr(0, 8), "earlier\n");
+  EXPECT_EQ(HEADERS_IN("run.log"), 1u);
+}
+
+TEST_F(LOG_OPENING, SAME_LOG_AGAIN_GETS_NO_SECOND_HEADER) {
+  LOGGED("run.log");
+  LOGGED("run.log");
+  EXPECT_TRUE(LOG_FILE.OPEN);
+  EXPECT_EQ(HEADERS_IN("run.log"), 1u);
+  LOGGED("", "n\n");
+  EXPECT_TRUE(LOG_FILE.OPEN);
+  EXPECT_EQ(HEADERS_IN("run.log"), 1u);
+}
+
+TEST_F(LOG_OPENING, ANOTHER_NAME_IS_A_NEW_LOG_WITH_A_HEADER) {
+  LOGGED("one.log");
+  LOGGED("", "y\ntwo.log\n");
+  EXPECT_EQ(LOG_FILE.NAME, "two.log");
+  EXPECT_EQ(HEADERS_IN("two.log"), 1u);
+  SAID("", [] { WRITE_OUT("only here"); });
+  EXPECT_EQ(TEXT_OF("one.log").find("only here"), std::string::npos);
+}
+
+TEST_F(LOG_OPENING, NO_NAME_MEANS_NO_LOG) {
+  EXPECT_EQ(LOGGED("", "\n"), "\n\n     Open Log file (*.log):");
+  EXPECT_FALSE(LOG_FILE.OPEN);
+}
+
+TEST_F(LOG_OPENING, FULL_DISK_CLOSES_THE_LOG) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+  fs::create_symlink("/dev/full", "run.log");
+  EXPECT_EQ(LOGGED("run.log"),
+            "\n\n*****Log file run.log cannot be written and was closed\n"
+            "Successfully opened Log file\nNamed run.log\n\n");
+  EXPECT_FALSE(LOG_FILE.OPEN);
+}
+
+}  // namespace CONSOLE_TESTS

@@ -1,0 +1,608 @@
+// Runs the program as a process and reads what it says: start-up, command table, settings between
+// runs, end of input, interrupts, closed output, recorded sessions.
+#include <fcntl.h>  // for open
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/ioctl.h>  // for TIOCSWINSZ
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct RUN_RESULT {
+  int STATUS = -1;  // of the shell that ran the program
+  std::string SAID;
+  std::string ERRORS;
+};
+
+std::string TEXT_OF(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void PUT_FILE(const fs::path& path, std::string_view text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+std::vector<std::string> LINES(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+// The text from the first line that begins with start.
+std::string FROM_LINE(const std::string& text, const std::string& start) {
+  const std::size_t at = ("\n" + text).find("\n" + start);
+  return at == std::string::npos ? "" : text.substr(at);
+}
+
+std::size_t COUNT_OF(const std::string& text, std::string_view word) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1))
+    ++count;
+  return count;
+}
+
+// Without the line that holds the time.
+std::string TIMELESS(const std::string& text) {
+  std::string kept;
+  for (const std::string& line : LINES(text))
+    if (line.find("Current date and time:") == std::string::npos) kept += line + "\n";
+  return kept;
+}
+
+// A folder of its own for the program, with its settings and home below it.
+class PROGRAM : public testing::Test {
+ protected:
+  void SetUp() override {
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    folder = fs::canonical(fs::temp_directory_path()) /
+             ("gemmara_program_" + std::to_string(::getpid()) + "_" + test.name());
+    fs::remove_all(folder);
+    for (const char* sub : {"work", "local", "home", "xdg"}) fs::create_directories(folder / sub);
+    work = folder / "work";
+    ::setenv("LOCALAPPDATA", (folder / "local").c_str(), 1);
+    ::setenv("XDG_CONFIG_HOME", (folder / "xdg").c_str(), 1);
+    ::setenv("HOME", (folder / "home").c_str(), 1);
+  }
+  void TearDown() override { fs::remove_all(folder); }
+
+  // Runs a shell line in the work folder; $GEMMARA is the program.
+  RUN_RESULT SHELL(const std::string& line) const {
+    ::setenv("GEMMARA", GEMMARA_PROGRAM, 1);
+    const std::string command = "cd '" + work.string() + "' && { " + line + "\n} > '" +
+                                (folder / "said").string() + "' 2> '" +
+                                (folder / "errors").string() + "'";
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+            TEXT_OF(folder / "said"), TEXT_OF(folder / "errors")};
+  }
+
+  // Runs the program with these lines of input.
+  RUN_RESULT RUN(const std::string& input, const std::string& argument = "") const {
+    PUT_FILE(folder / "input", input);
+    return SHELL("\"$GEMMARA\" " + argument + " < '" + (folder / "input").string() + "'");
+  }
+
+  fs::path folder;
+  fs::path work;
+};
+
+// The frame of the header with a text from column 10 on.
+std::string FRAMED(const std::string& text) {
+  std::string line = "*" + std::string(98, ' ') + "*";
+  return line.replace(9, text.size(), text);
+}
+
+// ---- start and end ----
+
+TEST_F(PROGRAM, HEADER_SHOWS_THE_IDENTITY) {
+  const RUN_RESULT run = RUN("EXIT\n");
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_EQ(run.ERRORS, "");
+  const std::string frame = FRAMED("");
+  std::string title = frame;
+  title.replace(45, 7, "Gemmara");  // column (100 - 7) / 2 = 46
+  const std::vector<std::string> expected{
+      std::string(100, '*'),
+      frame,
+      title,
+      frame,
+      FRAMED("     Authors: The Gemmara developers"),
+      FRAMED("Version date: 1-FEBRUARY-2025"),
+      FRAMED("     Version:  6.10"),
+      frame,
+      frame,
+      FRAMED("Reads series of crystal structures from CIF files"),
+      FRAMED("Finds the bonds once, on a reference block"),
+      FRAMED("Measures the same bonds, angles and polyhedra in every block"),
+      FRAMED("Propagates the estimated standard uncertainty of every value"),
+      FRAMED("Polyhedral volumes, distortion and sphere-fit parameters"),
+      FRAMED("Bond valences and bond-valence sums"),
+      FRAMED("Writes tables, CIF and equation-of-state data files"),
+      frame,
+      frame,
+      frame,
+      frame,
+      frame,
+      frame,
+      std::string(100, '*'),
+      "",
+      "G_MARA-6.1>"};
+  EXPECT_EQ(LINES(TIMELESS(run.SAID)), expected);
+}
+
+TEST_F(PROGRAM, EXIT_AND_X_END_IT_WITH_STATUS_0) {
+  EXPECT_EQ(RUN("EXIT\n").STATUS, 0);
+  EXPECT_EQ(RUN("x\n").STATUS, 0);
+  PUT_FILE(work / "end.mcr", "X\n");
+  EXPECT_EQ(RUN("", "end").STATUS, 0);
+  EXPECT_EQ(RUN("MACRO end\n").STATUS, 0);
+}
+
+TEST_F(PROGRAM, END_OF_INPUT_ENDS_IT_WITH_STATUS_2_AND_KEEPS_THE_LOG) {
+  const RUN_RESULT run = RUN("LOG run\nTIME\nTIME\n");
+  EXPECT_EQ(run.STATUS, 2);
+  EXPECT_EQ(run.ERRORS, "Gemmara: end of input\n");
+  const std::string log = TEXT_OF(work / "run.log");
+  const std::string tail = "G_MARA-6.1>TIME\n\n";  // and the blank line before the last prompt
+  EXPECT_EQ(log.substr(log.size() - tail.size()), tail);
+  // The working directory is not saved.
+  EXPECT_EQ(TEXT_OF(folder / "local/quorvansoftware/gemmara.ini"), "");
+}
+
+TEST_F(PROGRAM, END_OF_INPUT_IN_A_DIALOGUE_ENDS_IT_TOO) {
+  for (const char* input :
+       {"", "READ\n", "PRIV\n", "MODE\nabc\n", "RECORD\n", "SYS\n", "MACRO none\n", "LOG\n"}) {
+    const RUN_RESULT run = RUN(input);
+    EXPECT_EQ(run.STATUS, 2) << input;
+    EXPECT_EQ(run.ERRORS, "Gemmara: end of input\n") << input;
+  }
+}
+
+TEST_F(PROGRAM, LAST_LINE_NEEDS_NO_LINE_END) {
+  EXPECT_EQ(RUN("EXIT").STATUS, 0);
+}
+
+TEST_F(PROGRAM, NO_INPUT_AT_ALL) {
+  const RUN_RESULT run = SHELL("\"$GEMMARA\" < /dev/null");
+  EXPECT_EQ(run.STATUS, 2);
+}
+
+TEST_F(PROGRAM, CLOSED_STREAMS_DO_NOT_HANG_IT) {
+  EXPECT_NE(SHELL("timeout 20 \"$GEMMARA\" <&-").STATUS, 124);
+  EXPECT_NE(SHELL("timeout 20 \"$GEMMARA\" < /dev/null >&-").STATUS, 124);
+  EXPECT_NE(SHELL("printf 'HELP\\nHELP\\nEXIT\\n' | timeout 20 \"$GEMMARA\" > /dev/full").STATUS,
+            124);
+}
+
+TEST_F(PROGRAM, FILES_ARE_NOT_TAKEN_FOR_CLOSED_STREAMS) {
+  PUT_FILE(folder / "input", "LOG run\nTIMES two\nTIME\nDIR\nEXIT\n");
+  const std::string input = " < '" + (folder / "input").string() + "'";
+  SHELL("\"$GEMMARA\"" + input);
+  const std::string log = TIMELESS(TEXT_OF(work / "run.log"));
+  fs::remove(work / "run.log");
+  EXPECT_EQ(SHELL("\"$GEMMARA\"" + input + " >&- 2>&-").STATUS, 0);
+  // The directory, which the first run saved, is in the header now.
+  std::string again = TIMELESS(TEXT_OF(work / "run.log"));
+  const std::string directory = "\n    Current working directory is now: " + work.string() + "\n\n";
+  ASSERT_NE(again.find(directory), std::string::npos);
+  again.erase(again.find(directory), directory.size());
+  EXPECT_EQ(again, log);
+}
+
+TEST_F(PROGRAM, OUTPUT_CLOSED_EARLY_IS_NO_ENDLESS_LOOP) {
+  const RUN_RESULT run = SHELL("yes HELP | timeout 20 \"$GEMMARA\" | head -n 1; exit 0");
+  EXPECT_EQ(run.SAID, std::string(100, '*') + "\n");
+}
+
+TEST_F(PROGRAM, HUGE_AND_BINARY_LINES_DO_NO_HARM) {
+  const RUN_RESULT run = SHELL(
+      "{ head -c 20000000 /dev/zero | tr '\\0' 'x'; echo; head -c 20000 /dev/urandom | tr -d "
+      "'\\nxX'; echo; echo X; } | timeout 60 \"$GEMMARA\"");
+  EXPECT_TRUE(run.STATUS == 0 || run.STATUS == 2) << run.STATUS;
+}
+
+// ---- command table ----
+
+const std::string help_text =
+    "        ******General Commands******\n"
+    "           EXIT     HELP     INFO    LOG     MODE\n"
+    "\n"
+    "        ******Configuration******\n"
+    "           SHOW      :  Show program parameters\n"
+    "           SET       :  Set program parameters\n"
+    "\n"
+    "        ******File Input/Output******\n"
+    "           READ      :  Read in crystal data from file\n"
+    "           WRITE     :  Write crystal data to file\n"
+    "           EXPORT    :  Export data\n"
+    "\n"
+    "        ******Data management******\n"
+    "           CLEAR     :  Clear all data\n"
+    "           USE       :  Use data blocks\n"
+    "           OMIT      :  Omit data blocks\n"
+    "           SORT      :  Sort data blocks\n"
+    "           UNSORT    :  Unsort data blocks\n"
+    "           CHECK     :  Check CIF contents\n"
+    "           ATOMEDIT  :  Edit atom data and flags\n"
+    "           PTEDIT    :  Edit the P and/or T data\n"
+    "TEST"
+    "\n"
+    "        ******Calculations & Results******\n"
+    "           LIST      :  List crystal data\n"
+    "           CALC      :  Calculate structural parameters\n"
+    "           TRANSFORM :  Transform atom coordinates\n"
+    "           TABLE     :  List crystal data with esds\n"
+    "\n"
+    "        ******System & Macro Commands******\n"
+    "           TIME     RECORD   MACRO     END\n"
+    "           SYS      DIR       CD\n"
+    "\n"
+    "G_MARA-6.1>";
+
+// The help text with or without the reserved command.
+std::string HELP_TEXT(const std::string& test_line) {
+  std::string text = help_text;
+  return text.replace(text.find("TEST"), 4, test_line);
+}
+
+TEST_F(PROGRAM, HELP_SHOWS_THE_TABLE_BY_GROUPS) {
+  const RUN_RESULT run = RUN("HELP\nEXIT\n");
+  EXPECT_EQ(FROM_LINE(run.SAID, "        ******General"), HELP_TEXT(""));
+}
+
+TEST_F(PROGRAM, TEST_COMMAND_IS_HIDDEN_AND_REFUSED_UNTIL_UNLOCKED) {
+  RUN_RESULT run = RUN("TEST\nEXIT\n");
+  EXPECT_EQ(run.SAID.find("Test routine"), std::string::npos);
+  run = RUN("PRIV\nkompressa\nHELP\nEXIT\n");
+  EXPECT_EQ(FROM_LINE(run.SAID, "        ******General"),
+            HELP_TEXT("           TEST      :  Test routine\n"));
+  run = RUN("PRIV\nkompressa\nTEST\nEXIT\n");
+  // The text has 38 characters: column (100 - 38) / 2 = 31, so 30 stars before it; one blank.
+  EXPECT_NE(run.SAID.find("\n" + std::string(30, '*') + "Test routine to look at BVS parameters " +
+                          std::string(31, '*') + "\n\n"),
+            std::string::npos);
+}
+
+TEST_F(PROGRAM, ABBREVIATIONS_OF_THE_TABLE) {
+  for (const char* word : {"S", "C", "T", "U", "TR TABLE"}) {
+    const RUN_RESULT run = RUN(std::string(word) + "\nEXIT\n");
+    const bool unique = std::string_view(word) == "TR TABLE";
+    EXPECT_EQ(COUNT_OF(run.SAID, "*****Ambiguous command\n"), unique ? 0u : 1u) << word;
+  }
+}
+
+TEST_F(PROGRAM, EVERY_COMMAND_COMES_BACK_WITHOUT_DATA) {
+  for (const char* word : {"WRITE", "LIST", "SHOW", "SET", "EXPORT", "CLEAR", "USE", "OMIT", "SORT",
+                           "UNSORT", "CALC", "TRANSFORM", "TABLE", "PTEDIT"}) {
+    const RUN_RESULT run = RUN(std::string(word) + "\n\n\n\n\n\nEXIT\n");
+    EXPECT_EQ(run.STATUS, 0) << word;
+    EXPECT_EQ(run.ERRORS, "") << word;
+  }
+}
+
+// ---- settings between runs ----
+
+TEST_F(PROGRAM, DIRECTORY_IS_RESTORED_IN_THE_NEXT_RUN) {
+  fs::create_directory(work / "My Data");
+  RUN("CD My Data\nEXIT\n");
+  const RUN_RESULT run = RUN("DIR ..\nEXIT\n");
+  const std::string line = "    Current working directory is now: " + (work / "My Data").string();
+  EXPECT_EQ(FROM_LINE(run.SAID, "    Current"), line + "\n\n\nG_MARA-6.1>My Data\n\nG_MARA-6.1>");
+}
+
+TEST_F(PROGRAM, MODE_IS_SAVED_AND_NOT_READ_BACK) {
+  RUN("MODE\n2\nEXIT\n");
+  EXPECT_NE(TEXT_OF(folder / "local/quorvansoftware/gemmara.ini").find("MODE  DEBUG "),
+            std::string::npos);
+  const RUN_RESULT run = RUN("MODE\n\nEXIT\n");
+  EXPECT_NE(run.SAID.find("\nNow running in Default Mode\n"), std::string::npos);
+}
+
+TEST_F(PROGRAM, WITHOUT_LOCALAPPDATA_A_RUN_STAYS_WHERE_IT_WAS_STARTED) {
+  ::unsetenv("LOCALAPPDATA");
+  const RUN_RESULT first = RUN("CD ..\nEXIT\n");
+  EXPECT_EQ(FROM_LINE(first.SAID, "    Current"),
+            "    Current working directory is now: " + folder.string() + "\n\n\nG_MARA-6.1>");
+  const fs::path ini = folder / "xdg/quorvansoftware/gemmara.ini";
+  EXPECT_EQ(TEXT_OF(ini).substr(0, 7 + folder.string().size()), "WDIR  " + folder.string() + " ");
+  const RUN_RESULT second = RUN("DIR\nEXIT\n");
+  EXPECT_EQ(second.SAID.find("Current working directory"), std::string::npos);
+}
+
+TEST_F(PROGRAM, TWO_AT_ONCE_DO_NOT_SPOIL_THE_SETTINGS) {
+  SHELL(
+      "for i in 1 2 3 4 5 6 7 8; do printf 'MODE\\n1\\nCD .\\nEXIT\\n' | \"$GEMMARA\" & done; "
+      "wait");
+  std::string expected_mode = "MODE  EXPERT";
+  std::string expected_directory = "WDIR  " + work.string();
+  expected_mode.resize(255, ' ');
+  expected_directory.resize(255, ' ');
+  std::vector<std::string> lines = LINES(TEXT_OF(folder / "local/quorvansoftware/gemmara.ini"));
+  std::sort(lines.begin(), lines.end());
+  EXPECT_EQ(lines, (std::vector<std::string>{expected_mode, expected_directory}));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder / "local/quorvansoftware"),
+                          fs::directory_iterator()),
+            1);
+}
+
+// ---- macros ----
+
+TEST_F(PROGRAM, HEADER_COMES_BETWEEN_OPENING_A_MACRO_AND_ITS_FIRST_LINE) {
+  PUT_FILE(work / "run.mcr", "foo\nEXIT\n");
+  const RUN_RESULT run = RUN("", "run");
+  const std::string said = TIMELESS(run.SAID);
+  const std::string opened = "\n\nSuccessfully opened file for macros\nNamed " +
+                             (work / "run.mcr").string() + "\n\n" + std::string(100, '*') + "\n";
+  EXPECT_EQ(said.substr(0, opened.size()), opened);
+  EXPECT_EQ(FROM_LINE(said, "G_MARA"), "G_MARA-6.1>foo\n\nG_MARA-6.1>EXIT\n");
+  EXPECT_EQ(run.STATUS, 0);
+}
+
+TEST_F(PROGRAM, MACRO_THAT_CANNOT_BE_OPENED_LEAVES_THE_PROGRAM_TO_THE_USER) {
+  const RUN_RESULT run = RUN("\nEXIT\n", "none");
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_EQ(LINES(run.SAID)[1], "*****File " + (work / "none.mcr").string() +
+                                    " does not exist, but is required to pre-exist");
+}
+
+TEST_F(PROGRAM, FURTHER_ARGUMENTS_ARE_NOT_LOOKED_AT_AND_A_BLANK_ONE_IS_NONE) {
+  PUT_FILE(work / "run.mcr", "EXIT\n");
+  EXPECT_EQ(RUN("", "run.mcr none.mcr").STATUS, 0);
+  const RUN_RESULT run = RUN("EXIT\n", "''");
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_EQ(run.SAID.find("macros"), std::string::npos);
+}
+
+// The log of the first run holds every prompt with its answer, and a replay shows them so.
+TEST_F(PROGRAM, REPLAYED_SESSION_SAYS_WHAT_THE_FIRST_RUN_SAID) {
+  fs::create_directory_symlink(fs::path(GEMMARA_SOURCE) / "examples/hematite-pressure",
+                               work / "data");
+  // Blank answers, wrong ones asked for again, files named at the prompt, a log that is kept open,
+  // a list over several lines, a menu left by a blank.
+  const std::string session =
+      "MODE\nabc\n7\n\n"
+      "LOG\nn\n"
+      "foo\n"
+      "PRIV\nwrong\n"
+      "\n"
+      "READ cif\nnone\n\n"
+      "READ cif\ndata/hematite\nY\n"
+      "OMIT\n2\n0\n4,-5\n\n"
+      "SHOW\n\n"
+      "S\n"
+      "END\n";
+  const RUN_RESULT first = RUN("LOG first\nRECORD rec\n" + session + "EXIT\n");
+  EXPECT_EQ(first.STATUS, 0);
+  EXPECT_EQ(TEXT_OF(work / "rec.mcr"), session);
+  std::string logged = TEXT_OF(work / "first.log");
+  fs::remove(work / "first.log");
+  const RUN_RESULT second = RUN("LOG first\nMACRO rec\nEXIT\n");
+  EXPECT_EQ(second.STATUS, 0);
+
+  const auto between = [](const std::string& text, const std::string& start,
+                          const std::string& end) {
+    const std::size_t from = text.find(start) + start.size();
+    return text.substr(from, text.find(end) - from);
+  };
+  logged = between(logged, "***** Macro recording intiated\n", "***** Macro recording stopped\n");
+  std::string replayed = between(second.SAID, "***** Running macro\n", "***** Macro completed\n");
+  // While recording, a prompt for a file name is preceded by two lines of warning.
+  for (const std::string line :
+       {" *****Selecting a filename this way will not be recorded by the Macro\n",
+        " *****For recording enter the filename with the command\n"}) {
+    EXPECT_NE(logged.find(line), std::string::npos);
+    for (std::size_t at = logged.find(line); at != std::string::npos; at = logged.find(line))
+      logged.erase(at, line.size());
+  }
+  // The end of the macro is found at the prompt behind END.
+  EXPECT_EQ(replayed, logged + "\nG_MARA-6.1>\n");
+}
+
+TEST_F(PROGRAM, OVERWRITE_QUESTION_IN_A_REPLAY_TAKES_THE_RECORDED_ANSWERS) {
+  PUT_FILE(work / "old.mcr", "content\n");
+  PUT_FILE(work / "run.mcr", "RECORD old\nY\n");
+  // RECORD ends the macro that runs, so its question goes to the console after an empty answer.
+  const RUN_RESULT run = RUN("\nEXIT\n", "run");
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_EQ(TEXT_OF(work / "old.mcr"), "content\n");
+}
+
+TEST_F(PROGRAM, LOG_HOLDS_WHAT_THE_CONSOLE_SHOWED_AND_WHAT_WAS_TYPED) {
+  const RUN_RESULT run = RUN("LOG run\nMODE\nabc\n\nS\nfoo | bar\nHELP\nEXIT\n");
+  const std::string log = TEXT_OF(work / "run.log");
+  const std::string expected =
+      "\n"
+      "G_MARA-6.1>MODE\n"
+      "\n"
+      "Now running in Default Mode\n"
+      "     Available modes are:  0 = Default user, 1 = Expert, 2 = Debug\n"
+      "\n"
+      "     Input operation mode:abc\n"
+      "\n"
+      "*****WARNING: Illegal value input, try again:\n"
+      "\n"
+      "     Input operation mode:\n"
+      "     No change in operation mode\n"
+      "\n"
+      "G_MARA-6.1>S\n"
+      "*****Ambiguous command\n"
+      "\n"
+      "G_MARA-6.1>foo | bar\n"
+      "\n"
+      "G_MARA-6.1>HELP\n"
+      "\n" +
+      HELP_TEXT("") + "EXIT\n";
+  ASSERT_GT(log.size(), expected.size());
+  EXPECT_EQ(log.substr(log.size() - expected.size()), expected);
+  // Before it: the opening lines and the header.
+  const std::string head =
+      "\nSuccessfully opened Log file\nNamed run.log\n\n" + std::string(100, '*') + "\n";
+  EXPECT_EQ(log.substr(0, head.size()), head);
+}
+
+TEST_F(PROGRAM, SYSTEM_OUTPUT_GOES_TO_THE_CONSOLE_IN_ORDER_AND_NOT_TO_THE_LOG) {
+  const RUN_RESULT run = RUN("LOG run\nSYS\necho Hello\nPROG\nEXIT\n");
+  EXPECT_EQ(FROM_LINE(run.SAID, "SYSTEM>"), "SYSTEM>Hello\n\nSYSTEM>\nG_MARA-6.1>");
+  EXPECT_EQ(TEXT_OF(work / "run.log").find("Hello\n\n"), TEXT_OF(work / "run.log").find("Hello"));
+  EXPECT_EQ(COUNT_OF(TEXT_OF(work / "run.log"), "Hello"), 1u);  // the line typed
+}
+
+// Input from a file is shared with the command, which reads on where the program has stopped.
+TEST_F(PROGRAM, SYSTEM_COMMAND_READS_ON_IN_OUR_INPUT) {
+  const RUN_RESULT run = RUN("SYS\nhead -n 1\nfor the command\nPROG\nEXIT\n");
+  if (run.SAID.find("for the command") == std::string::npos)
+    GTEST_SKIP() << "head reads ahead of its line here";
+  EXPECT_NE(run.SAID.find("SYSTEM>for the command\n"), std::string::npos);
+}
+
+TEST_F(PROGRAM, COMMAND_THAT_READS_EVERYTHING_LEAVES_THE_END_OF_INPUT) {
+  const RUN_RESULT run = RUN("SYS\ncat\none\ntwo\n");
+  EXPECT_EQ(run.STATUS, 2);
+  EXPECT_EQ(FROM_LINE(run.SAID, "SYSTEM>"), "SYSTEM>one\ntwo\n\nSYSTEM>");
+}
+
+// ---- terminal ----
+
+class TERMINAL : public PROGRAM {
+ protected:
+  // What the program says on a terminal of so many columns before it is told to end.
+  std::string SAID_ON(unsigned short columns, const char* term) const {
+    const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
+    if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0) return "";
+    const int slave = ::open(::ptsname(master), O_RDWR | O_NOCTTY);
+    winsize size{};
+    size.ws_col = columns;
+    size.ws_row = 40;
+    ::ioctl(slave, TIOCSWINSZ, &size);
+    const pid_t child = ::fork();
+    if (child == 0) {
+      ::setenv("TERM", term, 1);
+      ::dup2(slave, STDIN_FILENO);
+      ::dup2(slave, STDOUT_FILENO);
+      ::close(master);
+      if (::chdir(work.c_str()) == 0) ::execl(GEMMARA_PROGRAM, "gemmara", nullptr);
+      ::_exit(99);
+    }
+    ::close(slave);
+    const std::string_view typed = "EXIT\n";
+    EXPECT_EQ(::write(master, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+    std::string said;
+    char buffer[4096];
+    for (ssize_t n = 1; n > 0;) {
+      n = ::read(master, buffer, sizeof buffer);
+      if (n > 0) said.append(buffer, static_cast<std::size_t>(n));
+    }
+    ::close(master);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    return said;
+  }
+};
+
+// C columns give C - 2 when C - 1 is above 30, at most 255; else 100.
+TEST_F(TERMINAL, WIDTH_COMES_FROM_ITS_COLUMNS) {
+  struct CASE {
+    unsigned short COLUMNS;
+    std::size_t WIDTH;
+  };
+  for (const CASE& c :
+       {CASE{80, 78}, CASE{32, 30}, CASE{31, 100}, CASE{0, 100}, CASE{257, 255}, CASE{500, 255}}) {
+    const std::string said = SAID_ON(c.COLUMNS, "dumb");
+    if (said.empty()) GTEST_SKIP() << "no pseudo terminal here";
+    EXPECT_NE(said.find("\n" + std::string(c.WIDTH, '*') + "\r\n"), std::string::npos) << c.COLUMNS;
+  }
+}
+
+TEST_F(TERMINAL, TITLE_IS_SET_WHERE_THE_TERMINAL_CAN) {
+  const std::string title = "\033]0;Gemmara \007";
+  const std::string said = SAID_ON(80, "xterm");
+  if (said.empty()) GTEST_SKIP() << "no pseudo terminal here";
+  EXPECT_NE(said.find(title), std::string::npos);
+  EXPECT_EQ(SAID_ON(80, "dumb").find('\033'), std::string::npos);
+  EXPECT_EQ(SAID_ON(80, "").find('\033'), std::string::npos);
+}
+
+// ---- interrupts ----
+
+// The program in a process group of its own, with pipes to it, as a terminal would have it.
+class INTERRUPTED : public PROGRAM {
+ protected:
+  void START() {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    child = ::fork();
+    if (child == 0) {
+      ::setpgid(0, 0);
+      ::dup2(ends[0], STDIN_FILENO);
+      ::close(ends[0]);
+      ::close(ends[1]);
+      const int output = ::open((folder / "said").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+      ::dup2(output, STDOUT_FILENO);
+      if (::chdir(work.c_str()) == 0) ::execl(GEMMARA_PROGRAM, "gemmara", nullptr);
+      ::_exit(99);
+    }
+    ::close(ends[0]);
+    input = ends[1];
+  }
+  void TYPE(const std::string& text) const {
+    ASSERT_EQ(::write(input, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  // Waits until the program has said the text.
+  bool HEARD(const std::string& text) const {
+    for (int i = 0; i < 500; ++i) {
+      if (TEXT_OF(folder / "said").find(text) != std::string::npos) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+  }
+  int END_STATUS() {
+    ::close(input);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return status;
+  }
+
+  pid_t child = 0;
+  int input = -1;
+};
+
+TEST_F(INTERRUPTED, COMMAND_ENDS_AND_THE_PROGRAM_COMES_BACK_TO_ITS_PROMPT) {
+  ASSERT_NO_FATAL_FAILURE(START());
+  TYPE("SYS\necho started; sleep 30; echo slept\n");
+  ASSERT_TRUE(HEARD("started"));
+  ::kill(-child, SIGINT);
+  TYPE("PROG\nEXIT\n");
+  const int status = END_STATUS();
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  EXPECT_FALSE(TEXT_OF(folder / "said").find("slept") != std::string::npos);
+}
+
+TEST_F(INTERRUPTED, AT_THE_PROMPT_IT_ENDS_THE_PROGRAM_AND_THE_LOG_IS_WHOLE) {
+  ASSERT_NO_FATAL_FAILURE(START());
+  TYPE("LOG run\nRECORD rec\nfoo\n");
+  ASSERT_TRUE(HEARD("intiated\n\nG_MARA-6.1>\nG_MARA-6.1>"));
+  ::kill(-child, SIGINT);
+  const int status = END_STATUS();
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+  EXPECT_EQ(TEXT_OF(work / "rec.mcr"), "foo\n");
+  EXPECT_NE(TEXT_OF(work / "run.log").find("G_MARA-6.1>foo\n"), std::string::npos);
+}
+
+}  // namespace
