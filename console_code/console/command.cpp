@@ -53,14 +53,24 @@ struct BUILT_IN_WORD {
 };
 
 // In test order, which settles a word that contains two of them: TIMELOG is LOG.
+// clang-format off
 constexpr std::array built_ins{
-    BUILT_IN_WORD{"EXIT", BUILT_IN::EXIT}, BUILT_IN_WORD{"X", BUILT_IN::X},
-    BUILT_IN_WORD{"HELP", BUILT_IN::HELP}, BUILT_IN_WORD{"LOG", BUILT_IN::LOG},
-    BUILT_IN_WORD{"MODE", BUILT_IN::MODE}, BUILT_IN_WORD{"PRIV", BUILT_IN::PRIV},
-    BUILT_IN_WORD{"INFO", BUILT_IN::INFO}, BUILT_IN_WORD{"TIME", BUILT_IN::TIME},
-    BUILT_IN_WORD{"SYS", BUILT_IN::SYS},   BUILT_IN_WORD{"DIR", BUILT_IN::DIR},
-    BUILT_IN_WORD{"CD", BUILT_IN::CD},     BUILT_IN_WORD{"RECORD", BUILT_IN::RECORD},
-    BUILT_IN_WORD{"END", BUILT_IN::END},   BUILT_IN_WORD{"MACRO", BUILT_IN::MACRO}};
+    BUILT_IN_WORD{"EXIT",   BUILT_IN::EXIT},
+    BUILT_IN_WORD{"X",      BUILT_IN::X},
+    BUILT_IN_WORD{"HELP",   BUILT_IN::HELP},
+    BUILT_IN_WORD{"LOG",    BUILT_IN::LOG},
+    BUILT_IN_WORD{"MODE",   BUILT_IN::MODE},
+    BUILT_IN_WORD{"PRIV",   BUILT_IN::PRIV},
+    BUILT_IN_WORD{"INFO",   BUILT_IN::INFO},
+    BUILT_IN_WORD{"TIME",   BUILT_IN::TIME},
+    BUILT_IN_WORD{"SYS",    BUILT_IN::SYS},
+    BUILT_IN_WORD{"DIR",    BUILT_IN::DIR},
+    BUILT_IN_WORD{"CD",     BUILT_IN::CD},
+    BUILT_IN_WORD{"RECORD", BUILT_IN::RECORD},
+    BUILT_IN_WORD{"END",    BUILT_IN::END},
+    BUILT_IN_WORD{"MACRO",  BUILT_IN::MACRO},
+};
+// clang-format on
 
 // A built-in fits when the word contains it anywhere; X must be the whole word, and END counts
 // only while a macro is recorded.

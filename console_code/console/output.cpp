@@ -1,7 +1,7 @@
 // The output channel: lines to the console, the log or a unit, and the framed header. Asks nothing.
 #include "console_code/console/output.h"
 
-#include <algorithm>  // for min
+#include <algorithm>  // for max
 #include <optional>
 
 #include "console_code/console/settings.h"

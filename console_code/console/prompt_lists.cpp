@@ -1,7 +1,7 @@
 // Lists of numbers and choices out of a list of texts. Asks; keeps nothing but the pending input.
 #include <algorithm>  // for max, min
 #include <array>
-#include <cmath>    // for round
+#include <cmath>    // for abs, round
 #include <cstdint>  // for int64_t
 
 #include "console_code/console/input.h"

@@ -1,7 +1,7 @@
 // Questions for a character, values and texts. Asks; keeps nothing but the pending input.
 #include "console_code/console/prompts.h"
 
-#include <algorithm>  // for copy, fill, min
+#include <algorithm>  // for all_of, copy, fill, min
 #include <array>
 #include <cmath>  // for abs
 

@@ -2,7 +2,7 @@
 // commands. Nothing else may change the working directory.
 #include "console_code/console/settings.h"
 
-#include <algorithm>  // for any_of, min
+#include <algorithm>  // for clamp, min
 #include <array>
 #include <cerrno>   // for ENOENT
 #include <cmath>    // for round

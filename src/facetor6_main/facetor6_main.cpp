@@ -10,12 +10,18 @@
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
+#include "src/facetor6_atomedit/atomedit.h"
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
+#include "src/facetor6_exportfiles/exportfiles.h"
 #include "src/facetor6_list/list.h"
+#include "src/facetor6_ptedit/ptedit.h"
+#include "src/facetor6_readfiles/check.h"
 #include "src/facetor6_readfiles/readfiles.h"
+#include "src/facetor6_transform/transform.h"
+#include "src/facetor6_writefiles/writefiles.h"
 
 namespace {
 
@@ -118,12 +124,16 @@ void EXECUTE(int icom) {
   switch (icom) {
     case COMMAND_READ:
       return FACETOR_READFILES::READ_PHASE_FROM_FILE();
+    case COMMAND_WRITE:
+      return FACETOR_WRITEFILES::WRITE_PHASE_TO_FILE();
     case COMMAND_LIST:
       return FACETOR_LIST::RUN_FACETOR_LIST();
     case COMMAND_SHOW:
       return FACETOR_CONSOLE::RUN_SHOW_FACETOR_PARAMS();
     case COMMAND_SET:
       return FACETOR_CONSOLE::RUN_SET_FACETOR_PARAMS();
+    case COMMAND_EXPORT:
+      return FACETOR_EXPORTFILES::RUN_EXPORT();
     case COMMAND_CLEAR:
       return FACETOR_CONSOLE::CLEAR_FACETOR_LIST();
     case COMMAND_USE:
@@ -140,8 +150,16 @@ void EXECUTE(int icom) {
       return FACETOR_LIST::FACETOR_LIST_PHASE();
     case COMMAND_CALC:
       return FACETOR_CALC::RUN_FACETOR_CALC();
+    case COMMAND_TRANSFORM:
+      return FACETOR_TRANSFORM::RUN_TRANSFORM();
+    case COMMAND_CHECK:
+      return FACETOR_READFILES::RUN_CHECK_CIF();
     case COMMAND_TABLE:
       return FACETOR_LIST::RUN_FACETOR_TABLE();
+    case COMMAND_ATOMEDIT:
+      return FACETOR_ATOMEDIT::RUN_ATOMEDIT();
+    case COMMAND_PTEDIT:
+      return FACETOR_PTEDIT::RUN_PTEDIT();
     case COMMAND_TEST:
       return RUN_TEST();
     default:

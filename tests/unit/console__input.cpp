@@ -183,7 +183,6 @@ TEST_F(RECORDING, FULL_DISK_STOPS_IT_WITH_A_MESSAGE) {
 // ---- end of input ----
 
 TEST_F(INPUT_DEATH, END_OF_INPUT_ENDS_THE_PROGRAM_WITH_STATUS_2) {
-  testing::GTEST_FLAG(death_test_style) = "threadsafe";
   EXPECT_EXIT(
       {
         REDIRECTED console("");

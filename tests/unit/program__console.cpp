@@ -191,7 +191,7 @@ TEST_F(PROGRAM, CLOSED_STREAMS_DO_NOT_HANG_IT) {
 }
 
 TEST_F(PROGRAM, FILES_ARE_NOT_TAKEN_FOR_CLOSED_STREAMS) {
-  PUT_FILE(folder / "input", "LOG run\nTIMES two\nTIME\nDIR\nEXIT\n");
+  PUT_FILE(folder / "input", "LOG run\nHELP\nDIR\nEXIT\n");
   const std::string input = " < '" + (folder / "input").string() + "'";
   SHELL("\"$GEMMARA\"" + input);
   const std::string log = TIMELESS(TEXT_OF(work / "run.log"));

@@ -1,0 +1,177 @@
+// Numbers and texts into fixed columns, and value(esd). Expected texts are worked out by hand from
+// the rule: the esd is multiplied by 10 until it reaches 2; N counts the times; the whole part is
+// printed, raised by 1 when what is left exceeds 0.09999; 20 becomes 2 with one decimal less.
+#include "console_code/kva_utilities/columns.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "console_code/kva_utilities/numbers.h"
+
+using namespace KVA_UTILITIES;
+
+namespace {
+constexpr float nan_value = std::numeric_limits<float>::quiet_NaN();
+constexpr float infinity = std::numeric_limits<float>::infinity();
+}  // namespace
+
+// ---- fields ----
+
+TEST(REAL_COLUMNS, RIGHT_ADJUSTED_AND_ROUNDED_TO_NEAREST) {
+  EXPECT_EQ(REAL_COLUMNS(1.5f, 8, 4), "  1.5000");
+  EXPECT_EQ(REAL_COLUMNS(2.5f, 4, 0), "   2") << "a tie goes to the even digit";
+  EXPECT_EQ(REAL_COLUMNS(3.5f, 4, 0), "   4");
+  EXPECT_EQ(REAL_COLUMNS(0.125f, 5, 2), " 0.12");
+  EXPECT_EQ(REAL_COLUMNS(298.0f, 6, 1), " 298.0");
+}
+
+TEST(REAL_COLUMNS, ZERO_HAS_NO_SIGN_AND_A_LEADING_ZERO_WHERE_THERE_IS_ROOM) {
+  EXPECT_EQ(REAL_COLUMNS(-0.00001f, 7, 3), "  0.000");
+  EXPECT_EQ(REAL_COLUMNS(-0.0f, 4, 1), " 0.0");
+  EXPECT_EQ(REAL_COLUMNS(0.5f, 2, 1), ".5");
+  EXPECT_EQ(REAL_COLUMNS(-0.5f, 3, 1), "-.5");
+}
+
+TEST(REAL_COLUMNS, WHAT_DOES_NOT_FIT_FILLS_THE_FIELD_WITH_STARS) {
+  EXPECT_EQ(REAL_COLUMNS(12345.678f, 8, 3), "********");
+  EXPECT_EQ(REAL_COLUMNS(-1.0f, 2, 1), "**");
+  EXPECT_EQ(REAL_COLUMNS(3.0e38f, 9, 3), "*********");
+}
+
+TEST(REAL_COLUMNS, NO_NUMBERS) {
+  EXPECT_EQ(REAL_COLUMNS(nan_value, 6, 2), "   NaN");
+  EXPECT_EQ(REAL_COLUMNS(infinity, 6, 2), "   Inf");
+  EXPECT_EQ(REAL_COLUMNS(-infinity, 6, 2), "  -Inf");
+  EXPECT_EQ(REAL_COLUMNS(nan_value, 2, 1), "**");
+}
+
+TEST(FIELDS, INTEGERS_TEXTS_AND_EXPONENTS) {
+  EXPECT_EQ(INTEGER_COLUMNS(7, 3), "  7");
+  EXPECT_EQ(INTEGER_COLUMNS(1234, 3), "***");
+  EXPECT_EQ(INTEGER_COLUMNS(-12), "-12");
+  EXPECT_EQ(TEXT_COLUMNS("abc", 5), "abc  ");
+  EXPECT_EQ(TEXT_COLUMNS("abcdef", 4), "abcd");
+  EXPECT_EQ(TEXT_COLUMNS("\xC3\xA9tat", 5), "\xC3\xA9tat ") << "columns are characters";
+  EXPECT_EQ(EXPONENT_COLUMNS(3.5e7f, 9, 2), " 3.50E+07");
+  EXPECT_EQ(WRITE_VAL(1.5f, 'F', 8, 4), "  1.5000");
+  EXPECT_EQ(WRITE_VAL(1.5f, 'E', 8, 2), "1.50E+00");
+  EXPECT_EQ(WRITE_VAL(12345.0f, 'F', 4, 1), "****");
+}
+
+TEST(FIELDS, TEXT_AT_A_COLUMN) {
+  std::string line = "ab";
+  PUT_AT(line, 5, "xy");
+  EXPECT_EQ(line, "ab  xy");
+  PUT_AT(line, 2, "Q");
+  EXPECT_EQ(line, "aQ  xy");
+  line = "\xC3\xA9";
+  PUT_AT(line, 3, "x");
+  EXPECT_EQ(line, "\xC3\xA9 x");
+}
+
+TEST(FIELDS, VALUE_AND_ESD_NEVER_REACH_THE_NEXT_FIELD) {
+  std::string line;
+  PUT_FIELD(line, 1, 7, " 1.2(3)");
+  EXPECT_EQ(line, " 1.2(3)");
+  line.clear();
+  PUT_FIELD(line, 1, 6, " 1.2(3)");
+  EXPECT_EQ(line, "1.2(3)") << "the leading blank goes first";
+  line.clear();
+  PUT_FIELD(line, 1, 5, " 1.2(3)");
+  EXPECT_EQ(line, "*****") << "a cut number would be a wrong one";
+}
+
+// ---- value(esd) ----
+
+TEST(SETNUM_STD, THE_ESD_LIES_BETWEEN_2_AND_19) {
+  EXPECT_EQ(SETNUM_STD(1.2345f, 0.0012f), " 1.2345(12)");
+  EXPECT_EQ(SETNUM_STD(1.2345f, 0.00125f), " 1.2345(13)") << "12.5 rounds up";
+  EXPECT_EQ(SETNUM_STD(-1.2345f, 0.0012f), "-1.2345(12)");
+  EXPECT_EQ(SETNUM_STD(10.0f, 0.25f), " 10.0(3)");
+  EXPECT_EQ(SETNUM_STD(10.0f, 0.195f), " 10.0(2)")
+      << "19.5 rounds to 20, which is 2 a digit earlier";
+  EXPECT_EQ(SETNUM_STD(5.0347f, 0.0004f), " 5.0347(4)");
+}
+
+TEST(SETNUM_STD, A_REMAINDER_UP_TO_A_TENTH_COUNTS_AS_NONE) {
+  EXPECT_EQ(SETNUM_STD(1.0f, 0.01205f), " 1.000(12)") << "12.05";
+  EXPECT_EQ(SETNUM_STD(1.0f, 0.01215f), " 1.000(13)") << "12.15";
+}
+
+TEST(SETNUM_STD, WHOLE_ESDS) {
+  EXPECT_EQ(SETNUM_STD(10.0f, 2.0f), " 10(2)");
+  EXPECT_EQ(SETNUM_STD(10.0f, 1.9f), " 10.0(19)") << "19 at one decimal";
+  EXPECT_EQ(SETNUM_STD(1000.0f, 25.0f), " 1000(25)");
+  EXPECT_EQ(SETNUM_STD(1000.0f, 123.4f), " 1000(124)");
+  EXPECT_EQ(SETNUM_STD(123.0f, 20.0f), " 123(20)") << "a field cannot have -1 decimals";
+  EXPECT_EQ(SETNUM_STD(2.0e6f, 1.0e6f), " 2000000(1000000)");
+}
+
+TEST(SETNUM_STD, WITHOUT_AN_ESD_ABOUT_8_COLUMNS) {
+  EXPECT_EQ(SETNUM_STD(0.25f, 0.0f), " 0.250000");
+  EXPECT_EQ(SETNUM_STD(-0.25f, 0.0f), "-0.250000");
+  EXPECT_EQ(SETNUM_STD(90.0f, 0.0f), " 90.0000");
+  EXPECT_EQ(SETNUM_STD(298.0f, 0.0f), " 298.000");
+  EXPECT_EQ(SETNUM_STD(0.0f, 0.0f), " 0.00000");
+  EXPECT_EQ(SETNUM_STD(0.0005f, 0.0f), " 5.00E-04");
+  EXPECT_EQ(SETNUM_STD(3500000.0f, 0.0f), " 3500000");
+  EXPECT_EQ(SETNUM_STD(2.0e7f, 0.0f), " 2.00E+07");
+  EXPECT_EQ(SETNUM_STD(-2.0e6f, 0.0f), "-2.00E+06");
+  EXPECT_EQ(SETNUM_STD(1.5f, 5e-9f), SETNUM_STD(1.5f, 0.0f)) << "an esd below 1e-8 is none";
+}
+
+TEST(SETNUM_STD, WHAT_HAS_NO_TEXT) {
+  ERR_TEXT = false;
+  EXPECT_EQ(SETNUM_STD(1.0f, -0.1f), "");
+  EXPECT_TRUE(ERR_TEXT);
+  EXPECT_EQ(ERR_TEXT_MESS, "A negative standard deviation was passed on SetNum_Std procedure!");
+  EXPECT_EQ(SETNUM_STD(nan_value, 0.0f), " NaN");
+  EXPECT_EQ(SETNUM_STD(infinity, 0.0f), " INF");
+}
+
+TEST(SETNUM_STD, IS_READ_BACK_AS_IT_WAS) {
+  std::array<float, 1> value{};
+  std::array<float, 1> std{};
+  int count = 0;
+  GETNUM_STD(SETNUM_STD(13.7473f, 0.0015f), value, std, count);
+  EXPECT_EQ(value[0], 13.7473f);
+  EXPECT_FLOAT_EQ(std[0], 0.0015f);
+}
+
+// ---- plain numbers ----
+
+TEST(RFORM, DECIMALS_FILL_THE_WIDTH) {
+  EXPECT_EQ(RFORM(1.5f, 8), "1.50000") << "8 - 3 = 5 decimals";
+  EXPECT_EQ(RFORM(123.456f, 8), "123.456");
+  EXPECT_EQ(RFORM(0.0f, 8), "0.00000") << "zero takes the branch of what is not positive";
+  EXPECT_EQ(RFORM(-1.5f, 8), "-1.5000");
+  EXPECT_EQ(RFORM(-0.25f, 8), " -.250000") << "the leading zero of a negative fraction goes";
+}
+
+TEST(RFORM, LARGE_NUMBERS_TAKE_AN_EXPONENT) {
+  EXPECT_EQ(RFORM(2.0e8f, 8), "2.00E+08") << "8 - 6 = 2 decimals";
+  EXPECT_EQ(RFORM(-2.0e8f, 8), "-2.0E+08");
+  EXPECT_EQ(RFORM(2.0e8f, 5), "2.0E+08") << "never fewer than 1";
+  EXPECT_EQ(RFORM(nan_value, 8), "NaN");
+  EXPECT_EQ(RFORM(infinity, 8), "Inf");
+  EXPECT_EQ(RFORM(-infinity, 8), "-Inf");
+}
+
+// ---- tables ----
+
+TEST(WRITE_COLS, NUMBERS_STAND_AT_THEIR_POINT_AND_TEXTS_AT_THE_LEFT) {
+  const std::vector<std::string> lines =
+      WRITE_COLS({{"Si1", "12.34(5)", "."}, {"O", "1.2", "3"}, {"Ca2", "150", "?"}});
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0], " Si1   12.34(5)  .");
+  EXPECT_EQ(lines[1], " O      1.2      3");
+  EXPECT_EQ(lines[2], " Ca2  150        ?");
+}
+
+TEST(WRITE_COLS, A_COLUMN_WITH_ONE_WORD_IS_A_COLUMN_OF_TEXTS) {
+  const std::vector<std::string> lines = WRITE_COLS({{"1.5", "x"}, {"***", "y"}});
+  EXPECT_EQ(lines[0], " 1.5  x");
+  EXPECT_EQ(lines[1], " ***  y");
+  EXPECT_TRUE(WRITE_COLS({}).empty());
+}

@@ -1,0 +1,202 @@
+// Numbers out of texts.
+#include "console_code/kva_utilities/numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+using namespace KVA_UTILITIES;
+
+namespace {
+
+float VALUE_OF(std::string_view word) {
+  NUMBER number;
+  EXPECT_TRUE(GETNUM(word, number)) << word;
+  return number.VAL;
+}
+
+bool IS_NUMBER(std::string_view word) {
+  NUMBER number;
+  return GETNUM(word, number);
+}
+
+}  // namespace
+
+// ---- GETNUM ----
+
+TEST(GETNUM, FORMS_THAT_FILES_HOLD) {
+  EXPECT_EQ(VALUE_OF("1.25"), 1.25f);
+  EXPECT_EQ(VALUE_OF("-0.5"), -0.5f);
+  EXPECT_EQ(VALUE_OF("+0.5"), 0.5f);
+  EXPECT_EQ(VALUE_OF(".5"), 0.5f);
+  EXPECT_EQ(VALUE_OF("5."), 5.0f);
+  EXPECT_EQ(VALUE_OF("1e3"), 1000.0f);
+  EXPECT_EQ(VALUE_OF("2.5D+02"), 250.0f);
+  EXPECT_EQ(VALUE_OF("3.50E+07"), 3.5e7f);
+  EXPECT_EQ(VALUE_OF("-.001230"), -0.00123f);
+}
+
+TEST(GETNUM, VALUES_ARE_CORRECTLY_ROUNDED) {
+  EXPECT_EQ(VALUE_OF("0.1"), 0.1f);
+}
+
+TEST(GETNUM, WHOLE_NUMBERS_ARE_KNOWN_AS_SUCH) {
+  NUMBER number;
+  ASSERT_TRUE(GETNUM("-42", number));
+  EXPECT_TRUE(number.WHOLE);
+  EXPECT_EQ(number.IVAL, -42);
+  ASSERT_TRUE(GETNUM("42.0", number));
+  EXPECT_FALSE(number.WHOLE);
+  ASSERT_TRUE(GETNUM("99999999999", number));
+  EXPECT_FALSE(number.WHOLE) << "fits no integer";
+}
+
+TEST(GETNUM, WHAT_IS_NO_NUMBER) {
+  for (const char* word : {"",   "-",   "+",    ".",   "E",   "e5",   "--1",  "+-1", "1-2", "1.2.3",
+                           "1e", "1e+", "1e5.", "nan", "inf", "0x10", "4abc", "1,5", " 1",  "1 "})
+    EXPECT_FALSE(IS_NUMBER(word)) << word;
+  EXPECT_EQ(ERR_TEXT_MESS, "The variable cannot be computed as a number in GETNUM");
+}
+
+TEST(GETNUM, TOO_LARGE_IS_AN_ERROR_AND_TOO_SMALL_IS_ZERO) {
+  EXPECT_FALSE(IS_NUMBER("1e999"));
+  EXPECT_EQ(ERR_TEXT_MESS, "Limits of digit variable exceeded in GETNUM");
+  EXPECT_FALSE(IS_NUMBER("-4e38"));
+  EXPECT_FALSE(IS_NUMBER(std::string(300, '9')));
+  EXPECT_EQ(VALUE_OF("1e-60"), 0.0f);
+  EXPECT_EQ(VALUE_OF("1e-999"), 0.0f);
+  EXPECT_EQ(VALUE_OF("0." + std::string(350, '0') + "1"), 0.0f);
+}
+
+// ---- words ----
+
+TEST(GETWORDS, BLANKS_SEPARATE_AND_DOUBLE_QUOTES_KEEP_TOGETHER) {
+  std::array<std::string, 5> words;
+  int count = 0;
+  GETWORDS("  one \"two three\" 'four five'", words, count);
+  EXPECT_EQ(count, 4);
+  EXPECT_EQ(words[1], "two three");
+  EXPECT_EQ(words[2], "'four");
+  EXPECT_EQ(words[3], "five'");
+}
+
+TEST(GETWORDS, A_MISSING_QUOTE_ENDS_THE_SCAN) {
+  std::array<std::string, 5> words;
+  int count = 0;
+  GETWORDS("one \"two three", words, count);
+  EXPECT_EQ(count, 1);
+  EXPECT_EQ(ERR_TEXT_MESS, "Non balanced quotes!");
+}
+
+TEST(GETWORDS, ONE_WORD_TOO_MANY_LEAVES_THE_LARGER_COUNT) {
+  std::array<std::string, 2> words;
+  int count = 0;
+  GETWORDS("a b c d e", words, count);
+  EXPECT_EQ(count, 3);
+  EXPECT_EQ(ERR_TEXT_MESS, "Dimension of DIRE exceeded");
+  GETWORDS("a", std::span<std::string>(), count);
+  EXPECT_EQ(count, 1);
+}
+
+// ---- values with esds ----
+
+namespace {
+
+struct READ_BACK {
+  std::array<float, 3> VALUES{};
+  std::array<float, 3> STDS{};
+  int COUNT = 0;
+};
+
+READ_BACK READ_STD(std::string_view text) {
+  READ_BACK read;
+  GETNUM_STD(text, read.VALUES, read.STDS, read.COUNT);
+  return read;
+}
+
+}  // namespace
+
+TEST(GETNUM_STD, THE_ESD_COUNTS_IN_UNITS_OF_THE_LAST_DIGIT) {
+  EXPECT_EQ(READ_STD("1.234(5)").VALUES[0], 1.234f);
+  EXPECT_EQ(READ_STD("1.234(5)").STDS[0], 0.005f);
+  EXPECT_EQ(READ_STD("1.234(12)").STDS[0], 0.012f);
+  EXPECT_EQ(READ_STD("12(3)").STDS[0], 3.0f);
+  EXPECT_EQ(READ_STD("12.(3)").VALUES[0], 12.0f);
+  EXPECT_EQ(READ_STD("12.(3)").STDS[0], 3.0f);
+  EXPECT_EQ(READ_STD("-0.25(4)").VALUES[0], -0.25f);
+  EXPECT_EQ(READ_STD(".26185(2)").STDS[0], 0.00002f);
+}
+
+TEST(GETNUM_STD, SEVERAL_NUMBERS_AND_COMMENTS) {
+  const READ_BACK read = READ_STD("5.4321(12) 7 # 8");
+  EXPECT_EQ(read.COUNT, 2);
+  EXPECT_EQ(read.VALUES[1], 7.0f);
+  EXPECT_EQ(READ_STD("1 ! 2 # 3").COUNT, 1);
+  EXPECT_EQ(READ_STD("1 2 3 4 5").COUNT, 5) << "more numbers than there is room for are counted";
+}
+
+TEST(GETNUM_STD, ERRORS_KEEP_WHAT_WAS_COMPLETE) {
+  EXPECT_EQ(READ_STD("   ").COUNT, 0);
+  EXPECT_EQ(ERR_TEXT_MESS, "Blank line");
+  EXPECT_EQ(READ_STD("# only a comment").COUNT, 0);
+  EXPECT_EQ(READ_STD("1.5(").COUNT, 0);
+  EXPECT_EQ(ERR_TEXT_MESS, "Wrong format using Standard values");
+  EXPECT_EQ(READ_STD("1.5)").COUNT, 0);
+  EXPECT_EQ(ERR_TEXT_MESS, "Wrong format using Standard values");
+  EXPECT_EQ(READ_STD("1)5(").COUNT, 0);
+  EXPECT_EQ(READ_STD("1.5()").COUNT, 0);
+  EXPECT_EQ(ERR_TEXT_MESS, "Bad format");
+  EXPECT_EQ(READ_STD("?").COUNT, 0);
+  EXPECT_EQ(READ_STD("2 abc 3").COUNT, 1);
+}
+
+TEST(NUM_FROM_TEXT, TAKES_THE_NUMBERS_AND_SKIPS_THE_REST) {
+  const std::vector<NUMBER> numbers = NUM_FROM_TEXT("x 3 -6, (4.5)\t2/7 3-6 4abc # 9");
+  ASSERT_EQ(numbers.size(), 5u);
+  EXPECT_EQ(numbers[0].IVAL, 3);
+  EXPECT_EQ(numbers[1].IVAL, -6);
+  EXPECT_EQ(numbers[2].VAL, 4.5f);
+  EXPECT_EQ(numbers[3].IVAL, 2);
+  EXPECT_EQ(numbers[4].IVAL, 7);
+  EXPECT_TRUE(NUM_FROM_TEXT("").empty());
+}
+
+// ---- list-directed reading ----
+
+TEST(LIST_DIRECTED, BLANKS_TABS_AND_COMMAS_SEPARATE) {
+  std::array<float, 3> v{};
+  EXPECT_TRUE(READ_REALS("1.5,2\t 3", v));
+  EXPECT_EQ(v, (std::array<float, 3>{1.5f, 2.0f, 3.0f}));
+  EXPECT_TRUE(READ_REALS(" 1 , 2 ,3 and more", v));
+  EXPECT_EQ(v[2], 3.0f);
+}
+
+TEST(LIST_DIRECTED, NULL_VALUES_AND_SLASH_KEEP_WHAT_WAS) {
+  std::array<float, 3> v{7.0f, 8.0f, 9.0f};
+  EXPECT_TRUE(READ_REALS("1,,3", v));
+  EXPECT_EQ(v, (std::array<float, 3>{1.0f, 8.0f, 3.0f}));
+  EXPECT_TRUE(READ_REALS("4 /", v));
+  EXPECT_EQ(v, (std::array<float, 3>{4.0f, 8.0f, 3.0f}));
+  EXPECT_TRUE(READ_REALS(",5,6", v));
+  EXPECT_EQ(v, (std::array<float, 3>{4.0f, 5.0f, 6.0f}));
+}
+
+TEST(LIST_DIRECTED, ERRORS) {
+  std::array<float, 2> v{};
+  EXPECT_FALSE(READ_REALS("1", v)) << "one value is missing";
+  EXPECT_FALSE(READ_REALS("1 x", v));
+  EXPECT_FALSE(READ_REALS("nan 1", v));
+  EXPECT_FALSE(READ_REALS("1e999 1", v));
+}
+
+TEST(LIST_DIRECTED, WHOLE_NUMBERS) {
+  std::array<int, 4> v{};
+  int count = 0;
+  EXPECT_TRUE(READ_INTEGERS("4,-7 9", v, count));
+  EXPECT_EQ(count, 3);
+  EXPECT_EQ(v, (std::array<int, 4>{4, -7, 9, 0}));
+  EXPECT_FALSE(READ_INTEGERS("1.5", v, count)) << "a real where an integer is wanted";
+  EXPECT_FALSE(READ_INTEGERS("abc", v, count));
+  EXPECT_TRUE(READ_INTEGERS("", v, count));
+  EXPECT_EQ(count, 0);
+}
