@@ -1,0 +1,461 @@
+// Space groups: every tabulated setting by symbol, number and operators, and single cases.
+#include "foundations/XTAL_Space_Groups.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "foundations/XTAL_Space_Group_Parts.h"
+#include "foundations/XTAL_Space_Group_Tables.h"
+
+using namespace XTAL;
+
+namespace {
+
+SPACE_GROUP GROUP(std::string_view symbol, std::string_view mode = "") {
+  SPACE_GROUP group;
+  SET_SPACEGROUP(symbol, group, {}, mode);
+  EXPECT_FALSE(ERR_SYMM) << symbol << ": " << ERR_SYMM_MESS;
+  return group;
+}
+
+SPACE_GROUP GROUP_OF(const std::vector<std::string>& operators, std::string_view mode = "GEN") {
+  SPACE_GROUP group;
+  SET_SPACEGROUP("", group, operators, mode);
+  return group;
+}
+
+std::vector<std::string> TEXTS(const SPACE_GROUP& group) {
+  return {group.SYMOPSYMB.begin(), group.SYMOPSYMB.end()};
+}
+
+EXACT_OP EXACT(const SYM_OP& op) {
+  return EXACT_FROM(op.ROT, op.TR);
+}
+
+std::set<EXACT_OP> OPERATOR_SET(const SPACE_GROUP& group) {
+  std::set<EXACT_OP> set;
+  for (const SYM_OP& op : group.SYMOP) set.insert(EXACT(op));
+  return set;
+}
+
+}  // namespace
+
+// ---- every row of the settings table ----
+
+TEST(SETTINGS, EVERY_SYMBOL_GIVES_THE_GROUP_OF_ITS_ROW) {
+  for (const SPGR_INFO_TYPE& row : SPGR_INFO) {
+    const SPACE_GROUP group = GROUP(row.HM);
+    EXPECT_EQ(group.NUMSPG, row.N) << row.HM;
+    EXPECT_EQ(group.HALL, row.HALL) << row.HM;
+    EXPECT_EQ(group.LAUE, LAUE_CLASSES[static_cast<std::size_t>(row.LAUE - 1)]) << row.HM;
+    EXPECT_EQ(group.PG, POINT_GROUPS[static_cast<std::size_t>(row.PG - 1)]) << row.HM;
+    EXPECT_EQ(group.SG_SETTING, "Tabulated Setting");
+    EXPECT_EQ(group.INFO, "IT (Generated from Hermann-Mauguin symbol)");
+  }
+}
+
+TEST(SETTINGS, SYMBOLS_WITHOUT_BLANKS_AND_IN_ANY_CASE_GIVE_THE_SAME) {
+  for (const SPGR_INFO_TYPE& row : SPGR_INFO) {
+    std::string plain;
+    for (char c : row.HM)
+      if (c != ' ') plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    EXPECT_EQ(GROUP(plain).HALL, row.HALL) << plain;
+  }
+}
+
+TEST(SETTINGS, EVERY_NUMBER_GIVES_ITS_FIRST_ROW) {
+  for (int number = 1; number <= 230; ++number) {
+    const SPACE_GROUP group = GROUP(std::to_string(number));
+    const auto first =
+        std::find_if(SPGR_INFO.begin(), SPGR_INFO.end(),
+                     [number](const SPGR_INFO_TYPE& row) { return row.N == number; });
+    EXPECT_EQ(group.SPG_SYMB, first->HM);
+  }
+}
+
+TEST(SETTINGS, EVERY_SET_OF_OPERATORS_IS_CLOSED_AND_IN_ORDER) {
+  for (const SPGR_INFO_TYPE& row : SPGR_INFO) {
+    const SPACE_GROUP group = GROUP(row.HM);
+    const std::set<EXACT_OP> set = OPERATOR_SET(group);
+    ASSERT_EQ(static_cast<int>(set.size()), group.MULTIP) << row.HM;
+    for (const EXACT_OP& a : set)
+      for (int i = 1; i <= std::min(group.MULTIP, 8); ++i)
+        ASSERT_TRUE(set.contains(PRODUCT(a, EXACT(group.SYMOP(i))))) << row.HM;
+    const int block = group.MULTIP / group.NUMLAT;
+    ASSERT_EQ(block, group.CENTRED == 1 ? group.NUMOPS : 2 * group.NUMOPS) << row.HM;
+    ASSERT_EQ(group.LATT_TRANS.COUNT(), group.NUMLAT);
+    EXPECT_EQ(group.SYMOPSYMB(1), "x,y,z");
+    for (int i = 1; i <= group.MULTIP; ++i) {
+      const IMATRIX3& rot = group.SYMOP((i - 1) % block + 1).ROT;
+      ASSERT_EQ(group.SYMOP(i).ROT, rot) << "centred blocks repeat the rotations, " << row.HM;
+      if (i > group.NUMOPS && i <= 2 * group.NUMOPS && group.CENTRED != 1) {
+        ASSERT_EQ(group.SYMOP(i).ROT, NEGATIVE(group.SYMOP(i - group.NUMOPS).ROT)) << row.HM;
+      }
+    }
+  }
+}
+
+TEST(SETTINGS, THE_OWN_OPERATORS_FIND_THE_FIRST_ROW_THAT_HAS_THEM) {
+  std::map<std::string, std::string_view> first_symbol;  // by Hall symbol
+  for (const SPGR_INFO_TYPE& row : SPGR_INFO) first_symbol.emplace(std::string(row.HALL), row.HM);
+  for (const SPGR_INFO_TYPE& row : SPGR_INFO) {
+    const SPACE_GROUP group = GROUP(row.HM);
+    const SPACE_GROUP again = GROUP_OF(TEXTS(group));
+    EXPECT_EQ(again.NUMSPG, row.N) << row.HM;
+    EXPECT_EQ(OPERATOR_SET(again), OPERATOR_SET(group)) << row.HM;
+    EXPECT_TRUE(SPGR_EQUAL(group, again)) << row.HM;
+    EXPECT_EQ(again.INFO, "IT (Identified from user-given operators)");
+    EXPECT_EQ(again.SPG_SYMB, GROUP(first_symbol.at(std::string(row.HALL))).SPG_SYMB) << row.HM;
+  }
+}
+
+// Numbers of operators, systems and classes of the rows as an independent table has them.
+TEST(SETTINGS, AGREE_WITH_THE_TABLE_OF_FACTS) {
+  std::ifstream facts(std::filesystem::path(GEMMARA_SAMPLES) / "../data/space_group_settings.tsv");
+  if (!facts) GTEST_SKIP() << "no table of facts beside the samples";
+  std::string line;
+  std::getline(facts, line);
+  int rows = 0;
+  while (std::getline(facts, line)) {
+    std::stringstream stream(line);
+    std::vector<std::string> cell(1);
+    while (std::getline(stream, cell.back(), '\t')) cell.emplace_back();
+    const SPACE_GROUP group = GROUP(cell[2]);
+    EXPECT_EQ(group.MULTIP, std::stoi(cell[7])) << cell[2];
+    EXPECT_EQ(group.CRYSTALSYS, cell[4]) << cell[2];
+    EXPECT_EQ(group.LAUE, cell[5]) << cell[2];
+    EXPECT_EQ(group.PG, cell[6]) << cell[2];
+    ++rows;
+  }
+  EXPECT_EQ(rows, 612);
+}
+
+// An independent program makes the same operators of every Hall symbol.
+TEST(HALL_SYMBOLS, GIVE_THE_OPERATORS_THAT_ANOTHER_PROGRAM_FINDS) {
+  if (std::system("/usr/bin/python3 -c 'import gemmi' 2>/dev/null") != 0)
+    GTEST_SKIP() << "python3-gemmi is not installed";
+  const auto folder = std::filesystem::temp_directory_path();
+  const std::string in = folder / ("gemmara_hall_" + std::to_string(::getpid()) + ".txt");
+  const std::string out = in + ".out";
+  {
+    std::ofstream symbols(in);
+    for (const SPGR_INFO_TYPE& row : SPGR_INFO) symbols << row.HALL << '\n';
+    for (const EXTRA_SYMBOL& row : EXTRA_SYMBOLS) symbols << row.HALL << '\n';
+  }
+  const std::string command =
+      "/usr/bin/python3 '" GEMMARA_SOURCE "/tests/judges/hall_operators.py' < " + in + " > " + out;
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  std::ifstream symbols(in);
+  std::ifstream judged(out);
+  int compared = 0;
+  for (std::string hall, list; std::getline(symbols, hall) && std::getline(judged, list);) {
+    std::set<EXACT_OP> expected;
+    std::stringstream texts(list);
+    for (std::string text; std::getline(texts, text, ';');) {
+      SYM_OP op;
+      int start = 1;
+      READ_XSYM(text, start, op.ROT, op.TR);
+      expected.insert(EXACT(op));
+    }
+    EXPECT_EQ(OPERATOR_SET(GROUP(hall, "HAL")), expected) << hall;
+    ++compared;
+  }
+  EXPECT_EQ(compared, 612 + 127);
+  std::filesystem::remove(in);
+  std::filesystem::remove(out);
+}
+
+// ---- generators and Wyckoff positions ----
+
+TEST(GENERATORS, CLOSE_TO_THE_STANDARD_SETTING) {
+  for (int number = 1; number <= 230; ++number) {
+    const SPACE_GROUP by_generators = GROUP(std::to_string(number), "ITC");
+    EXPECT_EQ(OPERATOR_SET(by_generators), OPERATOR_SET(GROUP(std::to_string(number)))) << number;
+    EXPECT_EQ(by_generators.INFO, "Generated from explicit IT generators");
+  }
+}
+
+TEST(WYCKOFF, MULTIPLICITIES_ARE_THOSE_OF_THE_ORBITS) {
+  for (const WYCKOFF_INFO_TYPE& key : WYCKOFF_INFO) {
+    const SPACE_GROUP group = GROUP(key.HM);
+    ASSERT_EQ(static_cast<int>(group.WYCKOFF.size()), key.COUNT) << key.HM;
+    EXPECT_EQ(group.WYCKOFF.front().MULTIPLICITY, group.MULTIP) << key.HM;
+    EXPECT_EQ(group.WYCKOFF.front().COORDINATES, "x,y,z") << key.HM;
+    for (const WYCKOFF_ORBIT& orbit : group.WYCKOFF)
+      EXPECT_EQ(group.MULTIP % orbit.MULTIPLICITY, 0) << key.HM << " " << orbit.LETTER;
+  }
+}
+
+TEST(WYCKOFF, ANOTHER_SYMBOL_FOR_THE_SAME_OPERATORS_HAS_THE_SAME_ORBITS) {
+  EXPECT_EQ(GROUP("P 1 21/c 1").WYCKOFF.size(), GROUP("P 21/c").WYCKOFF.size());
+  EXPECT_EQ(GROUP("P 21/c").WYCKOFF.size(), 5u) << "e to a";
+}
+
+// ---- symbols as people write them ----
+
+TEST(SYMBOLS, OLD_AND_NEW_SPELLINGS) {
+  EXPECT_EQ(GROUP("P1").SYMOPSYMB(1), "x,y,z");
+  EXPECT_EQ(GROUP("P 1").MULTIP, 1);
+  for (const char* symbol : {"P 21/c", "P21/c", "P 1 21/c 1", "p 21/C", "P2(1)/c", "P 2_1/c", "14"})
+    EXPECT_EQ(GROUP(symbol).HALL, "-P 2ybc") << symbol;
+  EXPECT_EQ(GROUP("R - 3 m").HALL, GROUP("R -3 m").HALL) << "cut in the wrong places";
+  EXPECT_EQ(GROUP("P 2 1 3").NUMSPG, 198);
+  EXPECT_EQ(GROUP("F d 3 m").HALL, GROUP("F d -3 m").HALL);
+  EXPECT_EQ(GROUP("F d -3 m :2").HALL, GROUP("227").HALL);
+  EXPECT_EQ(GROUP("R -3 c : H").HALL, "-R 3 2\"c");
+  EXPECT_EQ(GROUP("R -3 c :R").SPG_SYMB, "R -3 c:r") << "the setting in lower case";
+  EXPECT_NE(GROUP("F d -3 m:1").HALL, GROUP("F d -3 m").HALL);
+  EXPECT_EQ(GROUP("P n m a:").NUMSPG, 62) << "a colon without a setting";
+}
+
+TEST(SYMBOLS, THOSE_BEYOND_THE_TABLE) {
+  for (const EXTRA_SYMBOL& extra : EXTRA_SYMBOLS) {
+    const SPACE_GROUP group = GROUP(extra.HM);
+    EXPECT_EQ(group.NUMSPG, extra.N) << extra.HM;
+    // "B 2" is also the Hall symbol of a tabulated setting, and found as such.
+    if (extra.HM != "B 2") {
+      EXPECT_EQ(group.SG_SETTING, "Non-standard Setting") << extra.HM;
+    }
+  }
+}
+
+TEST(SYMBOLS, UNKNOWN_ONES_ARE_ERRORS_AND_NEVER_P1) {
+  for (const char* symbol : {"", "Q 1", "P 7", "231", "0", "-1", "2.5", "P 21/c/d", "nonsense"}) {
+    SPACE_GROUP group;
+    SET_SPACEGROUP(symbol, group);
+    EXPECT_TRUE(ERR_SYMM) << symbol;
+    EXPECT_EQ(group.MULTIP, 0) << symbol;
+    EXPECT_EQ(ERR_SYMM_MESS, "Error in the provided symbol/number of the space group") << symbol;
+  }
+}
+
+// ---- facts of single groups ----
+
+TEST(GROUPS, CENTRING_AND_INVERSION) {
+  const SPACE_GROUP fm3m = GROUP("F m -3 m");
+  EXPECT_EQ(fm3m.MULTIP, 192);
+  EXPECT_EQ(fm3m.NUMLAT, 4);
+  EXPECT_EQ(fm3m.NUMOPS, 24);
+  EXPECT_EQ(fm3m.CENTRED, 2);
+  EXPECT_EQ(fm3m.SPG_LAT, 'F');
+  const SPACE_GROUP r3c = GROUP("R -3 c");
+  EXPECT_EQ(r3c.NUMLAT, 3);
+  EXPECT_EQ(r3c.MULTIP, 36);
+  EXPECT_EQ(GROUP("P 21 21 21").CENTRED, 1);
+  const SPACE_GROUP diamond = GROUP("F d -3 m:1");
+  EXPECT_EQ(diamond.CENTRED, 0) << "the inversion centre is at 1/8, 1/8, 1/8";
+  EXPECT_EQ(diamond.CENTRE_COORD, (VECTOR3{0.125f, 0.125f, 0.125f}));
+  EXPECT_EQ(GROUP("F d -3 m").CENTRED, 2);
+}
+
+TEST(GROUPS, A_LIST_MAY_BE_GIVEN_WITH_OR_WITHOUT_ITS_PRODUCTS) {
+  const SPACE_GROUP full = GROUP_OF({"x,y,z", "-x,-y,-z", "-x,1/2+y,1/2-z", "x,1/2-y,1/2+z"});
+  const SPACE_GROUP generators = GROUP_OF({"-x,-y,-z", "-x,1/2+y,1/2-z"});
+  EXPECT_EQ(full.SPG_SYMB, "P 21/c");
+  EXPECT_TRUE(SPGR_EQUAL(full, generators));
+  const SPACE_GROUP twice = GROUP_OF({"x,y,z", "x,y,z", "-x,-y,-z", "-x,-y,-z"});
+  EXPECT_EQ(twice.SPG_SYMB, "P -1");
+  EXPECT_EQ(twice.MULTIP, 2);
+}
+
+TEST(GROUPS, GIVEN_OPERATORS_KEEP_THEIR_ORDER) {
+  const SPACE_GROUP group = GROUP_OF({"x,y,z", "-x,1/2+y,1/2-z", "-x,-y,-z", "x,1/2-y,1/2+z"});
+  EXPECT_EQ(TEXTS(group),
+            (std::vector<std::string>{"x,y,z", "-x,y+1/2,-z+1/2", "-x,-y,-z", "x,-y+1/2,z+1/2"}));
+}
+
+TEST(GROUPS, CENTRED_COPIES_IN_THE_LIST_ARE_SORTED_OUT) {
+  const SPACE_GROUP group = GROUP_OF({"x,y,z", "-x,y,-z", "1/2+x,1/2+y,z", "1/2-x,1/2+y,-z"});
+  EXPECT_EQ(group.SPG_SYMB, "C 2");
+  EXPECT_EQ(group.NUMOPS, 2);
+  EXPECT_EQ(group.NUMLAT, 2);
+  EXPECT_EQ(group.MULTIP, 4);
+}
+
+TEST(GROUPS, THIRDS_WRITTEN_WITH_FOUR_DIGITS_CLOSE) {
+  const SPACE_GROUP group = GROUP_OF({"-y,x-y,z+0.3333", "-x,-y,-z"});
+  EXPECT_FALSE(ERR_SYMM);
+  EXPECT_EQ(group.SYMOPSYMB(2), "-y,x-y,z+1/3");
+}
+
+TEST(GROUPS, NONSENSE_LISTS_END_QUICKLY_WITH_AN_ERROR) {
+  for (const std::vector<std::string>& list : {std::vector<std::string>{"x+y,y,z"},
+                                               {"x+0.013,y,z"},
+                                               {"x,y"},
+                                               {"a,b,c"},
+                                               {"x,y,z,x"},
+                                               {""}}) {
+    const SPACE_GROUP group = GROUP_OF(list);
+    EXPECT_TRUE(ERR_SYMM) << list[0];
+    EXPECT_EQ(group.MULTIP, 0) << list[0];
+  }
+  std::vector<std::string> many;
+  for (int i = 0; i < 5000; ++i) many.push_back("x+0." + std::to_string(1000 + i) + ",y,z");
+  GROUP_OF(many);
+  EXPECT_TRUE(ERR_SYMM);
+}
+
+TEST(GROUPS, A_GROUP_WITHOUT_A_ROW_IS_UNKNOWN) {
+  const SPACE_GROUP group = GROUP_OF({"x,y,z", "-x+0.2,-y,-z"});
+  EXPECT_FALSE(ERR_SYMM) << ERR_SYMM_MESS;
+  EXPECT_EQ(group.NUMSPG, 0);
+  EXPECT_EQ(group.SPG_SYMB, "unknown");
+  EXPECT_EQ(group.INFO, "Non-Conventional (user-given operators)");
+  EXPECT_EQ(group.SYMOPSYMB(2), "-x+0.2000,-y,-z");
+  EXPECT_EQ(group.CRYSTALSYS, "Triclinic");
+}
+
+TEST(GROUPS, MODES_AND_THEIR_ERRORS) {
+  GROUP_OF({}, "GEN");
+  EXPECT_EQ(ERR_SYMM_MESS, " Generators should be provided in GEN calling Set_SpaceGroup");
+  GROUP_OF({}, "FIX");
+  EXPECT_EQ(ERR_SYMM_MESS, " Generators should be provided if FIX option is Used");
+  const SPACE_GROUP fixed = GROUP_OF({"x,y,z", "-x,1/2+y,-z"}, "FIX");
+  EXPECT_EQ(fixed.MULTIP, 2);
+  EXPECT_EQ(fixed.INFO, "Fixed symmetry operators (no info)");
+  SPACE_GROUP group;
+  SET_SPACEGROUP("P nonsense", group, {}, "ITC");
+  EXPECT_EQ(ERR_SYMM_MESS,
+            " Problems in SpaceGroup: P nonsense=> the HM symbol or the number is incorrect");
+  SET_SPACEGROUP("P 1", group, {}, "XYZ");
+  EXPECT_EQ(ERR_SYMM_MESS, " Problems in SpaceGroup");
+  EXPECT_EQ(GROUP("-P 2ybc", "HAL").SPG_SYMB, "P 21/c");
+  EXPECT_EQ(GROUP("-P 2ybc", "HAL").INFO, "Generated from Hall symbol");
+}
+
+// ---- operator texts ----
+
+namespace {
+
+SYM_OP READ(std::string_view text, bool proper = false) {
+  SYM_OP op;
+  int start = 1;
+  READ_XSYM(text, start, op.ROT, op.TR, proper);
+  return op;
+}
+
+}  // namespace
+
+TEST(OPERATOR_TEXTS, TERMS_IN_ANY_ORDER_AND_NUMBERS_IN_ANY_FORM) {
+  const SYM_OP first = READ("-x+1/2, y+1/2, -z");
+  EXPECT_FALSE(ERR_SYMM);
+  for (const char* text : {"1/2-x,1/2+y,-z", "0.5-X,.5+Y,-Z", "-x+1/2*y+1/2*-z"}) {
+    const SYM_OP op = READ(text);
+    EXPECT_FALSE(ERR_SYMM) << text;
+    EXPECT_EQ(op.ROT, first.ROT) << text;
+    EXPECT_EQ(op.TR, first.TR) << text;
+  }
+  EXPECT_EQ(READ("x,y,z-1/4").TR[2], -0.25f);
+}
+
+TEST(OPERATOR_TEXTS, ERRORS) {
+  READ("  ");
+  EXPECT_EQ(ERR_SYMM_MESS, " Blank operator field");
+  READ("x,y,q");
+  EXPECT_EQ(ERR_SYMM_MESS, " Invalid character... q in operator string");
+  READ("x,y");
+  EXPECT_EQ(ERR_SYMM_MESS, " The above operator is wrong: x,y");
+  READ("x,y,z,x");
+  EXPECT_TRUE(ERR_SYMM);
+  READ("-x,-y,-z", true);
+  EXPECT_TRUE(ERR_SYMM) << "a proper rotation was asked for";
+  READ("x,y,1/0+z");
+  READ("x," + std::string(250, '9') + "+y,z");
+  READ("-x,-y,z", true);
+  EXPECT_FALSE(ERR_SYMM);
+}
+
+TEST(OPERATOR_TEXTS, START_IS_LEFT_BEHIND_WHAT_WAS_READ) {
+  SYM_OP op;
+  int start = 3;
+  READ_XSYM("??x,y,z", start, op.ROT, op.TR);
+  EXPECT_FALSE(ERR_SYMM);
+  EXPECT_EQ(start, 8);
+}
+
+// ---- questions ----
+
+TEST(QUESTIONS, LATTICE_TRANSLATIONS_BY_LETTER) {
+  EXPECT_TRUE(LATTICE_TRANS({1.0f, -2.0f, 0.0f}, 'P'));
+  EXPECT_FALSE(LATTICE_TRANS({0.5f, 0.5f, 0.0f}, 'P'));
+  EXPECT_TRUE(LATTICE_TRANS({0.5f, 1.5f, 0.0f}, 'c')) << "either case";
+  EXPECT_TRUE(LATTICE_TRANS({0.5f, 0.0f, 0.5f}, 'F'));
+  EXPECT_TRUE(LATTICE_TRANS({0.6667f, 0.3333f, 0.3333f}, 'R'));
+  EXPECT_FALSE(LATTICE_TRANS({0.3333f, 0.6667f, 0.3333f}, 'R'));
+  EXPECT_TRUE(LATTICE_TRANS({0.0003f, 0.0f, 0.0f}, 'P'));
+  EXPECT_FALSE(LATTICE_TRANS({0.0006f, 0.0f, 0.0f}, 'P'));
+  EXPECT_FALSE(LATTICE_TRANS({0.0f, 0.0f, 0.0f}, 'Q')) << "no such lattice";
+}
+
+TEST(QUESTIONS, STABILIZERS) {
+  int order = 0;
+  LIST<int> numbers;
+  LIST<VECTOR3> translations;
+  const SPACE_GROUP p1bar = GROUP("P -1");
+  GET_STABILIZER({0.1f, 0.2f, 0.3f}, p1bar, order, numbers, translations);
+  EXPECT_EQ(order, 1);
+  GET_STABILIZER({0.0f, 0.0f, 0.0f}, p1bar, order, numbers, translations);
+  EXPECT_EQ(order, 2);
+  GET_STABILIZER({0.5f, 0.0f, 0.5f}, p1bar, order, numbers, translations);
+  ASSERT_EQ(order, 2);
+  EXPECT_EQ(numbers(2), 2);
+  EXPECT_EQ(translations(2), (VECTOR3{1.0f, 0.0f, 1.0f})) << "-x + 1 = x";
+  GET_STABILIZER({0.0f, 0.0f, 0.0f}, GROUP("P m -3 m"), order, numbers, translations);
+  EXPECT_EQ(order, 48);
+  GET_STABILIZER({0.0f, 0.0f, 0.0f}, GROUP("P 1"), order, numbers, translations);
+  EXPECT_EQ(order, 1);
+}
+
+TEST(QUESTIONS, GROUPS_ARE_EQUAL_IN_ANY_ORDER_OF_THEIR_OPERATORS) {
+  EXPECT_TRUE(SPGR_EQUAL(GROUP_OF({"x,y,z", "-x,-y,-z"}), GROUP("P -1")));
+  EXPECT_TRUE(SPGR_EQUAL(GROUP_OF({"x,1/2-y,1/2+z", "-x,-y,-z"}), GROUP("P 21/c")));
+  EXPECT_FALSE(SPGR_EQUAL(GROUP("P 21/c"), GROUP("P 21/n")));
+  EXPECT_FALSE(SPGR_EQUAL(SPACE_GROUP{}, SPACE_GROUP{})) << "a group that failed equals none";
+}
+
+TEST(QUESTIONS, ROTATION_TYPES) {
+  EXPECT_EQ(ROTATION_TYPE(READ("x,y,z").ROT), 1);
+  EXPECT_EQ(ROTATION_TYPE(READ("-x,-y,-z").ROT), -1);
+  EXPECT_EQ(ROTATION_TYPE(READ("-x,-y,z").ROT), 2);
+  EXPECT_EQ(ROTATION_TYPE(READ("x,y,-z").ROT), -2);
+  EXPECT_EQ(ROTATION_TYPE(READ("z,x,y").ROT), 3);
+  EXPECT_EQ(ROTATION_TYPE(READ("-y,x,z").ROT), 4);
+  EXPECT_EQ(ROTATION_TYPE(READ("y,-x,-z").ROT), -4);
+  EXPECT_EQ(ROTATION_TYPE(READ("x-y,x,z").ROT), 6);
+  EXPECT_EQ(ROTATION_TYPE(READ("x+y,y,z").ROT), 0) << "a shear is no rotation";
+}
+
+TEST(QUESTIONS, AN_OPERATOR_IS_APPLIED_WITHOUT_REDUCTION) {
+  const SYM_OP op = READ("-x+1/2,y+1/2,-z");
+  EXPECT_EQ(APPLY_OP(op, {0.75f, 0.75f, 0.25f}), (VECTOR3{-0.25f, 1.25f, -0.25f}));
+}
+
+TEST(QUESTIONS, SYMMETRY_CODES) {
+  std::string text;
+  float number = 0.0f;
+  WRITE_SYMTRANS_CODE(3, {1, 0, 0}, text, number);
+  EXPECT_EQ(text, "3_655");
+  EXPECT_FLOAT_EQ(number, 3.655f);
+  WRITE_SYMTRANS_CODE(1, {0, 0, 0}, text, number);
+  EXPECT_EQ(text, "1_555");
+  WRITE_SYMTRANS_CODE(2, {-5, -4, 4}, text, number);
+  EXPECT_EQ(text, "2_019");
+  EXPECT_FLOAT_EQ(number, 2.019f);
+  for (int op : {0, 197, -1}) {
+    WRITE_SYMTRANS_CODE(op, {0, 0, 0}, text, number);
+    EXPECT_EQ(text, "");
+    EXPECT_EQ(number, 0.0f);
+  }
+  WRITE_SYMTRANS_CODE(1, {5, 0, 0}, text, number);
+  EXPECT_EQ(text, "");
+  WRITE_SYMTRANS_CODE(1, {0, -6, 0}, text, number);
+  EXPECT_EQ(text, "");
+}
