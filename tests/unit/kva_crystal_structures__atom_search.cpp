@@ -1,0 +1,265 @@
+// The neighbour search against plain nested loops, and the searches built on it.
+#include "src/kva_crystal_structures/atom_search.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <random>
+
+#include "structures.h"
+
+using namespace STRUCTURES;
+
+namespace {
+
+// ---- the judge: the rule as plain loops ----
+
+struct NEIGHBOURS {
+  int COUNT = 0;
+  bool FULL = false;
+  std::vector<std::array<float, 6>> ROWS;  // distance, vector, atom, operator
+};
+
+NEIGHBOURS PLAIN_LOOPS(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x, float dmin,
+                       float dmax, bool omitted, bool findops) {
+  NEIGHBOURS found;
+  const int ops = phase.SPG.CENTRED == 1 ? phase.SPG.NUMOPS : 2 * phase.SPG.NUMOPS;
+  const VECTOR3 origin = findops ? x : XTAL::MODULO_LAT(x);
+  for (int atom = 1; atom <= phase.NATOMS; ++atom) {
+    if (phase.ATOM_USE(atom) < (omitted ? 0 : 1)) continue;
+    for (int op = 1; op <= ops; ++op) {
+      const VECTOR3 image =
+          XTAL::MODULO_LAT(XTAL::APPLY_OP(phase.SPG.SYMOP(op), phase.ATOM(atom).X));
+      for (int t1 = -1; t1 <= 1; ++t1)
+        for (int t2 = -1; t2 <= 1; ++t2)
+          for (int t3 = -1; t3 <= 1; ++t3)
+            for (int c = 1; c <= phase.SPG.NUMLAT; ++c) {
+              const VECTOR3 t{static_cast<float>(t1), static_cast<float>(t2),
+                              static_cast<float>(t3)};
+              const VECTOR3 candidate = XTAL::ADD(XTAL::ADD(image, t), phase.SPG.LATT_TRANS(c));
+              const VECTOR3 delta = XTAL::SUBTRACT(candidate, origin);
+              const float d = XTAL::LENGTH(XTAL::MULTIPLY(phase.CELL.CR_ORTH_CEL, delta));
+              if (d > dmax || d < dmin) continue;
+              bool listed = false;
+              for (const auto& row : found.ROWS) {
+                const VECTOR3 apart = XTAL::MULTIPLY(
+                    phase.CELL.CR_ORTH_CEL, XTAL::SUBTRACT(delta, {row[1], row[2], row[3]}));
+                listed = listed || XTAL::DOT(apart, apart) < 0.01f;
+              }
+              if (listed && !findops) continue;
+              if (found.COUNT == 20) {
+                found.FULL = true;
+                return found;
+              }
+              ++found.COUNT;
+              found.ROWS.push_back({d, delta[0], delta[1], delta[2], static_cast<float>(atom),
+                                    static_cast<float>(op)});
+            }
+    }
+  }
+  return found;
+}
+
+void EXPECT_SAME(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x, float dmin, float dmax,
+                 const std::string& options) {
+  const NEIGHBOURS judge =
+      PLAIN_LOOPS(phase, x, dmin, dmax, options.find("OMIT") != std::string::npos,
+                  options.find("FINDOPS") != std::string::npos);
+  INIT_ERR_KVASTRUCTURES();
+  int count = -1;
+  NEIGHBOUR_TABLE table;
+  DISTANCE_ARRAY(phase, x, dmin, dmax, count, table, options);
+  ASSERT_EQ(count, judge.COUNT) << phase.SPG.SPG_SYMB;
+  EXPECT_EQ(WARN_KVASTRUCTURES, judge.FULL);
+  ASSERT_EQ(table.COUNT(), 20);
+  for (int r = 1; r <= count; ++r) {
+    const auto& row = judge.ROWS[static_cast<std::size_t>(r - 1)];
+    EXPECT_EQ(table(r, 1), 0.0f);
+    EXPECT_EQ(table(r, NEIGHBOUR_DISTANCE), row[0]);
+    EXPECT_EQ(table(r, 3), 0.0f);
+    for (int k = 0; k < 3; ++k)
+      EXPECT_EQ(table(r, NEIGHBOUR_VECTOR_X + k), row[static_cast<std::size_t>(k + 1)]);
+    EXPECT_EQ(table(r, NEIGHBOUR_ATOM), row[4]);
+    EXPECT_EQ(table(r, NEIGHBOUR_OPERATOR), row[5]);
+  }
+}
+
+CRYSTAL_STRUCTURE_TYPE QUARTZ_LIKE() {
+  return MADE({4.9f, 4.9f, 5.4f}, {90, 90, 120}, "P 32 2 1",
+              {{"Si1", {0.47f, 0, 0.6667f}, {0.0002f, 0, 0}},
+               {"O1", {0.4135f, 0.2669f, 0.7858f}, {0.0003f, 0.0004f, 0.0002f}}});
+}
+
+}  // namespace
+
+// ---- the search ----
+
+TEST(DISTANCE_ARRAY, ROWS_ARE_THOSE_OF_THE_PLAIN_LOOPS_BIT_FOR_BIT) {
+  std::mt19937 random(1);
+  std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+  struct LATTICE {
+    const char* SYMBOL;
+    VECTOR3 LENGTHS;
+    VECTOR3 ANGLES;
+  };
+  const std::vector<LATTICE> lattices{
+      {"P 1", {5, 6, 7}, {75, 98, 110}},       {"P -1", {3, 9, 4}, {60, 70, 80}},
+      {"C 2/c", {9, 8, 5}, {90, 107, 90}},     {"P n m a", {10, 6, 5}, {90, 90, 90}},
+      {"I 41/a", {13, 13, 14}, {90, 90, 90}},  {"I 41/a:1", {5, 5, 11}, {90, 90, 90}},
+      {"R -3 c", {5, 5, 14}, {90, 90, 120}},   {"R -3 c:R", {5, 5, 5}, {55, 55, 55}},
+      {"F d -3 m:1", {8, 8, 8}, {90, 90, 90}}, {"F m -3 m", {4, 4, 4}, {90, 90, 90}}};
+  for (const LATTICE& lattice : lattices) {
+    std::vector<SITE> sites{{"Ca1", {0, 0, 0}}, {"O1", {0.25f, 0.25f, 0.25f}}};
+    for (int i = 0; i < 4; ++i)
+      sites.push_back({"O" + std::to_string(i + 2), {unit(random), unit(random), unit(random)}});
+    CRYSTAL_STRUCTURE_TYPE phase = MADE(lattice.LENGTHS, lattice.ANGLES, lattice.SYMBOL, sites);
+    phase.ATOM_USE(3) = ATOM_OMITTED;
+    for (const char* options : {"", "OMIT", "FINDOPS", "OMIT FINDOPS"})
+      for (float dmax : {0.02f, 1.0f, 2.2f, 3.5f})
+        for (const VECTOR3& x : {VECTOR3{0, 0, 0}, VECTOR3{0.999f, 0.3f, -0.2f},
+                                 VECTOR3{2.25f, 0.25f, 0.25f}, VECTOR3{0.5f, 0.5f, 0.5f}}) {
+          EXPECT_SAME(phase, x, -0.1f, dmax, options);
+          EXPECT_SAME(phase, x, 0.5f, dmax, options);
+        }
+  }
+}
+
+TEST(DISTANCE_ARRAY, AN_ATOM_REACHED_BY_SEVERAL_OPERATORS_COMES_ONCE_BY_THE_LOWEST) {
+  const auto phase = MADE({4, 4, 4}, {90, 90, 90}, "P m -3 m", {{"Ti1", {0.5f, 0.5f, 0.5f}}});
+  int count = 0;
+  NEIGHBOUR_TABLE table;
+  DISTANCE_ARRAY(phase, {0.5f, 0.5f, 0.5f}, -0.1f, 0.5f, count, table);
+  ASSERT_EQ(count, 1);
+  EXPECT_EQ(table(1, NEIGHBOUR_OPERATOR), 1.0f);
+  EXPECT_EQ(table(1, NEIGHBOUR_DISTANCE), 0.0f) << "a minimum below 0 admits the point itself";
+  DISTANCE_ARRAY(phase, {0.5f, 0.5f, 0.5f}, -0.1f, 0.5f, count, table, "FINDOPS");
+  EXPECT_EQ(count, 20) << "every operator, up to the room there is";
+}
+
+TEST(DISTANCE_ARRAY, LIMITS_BELONG_TO_THE_RANGE) {
+  const auto phase = MADE({4, 4, 4}, {90, 90, 90}, "P 1", {{"Ti1", {0, 0, 0}}});
+  int count = 0;
+  NEIGHBOUR_TABLE table;
+  DISTANCE_ARRAY(phase, {0, 0, 0}, 4.0f, 4.0f, count, table);
+  EXPECT_EQ(count, 6);
+  DISTANCE_ARRAY(phase, {0, 0, 0}, 4.001f, 5.0f, count, table);
+  EXPECT_EQ(count, 0);
+}
+
+TEST(DISTANCE_ARRAY, A_21ST_NEIGHBOUR_STOPS_THE_SEARCH) {
+  const auto phase = MADE({2, 2, 2}, {90, 90, 90}, "P 1", {{"Ti1", {0, 0, 0}}});
+  INIT_ERR_KVASTRUCTURES();
+  int count = 0;
+  NEIGHBOUR_TABLE table;
+  DISTANCE_ARRAY(phase, {0, 0, 0}, 0.1f, 3.5f, count, table);
+  EXPECT_EQ(count, 20);
+  EXPECT_TRUE(WARN_KVASTRUCTURES);
+  EXPECT_EQ(WARN_KVASTRUCTURES_MESS, "Too many distances around atom: try decreasing dmax-dmin");
+}
+
+TEST(DISTANCE_ARRAY, NO_NUMBERS_FIND_NOTHING) {
+  const auto phase = QUARTZ_LIKE();
+  const float nan_value = std::numeric_limits<float>::quiet_NaN();
+  const float infinity = std::numeric_limits<float>::infinity();
+  int count = -1;
+  NEIGHBOUR_TABLE table;
+  DISTANCE_ARRAY(phase, {nan_value, 0, 0}, 0.0f, 2.0f, count, table);
+  EXPECT_EQ(count, 0);
+  DISTANCE_ARRAY(phase, {infinity, 0, 0}, 0.0f, 2.0f, count, table);
+  EXPECT_EQ(count, 0);
+  DISTANCE_ARRAY(phase, {0, 0, 0}, 0.0f, nan_value, count, table);
+  EXPECT_EQ(count, 0);
+}
+
+TEST(DISTANCE_ARRAY, IS_QUICK_ENOUGH_FOR_2000_ATOMS) {
+  std::mt19937 random(2);
+  std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+  CRYSTAL_STRUCTURE_TYPE phase = MADE({30, 30, 30}, {90, 90, 90}, "P 1", {{"O1", {0, 0, 0}}});
+  phase.ATOM.ASSIGN(2000, phase.ATOM(1));
+  phase.ATOM_USE.ASSIGN(2000, ATOM_USED);
+  phase.NATOMS = 2000;
+  for (ATOM_TYPE& atom : phase.ATOM) atom.X = {unit(random), unit(random), unit(random)};
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 1; i <= 200; ++i) FIND_ATOM(phase, phase.ATOM(i).X);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+// ---- atoms by position ----
+
+TEST(FIND_ATOM, AT_AN_ATOM) {
+  const auto phase = QUARTZ_LIKE();
+  const FOUND_ATOM found = FIND_ATOM(phase, phase.ATOM(2).X);
+  EXPECT_EQ(found.ATOM, 2);
+  EXPECT_EQ(found.OPERATOR, 1);
+  EXPECT_EQ(found.X, phase.ATOM(2).X);
+}
+
+TEST(FIND_ATOM, THE_POSITION_STAYS_IN_THE_CELL_OF_THE_POINT) {
+  const auto phase = MADE({5, 5, 5}, {90, 90, 90}, "P 1", {{"Si1", {0, 0, 0}}});
+  const FOUND_ATOM found = FIND_ATOM(phase, {1.02f, 0, 0});
+  EXPECT_EQ(found.ATOM, 1);
+  EXPECT_NEAR(found.X[0], 1.0f, 1e-6f);
+  const FOUND_ATOM negative = FIND_ATOM(phase, {-2.98f, 0, 0});
+  EXPECT_NEAR(negative.X[0], -3.0f, 1e-6f);
+}
+
+TEST(FIND_ATOM, OF_EQUAL_DISTANCES_THE_LOWEST_NUMBER) {
+  const auto phase =
+      MADE({5, 5, 5}, {90, 90, 90}, "P 1", {{"O1", {0.625f, 0, 0}}, {"O2", {0.375f, 0, 0}}});
+  EXPECT_EQ(FIND_ATOM(phase, {0.5f, 0, 0}).ATOM, 1);
+}
+
+TEST(FIND_ATOM, NOTHING_NEAR_IS_TOLD_WITH_THE_BLOCK) {
+  const auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Si1", {0, 0, 0}}});
+  const FOUND_ATOM found = FIND_ATOM(phase, {0.5f, 0.25f, -0.125f});
+  EXPECT_EQ(found.ATOM, 0);
+  EXPECT_EQ(found.X, (VECTOR3{0, 0, 0}));
+  EXPECT_TRUE(ERR_KVASTRUCTURES);
+  EXPECT_EQ(ERR_KVASTRUCTURES_MESS,
+            "No atom found near to xyz =   0.50000   0.25000  -0.12500 in block test block");
+  EXPECT_EQ(FIND_ATOM(phase, {0.2f, 0, 0}, "", 2.0f).ATOM, 1) << "1.8 angstroms away";
+}
+
+TEST(FIND_ATOM, DUPLICATES_ARE_NEVER_FOUND_AND_OMITTED_ONES_WHEN_ASKED_FOR) {
+  auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Mg1", {0, 0, 0}}, {"Fe1", {0, 0, 0}}});
+  EXPECT_EQ(FIND_ATOM(phase, {0, 0, 0}).ATOM, 1);
+  phase.ATOM_USE(1) = ATOM_OMITTED;
+  EXPECT_EQ(FIND_ATOM(phase, {0, 0, 0}).ATOM, 0);
+  EXPECT_EQ(FIND_ATOM(phase, {0, 0, 0}, "omit").ATOM, 1);
+}
+
+// ---- atoms by name ----
+
+TEST(NAMES, LABELS_MATCH_FROM_THEIR_START) {
+  auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1",
+                    {{"Si1", {0, 0, 0}},
+                     {"Si10", {0.5f, 0, 0}},
+                     {"ASi1", {0, 0.5f, 0}},
+                     {"SI1", {0, 0, 0.5f}},
+                     {"Si1d", {0, 0, 0}}});
+  phase.ATOM_USE(4) = ATOM_OMITTED;
+  EXPECT_EQ(FIND_ALLATOMS_BY_NAME(phase, "si1"), (std::vector<int>{1, 2}));
+  EXPECT_EQ(FIND_ALLATOMS_BY_NAME(phase, "Si1", "omit"), (std::vector<int>{1, 2, 4}));
+  EXPECT_EQ(FIND_ALLATOMS_BY_NAME(phase, "Si1", "dup"), (std::vector<int>{1, 2, 5}));
+  EXPECT_TRUE(FIND_ALLATOMS_BY_NAME(phase, "O").empty());
+}
+
+// ---- multiplicities and codes ----
+
+TEST(MULTIPLICITIES, CENTRING_IS_NOT_COUNTED) {
+  const auto primitive = MADE({5, 6, 7}, {90, 90, 90}, "P n m a",
+                              {{"O1", {0.1f, 0.2f, 0.3f}}, {"O2", {0.1f, 0.25f, 0.3f}}});
+  EXPECT_EQ(primitive.ATOM(1).MULT, 8);
+  EXPECT_EQ(primitive.ATOM(2).MULT, 4);
+  const auto centred =
+      MADE({5, 5, 5}, {90, 90, 90}, "F m -3 m", {{"O1", {0.11f, 0.23f, 0.37f}}, {"O2", {0, 0, 0}}});
+  EXPECT_EQ(centred.ATOM(1).MULT, 192 / 4);
+  EXPECT_EQ(centred.ATOM(2).MULT, 1);
+}
+
+TEST(CODES, OPERATOR_AND_NEAREST_CELLS) {
+  const auto phase = MADE({5, 6, 7}, {90, 90, 90}, "P -1", {{"O1", {0.1f, 0.2f, 0.3f}}});
+  EXPECT_FLOAT_EQ(SYMMETRY_CODE(phase, 1, 1, {0.1f, 0.2f, 0.3f}), 1.555f);
+  EXPECT_FLOAT_EQ(SYMMETRY_CODE(phase, 1, 2, {0.9f, -0.2f, -1.3f}), 2.654f);
+  EXPECT_EQ(SYMMETRY_CODE(phase, 1, 1, {99.1f, 0.2f, 0.3f}), 0.0f) << "no digit for 99 cells";
+}
