@@ -1,0 +1,383 @@
+// READ: the dialogue, the readers of a block, the choice of the space group, and bad files.
+#include "src/facetor6_readfiles/readfiles.h"
+
+#include "console__dialogue.h"
+#include "src/facetor6_console/phase_list.h"
+#include "structures.h"
+
+using namespace FACETOR_READFILES;
+using namespace FACETOR_CONSOLE;
+using namespace STRUCTURES;
+
+namespace {
+
+class READING : public CONSOLE_TESTS::CONSOLE_TEST {
+ protected:
+  void SetUp() override {
+    CONSOLE_TEST::SetUp();
+    INIT_PHASE_LIST();
+  }
+
+  static FILE_LINES LINES(const std::string& text) {
+    FILE_LINES lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.ADD(KVA_UTILITIES::CUT_LINE(line));
+    return lines;
+  }
+
+  // Blocks of a text, and what was said about them.
+  STRUCTURE_LIST BLOCKS;
+  int COUNT = 0;
+  std::string READ(const std::string& text) {
+    FILE_LINES lines = LINES(text);
+    return SAID("", [&] { READ_CIF_TO_LIST(lines, BLOCKS, COUNT); });
+  }
+
+  // The symbol that a line with it gives.
+  static std::string SYMBOL(const std::string& text) {
+    std::string symbol;
+    READ_CIF_HM(LINES("_symmetry_space_group_name_H-M " + text + "\n"), 1, 1, symbol);
+    return symbol;
+  }
+};
+
+const std::string cell =
+    "_cell_length_a 5.0(1)\n_cell_length_b 6\n_cell_length_c 7\n_cell_angle_beta 100.0(2)\n";
+const std::string atoms =
+    "\nloop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n"
+    "Si1 0.1 0.2 0.3\nO1 0.3 0.2 0.3\n";
+
+std::string WARNED(const std::string& text) {
+  return "\n*****WARNING: " + text + "\n\n";
+}
+
+}  // namespace
+
+// ---- readers ----
+
+TEST_F(READING, CELL_ITEMS_THAT_ARE_MISSING_KEEP_THEIR_DEFAULTS) {
+  std::array<float, 6> values{};
+  std::array<float, 6> stds{};
+  READ_CIF_CELL(LINES(cell), 1, 4, values, stds);
+  EXPECT_EQ(values, (std::array<float, 6>{5, 6, 7, 90, 100, 90}));
+  EXPECT_FLOAT_EQ(stds[0], 0.1f);
+  EXPECT_FLOAT_EQ(stds[4], 0.2f);
+  READ_CIF_CELL(LINES("_cell_length_a ?\n_cell_length_b 5 6\n"), 1, 2, values, stds);
+  EXPECT_EQ(values, (std::array<float, 6>{1, 1, 1, 90, 90, 90}));
+}
+
+TEST_F(READING, TEMPERATURE_AND_PRESSURE_BY_EITHER_NAME) {
+  float v = 0;
+  float s = 0;
+  READ_CIF_TEMP(LINES("_x 1\n"), 1, 1, v, s);
+  EXPECT_EQ(v, 298.0f);
+  EXPECT_EQ(s, 1.0f);
+  READ_CIF_TEMP(LINES("_cell_measurement_temperature 100(2)\n_diffrn_ambient_temperature ?\n"), 1,
+                2, v, s);
+  EXPECT_EQ(v, 100.0f);
+  EXPECT_EQ(s, 2.0f);
+  READ_CIF_PRESSURE(LINES("_x 1\n"), 1, 1, v, s);
+  EXPECT_EQ(v, 0.0f);
+  EXPECT_EQ(s, 0.00001f);
+  READ_CIF_PRESSURE(LINES("_diffrn_ambient_pressure 3500000(10000)\n"), 1, 1, v, s);
+  EXPECT_FLOAT_EQ(v, 3.5f);
+  EXPECT_FLOAT_EQ(s, 0.01f);
+  READ_CIF_PRESSURE(LINES("_diffrn_ambient_pressure 100\n"), 1, 1, v, s);
+  EXPECT_FLOAT_EQ(v, 0.0001f);
+  EXPECT_EQ(s, 0.0f) << "a pressure without an esd has none";
+}
+
+TEST_F(READING, SYMBOLS_AND_THEIR_SETTINGS) {
+  EXPECT_EQ(SYMBOL("'P n m a'"), "P n m a");
+  EXPECT_EQ(SYMBOL("\"P n m a\""), "P n m a");
+  EXPECT_EQ(SYMBOL("P21/c"), "") << "an unquoted symbol reads as blank";
+  EXPECT_EQ(SYMBOL("?"), "");
+  EXPECT_EQ(SYMBOL("# 'P 1'"), "");
+  EXPECT_EQ(SYMBOL("'R -3 m :H'"), "R -3 m");
+  EXPECT_EQ(SYMBOL("'R -3 m H'"), "R -3 m");
+  EXPECT_EQ(SYMBOL("'R -3 m HR'"), "R -3 m");
+  EXPECT_EQ(SYMBOL("'R -3 m HZ'"), "R -3 m");
+  EXPECT_EQ(SYMBOL("'R 3 :R'"), "R 3:R");
+  EXPECT_EQ(SYMBOL("'R 3 R'"), "R 3:R");
+  EXPECT_EQ(SYMBOL("'R 3 RS'"), "R 3:R");
+  EXPECT_EQ(SYMBOL("'F d -3 m :2'"), "F d -3 m");
+  EXPECT_EQ(SYMBOL("'F d -3 m Z'"), "F d -3 m");
+  EXPECT_EQ(SYMBOL("'F d -3 m S'"), "F d -3 m");
+  EXPECT_EQ(SYMBOL("'F d -3 m Z1'"), "F d -3 m:1");
+  EXPECT_EQ(SYMBOL("'F d -3 m :1'"), "F d -3 m:1");
+  EXPECT_EQ(SYMBOL("'P 1'"), "P 1");
+  EXPECT_EQ(SYMBOL("'P 21 21 21'"), "P 21 21 21");
+  EXPECT_EQ(SYMBOL("'P n m a :'"), "P n m a") << "a colon without a setting goes";
+  std::string symbol;
+  READ_CIF_HM(LINES("_space_group_name_H-M_alt 'P b n m'\n"), 1, 1, symbol);
+  EXPECT_EQ(symbol, "P b n m");
+}
+
+TEST_F(READING, COMPACT_SYMBOLS_OF_FOUR_CHARACTERS_ARE_REPAIRED) {
+  const auto fixed = [](std::string symbol) {
+    bool flag = true;
+    FIX_SPACEGROUP(symbol, flag);
+    return symbol + (flag ? "?" : "");
+  };
+  EXPECT_EQ(fixed("Pnma"), "P n m a");
+  EXPECT_EQ(fixed("'Pnma'"), "P n m a");
+  EXPECT_EQ(fixed("R-3m"), "R - 3 m") << "as it is cut; the symbol is understood all the same";
+  EXPECT_EQ(fixed("P21/c"), "P 21/c?");
+  EXPECT_EQ(fixed("C2/c"), "C 2/c?");
+  EXPECT_EQ(fixed("P n m a"), "P n m a?");
+  EXPECT_EQ(fixed(""), "?");
+}
+
+TEST_F(READING, OPERATORS_IN_QUOTES_UP_TO_A_BLANK_LINE) {
+  std::vector<std::string> ops;
+  READ_CIF_SYMM(LINES("data_x\n_space_group_symop_operation_xyz\n'x,y,z'\n1 '-x,-y,-z'\n# '0'\n? "
+                      "'1'\n\"x,-y,z\"\n"
+                      "-x,y,-z\n\n'late'\n"),
+                1, 10, ops);
+  EXPECT_EQ(ops, (std::vector<std::string>{"x,y,z", "-x,-y,-z", "x,-y,z"}));
+  READ_CIF_SYMM(LINES("data_x\n_space_group_symop_operation_xyz 'x,y,z'\n_other 'word'\n"), 1, 3,
+                ops);
+  EXPECT_EQ(ops, (std::vector<std::string>{"x,y,z", "word"})) << "only a blank line ends the walk";
+  READ_CIF_SYMM(LINES("_x 1\n"), 1, 1, ops);
+  EXPECT_TRUE(ops.empty());
+}
+
+// ---- blocks ----
+
+TEST_F(READING, A_BLOCK_WITHOUT_ITEMS) {
+  EXPECT_EQ(
+      READ("data_x\n"),
+      WARNED("No symmetry detected in CIF block #  1, neither operators nor HM symbol, space "
+             "group set to P1") +
+          WARNED("cifdata_key of _atom_site_ not found by read_loop_cif in block #  1 in the cif"));
+  ASSERT_EQ(COUNT, 1);
+  EXPECT_EQ(BLOCKS(1).BLOCK_TITLE, "x");
+  EXPECT_EQ(BLOCKS(1).CELL.CELL, (VECTOR3{1, 1, 1}));
+  EXPECT_EQ(BLOCKS(1).NATOMS, 0);
+  EXPECT_EQ(BLOCKS(1).SPG.SPG_SYMB, "P 1");
+}
+
+TEST_F(READING, A_FILE_WITHOUT_BLOCKS) {
+  EXPECT_EQ(
+      READ("_cell_length_a 5\n"),
+      WARNED("Allocate_crystal_structurelist called with n < 1 called from expand_phase_list"));
+  EXPECT_EQ(COUNT, 0);
+}
+
+TEST_F(READING, ATOMS_GET_THEIR_OCCUPANCY_AND_ARE_IN_USE) {
+  EXPECT_EQ(READ("data_x\n" + cell + "_symmetry_space_group_name_H-M 'P 21/c'\n" + atoms), "");
+  ASSERT_EQ(BLOCKS(1).NATOMS, 2);
+  EXPECT_EQ(BLOCKS(1).ATOM(2).OCC, 1.0f);
+  EXPECT_EQ(BLOCKS(1).ATOM_USE(2), ATOM_USED);
+  EXPECT_EQ(BLOCKS(1).SPG.NUMSPG, 14);
+  EXPECT_FLOAT_EQ(BLOCKS(1).CELL.CELL_STD[0], 0.1f);
+}
+
+TEST_F(READING, ELEVEN_BLOCKS_ARE_A_LARGE_FILE) {
+  std::string text;
+  for (int i = 1; i <= 11; ++i)
+    text +=
+        "data_b" + std::to_string(i) + "\n_symmetry_space_group_name_H-M 'P 1'\n" + atoms + "\n";
+  EXPECT_EQ(READ(text),
+            "\n*****This is a large file, please be patient while it is read in*****\n\n");
+  EXPECT_EQ(COUNT, 11);
+  EXPECT_EQ(BLOCKS(11).BLOCK_TITLE, "b11");
+}
+
+TEST_F(READING, SENSELESS_CELLS_ARE_TOLD_AND_THE_OTHER_BLOCKS_READ) {
+  for (const char* length : {"0", "-5", "1e38"}) {
+    const std::string said =
+        READ("data_bad\n_symmetry_space_group_name_H-M 'P 1'\n_cell_length_a " +
+             std::string(length) + "\n_cell_length_b 1e30\n" + atoms +
+             "\ndata_good\n_symmetry_space_group_name_H-M 'P 1'\n" + cell + atoms);
+    EXPECT_EQ(said, WARNED("Bad cell parameters in block #  1 in the cif")) << length;
+    EXPECT_EQ(BLOCKS(1).CELL.CELL, (VECTOR3{1, 1, 1}));
+    EXPECT_EQ(BLOCKS(2).CELL.CELL, (VECTOR3{5, 6, 7}));
+  }
+}
+
+// ---- volume ----
+
+TEST_F(READING, VOLUMES_ARE_COMPARED_ONLY_WITH_AN_ESD) {
+  const std::string block =
+      "data_x\n_symmetry_space_group_name_H-M 'P 1'\n_cell_length_a 5\n"
+      "_cell_length_b 6\n_cell_length_c 7\n";
+  EXPECT_EQ(READ(block + "_cell_volume 100.0\n" + atoms), "") << "however wrong it is";
+  EXPECT_EQ(READ(block + "_cell_volume 210.02(1)\n" + atoms), "") << "two esds";
+  EXPECT_FLOAT_EQ(BLOCKS(1).CELL.STDVOL, 0.01f);
+  EXPECT_FLOAT_EQ(BLOCKS(1).CELL.CELLVOL, 210.0f);
+  // 0.05 is five esds of 0.01: S = 0.01 prints 10 at three decimals.
+  EXPECT_EQ(READ(block + "_cell_volume 210.05(1)\n" + atoms),
+            "*****Warning: Volume in CIF looks inconsistent with cell parameters:\n"
+            "     Volume from cif  =  210.050(10)\n"
+            "     Volume from cell =  210.000(10)\n"
+            "     Calculated value will be used\n");
+  EXPECT_EQ(READ(block + "_cell_volume 212(2)\n" + atoms).substr(0, 12), "*****Warning")
+      << "one esd, but more than half a percent";
+}
+
+// ---- space group ----
+
+TEST_F(READING, THE_SYMBOL_ALONE_AND_THE_OPERATORS_ALONE_ARE_ENOUGH) {
+  EXPECT_EQ(READ("data_x\n" + cell + "_symmetry_space_group_name_H-M 'Pnma'\n" + atoms), "");
+  EXPECT_EQ(BLOCKS(1).SPG.SPG_SYMB, "P n m a");
+  EXPECT_EQ(READ("data_x\n" + cell + "_symmetry_equiv_pos_as_xyz\n'x,y,z'\n'-x,-y,-z'\n" + atoms),
+            "");
+  EXPECT_EQ(BLOCKS(1).SPG.SPG_SYMB, "P -1");
+}
+
+TEST_F(READING, OPERATORS_WIN_OVER_A_SYMBOL_THAT_DIFFERS) {
+  const std::string said = READ("data_x\n" + cell +
+                                "_symmetry_space_group_name_H-M 'P 21/c'\n"
+                                "_symmetry_equiv_pos_as_xyz\n'x,y,z'\n'-x,-y,-z'\n" +
+                                atoms);
+  EXPECT_EQ(said,
+            WARNED("HM symbol in CIF block #  1, does not agree with operators, space group set "
+                   "to P -1 from operators"));
+  EXPECT_EQ(BLOCKS(1).SPG.SPG_SYMB, "P -1");
+}
+
+TEST_F(READING, A_SYMBOL_THAT_AGREES_KEEPS_ITS_NAME) {
+  EXPECT_EQ(
+      READ("data_x\n" + cell +
+           "_symmetry_space_group_name_H-M 'P 1 21/c 1'\n"
+           "_symmetry_equiv_pos_as_xyz\n'x,1/2-y,1/2+z'\n'-x,-y,-z'\n'x,y,z'\n'-x,1/2+y,1/2-z'\n" +
+           atoms),
+      "");
+  EXPECT_EQ(BLOCKS(1).SPG.SPG_SYMB, "P 1 21/c 1");
+}
+
+TEST_F(READING, WRONG_OPERATORS_LEAVE_THE_SYMBOL) {
+  EXPECT_EQ(READ("data_x\n" + cell +
+                 "_symmetry_space_group_name_H-M 'P 21/c'\n"
+                 "_symmetry_equiv_pos_as_xyz\n'x,y,q'\n" +
+                 atoms),
+            "");
+  EXPECT_EQ(BLOCKS(1).SPG.NUMSPG, 14);
+}
+
+TEST_F(READING, NO_SYMMETRY_FALLS_TO_P1_WITH_A_REASON) {
+  EXPECT_EQ(
+      READ("data_x\n" + cell + "_symmetry_space_group_name_H-M 'P21/c'\n" + atoms),
+      WARNED("No symmetry detected in CIF block #  1, no operators and HM symbol not written with "
+             "spaces, space group set to P1"));
+  EXPECT_EQ(
+      READ("data_x\n" + cell + "_symmetry_space_group_name_H-M P21/c\n" + atoms),
+      WARNED("No symmetry detected in CIF block #  1, neither operators nor HM symbol, space group "
+             "set to P1"));
+  EXPECT_EQ(BLOCKS(1).SPG.SPG_SYMB, "P 1");
+}
+
+// ---- atoms ----
+
+TEST_F(READING, MESSAGES_ABOUT_ATOMS_BUT_NOT_ABOUT_ANISO) {
+  const std::string head = "data_x\n" + cell + "_symmetry_space_group_name_H-M 'P 1'\n\n";
+  EXPECT_EQ(
+      READ(head + "loop_\n_atom_site_label\n_atom_site_fract_x\n_b 1\n"),
+      WARNED("Loop for atoms found in cif, but no atom info from cif in block #  1 in the cif"));
+  EXPECT_EQ(
+      READ(head + "_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n"
+                  "Si1 0 0 0\nloop_\n_atom_site_aniso_label\n_atom_site_aniso_U_11\nSi1 1\nO1 1\n"),
+      "");
+  EXPECT_EQ(BLOCKS(1).NATOMS, 1);
+}
+
+TEST_F(READING, FILES_THAT_ARE_NO_CIF_DO_NO_HARM) {
+  std::string noise;
+  unsigned state = 1;
+  for (int i = 0; i < 200000; ++i) {
+    state = state * 1664525U + 1013904223U;
+    noise += static_cast<char>(state >> 24U);
+  }
+  READ(noise);
+  READ("data_x\n;\nan open text field\n" + noise);
+  std::string wide = "data_x\nloop_\n";
+  for (int i = 0; i < 25; ++i) wide += "_atom_site_c" + std::to_string(i) + "\n";
+  READ(wide +
+       "_atom_site_label\n1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 26\n");
+  READ("data_x\n" + cell + atoms + std::string(300, 'L') + " 0 0 0\n");
+  EXPECT_EQ(BLOCKS(1).NATOMS, 2) << "the coordinates lay beyond the line that is read";
+  READ("data_x\n" + cell + atoms + std::string(120, 'L') + " 0 0 0\n");
+  ASSERT_EQ(BLOCKS(1).NATOMS, 3);
+  EXPECT_EQ(BLOCKS(1).ATOM(3).LAB, std::string(20, 'L'));
+}
+
+// ---- the dialogue ----
+
+TEST_F(READING, THE_WHOLE_DIALOGUE) {
+  PUT_FILE("a.cif",
+           "data_one\n_cell_length_a 5\n_cell_length_b 5\n_cell_length_c 5\n"
+           "_symmetry_space_group_name_H-M 'P 2'\n_cell_angle_beta 95\n"
+           "_diffrn_ambient_pressure 0\n" +
+               atoms);
+  CONSOLE_TESTS::PEND("cif a");
+  EXPECT_EQ(SAID("\n", READ_PHASE_FROM_FILE),
+            "\n\nSuccessfully opened cif file\nNamed a.cif\n\n"
+            "\nThe following  1 crystal structures were read from the file:\n"
+            "\n       BLOCKNAME              T       P\n"
+            "  1: one                   298.0   0.000\n"
+            "Do you want to add this new data (Y/N) <Y>?"
+            "\nThe loaded phases are now:\n"
+            "       BLOCKNAME      T        P         IUSE\n"
+            "  1: one           : 298.0   0.000         1\n");
+  EXPECT_FLOAT_EQ(PHASE(1).PT(PRESSURE, PT_VALUE), 0.0001f) << "a pressure of 0 is unset";
+  EXPECT_EQ(PHASE(1).SPG.CRYSTALSYS, "Mono b-uni");
+  EXPECT_EQ(PHASE(1).ATOM(1).MULT, 2);
+}
+
+TEST_F(READING, THE_FIRST_ANGLE_THAT_IS_NOT_RIGHT_NAMES_THE_AXIS) {
+  PUT_FILE("a.cif",
+           "data_one\n_symmetry_space_group_name_H-M 'P 2'\n_cell_angle_alpha 95\n_cell_angle_beta "
+           "96\n" +
+               atoms +
+               "\ndata_two\n_symmetry_space_group_name_H-M 'P 2'\n_cell_angle_beta 90.005\n" +
+               atoms);
+  CONSOLE_TESTS::PEND("cif a");
+  SAID("y\n", READ_PHASE_FROM_FILE);
+  EXPECT_EQ(PHASE(1).SPG.CRYSTALSYS, "Mono a-uni");
+  EXPECT_EQ(PHASE(2).SPG.CRYSTALSYS, "Monoclinic");
+}
+
+TEST_F(READING, WHAT_CANNOT_BE_READ_LEAVES_WHAT_IS_LOADED) {
+  PUT_FILE("a.cif", "data_one\n_symmetry_space_group_name_H-M 'P 1'\n" + atoms);
+  CONSOLE_TESTS::PEND("cif a");
+  SAID("y\n", READ_PHASE_FROM_FILE);
+  PUT_FILE("empty.cif", "");
+  CONSOLE_TESTS::PEND("cif empty");
+  EXPECT_TRUE(SAID("", READ_PHASE_FROM_FILE)
+                  .ends_with("\n*****Error in reading file: empty.cif or it is empty\n"));
+  PUT_FILE("noblock.cif", "hello\n");
+  CONSOLE_TESTS::PEND("cif noblock");
+  EXPECT_TRUE(SAID("", READ_PHASE_FROM_FILE)
+                  .ends_with(WARNED("     No crystal structures were read from this file")));
+  CONSOLE_TESTS::PEND("cif missing");
+  const std::string said = SAID("\n\n", READ_PHASE_FROM_FILE);
+  EXPECT_NE(said.find("*****File missing.cif does not exist, but is required to pre-exist\n"),
+            std::string::npos);
+  CONSOLE_TESTS::PEND("cif a");
+  EXPECT_NE(SAID("n\n", READ_PHASE_FROM_FILE).find("The loaded phases are now:"),
+            std::string::npos);
+  EXPECT_EQ(NPHASES, 1) << "the answer was no";
+  EXPECT_EQ(PHASE(1).BLOCK_TITLE, "one");
+}
+
+TEST_F(READING, TYPES_THAT_ARE_NOT_AVAILABLE_SAY_SO_AND_ASK_AGAIN) {
+  CONSOLE_TESTS::PEND("RFINE");
+  const std::string said = SAID("4\n\n", READ_PHASE_FROM_FILE);
+  EXPECT_EQ(said.substr(0, said.find("Possible") - 5),
+            "\n*****Reading of RFINE prm file not yet available\n\n");
+  EXPECT_NE(said.find("\n*****Reading of CCSL cnt file not yet available\n"), std::string::npos);
+}
+
+TEST_F(READING, TWO_THOUSAND_ATOMS_IN_P1) {
+  std::string text =
+      "data_big\n_cell_length_a 40\n_cell_length_b 40\n_cell_length_c 40\n"
+      "_symmetry_space_group_name_H-M 'P 1'\n\nloop_\n_atom_site_label\n_atom_site_fract_x\n"
+      "_atom_site_fract_y\n_atom_site_fract_z\n";
+  for (int i = 0; i < 2000; ++i)
+    text += "O" + std::to_string(i) + " 0." + std::to_string(100 + i % 13 * 61) + " 0." +
+            std::to_string(100 + i / 13 % 13 * 61) + " 0." + std::to_string(100 + i / 169 * 61) +
+            "\n";
+  EXPECT_EQ(READ(text), "");
+  EXPECT_EQ(BLOCKS(1).NATOMS, 2000);
+}
