@@ -66,6 +66,7 @@ void WRITE_NAMES(const CRYSTAL_STRUCTURE_TYPE& phase, bool with_factors) {
 std::vector<int> PLACES_OF(int block) {
   if (block == 0) return LISTED_PLACES();
   const auto place = std::find(ISORT.begin(), ISORT.end(), block);
+  if (place == ISORT.end()) return {};
   return {static_cast<int>(place - ISORT.begin()) + 1};
 }
 
@@ -156,7 +157,9 @@ std::string XYZ_ROW(int place, bool esd, const CRYSTAL_STRUCTURE_TYPE& phase,
 
 // The atom of a listed block that lies where atom i of the reference block does.
 FOUND_ATOM EQUIVALENT_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  return FIND_ATOM(phase, REFERENCE().ATOM(i).X, "OMIT");
+  const FOUND_ATOM found = FIND_ATOM(phase, REFERENCE().ATOM(i).X, "OMIT");
+  INIT_ERR_KVASTRUCTURES();  // none found is told in the table
+  return found;
 }
 
 // Most duplicates on the site in any listed block.
@@ -201,15 +204,13 @@ void FACETOR_LIST_ALL_XYZ(std::string_view option) {
 namespace {
 
 constexpr std::string_view u_esd_head =
-    " SITE      ATOM      U11          U22          U33          U12          U13          U23     "
-    " "
-    "  Ueq       Beq";
+    " SITE      ATOM      U11          U22          U33          U12          U13          U23"
+    "        Ueq       Beq";
 constexpr std::string_view u_head =
     " SITE      ATOM     U11       U22       U33       U12       U13       U23        Ueq  Beq";
 constexpr std::string_view beta_esd_head =
-    " SITE      ATOM      b11          b22          b33          b12          b13          b23     "
-    " "
-    "  Beq";
+    " SITE      ATOM      b11          b22          b33          b12          b13          b23"
+    "        Beq";
 constexpr std::string_view beta_head =
     " SITE      ATOM     b11       b22       b33       b12       b13       b23        Beq";
 

@@ -6,6 +6,9 @@
 
 namespace FACETOR_LIST {
 
+// Angstroms; a row whose length does not exceed it holds no bond.
+inline constexpr float shortest_shown = 0.0001f;
+
 // The range of the bond search.
 std::string LIMITS_LINE();
 

@@ -22,7 +22,7 @@ std::string LIMITS_LINE() {
 }
 
 bool WRITE_BOND_TITLE(int i, std::string_view words) {
-  if (REFERENCE().NBONDS(i) == 0) {
+  if (REFERENCE().NBONDS(i) <= 0) {
     WRITE_OUT("||     NO BONDS FOUND FROM CENTRAL ATOM " + REFERENCE().ATOM(i).LAB + LIMITS_LINE());
     return false;
   }
@@ -106,7 +106,6 @@ struct SHOWN {
 };
 
 constexpr int length_decimals = 4;
-constexpr float shortest_shown = 0.0001f;  // angstroms; below it a row holds no bond
 
 // Puts the value of bond m into the row, or says that there is none.
 void PUT_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m, FORM form, std::string& line,

@@ -52,9 +52,27 @@ void NOTE_CHANGED_SYMBOLS() {
 }
 
 void LIST_ALL_SITES(REPORT_CODE code, std::string_view option) {
-  for (int i = 1; i <= REFERENCE().NATOMS; ++i)
-    if (REFERENCE().ATOM_USE(i) == ATOM_USED) LIST_SITE(code, i, option);
-  if (code == REPORT_XYZ) NOTE_CHANGED_SYMBOLS();
+  switch (code) {
+    case REPORT_XYZ:
+      FACETOR_LIST_ALL_XYZ(option);
+      return NOTE_CHANGED_SYMBOLS();
+    case REPORT_ADPS:
+      return FACETOR_LIST_ALL_ADPS(option);
+    case REPORT_BONDS:
+      return FACETOR_LIST_ALL_BONDS(option);
+    case REPORT_ANGLES:
+      return FACETOR_LIST_ALL_ANGLES(option);
+    case REPORT_EDGES:
+      return FACETOR_LIST_ALL_EDGES(option);
+    case REPORT_ORBIX:
+      return FACETOR_LIST_ALL_ORBIX();
+    case REPORT_SRB:
+      return FACETOR_LIST_ALL_BONDS("srb");
+    case REPORT_DISPL:
+      return FACETOR_LIST_ALL_BONDS("displ");
+    case REPORT_VALENCES:
+      return FACETOR_LIST_ALL_BONDVALENCE(option);
+  }
 }
 
 // ---- the site that the user names ----
@@ -86,7 +104,7 @@ bool NEEDS_BONDS(REPORT_CODE code) {
 
 void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option) {
   constexpr int name_length = 10;
-  if (NEEDS_BONDS(code) && SUM_NBONDS(REFERENCE()) == 0)
+  if (NEEDS_BONDS(code) && SUM_NBONDS(REFERENCE()) <= 0)
     return WRITE_OUT("     No bond lengths have been loaded or calculated");
   EQUAL_ATOMS();
   if (RUN.LIST_SYMCODES && NEEDS_BONDS(code) && code != REPORT_EDGES) {

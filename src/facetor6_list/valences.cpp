@@ -21,7 +21,6 @@ std::string VALENCE_SUM_TEXT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool es
 }
 
 std::string VALENCE_ROW(int place, int i, bool esd) {
-  constexpr float shortest_shown = 0.0001f;  // angstroms; below it a row holds no bond
   const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
   std::string line = FACETOR_LINESTART(place, esd);
   if (phase.NBONDS(i) < 0) return line + std::string(no_centre_words);
