@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>  // for getpid
 
+#include <algorithm>  // for search, sort
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -85,5 +87,26 @@ INSTANTIATE_TEST_SUITE_P(DIALOGUES, TRANSCRIPT, testing::ValuesIn(ALL_DIALOGUES(
                              if (std::isalnum(static_cast<unsigned char>(c)) == 0) c = '_';
                            return name;
                          });
+
+// Lines between "```text" and "```".
+std::vector<std::vector<std::string>> TEXT_BLOCKS(const fs::path& path) {
+  std::vector<std::vector<std::string>> blocks;
+  bool inside = false;
+  for (const std::string& line : LINES_OF(path)) {
+    if (line == "```text") blocks.emplace_back();
+    if (inside && line != "```") blocks.back().push_back(line);
+    inside = line == "```text" || (inside && line != "```");
+  }
+  return blocks;
+}
+
+TEST(README, SHOWS_WHAT_THE_PROGRAM_SAYS) {
+  const std::vector<std::string> said = LINES_OF(dialogues / "readme.txt");
+  const auto blocks = TEXT_BLOCKS(source / "README.md");
+  EXPECT_EQ(blocks.size(), 2u);
+  for (const auto& block : blocks)
+    EXPECT_NE(std::search(said.begin(), said.end(), block.begin(), block.end()), said.end())
+        << "the session that begins " << block.front();
+}
 
 }  // namespace
