@@ -33,7 +33,8 @@ struct SPREAD {
   double SUM_SQ = 0.0;
   int N = 0;
 
-  void ADD(double value) {
+  void ADD(float deviate) {
+    const auto value = static_cast<double>(deviate);
     SUM += value;
     SUM_SQ += value * value;
     ++N;
