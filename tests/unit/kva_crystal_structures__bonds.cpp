@@ -162,10 +162,11 @@ TEST(MEASURING, THE_REFERENCE_MATCHES_ITSELF) {
   EXPECT_EQ(quartz.BOND_CEN(1, CENTRE_ATOM), 1.0f);
   EXPECT_FLOAT_EQ(quartz.BOND_CEN(1, CENTRE_SYMCODE), 1.555f);
   const std::vector<float> lengths = LENGTHS(quartz, 1);
-  // Published for these parameters (L. Levien, C. T. Prewitt and D. J. Weidner, American
-  // Mineralogist 65 (1980) 920-930): 1.605 and 1.614.
-  EXPECT_NEAR(lengths[0], 1.605f, 0.002f);
-  EXPECT_NEAR(lengths[3], 1.614f, 0.002f);
+  // From an independent calculation with these parameters: 1.60403, 1.60405, 1.61304, 1.61307.
+  EXPECT_NEAR(lengths[0], 1.60403f, 0.00002f);
+  EXPECT_NEAR(lengths[1], 1.60405f, 0.00002f);
+  EXPECT_NEAR(lengths[2], 1.61304f, 0.00002f);
+  EXPECT_NEAR(lengths[3], 1.61307f, 0.00002f);
   for (int j = 1; j <= 4; ++j) EXPECT_GT(quartz.BONDS(1, j, BOND_LENGTH_STD), 0.0f);
 }
 

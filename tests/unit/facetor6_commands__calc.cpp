@@ -1,0 +1,154 @@
+// CALC: its menu, its messages, and what makes no difference to a table of bond lengths.
+#include "src/facetor6_calc/calc.h"
+
+#include "console__dialogue.h"
+#include "src/facetor6_console/parameters.h"
+#include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_console/valence_table.h"
+#include "src/facetor6_list/list.h"
+#include "structures.h"
+
+using namespace FACETOR_CALC;
+using namespace FACETOR_CONSOLE;
+using namespace STRUCTURES;
+
+namespace {
+
+class CALCULATION : public CONSOLE_TESTS::CONSOLE_TEST {
+ protected:
+  void SetUp() override {
+    CONSOLE_TEST::SetUp();
+    INIT_PHASE_LIST();
+    RUN = RUN_PARAMETERS{};
+    CLEAR_FACETOR_VALENCE();
+    SET_DEFAULT_CHARGES();
+  }
+
+  static void ADD(const CRYSTAL_STRUCTURE_TYPE& phase) {
+    STRUCTURE_LIST newx;
+    newx.ADD(phase);
+    bool error = false;
+    ADD_PHASE_LIST(newx, 1, error);
+    SET_ALLATOM_MULTIP(PHASE(NPHASES));
+  }
+
+  // Rows of the bond table of the first atom, without the line starts.
+  std::vector<std::string> ROWS() {
+    std::istringstream said(SAID("", [] { FACETOR_LIST::FACETOR_LIST_BONDS(1, "ESD"); }));
+    std::vector<std::string> rows;
+    for (std::string line; std::getline(said, line);)
+      if (line.size() > 44 && line[3] == ':') rows.push_back(line.substr(44));
+    return rows;
+  }
+};
+
+const std::vector<SITE> quartz{{"Si1", {0.4697f, 0, 0.66667f}, {0.0002f, 0, 0}},
+                               {"O1", {0.4135f, 0.2669f, 0.7858f}, {0.0003f, 0.0004f, 0.0002f}}};
+
+CRYSTAL_STRUCTURE_TYPE QUARTZ(const std::vector<SITE>& sites) {
+  return MADE({4.9137f, 4.9137f, 5.4047f}, {90, 90, 120}, "P 32 2 1", sites,
+              {0.0005f, 0.0005f, 0.0008f});
+}
+
+const std::string menu =
+    "\n     Possible selections for Calculations:\n      1: polyhedra and bonds\n      2: valences "
+    "of "
+    "bonds\n      0: Exit\n\n     Enter selection by number:";
+
+}  // namespace
+
+TEST_F(CALCULATION, NEEDS_BLOCKS_AND_ATOMS) {
+  EXPECT_EQ(SAID("", RUN_FACETOR_CALC), "\n*****WARNING: No datablocks with use flags set!\n\n");
+  ADD(MADE({5, 5, 5}, {90, 90, 90}, "P 1", {}));
+  CONSOLE_TESTS::PEND("poly");
+  EXPECT_EQ(SAID("", RUN_FACETOR_CALC),
+            "\n*****WARNING: There are no atoms in the reference block: no bond lengths can be "
+            "calculated\n\n");
+  CONSOLE_TESTS::PEND("val");
+  EXPECT_EQ(SAID("", RUN_FACETOR_CALC),
+            "\n*****WARNING: There are no atoms in the reference block: no bond valences can be "
+            "calculated\n\n");
+}
+
+TEST_F(CALCULATION, VALENCES_NEED_BONDS_AND_THE_MENU_COMES_BACK) {
+  ADD(QUARTZ(quartz));
+  CONSOLE_TESTS::PEND("val");
+  EXPECT_EQ(SAID("0\n", RUN_FACETOR_CALC),
+            "\n*****WARNING: No bond lengths have been calculated: use option 1 to calculate bond "
+            "lengths\n\n" +
+                menu);
+}
+
+TEST_F(CALCULATION, THE_WHOLE_OF_OPTION_1) {
+  ADD(QUARTZ(quartz));
+  CONSOLE_TESTS::PEND("1");
+  const std::string said = SAID("poly\n1\n\n\n", RUN_FACETOR_CALC);
+  EXPECT_TRUE(said.starts_with(menu + "\n*****WARNING: Illegal value input, try again:\n\n"));
+  EXPECT_NE(
+      said.find("\n*************Bond lengths and angles limited by dmin and dmax in reference "
+                "structure ***************\n\n\n  For calculation of atom-atom distances:\n"),
+      std::string::npos);
+  EXPECT_NE(
+      said.find("\n\n     BONDS FROM CENTRAL ATOM Si1    (NAME IN REFERENCE BLOCK test block)\n"),
+      std::string::npos);
+  EXPECT_TRUE(
+      said.ends_with("\n******To see angles and other polyhedral parameters, use the list and "
+                     "table commands\n\n" +
+                     menu));
+}
+
+TEST_F(CALCULATION, TOO_MANY_NEIGHBOURS_ARE_REPORTED_AND_THE_RUN_GOES_ON) {
+  ADD(MADE({2.5f, 2.5f, 2.5f}, {90, 90, 90}, "P 1",
+           {{"Si1", {0, 0, 0}}, {"O1", {0.5f, 0.5f, 0.5f}}}));
+  RUN.BONDEX = {};
+  const std::string said = SAID("0.5 4.5\n", RUN_FACETOR_CALC_BONDS);
+  EXPECT_TRUE(said.ends_with(
+      "\n*****WARNING: Bond calculation error(s) for some atoms in reference phase.\n\n"
+      "     The warning message included: Too many distances around atom: try decreasing "
+      "dmax-dmin\n"));
+  EXPECT_EQ(PHASE(1).NBONDS(1), 20);
+}
+
+TEST_F(CALCULATION, UNUSED_BLOCKS_STAY_EMPTY_AND_OLD_RESULTS_GO) {
+  ADD(QUARTZ(quartz));
+  ADD(QUARTZ(quartz));
+  SAID("\n", RUN_FACETOR_CALC_BONDS);
+  EXPECT_EQ(PHASE(2).NBONDS(1), 4);
+  IUSE(2) = 0;
+  SAID("\n", RUN_FACETOR_CALC_BONDS);
+  EXPECT_EQ(PHASE(2).NBONDS(1), 0);
+  EXPECT_EQ(PHASE(1).NBONDS(1), 4);
+}
+
+TEST_F(CALCULATION, ANGLES_AND_POLYHEDRA_FOLLOW_IN_EVERY_USED_BLOCK) {
+  ADD(QUARTZ(quartz));
+  ADD(QUARTZ(quartz));
+  SAID("\n", RUN_FACETOR_CALC_BONDS);
+  for (int block = 1; block <= 2; ++block) {
+    EXPECT_EQ(PHASE(block).NANGLES(1), 6);
+    // A regular tetrahedron with the mean bond length 1.6085 has 8 r^3 / (9 sqrt 3) = 2.14.
+    EXPECT_NEAR(PHASE(block).POLYHEDRON(1, POLY_VOLUME), 2.14f, 0.02f);
+  }
+}
+
+// What makes no difference: order, labels, asymmetric unit, cells of the coordinates.
+TEST_F(CALCULATION, THE_SAME_STRUCTURE_WRITTEN_OTHERWISE_GIVES_THE_SAME_ROWS) {
+  ADD(QUARTZ(quartz));
+  ADD(QUARTZ({{"Ob", quartz[1].X, quartz[1].X_STD}, {"X", quartz[0].X, quartz[0].X_STD}}));
+  std::vector<SITE> moved = quartz;
+  for (SITE& site : moved) site.X = XTAL::ADD(site.X, {3, -2, 1});
+  ADD(QUARTZ(moved));
+  std::vector<SITE> other_unit = quartz;
+  // A two-fold axis that exchanges x and y, and their esds with them.
+  for (SITE& site : other_unit) {
+    const XTAL::SPACE_GROUP& group = PHASE(1).SPG;
+    for (int op = 1; op <= group.MULTIP; ++op)
+      if (group.SYMOPSYMB(op) == "y,x,-z") site.X = XTAL::APPLY_OP(group.SYMOP(op), site.X);
+    std::swap(site.X_STD[0], site.X_STD[1]);
+  }
+  ADD(QUARTZ(other_unit));
+  SAID("\n", RUN_FACETOR_CALC_BONDS);
+  const std::vector<std::string> rows = ROWS();
+  ASSERT_EQ(rows.size(), 4u);
+  for (const std::string& row : rows) EXPECT_EQ(row, rows[0]);
+}
