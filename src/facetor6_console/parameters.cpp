@@ -66,7 +66,7 @@ void WRITE_REFERENCE() {
 namespace {
 
 // Whether every centre and bond of the old reference is the same atom and bond, under the same
-// numbers, in the new one: then the tables are in order under it too.
+// numbers, in the new one: then the tables are in order under it too. Without results it is so.
 bool SAME_CENTRES_AND_BONDS(const CRYSTAL_STRUCTURE_TYPE& old_reference,
                             const CRYSTAL_STRUCTURE_TYPE& new_reference) {
   for (int a = 1; a <= old_reference.NATOMS; ++a) {
@@ -82,11 +82,10 @@ bool SAME_CENTRES_AND_BONDS(const CRYSTAL_STRUCTURE_TYPE& old_reference,
 }
 
 void CHANGE_REFERENCE(int block) {
-  const bool results = SUM_NBONDS(REFERENCE()) > 0;
   const bool same = SAME_CENTRES_AND_BONDS(REFERENCE(), PHASE(block));
   IREFERENCE = block;
   WRITE_REFERENCE();
-  if (results && !same) {
+  if (!same) {
     CLEAR_FACETOR_BONDS();
     WARNING("The atoms of the new reference block do not match: run calc poly again");
   } else if (RUN.LIST_SYMCODES) {

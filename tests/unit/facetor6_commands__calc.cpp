@@ -131,6 +131,109 @@ TEST_F(CALCULATION, ANGLES_AND_POLYHEDRA_FOLLOW_IN_EVERY_USED_BLOCK) {
   }
 }
 
+TEST_F(CALCULATION, WARNINGS_COME_BEFORE_THE_SETTINGS_AND_THE_QUESTION) {
+  ADD(QUARTZ(quartz));
+  ADD(QUARTZ({quartz[0], quartz[1], {"Qq", {0.1f, 0.1f, 0.1f}}}));
+  EXPECT_EQ(
+      SAID("\n", RUN_FACETOR_CALC_BONDS),
+      "\n*************Bond lengths and angles limited by dmin and dmax in reference structure "
+      "***************\n\n"
+      "\n*****WARNING: Different numbers of atoms in different data blocks: read output with "
+      "care!\n\n"
+      "\n*****WARNING: Some atoms are not recognised as elements: use AtomEdit to set "
+      "scattering factors\n\n"
+      "\n  For calculation of atom-atom distances:\n"
+      "     equiv same atom distances are EXCLUDED\n"
+      "     same element distances are EXCLUDED\n"
+      "     cation-cation distances are EXCLUDED\n"
+      "     anion-anion distances are EXCLUDED\n\n\n"
+      "\n        Current range of distances is:  0.01 to  2.20\n"
+      "\n      Input dmin and dmax for bond length calculation (blank for no change):"
+      "\n      Distance limits not changed\n");
+}
+
+TEST_F(CALCULATION, OPTION_1_SHOWS_THE_OPERATORS_WHEN_CODES_ARE_WANTED) {
+  ADD(MADE({9, 9, 9}, {90, 90, 90}, "P -1", {{"Si1", {0.1f, 0, 0}}, {"O1", {0.28f, 0, 0}}}));
+  const std::string sentence =
+      "\n     And these will be used in the symmetry codes for the ligands in these tables\n";
+  CONSOLE_TESTS::PEND("poly");
+  EXPECT_EQ(SAID("\n0\n", RUN_FACETOR_CALC).find(sentence), std::string::npos);
+  RUN.LIST_SYMCODES = true;
+  CONSOLE_TESTS::PEND("poly");
+  const std::string said = SAID("\n0\n", RUN_FACETOR_CALC);
+  EXPECT_NE(said.find("\n\n     The symmetry operators of the reference block (#1) are:\n"
+                      "       1:x,y,z\n"
+                      "       2:-x,-y,-z\n" +
+                      sentence),
+            std::string::npos)
+      << said;
+}
+
+TEST_F(CALCULATION, OPTION_1_TELLS_OF_DIFFERENT_COUNTS_AGAIN_AT_ITS_END) {
+  ADD(QUARTZ(quartz));
+  ADD(QUARTZ({quartz[0]}));
+  CONSOLE_TESTS::PEND("poly");
+  EXPECT_TRUE(SAID("\n0\n", RUN_FACETOR_CALC)
+                  .ends_with("\n******To see angles and other polyhedral parameters, use the list "
+                             "and table commands\n\n"
+                             "\n*****WARNING: Different numbers of atoms in different data blocks: "
+                             "read output with care!\n\n" +
+                             menu));
+}
+
+TEST_F(CALCULATION, A_SELECTION_BEYOND_THE_MENU_IS_REFUSED) {
+  ADD(QUARTZ(quartz));
+  EXPECT_EQ(SAID("3\n\n", RUN_FACETOR_CALC),
+            menu + "     Invalid input!\n\n     Enter selection by number:");
+}
+
+TEST_F(CALCULATION, ROWS_FOLLOW_THE_REFERENCE_BLOCK) {
+  ADD(QUARTZ(quartz));
+  ADD(QUARTZ({quartz[1], quartz[0]}));
+  IREFERENCE = 2;
+  SAID("\n", RUN_FACETOR_CALC_BONDS);
+  // Atom 1 of the reference is the oxygen, with 2 silicons; in block 1 it is atom 2.
+  for (int block = 1; block <= 2; ++block) {
+    EXPECT_EQ(PHASE(block).NBONDS(1), 2);
+    EXPECT_EQ(PHASE(block).NBONDS(2), 4);
+  }
+  EXPECT_EQ(PHASE(1).BONDS(1, 1, BOND_CENTRE), 2.0f);
+  EXPECT_EQ(PHASE(1).BONDS(1, 1, BOND_LIGAND), 1.0f);
+  EXPECT_EQ(PHASE(1).BOND_CEN(1, CENTRE_ATOM), 2.0f);
+}
+
+TEST_F(CALCULATION, CENTRES_THAT_ARE_ABSENT_OR_OMITTED_AND_LIGANDS_THAT_ARE_ABSENT) {
+  const std::vector<SITE> silica{
+      {"Si1", {0.1f, 0, 0}}, {"O1", {0.28f, 0, 0}}, {"O2", {0.1f, 0.18f, 0}}};
+  const auto in_p1 = [](const std::vector<SITE>& sites) {
+    return MADE({9, 9, 9}, {90, 90, 90}, "P 1", sites);
+  };
+  ADD(in_p1(silica));
+  ADD(in_p1({silica[0], {"O1", {0.6f, 0.6f, 0.6f}}, silica[2]}));
+  ADD(in_p1(silica));
+  ADD(in_p1({silica[0], silica[1]}));
+  PHASE(3).ATOM_USE(1) = ATOM_OMITTED;
+  SAID("\n", RUN_FACETOR_CALC_BONDS);
+  EXPECT_EQ(PHASE(2).NBONDS(2), NO_CENTRE);
+  EXPECT_EQ(PHASE(2).NBONDS(1), 1);
+  for (int j = 1; j <= 2; ++j) {
+    const bool is_o1 = PHASE(1).BONDS(1, j, BOND_LIGAND) == 2.0f;
+    EXPECT_EQ(PHASE(2).BONDS(1, j, BOND_CENTRE), is_o1 ? 0.0f : 1.0f) << "rows stay aligned";
+  }
+  EXPECT_EQ(PHASE(3).NBONDS(1), 0) << "omitted by the user, not absent";
+  EXPECT_EQ(PHASE(4).NBONDS(3), NO_CENTRE) << "a block with fewer atoms";
+  EXPECT_EQ(PHASE(4).NBONDS(1), 1);
+}
+
+TEST_F(CALCULATION, AN_OMITTED_ATOM_OF_THE_REFERENCE_IS_SKIPPED_EVERYWHERE) {
+  ADD(QUARTZ(quartz));
+  ADD(QUARTZ(quartz));
+  PHASE(1).ATOM_USE(1) = ATOM_OMITTED;
+  SAID("\n", RUN_FACETOR_CALC_BONDS);
+  for (int block = 1; block <= 2; ++block) EXPECT_EQ(PHASE(block).NBONDS(1), 0);
+  EXPECT_EQ(SUM_NBONDS(PHASE(1)), 0) << "an omitted silicon is no ligand either";
+}
+
 // What makes no difference: order, labels, asymmetric unit, cells of the coordinates.
 TEST_F(CALCULATION, THE_SAME_STRUCTURE_WRITTEN_OTHERWISE_GIVES_THE_SAME_ROWS) {
   ADD(QUARTZ(quartz));
