@@ -103,10 +103,10 @@ TEST_F(SITES, TEN_NAMES_A_LINE_EACH_IN_EIGHT_COLUMNS) {
   EXPECT_EQ(factors.size(), 45u);
   EXPECT_EQ(
       NAMES("scat"),
-      "  Site names and scattering factors in each block, in input order\n" + start_1 + "\n" + names +
-          "O1      O2      O3      O4      O5      O6      O7      O8      O9      O10\n" + factors +
-          "O       O       O       O       O       O       O       O       O       O\n" + names +
-          "O11     O12\n" + factors + "O       O\n");
+      "  Site names and scattering factors in each block, in input order\n" + start_1 + "\n" +
+          names + "O1      O2      O3      O4      O5      O6      O7      O8      O9      O10\n" +
+          factors + "O       O       O       O       O       O       O       O       O       O\n" +
+          names + "O11     O12\n" + factors + "O       O\n");
 }
 
 TEST_F(SITES, NAMES_OF_THE_LISTED_BLOCKS_OR_OF_ONE) {
@@ -156,7 +156,7 @@ TEST_F(SITES, COORDINATES_ARE_THOSE_NEAR_THE_REFERENCE_ATOM) {
                                start_2))
       << said;
   EXPECT_TRUE(said.ends_with(" Si1       (Si  )   0.10000   0.25000   0.30000 1.000\n")) << said;
-  const int op = said[said.size() - 54] - '0';
+  const int op = said[said.size() - 55] - '0';
   EXPECT_EQ(PHASE(2).SPG.SYMOPSYMB(op), "-y,x,z") << "the operator stands in column 45";
 }
 
@@ -168,8 +168,7 @@ TEST_F(SITES, COORDINATE_ESDS_ARE_THOSE_OF_THE_IMAGE) {
             head + " SITE      ATOM      X            Y            Z            OCC\n" +
                 esd_start_1 + si_by_1 + " 0.1000(2)    0.2500(5)    0.3000(7)    1.00000\n" +
                 ROWS(said, esd_start_2));
-  EXPECT_TRUE(
-      said.ends_with(" Si1       (Si  ) 0.1000(5)    0.2500(2)    0.3000(7)    1.00000\n"))
+  EXPECT_TRUE(said.ends_with(" Si1       (Si  ) 0.1000(5)    0.2500(2)    0.3000(7)    1.00000\n"))
       << said;
 }
 
@@ -179,8 +178,8 @@ TEST_F(SITES, AN_OPERATOR_ABOVE_NINE_IS_A_STAR) {
   };
   ADD("first", hexagonal({0.125f, 0.375f, 0.25f}));
   ADD("second", hexagonal({0.875f, 0.625f, 0.75f}));  // related by operator 13, -x,-y,-z
-  EXPECT_TRUE(XYZ().ends_with(start_2 +
-                              "* Si1       (Si  )   0.12500   0.37500   0.25000 1.000\n"));
+  EXPECT_TRUE(
+      XYZ().ends_with(start_2 + "* Si1       (Si  )   0.12500   0.37500   0.25000 1.000\n"));
 }
 
 TEST_F(SITES, DUPLICATES_FOLLOW_WITH_SYMBOL_AND_OCCUPANCY) {
@@ -189,18 +188,19 @@ TEST_F(SITES, DUPLICATES_FOLLOW_WITH_SYMBOL_AND_OCCUPANCY) {
   ASSERT_EQ(PHASE(1).ATOM_DUP(1, 1), 2);
   ASSERT_EQ(PHASE(1).ATOM_DUP(1, 2), 3);
   // Occupancy 93-98; symbols from 102 and 115, occupancies 106-111 and 119-124.
-  EXPECT_EQ(ROWS(XYZ(), head),
-            head + " SITE      ATOM     X         Y         Z       OCC     ATOM OCC     ATOM OCC\n" +
-                start_1 +
-                "1 Mg1       (Mg  )   0.10000   0.20000   0.30000 0.750   Fe   0.200   Mn   0.050\n" +
-                start_2 + "1 Mg1       (Mg  )   0.10000   0.20000   0.30000 0.750\n");
+  EXPECT_EQ(
+      ROWS(XYZ(), head),
+      head + " SITE      ATOM     X         Y         Z       OCC     ATOM OCC     ATOM OCC\n" +
+          start_1 +
+          "1 Mg1       (Mg  )   0.10000   0.20000   0.30000 0.750   Fe   0.200   Mn   0.050\n" +
+          start_2 + "1 Mg1       (Mg  )   0.10000   0.20000   0.30000 0.750\n");
   // With esds the occupancy has 102-114; symbols from 118 and 131.
   EXPECT_EQ(ROWS(XYZ("ESD"), head),
             head +
                 " SITE      ATOM      X            Y            Z            OCC         ATOM OCC"
                 "     ATOM OCC\n" +
                 esd_start_1 +
-                "1 Mg1       (Mg  ) 0.100000     0.200000     0.300000     0.75(3)         Fe   "
+                "1 Mg1       (Mg  ) 0.100000     0.200000     0.300000     0.75(3)        Fe   "
                 "0.200   Mn   0.050\n" +
                 esd_start_2 +
                 "1 Mg1       (Mg  ) 0.100000     0.200000     0.300000     0.75(3)\n");
@@ -277,7 +277,8 @@ TEST_F(SITES, U_AT_THE_POSITION_OF_THE_REFERENCE_ATOM) {
   // Six values of 10 columns from 63, Ueq 123-129, Beq 130-136.
   EXPECT_TRUE(said.starts_with(
       title +
-      " SITE      ATOM     U11       U22       U33       U12       U13       U23        Ueq  Beq\n" +
+      " SITE      ATOM     U11       U22       U33       U12       U13       U23        Ueq  "
+      "Beq\n" +
       start_1 + si_by_1 +
       "   0.01000   0.02000   0.03000   0.00400   0.00500   0.00600 0.0200  1.579\n" + start_2))
       << said;
@@ -301,13 +302,15 @@ TEST_F(SITES, U_AT_THE_POSITION_OF_THE_REFERENCE_ATOM) {
       << said;
 }
 
-// beta = 2 pi^2 U / 100 = 0.197392 U, in a cell of 10 angstroms; the esds, times 100000: 9.87, 7.90,
-// 11.84, 3.95, 13.82 and 5.92, of which what is left behind the digits rounds up.
+// beta = 2 pi^2 U / 100 = 0.197392 U, in a cell of 10 angstroms; the esds, times
+// 100000: 9.87, 7.90, 11.84, 3.95, 13.82 and 5.92, of which what is left behind the digits rounds
+// up.
 TEST_F(SITES, BETA_AT_THE_POSITION_OF_THE_REFERENCE_ATOM) {
   ADD_ROTATED_PAIR();
   std::string said = ADPS("BETA");
-  EXPECT_NE(said.find(head + " SITE      ATOM     b11       b22       b33       b12       b13       "
-                             "b23        Beq\n" +
+  EXPECT_NE(said.find(head +
+                      " SITE      ATOM     b11       b22       b33       b12       b13       "
+                      "b23        Beq\n" +
                       start_1 + si_by_1 +
                       "   0.00197   0.00395   0.00592   0.00079   0.00099   0.00118  1.579\n"),
             std::string::npos)
@@ -316,8 +319,9 @@ TEST_F(SITES, BETA_AT_THE_POSITION_OF_THE_REFERENCE_ATOM) {
       " Si1       (Si  )   0.00395   0.00197   0.00592  -0.00079  -0.00118   0.00099  1.579\n"))
       << said;
   said = ADPS("ESD, BETA");
-  EXPECT_NE(said.find(head + " SITE      ATOM      b11          b22          b33          b12       "
-                             "   b13          b23        Beq\n" +
+  EXPECT_NE(said.find(head +
+                      " SITE      ATOM      b11          b22          b33          b12       "
+                      "   b13          b23        Beq\n" +
                       esd_start_1),
             std::string::npos)
       << said;
@@ -334,14 +338,14 @@ TEST_F(SITES, ISOTROPIC_ATOMS_WITH_ESDS) {
   // A zero without an esd has five decimals; "1234.500" has 8 characters for the 6 columns 150-155.
   EXPECT_EQ(ROWS(ADPS("ESD, U"), esd_start_1),
             esd_start_1 + si_by_1 +
-                " 0.00000      0.00000      0.00000      0.00000      0.00000      0.00000       "
+                " 0.00000      0.00000      0.00000      0.00000      0.00000      0.00000      "
                 "0.013   ******\n");
 }
 
 TEST_F(SITES, A_TENSOR_VALUE_TOO_WIDE_IS_STARS) {
   ADD_TETRAGONAL("first", {0.1f, 0.25f, 0.3f});
   PHASE(1).ATOM(1).U[0] = 20000.0f;  // beta form: U11 is 20000 / 0.197392
-  EXPECT_EQ(ROWS(ADPS("BETA"), start_1),
-            start_1 + si_by_1 +
-                "**********   0.00395   0.00592   0.00079   0.00099   0.00118  1.579\n");
+  EXPECT_EQ(
+      ROWS(ADPS("BETA"), start_1),
+      start_1 + si_by_1 + "**********   0.00395   0.00592   0.00079   0.00099   0.00118  1.579\n");
 }
