@@ -49,9 +49,16 @@ mode_t MODE_OF(const std::string& path) {
   return new_file_mode & ~mask;
 }
 
-// For a folder that takes no new file while the file itself may be written.
+// A device or a pipe must not become a file.
+bool MAY_BE_REPLACED(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
+}
+
+// For a folder that takes no new file while the file itself may be written. A pipe that nobody
+// reads is not waited for.
 bool OVERWRITE(const std::string& path, std::string_view content) {
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor < 0) return false;
   const bool written = WRITE_ALL(descriptor, content) &&
                        ::ftruncate(descriptor, static_cast<off_t>(content.size())) == 0;
@@ -133,15 +140,17 @@ void RUN_COMMAND_LINE(const std::string& line) {
 
 bool REPLACE_FILE(const std::string& path, const std::string& content) {
   const std::string target = REAL_PATH(path);
+  if (!MAY_BE_REPLACED(target)) return OVERWRITE(target, content);
   std::string temporary = target + ".XXXXXX";
   const int descriptor = ::mkstemp(temporary.data());
   if (descriptor < 0) return OVERWRITE(target, content);
   const bool written = ::fchmod(descriptor, MODE_OF(target)) == 0 &&
                        WRITE_ALL(descriptor, content) && ::fsync(descriptor) == 0;
   const bool closed = ::close(descriptor) == 0;
-  if (written && closed && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
+  const bool complete = written && closed;
+  if (complete && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
   ::unlink(temporary.c_str());
-  return false;
+  return complete && OVERWRITE(target, content);
 }
 
 }  // namespace KVA_CONSOLE

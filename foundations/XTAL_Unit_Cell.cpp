@@ -205,4 +205,13 @@ float DISTANCE_FRAC(const VECTOR3& x_frac, const VECTOR3& y_frac, const CRYSTAL_
   return LENGTH(MULTIPLY(celda.CR_ORTH_CEL, SUBTRACT(y_frac, x_frac)));
 }
 
+bool IS_SENSIBLE(const CRYSTAL_CELL& cell) {
+  bool sensible = ERR_CRYS == 0 && std::isfinite(cell.CELLVOL) && cell.CELLVOL > 0.0f;
+  for (std::size_t k = 0; k < 3; ++k) {
+    sensible = sensible && cell.CELL[k] > 0.0f;
+    for (float element : cell.CR_ORTH_CEL[k]) sensible = sensible && std::isfinite(element);
+  }
+  return sensible;
+}
+
 }  // namespace XTAL

@@ -38,6 +38,10 @@ void SET_CELL_RECORD(const VECTOR3& cellv, const VECTOR3& angl, CRYSTAL_CELL& ce
 void SET_CELL_RECORD(const VECTOR3& cellv, const VECTOR3& angl, CRYSTAL_CELL& celda,
                      const std::string& cartype = " ");
 
+// Whether the last SET_CELL_RECORD succeeded and gave the cell positive lengths, a positive volume
+// and a finite frame.
+bool IS_SENSIBLE(const CRYSTAL_CELL& cell);
+
 // Fractional to Cartesian: z along c, y in the b-c plane, x along a*.
 void GET_CRYST_ORTHOG_MATRIX(const VECTOR3& cellv, const VECTOR3& angl, MATRIX3& m,
                              const std::string& cartype = " ");

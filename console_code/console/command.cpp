@@ -111,12 +111,21 @@ void RUN_SYSTEM_COMMAND(const std::string& line, std::string_view failure) {
   if (err) WARNING(failure);
 }
 
+// Opens a macro file. A file that the user keeps open stays what it is: one that is replayed is not
+// written to, one that is recorded is not replayed.
+void OPEN_MACRO(std::string_view control, int state) {
+  const bool opened = OPEN_MACRO_FILE(control);
+  if (opened)
+    MACRO_STATE = state;
+  else if (!MACRO_FILE.OPEN)
+    MACRO_STATE = 0;
+}
+
 void RECORD_MACRO() {
   WRITE_OUT("       Open a file to record the commands");
-  OPEN_MACRO_FILE("REPLACE CONFIRM");
-  MACRO_STATE = MACRO_FILE.OPEN ? -1 : 0;
-  WRITE_OUT(MACRO_FILE.OPEN ? "***** Macro recording intiated"
-                            : "***** Macro recording FAILED to be intiated");
+  OPEN_MACRO("REPLACE CONFIRM", -1);
+  WRITE_OUT(MACRO_STATE == -1 ? "***** Macro recording intiated"
+                              : "***** Macro recording FAILED to be intiated");
 }
 
 void END_MACRO() {
@@ -126,9 +135,14 @@ void END_MACRO() {
 }
 
 void REPLAY_MACRO() {
-  OPEN_MACRO_FILE("OLD READ");
-  MACRO_STATE = MACRO_FILE.OPEN ? 1 : 0;
-  WRITE_OUT(MACRO_FILE.OPEN ? "***** Running macro" : "***** Failed to start macro");
+  constexpr int longest_chain = 1000;
+  OPEN_MACRO("OLD READ", 1);
+  if (++MACRO_CHAIN > longest_chain) {
+    WRITE_OUT("***** These macros start one another without end");
+    CLOSE_FILE(MACRO_FILE);
+    MACRO_STATE = 0;
+  }
+  WRITE_OUT(MACRO_STATE == 1 ? "***** Running macro" : "***** Failed to start macro");
 }
 
 // Carries out a built-in other than those that end the caller's loop.

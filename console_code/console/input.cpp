@@ -70,6 +70,7 @@ std::string TAKE_WORD() {
 bool GET_INPUT_CMD(std::string_view prompt) {
   WRITE_CONSOLE(TRIM(prompt));
   const bool read = READ_CONSOLE(INSTRING);
+  MACRO_CHAIN = 0;
   CONTROL_TO_BLANKS(INSTRING);
   return read;
 }

@@ -63,13 +63,27 @@ bool NAME_IS_PENDING(const FILE_RECORD& file, const OPEN_REQUEST& request) {
   return INSTRING_LEN > 0;
 }
 
+std::string UNQUOTED(std::string_view typed) {
+  const std::string path = LEFT_ADJUST(typed);
+  const bool quoted = path.size() >= 2 && (path.front() == '"' || path.front() == '\'') &&
+                      path.back() == path.front();
+  return quoted ? LEFT_ADJUST(std::string_view(path).substr(1, path.size() - 2)) : path;
+}
+
+std::string HOME_EXPANDED(std::string path) {
+  std::string home;
+  if ((path == "~" || path.starts_with("~/")) && GET_ENVIRONMENT("HOME", home))
+    path.replace(0, 1, home);
+  return path;
+}
+
 // The pending text as a file name, blank when there is none in it. A name that must exist and
 // does not is tried with the extension, since its "." may be that of a folder: ../data/quartz
 std::string TAKE_NAME(const FILE_RECORD& file, const OPEN_REQUEST& request) {
-  std::string name = USER_PATH(INSTRING);
+  const std::string typed = UNQUOTED(INSTRING);
   CLEAR_INPUT();
-  if (name.empty()) return name;
-  name = WITH_EXTENSION(name, file.EXT);
+  if (typed.empty()) return "";
+  const std::string name = HOME_EXPANDED(WITH_EXTENSION(typed, file.EXT));
   if (request.MODE != OPEN_MODE::OLD || FILE_EXISTS(name)) return name;
   if (FILENAME(name).find('.') != std::string::npos) return name;
   const std::string extended = name + "." + file.EXT;
@@ -127,6 +141,7 @@ bool ACCESS_GRANTED(const FILE_RECORD& file, const std::string& name, bool to_re
 bool OPEN_NAMED_FILE(FILE_RECORD& file, const std::string& name, const OPEN_REQUEST& request) {
   UNIT_MODE unit_mode = UNIT_MODE::OLD;
   if (!MODE_ALLOWS(request.MODE, name, unit_mode)) return false;
+  file.MADE = !FILE_EXISTS(name);
   if (OPEN_NAMED_UNIT(file.UNIT, name, unit_mode) != 0) {
     WRITE_OUT("Error trying to open file " + file.DESCRIPTOR, "NOLOG");
     WRITE_OUT("Named " + name + " try again", "NOLOG");
@@ -139,6 +154,7 @@ bool OPEN_NAMED_FILE(FILE_RECORD& file, const std::string& name, const OPEN_REQU
 // name is our own copy: a log that cannot be written loses its name while it is reported.
 void REPORT_OPEN(const FILE_RECORD& file, const std::string& name) {
   WRITE_OUT_BLANK(1);
+  if (!file.OPEN) return;
   WRITE_OUT("Successfully opened " + file.DESCRIPTOR);
   WRITE_OUT("Named " + name);
   WRITE_OUT_BLANK(1);
@@ -147,14 +163,7 @@ void REPORT_OPEN(const FILE_RECORD& file, const std::string& name) {
 }  // namespace
 
 std::string USER_PATH(std::string_view typed) {
-  std::string path = LEFT_ADJUST(typed);
-  const bool quoted = path.size() >= 2 && (path.front() == '"' || path.front() == '\'') &&
-                      path.back() == path.front();
-  if (quoted) path = LEFT_ADJUST(std::string_view(path).substr(1, path.size() - 2));
-  std::string home;
-  if ((path == "~" || path.starts_with("~/")) && GET_ENVIRONMENT("HOME", home))
-    path.replace(0, 1, home);
-  return path;
+  return HOME_EXPANDED(UNQUOTED(typed));
 }
 
 std::string WITH_EXTENSION(const std::string& name, std::string_view ext) {
@@ -165,10 +174,10 @@ void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std:
   GET_INPUT("     " + TRIM(word) + " " + TRIM(descriptor) + " (*." + TRIM(ext) + "):");
 }
 
-void OPEN_FILE(FILE_RECORD& file, std::string_view control) {
+bool OPEN_FILE(FILE_RECORD& file, std::string_view control) {
   const OPEN_REQUEST request = READ_CONTROL(control);
   WRITE_OUT_BLANK(1);
-  if (KEEP_OPEN_FILE(file)) return;
+  if (KEEP_OPEN_FILE(file)) return false;
   while (NAME_IS_PENDING(file, request)) {
     const std::string name = TAKE_NAME(file, request);
     if (name.empty()) {
@@ -178,10 +187,11 @@ void OPEN_FILE(FILE_RECORD& file, std::string_view control) {
       file.OPEN = true;
       file.SHORT_NAME = FILENAME(name);
       REPORT_OPEN(file, name);
-      return;
+      return file.OPEN;
     }
     CLEAR_INPUT();
   }
+  return false;
 }
 
 // ---- the console's own files ----
@@ -196,11 +206,11 @@ void OPEN_LOG_FILE() {
   if (LOG_FILE.OPEN) WRITE_HEADER("logonly");
 }
 
-void OPEN_MACRO_FILE(std::string_view control) {
+bool OPEN_MACRO_FILE(std::string_view control) {
   MACRO_FILE.DESCRIPTOR = "file for macros";
   MACRO_FILE.UNIT = MACRO_UNIT;
   MACRO_FILE.EXT = "mcr";
-  OPEN_FILE(MACRO_FILE, control);
+  return OPEN_FILE(MACRO_FILE, control);
 }
 
 }  // namespace KVA_CONSOLE

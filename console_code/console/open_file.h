@@ -10,8 +10,8 @@ namespace KVA_CONSOLE {
 
 // Opens a file named by the pending text or by a prompt, and asks again until it is open or no
 // name is given. Words in control: "APPEND", "NEW", "OLD", "REPLACE", "CONF", "SAVE", "READ".
-// file.OPEN tells the result.
-void OPEN_FILE(KVA_UTILITIES::FILE_RECORD& file, std::string_view control = "");
+// True when this call opened the file; file.OPEN is true as well when one was kept open.
+bool OPEN_FILE(KVA_UTILITIES::FILE_RECORD& file, std::string_view control = "");
 
 // Asks for a file name. A blank answer means none.
 void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std::string_view ext);
@@ -19,7 +19,7 @@ void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std:
 void OPEN_LOG_FILE();
 
 // Opens the macro file, control as for OPEN_FILE.
-void OPEN_MACRO_FILE(std::string_view control);
+bool OPEN_MACRO_FILE(std::string_view control);
 
 // The path that a typed name means: without quotes around it, "~" as the home directory.
 std::string USER_PATH(std::string_view typed);

@@ -160,8 +160,10 @@ void WARNING(std::string_view text, std::string_view control) {
 
 void WRITE_WDIR(std::string_view control) {
   int ierr = 0;
-  const std::string directory = GET_PARAM("WDIR", ierr);
-  if (ierr == 0) WRITE_OUT("|    Current working directory is now: " + directory + "|", control);
+  GET_PARAM("WDIR", ierr);
+  // The entry may hold another directory, when the name of this one is too long for it.
+  if (ierr == 0)
+    WRITE_OUT("|    Current working directory is now: " + GET_DIRECTORY() + "|", control);
 }
 
 void WRITE_HEADER(std::string_view control) {

@@ -62,10 +62,10 @@ std::string OPEN_INI(int& ierr) {
   const std::string path = root + PROGRAM_INI_FILE;
   ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::OLD);
   if (ierr != ENOENT) return path;
-  ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::NEW);
-  if (ierr != ENOENT) return path;
   MAKE_SETTINGS_FOLDER(path, below_home);
   ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::NEW);
+  // Another program may have made the file in between.
+  if (ierr == EEXIST) ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::OLD);
   return path;
 }
 
@@ -129,9 +129,7 @@ void FORGET_PARAM(std::string_view key) {
 
 // What is shown as working directory must be where we are, also when no directory was restored.
 void SHOW_REAL_DIRECTORY() {
-  if (FIND_PARAM(directory_key) == 0) return;
-  FORGET_PARAM(directory_key);
-  STORE_PARAM(directory_key, GET_DIRECTORY());
+  if (FIND_PARAM(directory_key) > 0) STORE_PARAM(directory_key, GET_DIRECTORY());
 }
 
 // Relative names in a script mean the folder where the program was started, unless the user has

@@ -41,6 +41,7 @@ inline int SYSTEM_MODE = 0;          // 1 while lines go to the operating system
 
 // ---- macro, log, reserved commands, mode ----
 inline int MACRO_STATE = 0;  // 0 none, 1 replaying, -1 recording
+inline int MACRO_CHAIN = 0;  // macros started since the user last typed a line
 inline FILE_RECORD MACRO_FILE;
 inline FILE_RECORD LOG_FILE;
 inline bool RESERVED_ON = false;  // reserved commands are open

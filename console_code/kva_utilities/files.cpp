@@ -21,8 +21,16 @@ struct CLOSE_STREAM {
 };
 using STREAM = std::unique_ptr<std::FILE, CLOSE_STREAM>;
 
+// What tells one file from another, whatever it is called. Devices and pipes may be shared.
+struct FILE_IDENTITY {
+  bool REGULAR = false;
+  dev_t DEVICE = 0;
+  ino_t NODE = 0;
+};
+
 struct OPENED_UNIT {
   STREAM FILE;
+  FILE_IDENTITY IDENTITY;
   bool READABLE = false;
   bool WRITABLE = false;
   bool AT_START = true;  // no line has been read yet
@@ -31,6 +39,26 @@ struct OPENED_UNIT {
 std::map<int, OPENED_UNIT>& UNITS() {
   static std::map<int, OPENED_UNIT> units;
   return units;
+}
+
+constexpr int reading_unit = -1;  // of READ_FILE, which may read what another unit has open
+
+FILE_IDENTITY IDENTITY_OF(const std::string& name) {
+  struct stat status {};
+  if (::stat(name.c_str(), &status) != 0) return {};
+  return {S_ISREG(status.st_mode), status.st_dev, status.st_ino};
+}
+
+// Two units that write to one file would destroy each other's lines.
+bool IN_USE_ELSEWHERE(int unit, const std::string& name) {
+  const FILE_IDENTITY wanted = IDENTITY_OF(name);
+  if (!wanted.REGULAR || unit == reading_unit) return false;
+  for (const auto& [other, opened] : UNITS()) {
+    const FILE_IDENTITY& held = opened.IDENTITY;
+    if (other != unit && held.REGULAR && held.DEVICE == wanted.DEVICE && held.NODE == wanted.NODE)
+      return true;
+  }
+  return false;
 }
 
 // One way to open a file, and the stream's mode for it.
@@ -87,10 +115,13 @@ int OPEN_AS_ALLOWED(const std::string& name, int flags, OPENED_UNIT& opened) {
 int OPEN_UNIT(int unit, const std::string& name, UNIT_MODE mode) {
   CLOSE_UNIT(unit);
   if (IS_DIRECTORY(name)) return EISDIR;
+  if (IN_USE_ELSEWHERE(unit, name)) return EBUSY;
   OPENED_UNIT opened;
   const int error = OPEN_AS_ALLOWED(name, MODE_FLAGS(mode), opened);
-  if (error == 0) UNITS()[unit] = std::move(opened);
-  return error;
+  if (error != 0) return error;
+  opened.IDENTITY = IDENTITY_OF(name);
+  UNITS()[unit] = std::move(opened);
+  return 0;
 }
 
 void CLOSE_UNIT(int unit) {
@@ -115,9 +146,11 @@ void DROP_BYTE_ORDER_MARK(std::string& line) {
   if (line.starts_with(mark)) line.erase(0, mark.size());
 }
 
-// Next line of the stream without its end, in bounded memory.
+// Next line of the stream without its end, in bounded memory. A device may never end a line.
 READ_STATUS READ_LINE(std::FILE* stream, std::string& line) {
   constexpr std::size_t kept = LINE_LENGTH + 4;  // a mark, and a character that the cut may split
+  constexpr long longest = 1L << 28;             // bytes
+  long read = 0;
   line.clear();
   bool carriage_return = false;  // the last byte, held back until it is known to end no line
   int c = std::getc(stream);
@@ -126,6 +159,7 @@ READ_STATUS READ_LINE(std::FILE* stream, std::string& line) {
     if (carriage_return && line.size() < kept) line += '\r';
     carriage_return = c == '\r';
     if (!carriage_return && line.size() < kept) line += static_cast<char>(c);
+    if (++read == longest) return READ_STATUS::FAILED;
   }
   if (carriage_return && c == EOF && line.size() < kept) line += '\r';
   return READ_STATUS::LINE;
@@ -181,16 +215,10 @@ std::string CUT_LINE(std::string_view line) {
 
 namespace {
 
-constexpr int reading_unit = -1;  // no unit of the program has this number
-
-bool IS_REGULAR_FILE(const std::string& name) {
-  struct stat status {};
-  return ::stat(name.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
 // All lines of the file; false when it cannot be opened.
 bool READ_LINES(const std::string& name, FILE_LINES& flines, bool& failed) {
-  if (!IS_REGULAR_FILE(name) || OPEN_UNIT(reading_unit, name, UNIT_MODE::OLD) != 0) return false;
+  if (!IDENTITY_OF(name).REGULAR || OPEN_UNIT(reading_unit, name, UNIT_MODE::OLD) != 0)
+    return false;
   std::string line;
   READ_STATUS status = READ_UNIT(reading_unit, line);
   for (; status == READ_STATUS::LINE; status = READ_UNIT(reading_unit, line)) flines.ADD(line);

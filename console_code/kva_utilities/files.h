@@ -19,6 +19,7 @@ struct FILE_RECORD {
   std::string DESCRIPTOR;  // words for messages, such as "Log file"
   int UNIT = 0;            // unit number
   bool OPEN = false;       // file is open
+  bool MADE = false;       // it did not exist before it was opened
   std::string EXT;         // default extension, 3 characters
   std::string SHORT_NAME;  // name after the last separator
 };
@@ -29,7 +30,7 @@ enum class UNIT_MODE { OLD, NEW, APPEND, REPLACE };
 
 // Opens the file on the unit; a unit in use is closed first. OLD asks for an existing file, for
 // reading and writing as far as the system lets, positioned at its start. Returns 0 or the
-// system's error number. Directories are refused.
+// system's error number. Directories are refused, and files that another unit has open.
 int OPEN_UNIT(int unit, const std::string& name, UNIT_MODE mode);
 void CLOSE_UNIT(int unit);
 bool UNIT_READABLE(int unit);

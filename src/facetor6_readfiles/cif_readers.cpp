@@ -177,4 +177,18 @@ void READ_CIF_SYMM(const FILE_LINES& flines, int start, int end, std::vector<std
   }
 }
 
+void READ_BARE_OPERATORS(const FILE_LINES& flines, int start, int end,
+                         std::vector<std::string>& symm) {
+  symm.clear();
+  std::string text;
+  const int name_line = FIND_OPERATORS(flines, start, end, text);
+  if (name_line == 0) return;
+  for (int line = name_line + 1; line <= std::min(end, flines.COUNT()); ++line) {
+    text = LEFT_ADJUST(flines(line));
+    if (std::count(text.begin(), text.end(), ',') != 2) return;
+    const std::size_t number = text.find_first_not_of("0123456789");
+    symm.push_back(text[number] == ' ' ? text.substr(number) : text);
+  }
+}
+
 }  // namespace FACETOR_READFILES

@@ -1,6 +1,6 @@
 // Every block of a CIF as a phase record.
 #include <algorithm>  // for max
-#include <cmath>      // for abs, isfinite
+#include <cmath>      // for abs
 #include <string>
 #include <vector>
 
@@ -42,22 +42,13 @@ void READ_TITLE(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_
   phase.BLOCK_TITLE = CUT_TEXT(line.substr(line.find('_') + 1), title_length);
 }
 
-bool IS_SENSIBLE(const XTAL::CRYSTAL_CELL& cell) {
-  bool sensible = XTAL::ERR_CRYS == 0 && std::isfinite(cell.CELLVOL) && cell.CELLVOL > 0.0f;
-  for (std::size_t k = 0; k < 3; ++k) {
-    sensible = sensible && cell.CELL[k] > 0.0f;
-    for (float element : cell.CR_ORTH_CEL[k]) sensible = sensible && std::isfinite(element);
-  }
-  return sensible;
-}
-
 void READ_CELL(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   std::array<float, 6> v{};
   std::array<float, 6> s{};
   READ_CIF_CELL(flines, block.START, block.END, v, s);
   XTAL::SET_CELL_RECORD({v[0], v[1], v[2]}, {v[3], v[4], v[5]}, phase.CELL, " ", {s[0], s[1], s[2]},
                         {s[3], s[4], s[5]});
-  if (IS_SENSIBLE(phase.CELL)) return;
+  if (XTAL::IS_SENSIBLE(phase.CELL)) return;
   WARNING("Bad cell parameters " + BLOCK_WORDS(block));
   XTAL::SET_CELL_RECORD({1.0f, 1.0f, 1.0f}, {90.0f, 90.0f, 90.0f}, phase.CELL);
 }
@@ -118,6 +109,19 @@ void WARN_OF_NO_SYMMETRY(const BLOCK& block, bool compact) {
                    : ", neither operators nor HM symbol, space group set to P1"));
 }
 
+// Operators without quotes are not read. That does no harm while the symbol says the same.
+void WARN_OF_BARE_OPERATORS(const FILE_LINES& flines, const BLOCK& block,
+                            const XTAL::SPACE_GROUP& from_symbol) {
+  std::vector<std::string> operators;
+  READ_BARE_OPERATORS(flines, block.START, block.END, operators);
+  if (operators.empty()) return;
+  XTAL::SPACE_GROUP group;
+  XTAL::SET_SPACEGROUP("", group, operators, "GEN");
+  if (XTAL::ERR_SYMM || XTAL::SPGR_EQUAL(from_symbol, group)) return;
+  WARNING("The operators in CIF block #" + INTEGER_COLUMNS(block.NUMBER, 3) +
+          " are not read, as they are not in quotes, but they do not agree with the HM symbol");
+}
+
 // The operators win over the symbol where the two differ; a symbol alone is enough.
 void READ_SPACE_GROUP(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   bool compact = false;
@@ -129,7 +133,8 @@ void READ_SPACE_GROUP(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRU
     XTAL::SET_SPACEGROUP("P 1", phase.SPG);
     return;
   }
-  if (!has_operators || (has_symbol && XTAL::SPGR_EQUAL(phase.SPG, from_operators))) return;
+  if (!has_operators) return WARN_OF_BARE_OPERATORS(flines, block, phase.SPG);
+  if (has_symbol && XTAL::SPGR_EQUAL(phase.SPG, from_operators)) return;
   if (has_symbol)
     WARNING("HM symbol in CIF block #" + INTEGER_COLUMNS(block.NUMBER, 3) +
             ", does not agree with operators, space group set to " + from_operators.SPG_SYMB +
@@ -144,19 +149,25 @@ void REPORT_ATOMS(bool raised, const std::string& message, const BLOCK& block) {
   if (raised && INDEXALL(message, "aniso") == 0) WARNING(TRIM(message) + " " + BLOCK_WORDS(block));
 }
 
+// The loop of displacement parameters is taken for that of the sites when it comes first.
+void WARN_OF_LOOP_ORDER(const FILE_LINES& flines, const BLOCK& block) {
+  const int first = FINDLINE(flines, "_atom_site_", block.START, block.END);
+  if (first == 0 || !BEGINS_WITH(flines(first), "_atom_site_aniso_")) return;
+  if (FINDLINE(flines, "_atom_site_fract_", first, block.END) == 0) return;
+  WARNING("The loop of displacement parameters stands before that of the sites " +
+          BLOCK_WORDS(block) + ": the atoms are not read rightly");
+}
+
 void READ_ATOMS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   LIST<ATOM_TYPE> atoms;
   int natoms = 0;
   READ_CIF_ATOMARRAY(flines, block.START, block.END, atoms, natoms);
   REPORT_ATOMS(WARN_KVACIF, WARN_KVACIF_MESS, block);
   REPORT_ATOMS(ERR_KVACIF, ERR_KVACIF_MESS, block);
-  if (natoms > CAPACITY(phase)) EXPAND_NATOMS(phase, natoms);
-  phase.NATOMS = natoms;
-  for (int i = 1; i <= natoms; ++i) {
-    phase.ATOM(i) = atoms(i);
+  WARN_OF_LOOP_ORDER(flines, block);
+  STORE_ATOMS(atoms, natoms, phase);
+  for (int i = 1; i <= natoms; ++i)
     if (phase.ATOM(i).OCC < TINY_REAL) phase.ATOM(i).OCC = 1.0f;
-    phase.ATOM_USE(i) = ATOM_USED;
-  }
 }
 
 void READ_BLOCK(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
@@ -170,6 +181,15 @@ void READ_BLOCK(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_
 }
 
 }  // namespace
+
+void STORE_ATOMS(const LIST<ATOM_TYPE>& atoms, int natoms, CRYSTAL_STRUCTURE_TYPE& phase) {
+  if (natoms > CAPACITY(phase)) EXPAND_NATOMS(phase, natoms);
+  phase.NATOMS = natoms;
+  for (int i = 1; i <= natoms; ++i) {
+    phase.ATOM(i) = atoms(i);
+    phase.ATOM_USE(i) = ATOM_USED;
+  }
+}
 
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks) {
   constexpr int many_blocks = 10;

@@ -71,7 +71,7 @@ int CHOOSE_FILE(FILE_RECORD& file) {
     const int type = GET_LIST_SELECTION("File type", type_menu);
     if (type <= 0) return 0;
     const auto entry = static_cast<std::size_t>(type - 1);
-    if (type != CIF_FILE) {
+    if (type != CIF_FILE && type != CRYSTAL_FILE) {
       WRITE_OUT("|*****Reading of " + std::string(type_menu[entry]) + " file not yet available");
       continue;
     }
@@ -109,11 +109,22 @@ void SHOW_LOADED() {
   EQUAL_ATOMS();
 }
 
+// The blocks of the lines, by the type of the file; name is what a file without titles is called.
+void READ_BLOCKS(int type, const std::string& name, FILE_LINES& flines, STRUCTURE_LIST& newx,
+                 int& nblocks) {
+  if (type == CIF_FILE) return READ_CIF_TO_LIST(flines, newx, nblocks);
+  constexpr int title_length = 80;
+  READ_OUT_FILE(flines, newx, nblocks);
+  if (nblocks > 0) newx(1).BLOCK_TITLE = CUT_TEXT(name, title_length);
+}
+
 }  // namespace
 
 void READ_PHASE_FROM_FILE() {
   FILE_RECORD file;
-  if (CHOOSE_FILE(file) == 0) return;
+  const int type = CHOOSE_FILE(file);
+  if (type == 0) return;
+  const std::string name = FILENAME(file.NAME, "NOEXT");
   FILE_LINES flines;
   std::string message;
   READ_FILE(file, flines, message);
@@ -125,7 +136,7 @@ void READ_PHASE_FROM_FILE() {
   }
   STRUCTURE_LIST newx;
   int nblocks = 0;
-  READ_CIF_TO_LIST(flines, newx, nblocks);
+  READ_BLOCKS(type, name, flines, newx, nblocks);
   if (nblocks == 0) return WARNING("     No crystal structures were read from this file");
   if (newx.COUNT() < nblocks) WARNING("More crystal structures in file than capacity of arrays");
   if (OFFER_BLOCKS(newx, nblocks)) SHOW_LOADED();

@@ -21,6 +21,14 @@ void READ_PHASE_FROM_FILE();
 // Every block of a CIF into newx; nblocks receives their count.
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
 
+// The text output of a run of the CRYSTAL program as one record; nblocks becomes 1. Asks for the
+// space group when the file does not tell it.
+void READ_OUT_FILE(const FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
+
+// Puts the first natoms atoms into the record, all in use.
+void STORE_ATOMS(const LIST<KVA_CRYSTAL_STRUCTURES::ATOM_TYPE>& atoms, int natoms,
+                 KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase);
+
 // Repairs a symbol of four one-character parts, "Pnma" to "P n m a"; flag is cleared then.
 void FIX_SPACEGROUP(std::string& symbol, bool& flag);
 
@@ -31,5 +39,9 @@ void READ_CIF_TEMP(const FILE_LINES& flines, int start, int end, float& t, float
 void READ_CIF_PRESSURE(const FILE_LINES& flines, int start, int end, float& p, float& sigp);  // GPa
 void READ_CIF_HM(const FILE_LINES& flines, int start, int end, std::string& symbol);
 void READ_CIF_SYMM(const FILE_LINES& flines, int start, int end, std::vector<std::string>& symm);
+// Operators that stand without quotes, each on a line, with or without a number before it. They
+// are not what a block is read with.
+void READ_BARE_OPERATORS(const FILE_LINES& flines, int start, int end,
+                         std::vector<std::string>& symm);
 
 }  // namespace FACETOR_READFILES

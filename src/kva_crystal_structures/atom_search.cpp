@@ -215,16 +215,42 @@ void SET_ALLATOM_MULTIP(CRYSTAL_STRUCTURE_TYPE& phase) {
   for (int i = 1; i <= phase.NATOMS; ++i) SET_ATOM_MULTIP(phase, i);
 }
 
+namespace {
+
+// How far v is from whole cells: the sum over the components.
+float OFF_LATTICE(const VECTOR3& v) {
+  float sum = 0.0f;
+  for (float component : v) sum += std::abs(component - std::round(component));
+  return sum;
+}
+
+VECTOR3 DIFFERENCE(const VECTOR3& a, const VECTOR3& b) {
+  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+}
+
+}  // namespace
+
 float SYMMETRY_CODE(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op, const VECTOR3& x_frac) {
-  const VECTOR3 image = XTAL::APPLY_OP(phase.SPG.SYMOP(op), phase.ATOM(i).X);
+  // The search numbers the operators without centring; the copies of each stand in the list at
+  // equal distances.
+  const XTAL::SPACE_GROUP& group = phase.SPG;
+  const int step = group.MULTIP / std::max(group.NUMLAT, 1);
+  int code_op = op;
+  VECTOR3 shift = DIFFERENCE(x_frac, XTAL::APPLY_OP(group.SYMOP(op), phase.ATOM(i).X));
+  for (int copy = op + step; step > 0 && copy <= group.MULTIP; copy += step) {
+    const VECTOR3 other = DIFFERENCE(x_frac, XTAL::APPLY_OP(group.SYMOP(copy), phase.ATOM(i).X));
+    if (!(OFF_LATTICE(other) < OFF_LATTICE(shift))) continue;
+    code_op = copy;
+    shift = other;
+  }
   std::array<int, 3> t{};
   for (std::size_t k = 0; k < 3; ++k) {
-    const float cells = std::round(x_frac[k] - image[k]);
+    const float cells = std::round(shift[k]);
     t[k] = std::isfinite(cells) && std::abs(cells) < 1000.0f ? static_cast<int>(cells) : 1000;
   }
   std::string text;
   float code = 0.0f;
-  XTAL::WRITE_SYMTRANS_CODE(op, t, text, code);
+  XTAL::WRITE_SYMTRANS_CODE(code_op, t, text, code);
   return code;
 }
 

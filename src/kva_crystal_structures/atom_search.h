@@ -52,8 +52,9 @@ std::vector<int> FIND_ALLATOMS_BY_NAME(const CRYSTAL_STRUCTURE_TYPE& phase, std:
 void SET_ATOM_MULTIP(CRYSTAL_STRUCTURE_TYPE& phase, int i);
 void SET_ALLATOM_MULTIP(CRYSTAL_STRUCTURE_TYPE& phase);
 
-// Nearest whole-cell translations that take operator op on atom i to x_frac, as a symmetry code
-// number such as 3.655.
+// Symmetry code of x_frac, an image of atom i by operator op, a lattice vector included: the number
+// of the operator among all of the group (centring copies too) and whole-cell translations, such
+// as 3.655.
 float SYMMETRY_CODE(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op, const VECTOR3& x_frac);
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

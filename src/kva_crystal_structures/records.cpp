@@ -2,7 +2,8 @@
 #include "src/kva_crystal_structures/records.h"
 
 #include <algorithm>  // for max
-#include <numeric>    // for accumulate
+#include <exception>
+#include <numeric>  // for accumulate
 
 #include "console_code/kva_utilities/text.h"
 
@@ -151,8 +152,13 @@ void ALLOCATE_CRYSTAL_STRUCTURE_LIST(STRUCTURE_LIST& list, int n) {
   INIT_ERR_KVASTRUCTURES();
   if (n < 1) return SET_ERR_KVASTRUCTURES("Allocate_crystal_structurelist called with n < 1");
   list.CLEAR();
-  list.RESIZE(n);
-  INIT_CRYSTAL_STRUCTURE_LIST(list);
+  try {
+    list.RESIZE(n);
+    INIT_CRYSTAL_STRUCTURE_LIST(list);
+  } catch (const std::exception&) {  // no memory, or more than a vector can hold
+    list.CLEAR();
+    SET_ERR_KVASTRUCTURES("error allocating arrays in Allocate_crystal_structurelist");
+  }
 }
 
 CRYSTAL_STRUCTURE_TYPE COPY_CRYSTAL_STRUCTURE(const CRYSTAL_STRUCTURE_TYPE& phase) {

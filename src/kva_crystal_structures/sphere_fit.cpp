@@ -39,6 +39,15 @@ VECTOR3 MEAN(const std::vector<VECTOR3>& vectors) {
   return mean;
 }
 
+// True when the ligands lie in a plane, as far as their spread m, which has no negative
+// eigenvalues, can tell: its determinant is then small against the cube of their mean. Whole rows
+// of m may be rounding errors, so they are no measure.
+bool IS_FLAT(const MATRIX3& m) {
+  constexpr float smallest = 1e-5f;
+  const float mean = KVA_UTILITIES::TRACE(m) / 3.0f;
+  return !(XTAL::DETERMINANT(m) > smallest * mean * mean * mean);
+}
+
 // Centre of the sphere that minimises the misfit of |V - s|^2 to a common radius squared: the
 // solution of M s = C.
 VECTOR3 FIT_SPHERE(const std::vector<VECTOR3>& v_cart, bool& singular) {
@@ -62,7 +71,9 @@ VECTOR3 FIT_SPHERE(const std::vector<VECTOR3>& v_cart, bool& singular) {
     for (std::size_t b = 0; b < 3; ++b) m[a][b] = 2.0f * (x2[a][b] - x[a] * x[b] / n);
     c[a] = x3[a][0] + x3[a][1] + x3[a][2] - t * x[a];
   }
-  return XTAL::MULTIPLY(XTAL::INVERT_MATRIX(m, singular), c);
+  const MATRIX3 inverse = XTAL::INVERT_MATRIX(m, singular);
+  singular = singular || IS_FLAT(m);
+  return XTAL::MULTIPLY(inverse, c);
 }
 
 // Mean radius of the sphere and, for more than four ligands, the scatter of the radii: four always

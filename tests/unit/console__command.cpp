@@ -381,6 +381,28 @@ TEST_F(INTERPRETER, FAILED_MACRO_IN_A_MACRO_LEAVES_NO_MACRO) {
   EXPECT_NE(said.find("***** Failed to start macro\n"), std::string::npos);
 }
 
+TEST_F(INTERPRETER, MACRO_THAT_STARTS_ITSELF_COMES_TO_AN_END) {
+  PUT_FILE("first.mcr", "MACRO first\n");
+  EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
+  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_NE(said.find("***** These macros start one another without end\n"
+                      "***** Failed to start macro\n"),
+            std::string::npos);
+}
+
+// The running macro is kept open when the user does not want another file: nothing may be written
+// over it.
+TEST_F(INTERPRETER, KEEPING_A_MACRO_OPEN_KEEPS_WHAT_IT_IS) {
+  const std::string first = "HELP\nRECORD\nN\nfoo\nINFO\n";
+  PUT_FILE("first.mcr", first);
+  EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
+  EXPECT_EQ(TEXT_OF("first.mcr"), first);
+  EXPECT_NE(said.find("***** Macro recording FAILED to be intiated\n"), std::string::npos);
+  EXPECT_NE(said.find(">INFO\n"), std::string::npos) << "the replay went on";
+  EXPECT_EQ(COMMANDED("RECORD second\nMACRO\nN\nbar\nEND\nX\n"), -1);
+  EXPECT_EQ(TEXT_OF("second.mcr"), "MACRO\nN\nbar\nEND\n");
+}
+
 TEST_F(INTERPRETER, LOG_HOLDS_THE_WHOLE_DIALOGUE) {
   COMMANDED("LOG run\nfoo\nS\nLIST atoms\n");
   const std::string log = TEXT_OF("run.log");

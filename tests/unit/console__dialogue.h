@@ -88,6 +88,7 @@ class CONSOLE_TEST : public testing::Test {
     COMMANDS.CLEAR();
     CLIST_GROUP_TITLE.CLEAR();
     MACRO_STATE = 0;
+    MACRO_CHAIN = 0;
     SYSTEM_MODE = 0;
     TIME_IN_PROMPT = false;
     RESERVED_ON = false;

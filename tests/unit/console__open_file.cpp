@@ -423,12 +423,38 @@ TEST_F(LOG_OPENING, NO_NAME_MEANS_NO_LOG) {
   EXPECT_FALSE(LOG_FILE.OPEN);
 }
 
+TEST_F(LOG_OPENING, A_FILE_IS_OPEN_ONCE) {
+  LOGGED("run.txt");
+  fs::create_hard_link("run.txt", "link.txt");
+  const std::string before = TEXT_OF("run.txt");
+  for (const char* name : {"run.txt", "./run.txt", "link.txt"}) {
+    FILE_RECORD file;
+    file.DESCRIPTOR = "data file";
+    file.UNIT = DATA_UNIT;
+    file.EXT = "dat";
+    PEND(name);
+    const std::string said = SAID("\n", [&file] { OPEN_FILE(file, "REPLACE"); });
+    EXPECT_NE(said.find("Error trying to open file data file\nNamed " + std::string(name)),
+              std::string::npos)
+        << said;
+    EXPECT_FALSE(file.OPEN);
+  }
+  EXPECT_TRUE(TEXT_OF("run.txt").starts_with(before)) << "nothing of the log is lost";
+  WRITE_LOG("more");
+  EXPECT_TRUE(TEXT_OF("run.txt").ends_with("more\n"));
+}
+
+TEST_F(LOG_OPENING, A_DOT_IN_THE_HOME_FOLDER_IS_NOT_THAT_OF_AN_EXTENSION) {
+  fs::create_directory(folder / "ho.me");
+  ::setenv("HOME", (folder / "ho.me").c_str(), 1);
+  LOGGED("~/run");
+  EXPECT_TRUE(fs::exists(folder / "ho.me" / "run.log"));
+}
+
 TEST_F(LOG_OPENING, FULL_DISK_CLOSES_THE_LOG) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   fs::create_symlink("/dev/full", "run.log");
-  EXPECT_EQ(LOGGED("run.log"),
-            "\n\n*****Log file run.log cannot be written and was closed\n"
-            "Successfully opened Log file\nNamed run.log\n\n");
+  EXPECT_EQ(LOGGED("run.log"), "\n\n*****Log file run.log cannot be written and was closed\n");
   EXPECT_FALSE(LOG_FILE.OPEN);
 }
 

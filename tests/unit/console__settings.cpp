@@ -3,6 +3,7 @@
 #include "console_code/console/settings.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>  // for mkfifo
 
 #include <cctype>
 
@@ -139,6 +140,13 @@ TEST_F(SETTINGS, VALUE_THAT_DOES_NOT_FIT_IS_NOT_STORED) {
   EXPECT_EQ(PARAM("WDIR", 0), std::string(249, 'a'));
   SAVE_PARAM("WDIR", std::string(250, 'b'));
   EXPECT_EQ(PARAM("WDIR", 0), std::string(249, 'a'));
+}
+
+TEST_F(SETTINGS, A_PIPE_IS_NOT_REPLACED_BY_A_FILE) {
+  fs::create_directories(ini.parent_path());
+  ASSERT_EQ(::mkfifo(ini.c_str(), 0600), 0);
+  SAVE_PARAM("MODE", "DEBUG");
+  EXPECT_TRUE(fs::is_fifo(ini));
 }
 
 TEST_F(SETTINGS, SAVED_FILE_READS_BACK) {

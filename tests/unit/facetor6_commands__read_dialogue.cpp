@@ -297,3 +297,40 @@ TEST_F(READ_DIALOGUE, NOISE_AS_A_FILE) {
                    "expand_phase_list") +
                 WARNED("     No crystal structures were read from this file"));
 }
+
+// ---- operators without quotes ----
+
+// They are not read; what they say is compared with the symbol's group.
+TEST_F(READ_DIALOGUE, OPERATORS_WITHOUT_QUOTES_THAT_CONTRADICT_THE_SYMBOL_ARE_TOLD) {
+  const auto with = [](const std::string& operators) {
+    return "data_one\n_symmetry_space_group_name_H-M 'P 21'\n" + cell +
+           "loop_\n_space_group_symop_operation_xyz\n" + operators + atoms;
+  };
+  const std::string told = WARNED(
+      "The operators in CIF block #  1 are not read, as they are not in quotes, but they do not "
+      "agree with the HM symbol");
+  const std::string rest = found + "  1: one                   298.0   0.000\n" + question +
+                           loaded + "  1: one           : 298.0   0.000         1\n";
+  // P 21 with its axis at x = 1/4.
+  EXPECT_EQ(READ(with("x,y,z\n1/2-x,1/2+y,-z\n")), told + rest);
+  EXPECT_EQ(PHASE(1).SPG.SYMOPSYMB(2), "-x,y+1/2,-z");
+  INIT_PHASE_LIST();
+  EXPECT_EQ(READ(with("1 x,y,z\n2 1/2-x,1/2+y,-z\n")), told + rest) << "numbered";
+  for (const char* agreeing :
+       {"x,y,z\n-x,1/2+y,-z\n", "-x,y+0.5,-z\n", "x,y\n", "a,b,c\n", "'x,y,z\n"}) {
+    INIT_PHASE_LIST();
+    EXPECT_EQ(READ(with(agreeing)), rest) << agreeing;
+  }
+}
+
+TEST_F(READ_DIALOGUE, DISPLACEMENTS_BEFORE_THE_SITES_ARE_TOLD) {
+  const std::string aniso = "\nloop_\n_atom_site_aniso_label\n_atom_site_aniso_U_11\nSi1 0.01\n";
+  EXPECT_TRUE(READ("data_one\n" + p1 + cell + aniso + atoms)
+                  .starts_with(WARNED("The loop of displacement parameters stands before that of "
+                                      "the sites in block #  1 in the cif: the atoms are not read "
+                                      "rightly")));
+  INIT_PHASE_LIST();
+  EXPECT_TRUE(READ("data_one\n" + p1 + cell + atoms + aniso).starts_with(found));
+  INIT_PHASE_LIST();
+  EXPECT_TRUE(READ("data_one\n" + p1 + cell + aniso).starts_with(found)) << "there are no sites";
+}

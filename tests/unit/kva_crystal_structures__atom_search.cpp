@@ -263,3 +263,42 @@ TEST(CODES, OPERATOR_AND_NEAREST_CELLS) {
   EXPECT_FLOAT_EQ(SYMMETRY_CODE(phase, 1, 2, {0.9f, -0.2f, -1.3f}), 2.654f);
   EXPECT_EQ(SYMMETRY_CODE(phase, 1, 1, {99.1f, 0.2f, 0.3f}), 0.0f) << "no digit for 99 cells";
 }
+
+TEST(CODES, A_CENTRED_IMAGE_HAS_THE_OPERATOR_OF_ITS_COPY) {
+  // C 2: two operators, their copies with (1/2,1/2,0) are numbers 3 and 4.
+  const CRYSTAL_STRUCTURE_TYPE phase =
+      MADE({5, 6, 7}, {90, 100, 90}, "C 2", {{"Si1", {0.1f, 0.2f, 0.3f}}});
+  ASSERT_EQ(phase.SPG.MULTIP, 4);
+  EXPECT_FLOAT_EQ(SYMMETRY_CODE(phase, 1, 1, {0.1f, 0.2f, 0.3f}), 1.555f);
+  EXPECT_FLOAT_EQ(SYMMETRY_CODE(phase, 1, 1, {0.6f, 0.7f, 0.3f}), 3.555f);
+  EXPECT_FLOAT_EQ(SYMMETRY_CODE(phase, 1, 1, {-0.4f, 0.7f, 1.3f}), 3.456f);
+  EXPECT_FLOAT_EQ(SYMMETRY_CODE(phase, 1, 2, {0.4f, 0.7f, -0.3f}), 4.555f);
+}
+
+// Whatever the group, the operator and cell of a code bring the ligand to the end of its bond.
+TEST(CODES, A_CODE_LEADS_TO_THE_LIGAND_IN_EVERY_LATTICE) {
+  for (const char* symbol :
+       {"P 21/c", "A m m 2", "C 2/c", "I 41/a", "F d d 2", "R -3 c", "I a -3 d", "F d -3 m"}) {
+    const CRYSTAL_STRUCTURE_TYPE phase =
+        MADE({6, 6, 6}, {90, 90, std::string(symbol) == "R -3 c" ? 120.0f : 90.0f}, symbol,
+             {{"Si1", {0.11f, 0.23f, 0.37f}}});
+    int count = 0;
+    NEIGHBOUR_TABLE table;
+    DISTANCE_ARRAY(phase, phase.ATOM(1).X, 0.5f, 4.0f, count, table);
+    ASSERT_GT(count, 0) << symbol;
+    for (int row = 1; row <= count; ++row) {
+      VECTOR3 target = phase.ATOM(1).X;
+      for (int k = 0; k < 3; ++k)
+        target[static_cast<std::size_t>(k)] += table(row, NEIGHBOUR_VECTOR_X + k);
+      const float code =
+          SYMMETRY_CODE(phase, 1, static_cast<int>(table(row, NEIGHBOUR_OPERATOR)), target);
+      const int op = static_cast<int>(code);
+      const int digits = static_cast<int>(std::lround(1000.0f * (code - static_cast<float>(op))));
+      VECTOR3 reached = XTAL::APPLY_OP(phase.SPG.SYMOP(op), phase.ATOM(1).X);
+      reached[0] += static_cast<float>(digits / 100 - 5);
+      reached[1] += static_cast<float>(digits / 10 % 10 - 5);
+      reached[2] += static_cast<float>(digits % 10 - 5);
+      for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(reached[k], target[k], 1e-4) << symbol;
+    }
+  }
+}

@@ -198,6 +198,27 @@ TEST(DEGENERATE, FEW_LIGANDS) {
   EXPECT_NEAR(POLY(three, POLY_MEAN_EDGE), std::sqrt(3.0f), 1e-5f) << "the mean edge survives";
 }
 
+// Planes across an axis that pass the centre by: what is left of the spread along the axis are
+// rounding errors.
+TEST(DEGENERATE, RINGS_OFF_THE_CENTRE_HAVE_NO_SPHERE) {
+  std::mt19937 random(20261121);
+  std::uniform_real_distribution<float> coordinate(-2.0f, 2.0f);
+  for (std::size_t axis = 0; axis < 3; ++axis)
+    for (int n = 4; n <= 9; ++n)
+      for (int repeat = 0; repeat < 50; ++repeat) {
+        const float height = coordinate(random);
+        std::vector<VECTOR3> ring;
+        for (int k = 0; k < n; ++k) {
+          VECTOR3 v{coordinate(random), coordinate(random), coordinate(random)};
+          v[axis] = height;
+          ring.push_back(v);
+        }
+        const auto phase = CALCULATED(ring);
+        for (int c = POLY_SPHERE_X; c <= POLY_IDEAL_VOLUME; ++c)
+          ASSERT_EQ(phase.POLYHEDRON(1, c), 0.0f) << n << " ligands, column " << c;
+      }
+}
+
 TEST(DEGENERATE, COPLANAR_LIGANDS_HAVE_NO_SPHERE) {
   INIT_ERR_KVASTRUCTURES();
   auto phase = AROUND({{2, 0, 0}, {0, 2, 0}, {-2, 0, 0}, {0, -2, 0}});
