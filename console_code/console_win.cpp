@@ -7,6 +7,7 @@
 #include <sys/stat.h>   // for mkdir, fchmod, fstat, umask
 #include <unistd.h>     // for isatty, chdir, write, fsync, ftruncate, close
 
+#include <array>
 #include <cerrno>
 #include <cstdio>      // for fflush, rename
 #include <cstdlib>     // for getenv, mkstemp, realpath, system
@@ -65,6 +66,20 @@ bool OVERWRITE(const std::string& path, std::string_view content) {
   return ::close(descriptor) == 0 && written;
 }
 
+// ---- standard streams ----
+
+std::array<int, 3> STREAM_FLAGS() {
+  return {::fcntl(STDIN_FILENO, F_GETFL), ::fcntl(STDOUT_FILENO, F_GETFL),
+          ::fcntl(STDERR_FILENO, F_GETFL)};
+}
+
+// A command may leave our terminal in a state in which reading fails instead of waiting.
+void RESTORE_STREAM_FLAGS(const std::array<int, 3>& flags) {
+  for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (const int flag = flags[static_cast<std::size_t>(stream)]; flag >= 0)
+      ::fcntl(stream, F_SETFL, flag);
+}
+
 }  // namespace
 
 // ---- terminal ----
@@ -88,7 +103,9 @@ void SET_CONSOLE_TITLE(std::string_view title) {
   WRITE_CONSOLE("\033]0;" + std::string(title) + "\007");
 }
 
+// One line that could not be written must not silence those that follow.
 void WRITE_CONSOLE(std::string_view text) {
+  std::cout.clear();
   std::cout << text << std::flush;
 }
 
@@ -131,9 +148,11 @@ bool MAKE_DIRECTORY(const std::string& path) {
 // command and not the program.
 void RUN_COMMAND_LINE(const std::string& line) {
   std::cout.flush();
+  const std::array<int, 3> flags = STREAM_FLAGS();
   // Input from a file is given back as far as we have not used it: the command shares its position.
   std::fflush(stdin);
   if (std::system(line.c_str()) == -1) WRITE_CONSOLE("The system could not run the command\n");
+  RESTORE_STREAM_FLAGS(flags);
 }
 
 // ---- replacing a file ----

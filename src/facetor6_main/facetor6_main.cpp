@@ -1,6 +1,7 @@
 // Start-up, the command table and the dispatcher: the order of everything. No calculation, no
 // report, and no question of its own.
 #include <array>
+#include <new>  // for bad_alloc
 #include <string>
 #include <string_view>
 
@@ -167,6 +168,15 @@ void EXECUTE(int icom) {
   }
 }
 
+// A command that runs out of memory is given up; the program and what is loaded stay.
+void CARRY_OUT(int icom) {
+  try {
+    EXECUTE(icom);
+  } catch (const std::bad_alloc&) {
+    WARNING("There is not enough memory for this command, which was given up");
+  }
+}
+
 // ---- start-up ----
 
 void SET_IDENTITY() {
@@ -205,7 +215,7 @@ void START_UP(const std::string& argument) {
     int icom = 0;
     COMMAND(icom);
     if (icom <= 0) CLOSE_CONSOLE();
-    EXECUTE(icom);
+    CARRY_OUT(icom);
   }
 }
 

@@ -137,7 +137,7 @@ void READ_PHASE_FROM_FILE() {
   STRUCTURE_LIST newx;
   int nblocks = 0;
   READ_BLOCKS(type, name, flines, newx, nblocks);
-  if (nblocks == 0) return WARNING("     No crystal structures were read from this file");
+  if (newx.COUNT() == 0) return WARNING("     No crystal structures were read from this file");
   if (newx.COUNT() < nblocks) WARNING("More crystal structures in file than capacity of arrays");
   if (OFFER_BLOCKS(newx, nblocks)) SHOW_LOADED();
 }

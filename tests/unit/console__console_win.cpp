@@ -2,9 +2,11 @@
 // replacement of a file.
 #include "console_code/console_win.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <thread>
 
@@ -73,6 +75,15 @@ TEST_F(CONSOLE_WIN, COMMAND_LINES_RUN_IN_THE_SHELL) {
 }
 
 // The command sends the interrupt to itself and to us, as the terminal does at Ctrl-C.
+// The error stream stands for the terminal that the command shares with us.
+TEST_F(CONSOLE_WIN, COMMAND_CANNOT_LEAVE_A_STREAM_THAT_DOES_NOT_WAIT) {
+  const int flags = ::fcntl(STDERR_FILENO, F_GETFL);
+  RUN_COMMAND_LINE(
+      "python3 -c 'import fcntl; fcntl.fcntl(2, fcntl.F_SETFL, fcntl.fcntl(2, fcntl.F_GETFL) | "
+      "2048)'");
+  EXPECT_EQ(::fcntl(STDERR_FILENO, F_GETFL), flags);
+}
+
 TEST_F(CONSOLE_WIN, INTERRUPT_ENDS_THE_COMMAND_AND_NOT_US) {
   RUN_COMMAND_LINE("kill -INT $PPID; kill -INT $$; echo alive > out.txt");
   EXPECT_FALSE(fs::exists("out.txt"));
