@@ -3,12 +3,14 @@
 #include "console_code/console_win.h"
 
 #include <fcntl.h>      // for open, fcntl
+#include <signal.h>     // for sigaction
 #include <sys/ioctl.h>  // for TIOCGWINSZ
 #include <sys/stat.h>   // for mkdir, fchmod, fstat, umask
 #include <unistd.h>     // for isatty, chdir, write, fsync, ftruncate, close
 
 #include <array>
 #include <cerrno>
+#include <csignal>     // for sig_atomic_t
 #include <cstdio>      // for fflush, rename
 #include <cstdlib>     // for getenv, mkstemp, realpath, system
 #include <filesystem>  // for current_path
@@ -119,6 +121,41 @@ bool READ_CONSOLE(std::string& line) {
     if (line.size() <= KVA_UTILITIES::LINE_LENGTH) line += TRAITS::to_char_type(c);
   line = KVA_UTILITIES::CUT_LINE(line);
   return true;
+}
+
+void SHOW_STATUS(std::string_view text) {
+  if (::isatty(STDERR_FILENO) == 0) return;
+  constexpr std::string_view start_of_line = "\r\033[K";
+  WRITE_ALL(STDERR_FILENO, std::string(start_of_line) + std::string(text));
+}
+
+// ---- interrupt key ----
+
+namespace {
+
+volatile std::sig_atomic_t interrupt_seen = 0;
+struct sigaction usual_interrupt {};
+
+void REMEMBER_INTERRUPT(int /*signal*/) {
+  interrupt_seen = 1;
+}
+
+}  // namespace
+
+void LISTEN_FOR_INTERRUPT() {
+  interrupt_seen = 0;
+  struct sigaction listening {};
+  listening.sa_handler = REMEMBER_INTERRUPT;
+  listening.sa_flags = SA_RESTART;
+  ::sigaction(SIGINT, &listening, &usual_interrupt);
+}
+
+void STOP_LISTENING() {
+  ::sigaction(SIGINT, &usual_interrupt, nullptr);
+}
+
+bool INTERRUPTED() {
+  return interrupt_seen != 0;
 }
 
 // ---- environment and directories ----

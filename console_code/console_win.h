@@ -23,6 +23,15 @@ void WRITE_CONSOLE(std::string_view text);
 // Reads one line of standard input, of any length, cut at 255 bytes. False at the end of input.
 bool READ_CONSOLE(std::string& line);
 
+// Shows text on the terminal of standard error in place of what was shown before; blank removes it.
+// Nothing happens when standard error is no terminal.
+void SHOW_STATUS(std::string_view text);
+
+// From the first to the second the interrupt key is only remembered.
+void LISTEN_FOR_INTERRUPT();
+void STOP_LISTENING();
+bool INTERRUPTED();
+
 // Value of an environment variable. False when it is unset.
 bool GET_ENVIRONMENT(const std::string& name, std::string& value);
 

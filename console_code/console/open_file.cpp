@@ -201,9 +201,8 @@ void OPEN_LOG_FILE() {
   LOG_FILE.UNIT = LOG_UNIT;
   LOG_FILE.EXT = "log";
   const std::string old_name = LOG_FILE.NAME;
-  OPEN_FILE(LOG_FILE, "append");
-  if (LOG_FILE.NAME == old_name) return;
-  if (LOG_FILE.OPEN) WRITE_HEADER("logonly");
+  const bool opened = OPEN_FILE(LOG_FILE, "append");
+  if (opened && (LOG_FILE.NAME != old_name || LOG_FILE.MADE)) WRITE_HEADER("logonly");
 }
 
 bool OPEN_MACRO_FILE(std::string_view control) {

@@ -111,8 +111,14 @@ bool IS_KEY(std::string_view key) {
   return key.size() == key_length && key.find(' ') == std::string_view::npos;
 }
 
+// Whether a line of the settings can hold the value and give it back.
+bool IS_STORABLE(std::string_view value) {
+  return value == TRIM(value) && value.find_first_of("\r\n") == std::string_view::npos;
+}
+
 // Sets the entry in memory. A value that does not fit is not kept: a cut path is another directory.
 void STORE_PARAM(std::string_view key, std::string_view value) {
+  if (!IS_STORABLE(value)) return;
   const std::string line = std::string(key) + std::string(key_gap) + TRIM(value);
   if (!IS_KEY(key) || line.size() > settings_columns) return;
   int i = FIND_PARAM(key);

@@ -195,6 +195,11 @@ void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float>
 }
 
 std::vector<NUMBER> NUM_FROM_TEXT(std::string_view text) {
+  bool all_numbers = false;
+  return NUM_FROM_TEXT(text, all_numbers);
+}
+
+std::vector<NUMBER> NUM_FROM_TEXT(std::string_view text, bool& all_numbers) {
   constexpr std::size_t most_words = 50;
   std::string line(text.substr(0, text.find('#')));
   for (char& c : line)
@@ -208,6 +213,7 @@ std::vector<NUMBER> NUM_FROM_TEXT(std::string_view text) {
     if (GETNUM(words[i], number)) numbers.push_back(number);
   }
   INIT_ERR_TEXT();
+  all_numbers = static_cast<int>(numbers.size()) == count;
   return numbers;
 }
 

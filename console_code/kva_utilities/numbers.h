@@ -38,6 +38,8 @@ void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float>
 
 // All words of the text that are numbers; brackets, commas, tabs and "/" separate, "#" ends.
 std::vector<NUMBER> NUM_FROM_TEXT(std::string_view text);
+// The same; all_numbers tells whether there was no other word among them.
+std::vector<NUMBER> NUM_FROM_TEXT(std::string_view text, bool& all_numbers);
 
 // List-directed reading, the only one: blanks, tabs and commas separate, two commas in a row
 // leave the value as it was, "/" ends the input. What is not read keeps its value. False on a

@@ -5,6 +5,7 @@
 
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
+#include "console_code/console/work.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
@@ -19,12 +20,15 @@ using namespace KVA_CRYSTAL_STRUCTURES;
 
 // ---- bonds, angles and polyhedra ----
 
-void CALC_FACETOR_ALL_POLY() {
+bool CALC_FACETOR_ALL_POLY() {
+  WORK work("Calculating polyhedra: block", NPHASES);
   for (int block = 1; block <= NPHASES; ++block) {
+    if (!GO_ON(work, block)) return false;
     if (IUSE(block) == 0) continue;
     CALC_ANGLES_ALLATOMS(PHASE(block));
     CALC_POLY_ALLATOMS(PHASE(block));
   }
+  return true;
 }
 
 namespace {
@@ -38,9 +42,19 @@ void REPORT_SEARCH_ERRORS() {
     WRITE_OUT("     The warning message included: " + WARN_KVASTRUCTURES_MESS);
 }
 
+// The bonds of the reference block in every used block; false when the user stopped the work.
+bool MEASURE_USED_BLOCKS(float radius) {
+  WORK work("Measuring bonds: block", NPHASES);
+  for (int block = 1; block <= NPHASES; ++block) {
+    if (!GO_ON(work, block)) return false;
+    if (IUSE(block) != 0) MEASURE_BLOCK(REFERENCE(), PHASE(block), block == IREFERENCE, radius);
+  }
+  return true;
+}
+
 }  // namespace
 
-void RUN_FACETOR_CALC_BONDS() {
+bool RUN_FACETOR_CALC_BONDS() {
   ANNOUNCE("Bond lengths and angles limited by dmin and dmax in reference structure");
   EQUAL_ATOMS();
   CHEMSYMB_PRESENT();
@@ -50,9 +64,10 @@ void RUN_FACETOR_CALC_BONDS() {
   CALC_BONDS_ALLATOMS(REFERENCE(), RUN.DMIN, RUN.DMAX, &RUN.BONDEX);
   const float radius = MATCHING_RADIUS(REFERENCE());
   REPORT_SEARCH_ERRORS();
-  for (int block = 1; block <= NPHASES; ++block)
-    if (IUSE(block) != 0) MEASURE_BLOCK(REFERENCE(), PHASE(block), block == IREFERENCE, radius);
-  CALC_FACETOR_ALL_POLY();
+  if (MEASURE_USED_BLOCKS(radius) && CALC_FACETOR_ALL_POLY()) return true;
+  CLEAR_FACETOR_BONDS();
+  WARNING("The calculation was stopped: there are no bond lengths");
+  return false;
 }
 
 // ---- the command ----
@@ -65,7 +80,7 @@ bool CALC_POLYHEDRA() {
     WARNING("There are no atoms in the reference block: no bond lengths can be calculated");
     return false;
   }
-  RUN_FACETOR_CALC_BONDS();
+  if (!RUN_FACETOR_CALC_BONDS()) return false;
   if (RUN.LIST_SYMCODES) {
     FACETOR_LIST::LIST_SYMOPS();
     WRITE_OUT("|     And these will be used in the symmetry codes for the ligands in these tables");

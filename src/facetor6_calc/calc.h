@@ -3,9 +3,15 @@
 
 namespace FACETOR_CALC {
 
-void RUN_FACETOR_CALC();        // the command
-void RUN_FACETOR_CALC_BONDS();  // bonds, angles and polyhedra of all used blocks
-void CALC_FACETOR_ALL_POLY();   // angles and polyhedra of all used blocks
+void RUN_FACETOR_CALC();  // the command
+
+// Bonds, angles and polyhedra of all used blocks; false, with nothing calculated, when the user has
+// stopped the work.
+bool RUN_FACETOR_CALC_BONDS();
+
+// Angles and polyhedra of all used blocks; false when the user has stopped the work.
+bool CALC_FACETOR_ALL_POLY();
+
 void RUN_FACETOR_CALC_VALENCE();
 
 }  // namespace FACETOR_CALC

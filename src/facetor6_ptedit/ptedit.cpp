@@ -122,11 +122,12 @@ void CHANGE_BLOCKS(char kind) {
   WRITE_OUT("|*****These are the new P and T:");
   while (true) {
     GET_INPUT(VALUES_PROMPT(kind));
-    std::vector<NUMBER> numbers = KVA_UTILITIES::NUM_FROM_TEXT(INSTRING);
+    bool all_numbers = false;
+    std::vector<NUMBER> numbers = KVA_UTILITIES::NUM_FROM_TEXT(INSTRING, all_numbers);
     if (numbers.empty()) return;
     if (numbers.size() > most_numbers) numbers.resize(most_numbers);
     const std::optional<PT_CHANGE> change = CHANGE_FROM(numbers);
-    if (!change) {
+    if (!all_numbers || !change) {
       WRITE_OUT(" *****Illegal input");
       continue;
     }

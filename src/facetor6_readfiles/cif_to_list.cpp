@@ -8,6 +8,7 @@
 #include "cifcode/cif_code_new/scanner.h"
 #include "common_code/Raman_module.h"
 #include "console_code/console/output.h"
+#include "console_code/console/work.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
@@ -194,6 +195,7 @@ void STORE_ATOMS(const LIST<ATOM_TYPE>& atoms, int natoms, CRYSTAL_STRUCTURE_TYP
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks) {
   constexpr int many_blocks = 10;
   constexpr int many_lines = 25000;
+  WORK work("Reading structures: block", 0);
   CLEAN_CIF(flines);
   LIST<int> starts;
   nblocks = 0;
@@ -202,7 +204,9 @@ void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks) {
     WRITE_OUT("|*****This is a large file, please be patient while it is read in*****|");
   ALLOCATE_CRYSTAL_STRUCTURE_LIST(newx, nblocks);
   if (ERR_KVASTRUCTURES) return WARNING(ERR_KVASTRUCTURES_MESS + " called from expand_phase_list");
+  work.TOTAL = nblocks;
   for (int number = 1; number <= nblocks; ++number) {
+    if (!GO_ON(work, number)) return newx.CLEAR();
     const int end = number < nblocks ? starts(number + 1) - 1 : flines.COUNT();
     READ_BLOCK(flines, {number, starts(number), end}, newx(number));
   }

@@ -9,6 +9,7 @@
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
 #include "console_code/console/state.h"
+#include "console_code/console/work.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
@@ -109,6 +110,18 @@ void SHOW_LOADED() {
   EQUAL_ATOMS();
 }
 
+// Lines of the file. False, after a message, when there are none or the user stopped the work.
+bool READ_CHOSEN_FILE(FILE_RECORD& file, FILE_LINES& flines) {
+  WORK work("Reading the file", 1);
+  std::string message;
+  READ_FILE(file, flines, message);
+  if (file.OPEN) CLOSE_FILE(file);
+  if (message.empty()) return GO_ON(work, 1);
+  WRITE_OUT_BLANK(1);
+  WRITE_OUT(message);
+  return false;
+}
+
 // The blocks of the lines, by the type of the file; name is what a file without titles is called.
 void READ_BLOCKS(int type, const std::string& name, FILE_LINES& flines, STRUCTURE_LIST& newx,
                  int& nblocks) {
@@ -126,14 +139,7 @@ void READ_PHASE_FROM_FILE() {
   if (type == 0) return;
   const std::string name = FILENAME(file.NAME, "NOEXT");
   FILE_LINES flines;
-  std::string message;
-  READ_FILE(file, flines, message);
-  if (file.OPEN) CLOSE_FILE(file);
-  if (!message.empty()) {
-    WRITE_OUT_BLANK(1);
-    WRITE_OUT(message);
-    return;
-  }
+  if (!READ_CHOSEN_FILE(file, flines)) return;
   STRUCTURE_LIST newx;
   int nblocks = 0;
   READ_BLOCKS(type, name, flines, newx, nblocks);

@@ -87,7 +87,7 @@ TEST_F(BLOCK_COMMANDS, PTEDIT_BOTH) {
 TEST_F(BLOCK_COMMANDS, PTEDIT_REFUSES_WHAT_NAMES_NO_BLOCK_OR_NO_VALUE) {
   ADD_BLOCKS(2);
   for (const char* line : {"3 1.0", "0 1.0", "-1 1.0", "1 -3 1.0", "1.5 1.0", "1", "1 -2",
-                           "1 1e999", "99999999999 1.0"}) {
+                           "1 1e999", "99999999999 1.0", "1 abc 7", "1 1e999 5", "1 2.5 x"}) {
     const std::string said = EDIT("P", std::string(line) + "\n");
     EXPECT_TRUE(HOLDS(said, " *****Illegal input\n")) << line;
     EXPECT_EQ(P(1), 0.0f) << line;

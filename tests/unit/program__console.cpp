@@ -619,6 +619,27 @@ TEST_F(INTERRUPTED, COMMAND_ENDS_AND_THE_PROGRAM_COMES_BACK_TO_ITS_PROMPT) {
   EXPECT_FALSE(TEXT_OF(folder / "said").find("slept") != std::string::npos);
 }
 
+TEST_F(INTERRUPTED, LONG_WORK_STOPS_AND_WHAT_IS_LOADED_STAYS) {
+  std::string blocks;
+  for (int i = 0; i < 200000; ++i) blocks += "data_a\n";
+  PUT_FILE(work / "many.cif", blocks);
+  PUT_FILE(work / "small.cif", "data_small\n");
+  PUT_FILE(work / "run.mcr", "READ cif small\nY\nREAD cif many\nCLEAR\n");
+  ASSERT_NO_FATAL_FAILURE(START());
+  TYPE("MACRO run\n");
+  ASSERT_TRUE(HEARD("please be patient"));
+  ::kill(-child, SIGINT);
+  TYPE("LIST block\nEXIT\n");
+  const int status = END_STATUS();
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  const std::string said = TEXT_OF(folder / "said");
+  EXPECT_NE(said.find("***** Macro stopped\n\n*****WARNING:      No crystal structures were read "
+                      "from this file\n"),
+            std::string::npos);
+  EXPECT_TRUE(said.ends_with("  1: small         : 298.0   0.000         1\n\nG_MARA-6.1>"))
+      << said;
+}
+
 TEST_F(INTERRUPTED, AT_THE_PROMPT_IT_ENDS_THE_PROGRAM_AND_THE_LOG_IS_WHOLE) {
   ASSERT_NO_FATAL_FAILURE(START());
   TYPE("LOG run\nRECORD rec\nfoo\n");

@@ -1,0 +1,51 @@
+// The line that tells how far a long work has come, and its interruption.
+#include "console_code/console/work.h"
+
+#include "console_code/console/output.h"
+#include "console_code/console/state.h"
+#include "console_code/console_win.h"
+#include "console_code/kva_utilities/files.h"
+
+namespace KVA_CONSOLE {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds before_first_show{500};
+constexpr std::chrono::milliseconds between_shows{200};
+
+void SHOW(WORK& work, int done) {
+  if (steady_clock::now() < work.NEXT_SHOW) return;
+  work.SHOWN = true;
+  work.NEXT_SHOW = steady_clock::now() + between_shows;
+  SHOW_STATUS(work.WORDS + " " + std::to_string(done) + " of " + std::to_string(work.TOTAL));
+}
+
+void STOP_MACRO() {
+  if (MACRO_STATE != 1) return;
+  MACRO_STATE = 0;
+  KVA_UTILITIES::CLOSE_FILE(MACRO_FILE);
+  WRITE_OUT("***** Macro stopped");
+}
+
+}  // namespace
+
+WORK::WORK(std::string_view words, int total)
+    : WORDS(words), TOTAL(total), NEXT_SHOW(steady_clock::now() + before_first_show) {
+  LISTEN_FOR_INTERRUPT();
+}
+
+WORK::~WORK() {
+  if (SHOWN) SHOW_STATUS("");
+  STOP_LISTENING();
+}
+
+bool GO_ON(WORK& work, int done) {
+  SHOW(work, done);
+  if (!INTERRUPTED()) return true;
+  STOP_MACRO();
+  return false;
+}
+
+}  // namespace KVA_CONSOLE

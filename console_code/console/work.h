@@ -1,0 +1,29 @@
+// Long work: how far it has come, and the interrupt key that stops it. What is shown never reaches
+// the console's output or the log.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace KVA_CONSOLE {
+
+// Work of a known number of steps, from its beginning to the end of the scope. Meanwhile the
+// interrupt key does not end the program.
+struct WORK {
+  WORK(std::string_view words, int total);
+  ~WORK();
+  WORK(const WORK&) = delete;
+  WORK& operator=(const WORK&) = delete;
+
+  std::string WORDS;  // what is being done, as "Reading structures"
+  int TOTAL = 0;      // steps in all
+  bool SHOWN = false;
+  std::chrono::steady_clock::time_point NEXT_SHOW;  // when the line is shown or renewed
+};
+
+// Called before each step with the number of those done. False when the user has stopped the work;
+// a running macro is stopped then as well.
+bool GO_ON(WORK& work, int done);
+
+}  // namespace KVA_CONSOLE
