@@ -197,7 +197,7 @@ float VARIANCE(const std::vector<float>& jacobian, const MATRIX& vcv) {
 float VOLUME_VARIANCE_OF_CELL(const CRYSTAL_STRUCTURE_TYPE& phase,
                               const std::vector<VECTOR3>& vectors_frac, float volume) {
   float variance = 0.0f;
-  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase)) {
+  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase, true)) {
     XTAL::CRYSTAL_CELL shifted_cell;
     XTAL::SET_CELL_RECORD(shift.CELL, shift.ANG, shifted_cell, phase.CELL.CARTTYPE);
     variance += SQUARE(VOLUME_IN_CELL(shifted_cell, vectors_frac) - volume);

@@ -63,8 +63,8 @@ SYSTEM SYSTEM_OF(const XTAL::SPACE_GROUP& group) {
 
 constexpr VECTOR3 right_angles{90.0f, 90.0f, 90.0f};
 
-CELL_SHIFT CUBIC_SHIFT(const XTAL::CRYSTAL_CELL& cell) {
-  return {XTAL::ADD(cell.CELL, cell.CELL_STD), right_angles};
+CELL_SHIFT CUBIC_SHIFT(const XTAL::CRYSTAL_CELL& cell, const VECTOR3& angles) {
+  return {XTAL::ADD(cell.CELL, cell.CELL_STD), angles};
 }
 
 // One length longer by its esd.
@@ -89,16 +89,17 @@ std::vector<CELL_SHIFT> UNIAXIAL_SHIFTS(const XTAL::CRYSTAL_CELL& cell) {
 
 }  // namespace
 
-std::vector<CELL_SHIFT> CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase) {
+std::vector<CELL_SHIFT> CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase, bool keep_angles) {
   const XTAL::CRYSTAL_CELL& cell = phase.CELL;
+  const VECTOR3& orthogonal_angles = keep_angles ? cell.ANG : right_angles;
   const SYSTEM system = SYSTEM_OF(phase.SPG);
   if (system == SYSTEM::UNKNOWN) return {};
-  if (system == SYSTEM::CUBIC) return {CUBIC_SHIFT(cell)};
+  if (system == SYSTEM::CUBIC) return {CUBIC_SHIFT(cell, orthogonal_angles)};
   if (system == SYSTEM::UNIAXIAL) return UNIAXIAL_SHIFTS(cell);
   const bool orthogonal = system == SYSTEM::ORTHORHOMBIC;
   std::vector<CELL_SHIFT> shifts;
   for (std::size_t k = 0; k < 3; ++k)
-    shifts.push_back(LENGTH_SHIFT(cell, k, orthogonal ? right_angles : cell.ANG));
+    shifts.push_back(LENGTH_SHIFT(cell, k, orthogonal ? orthogonal_angles : cell.ANG));
   if (orthogonal) return shifts;
   for (std::size_t k = 0; k < 3; ++k) shifts.push_back(ANGLE_SHIFT(cell, k));
   return shifts;

@@ -32,11 +32,12 @@ VALUE_ESD ANGLE_AND_SIGMA_VCV(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3
                               const VECTOR3& x1_frac, const VECTOR3& x2_frac);
 
 // Cells that differ from the record's own by one esd of one independent parameter each, as the
-// crystal system has them: the terms of every esd that comes from the cell.
+// crystal system has them: the terms of every esd that comes from the cell. Cubic and orthorhombic
+// cells have their angles set to 90 degrees, or to the cell's own with keep_angles.
 struct CELL_SHIFT {
   VECTOR3 CELL{};
   VECTOR3 ANG{};
 };
-std::vector<CELL_SHIFT> CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase);
+std::vector<CELL_SHIFT> CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase, bool keep_angles = false);
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -198,6 +198,18 @@ TEST(DEGENERATE, FEW_LIGANDS) {
   EXPECT_NEAR(POLY(three, POLY_MEAN_EDGE), std::sqrt(3.0f), 1e-5f) << "the mean edge survives";
 }
 
+// A cell that its system would make rectangular, but which is not: without an esd anywhere the
+// volume has none either.
+TEST(VOLUME_ESDS, CELL_KEEPS_ITS_ANGLES) {
+  for (const char* symbol : {"P 2 2 2", "P 2 3", "P 4"}) {
+    auto phase = CALCULATED(SCALED(octahedron, 2.0f));
+    XTAL::SET_CELL_RECORD({edge, edge, edge}, {90, 91, 90}, phase.CELL);
+    XTAL::SET_SPACEGROUP(symbol, phase.SPG);
+    CALC_POLYVOL_VCV(phase, 1);
+    EXPECT_EQ(POLY(phase, POLY_VOLUME_STD), 0.0f) << symbol;
+  }
+}
+
 // Planes across an axis that pass the centre by: what is left of the spread along the axis are
 // rounding errors.
 TEST(DEGENERATE, RINGS_OFF_THE_CENTRE_HAVE_NO_SPHERE) {
