@@ -293,22 +293,23 @@ bool FIXED_BY_MIRROR(const XTAL::SPACE_GROUP& group, float& angle) {
                      [&](float value) { return SNAP(angle, value, tolerance); });
 }
 
+constexpr float axis_tolerance = 0.1f;  // degrees from the angle that an axis demands
+
 // A two-fold axis along a cell edge with apex and ligands at one height: the ligands are opposite.
+// On axes that are not at right angles equal coordinates are not yet one height.
 bool FIXED_BY_TWOFOLD(const IMATRIX3& rot, const TRIPLET& x_frac, float& angle) {
   constexpr float same_coordinate = 1e-5f;
   for (std::size_t k = 0; k < 3; ++k)
-    if (rot[k][k] == 1 && std::abs(x_frac[0][k] - x_frac[1][k]) < same_coordinate) {
-      angle = 180.0f;
+    if (rot[k][k] == 1 && std::abs(x_frac[0][k] - x_frac[1][k]) < same_coordinate &&
+        SNAP(angle, 180.0f, axis_tolerance))
       return true;
-    }
   return false;
 }
 
 // Multiples of 360 degrees over the order of the axis.
 bool FIXED_BY_AXIS(int order, float& angle) {
-  constexpr float tolerance = 0.1f;
   for (int k = 1; k <= order; ++k)
-    if (SNAP(angle, static_cast<float>(k) * 360.0f / static_cast<float>(order), tolerance))
+    if (SNAP(angle, static_cast<float>(k) * 360.0f / static_cast<float>(order), axis_tolerance))
       return true;
   return false;
 }

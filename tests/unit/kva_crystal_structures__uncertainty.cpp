@@ -279,6 +279,27 @@ TEST(FIXED_ANGLES, A_THREE_FOLD_AXIS_GIVES_120) {
   EXPECT_EQ(angle.ESD, 0.0f);
 }
 
+TEST(FIXED_ANGLES, A_TWO_FOLD_AXIS_GIVES_180_ACROSS_IT) {
+  const auto phase = MADE({5, 6, 7}, {90, 98, 90}, "P 2",
+                          {{"Si1", {0, 0.3f, 0}}, {"O1", {0.2f, 0.3f, 0.1f}, {0.01f, 0, 0.01f}}});
+  const VALUE_ESD across =
+      ANGLE_AND_SIGMA_VCV(phase, {0, 0.3f, 0}, {0.2f, 0.3f, 0.1f}, {-0.2f, 0.3f, -0.1f});
+  EXPECT_EQ(across.VALUE, 180.0f);
+  EXPECT_EQ(across.ESD, 0.0f);
+}
+
+// In hexagonal axes the ligand 0, y, z is not across the two-fold axis along a, though its x is
+// that of the apex. With a = 9, c = 7 the cosine is (81 (0.0225 / 2 - 0.0225) - 49 0.0225) / 2.925
+// = -0.68846, 133.508 degrees.
+TEST(FIXED_ANGLES, A_TWO_FOLD_AXIS_OF_HEXAGONAL_AXES_FIXES_NOTHING_ELSE) {
+  const auto phase = MADE({9, 9, 7}, {90, 90, 120}, "P 3 2 1",
+                          {{"B1", {0, 0, 0}}, {"O1", {0, 0.15f, 0.15f}, {0.001f, 0.001f, 0.001f}}});
+  const VALUE_ESD angle =
+      ANGLE_AND_SIGMA_VCV(phase, {0, 0, 0}, {0, 0.15f, 0.15f}, {-0.15f, -0.15f, -0.15f});
+  EXPECT_NEAR(angle.VALUE, 133.508f, 0.001f);
+  EXPECT_GT(angle.ESD, 0.0f);
+}
+
 TEST(FIXED_ANGLES, OTHER_ANGLES_KEEP_THEIR_ESD) {
   const auto phase = TRICLINIC();
   EXPECT_GT(ANGLE_AND_SIGMA_VCV(phase, phase.ATOM(1).X, phase.ATOM(2).X, phase.ATOM(3).X).ESD,
