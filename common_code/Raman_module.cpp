@@ -1,7 +1,9 @@
 // Mode lists: their upkeep, their reading from a CIF block, and what symmetry does to a tensor.
 #include "common_code/Raman_module.h"
 
-#include <cmath>  // for abs
+#include <algorithm>  // for max
+#include <cmath>      // for abs
+#include <exception>
 
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
@@ -23,7 +25,12 @@ void INIT_MODE_TYPE(MODE_TYPE& mode) {
 
 void ALLOCATE_MODE_LIST(int n, MODE_LIST_TYPE& list) {
   list = MODE_LIST_TYPE{};
-  list.MODE.ASSIGN(std::max(n, 0), MODE_TYPE{});
+  try {
+    list.MODE.ASSIGN(std::max(n, 0), MODE_TYPE{});
+  } catch (const std::exception&) {
+    ERR_MODE = true;
+    ERR_MODE_MESS = "Problems allocating memory for Mode_List_Type variable";
+  }
   list.NMODES = list.MODE.COUNT();
 }
 
@@ -122,6 +129,7 @@ void READ_MODE_LIST(const FILE_LINES& flines, int start, int end, MODE_LIST_TYPE
     return;
   }
   ALLOCATE_MODE_LIST(loop.N, list);
+  if (ERR_MODE) return;
   for (int row = 1; row <= loop.N; ++row) list.MODE(row) = MODE_OF_ROW(loop, row);
   KVA_CIFNEW::READ_CIF_SYSTEM(flines, start, end, list.SYSTEM);
   if (!list.SYSTEM.empty())

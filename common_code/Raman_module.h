@@ -38,7 +38,8 @@ void INIT_ERR_MODE();
 
 void INIT_MODE_TYPE(MODE_TYPE& mode);
 
-// Room for n modes at their initial values, NMODES n, both texts blank.
+// Room for n modes at their initial values, NMODES n, both texts blank. Without memory for them the
+// list is empty and ERR_MODE is set.
 void ALLOCATE_MODE_LIST(int n, MODE_LIST_TYPE& list);
 
 // Modes of the block in lines start to end; an absent loop gives an empty list without a message.

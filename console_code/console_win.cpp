@@ -10,10 +10,11 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>     // for sig_atomic_t
 #include <cstdio>      // for fflush, rename
 #include <cstdlib>     // for getenv, mkstemp, realpath, system
-#include <filesystem>  // for current_path
+#include <filesystem>  // for current_path, directory_iterator
 #include <iostream>
 #include <memory>  // for unique_ptr
 
@@ -56,6 +57,25 @@ mode_t MODE_OF(const std::string& path) {
 bool MAY_BE_REPLACED(const std::string& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
+}
+
+constexpr std::string_view temporary_mark = ".saving-";  // behind the name, before six characters
+
+// A program that is killed while it saves leaves its temporary file. A young one may be that of a
+// program that is still at it.
+void REMOVE_STALE_TEMPORARIES(const std::string& target) {
+  namespace fs = std::filesystem;
+  constexpr std::chrono::minutes stale{1};
+  const std::string start = target + std::string(temporary_mark);
+  std::error_code error;
+  std::error_code ignored;
+  fs::directory_iterator file(fs::path(target).parent_path(), error);
+  for (; !error && file != fs::directory_iterator(); file.increment(error)) {
+    if (!file->path().string().starts_with(start)) continue;
+    const fs::file_time_type written = fs::last_write_time(file->path(), ignored);
+    if (ignored) continue;  // its program has finished meanwhile
+    if (fs::file_time_type::clock::now() - written > stale) fs::remove(file->path(), ignored);
+  }
 }
 
 // For a folder that takes no new file while the file itself may be written. A pipe that nobody
@@ -197,7 +217,8 @@ void RUN_COMMAND_LINE(const std::string& line) {
 bool REPLACE_FILE(const std::string& path, const std::string& content) {
   const std::string target = REAL_PATH(path);
   if (!MAY_BE_REPLACED(target)) return OVERWRITE(target, content);
-  std::string temporary = target + ".XXXXXX";
+  REMOVE_STALE_TEMPORARIES(target);
+  std::string temporary = target + std::string(temporary_mark) + "XXXXXX";
   const int descriptor = ::mkstemp(temporary.data());
   if (descriptor < 0) return OVERWRITE(target, content);
   const bool written = ::fchmod(descriptor, MODE_OF(target)) == 0 &&

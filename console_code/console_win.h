@@ -41,11 +41,12 @@ std::string GET_DIRECTORY();
 bool CHANGE_DIRECTORY(const std::string& path);
 bool MAKE_DIRECTORY(const std::string& path);
 
-// Runs a command line with the user's shell on our own input and output. Its status is ignored.
+// Runs a command line with /bin/sh on our own input and output. Its status is ignored.
 void RUN_COMMAND_LINE(const std::string& line);
 
 // Replaces the file's content in one step: the old or the new content is there, never half of it.
-// Returns false when nothing was changed.
+// Where the folder takes no second file, and for devices and pipes, it is written in place.
+// Returns false when the new content is not there.
 bool REPLACE_FILE(const std::string& path, const std::string& content);
 
 }  // namespace KVA_CONSOLE

@@ -2,7 +2,7 @@
 #include "foundations/XTAL_Small_Math.h"
 
 #include <algorithm>  // for clamp
-#include <cmath>      // for sin, cos, acos, sqrt, floor, fmod
+#include <cmath>      // for sin, cos, acos, sqrt, floor, abs
 
 namespace XTAL {
 

@@ -14,6 +14,10 @@ using KVA_UTILITIES::VECTOR6;
 
 inline constexpr float DEGREES_PER_RADIAN = 57.2957795f;
 
+constexpr float SQUARE(float x) {
+  return x * x;
+}
+
 float COSD(float degrees);
 float SIND(float degrees);
 float ACOSD(float cosine);  // degrees; the argument is limited to -1 .. 1

@@ -1,5 +1,7 @@
 // Laue class, point group and crystal system from the rotation parts of a group.
+#include <algorithm>  // for any_of
 #include <map>
+#include <set>
 
 #include "foundations/XTAL_Space_Group_Parts.h"
 
@@ -74,45 +76,47 @@ IMATRIX3 PROPER(const IMATRIX3& rot) {
   return DETERMINANT(rot) < 0 ? NEGATIVE(rot) : rot;
 }
 
-// Operators without centring: each rotation once.
-int POINT_OPERATORS(const SPACE_GROUP& spacegroup) {
-  return spacegroup.MULTIP / spacegroup.NUMLAT;
+// Each rotation part of the operators once.
+std::set<IMATRIX3> ROTATIONS(const SPACE_GROUP& spacegroup) {
+  std::set<IMATRIX3> rotations;
+  for (const SYM_OP& op : spacegroup.SYMOP) rotations.insert(op.ROT);
+  return rotations;
 }
 
 // A three-fold axis along a+b+c: rhombohedral axes.
-bool HAS_RHOMBOHEDRAL_AXES(const SPACE_GROUP& spacegroup) {
-  for (int i = 1; i <= POINT_OPERATORS(spacegroup); ++i) {
-    const IMATRIX3 rot = PROPER(spacegroup.SYMOP(i).ROT);
-    if (ROTATION_TYPE(rot) == 3) return rot[2][2] == 0;
-  }
-  return false;
+bool HAS_RHOMBOHEDRAL_AXES(const std::set<IMATRIX3>& rotations) {
+  return std::any_of(rotations.begin(), rotations.end(), [](const IMATRIX3& rot) {
+    const IMATRIX3 proper = PROPER(rot);
+    return ROTATION_TYPE(proper) == 3 && proper[2][2] == 0;
+  });
 }
 
 // A two-fold axis along a cell edge, or a mirror at right angles to one.
-bool HAS_TWOFOLD_ALONG_EDGE(const SPACE_GROUP& spacegroup) {
-  for (int i = 1; i <= POINT_OPERATORS(spacegroup); ++i) {
-    const IMATRIX3 rot = PROPER(spacegroup.SYMOP(i).ROT);
-    if (ROTATION_TYPE(rot) == 2 && rot[0][0] == 1 && rot[1][0] == 0 && rot[2][0] == 0) return true;
-  }
-  return false;
+bool HAS_TWOFOLD_ALONG_EDGE(const std::set<IMATRIX3>& rotations) {
+  return std::any_of(rotations.begin(), rotations.end(), [](const IMATRIX3& rot) {
+    const IMATRIX3 proper = PROPER(rot);
+    return ROTATION_TYPE(proper) == 2 && proper[0][0] == 1 && proper[1][0] == 0 &&
+           proper[2][0] == 0;
+  });
 }
 
 // The Laue class with its setting, for trigonal groups.
-std::string LAUE_IN_SETTING(std::string_view laue, const SPACE_GROUP& spacegroup) {
+std::string LAUE_IN_SETTING(std::string_view laue, const std::set<IMATRIX3>& rotations) {
   if (!laue.starts_with("-3")) return std::string(laue);
-  if (HAS_RHOMBOHEDRAL_AXES(spacegroup)) return std::string(laue) + " R";
+  if (HAS_RHOMBOHEDRAL_AXES(rotations)) return std::string(laue) + " R";
   if (laue == "-3") return "-3";
-  return HAS_TWOFOLD_ALONG_EDGE(spacegroup) ? "-3m1" : "-31m";
+  return HAS_TWOFOLD_ALONG_EDGE(rotations) ? "-3m1" : "-31m";
 }
 
 }  // namespace
 
 void SET_CLASSES(SPACE_GROUP& spacegroup) {
   if (spacegroup.MULTIP == 0) return SET_ERR_SYMM("No symmetry operators are given");
+  const std::set<IMATRIX3> rotations = ROTATIONS(spacegroup);
+  const int order = static_cast<int>(rotations.size());
   std::map<int, int> found;
-  const int order = POINT_OPERATORS(spacegroup);
-  for (int i = 1; i <= order; ++i) {
-    const int type = ROTATION_TYPE(spacegroup.SYMOP(i).ROT);
+  for (const IMATRIX3& rot : rotations) {
+    const int type = ROTATION_TYPE(rot);
     if (type == 0) return SET_ERR_SYMM("Rotation Not Determined");
     ++found[type];
   }
@@ -122,7 +126,7 @@ void SET_CLASSES(SPACE_GROUP& spacegroup) {
       same = same && found[counted_types[k]] == row.COUNTS[k];
     if (!same) continue;
     spacegroup.PG = row.PG;
-    spacegroup.LAUE = LAUE_IN_SETTING(row.LAUE, spacegroup);
+    spacegroup.LAUE = LAUE_IN_SETTING(row.LAUE, rotations);
     for (const LAUE_SYSTEM& system : laue_systems)
       if (spacegroup.LAUE.starts_with(system.LAUE_START)) {
         spacegroup.CRYSTALSYS = system.SYSTEM;

@@ -1,5 +1,5 @@
 // From generators to the sorted group: closing, centring, inversion, the order of the operators.
-#include <algorithm>  // for find, sort, equal
+#include <algorithm>  // for all_of, any_of, find
 #include <cmath>      // for round, abs
 #include <numeric>    // for gcd
 #include <set>
@@ -196,7 +196,21 @@ void SET_INVERSION(const SORTED_GROUP& sorted, SPACE_GROUP& spacegroup) {
 
 }  // namespace
 
+void SET_OPERATOR_LIST(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup) {
+  spacegroup.MULTIP = static_cast<int>(operators.size());
+  spacegroup.SYMOP.CLEAR();
+  spacegroup.SYMOPSYMB.CLEAR();
+  for (const EXACT_OP& op : operators) {
+    spacegroup.SYMOP.ADD(REAL_FROM(op));
+    spacegroup.SYMOPSYMB.ADD(OPERATOR_TEXT(op));
+  }
+}
+
 bool FILL_FROM_OPERATORS(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup) {
+  if (operators.size() > LARGEST_GROUP) {
+    SET_ERR_SYMM("Dimension of Table exceeded (II)");
+    return false;
+  }
   const SORTED_GROUP sorted = SORT_GROUP(operators);
   const std::vector<EXACT_OP> all = EXPANDED(sorted);
   if (all.size() != operators.size()) {
@@ -206,11 +220,7 @@ bool FILL_FROM_OPERATORS(const std::vector<EXACT_OP>& operators, SPACE_GROUP& sp
   SET_LATTICE(sorted, spacegroup);
   SET_INVERSION(sorted, spacegroup);
   spacegroup.NUMOPS = static_cast<int>(sorted.REDUCED.size());
-  spacegroup.MULTIP = static_cast<int>(all.size());
-  for (const EXACT_OP& op : all) {
-    spacegroup.SYMOP.ADD(REAL_FROM(op));
-    spacegroup.SYMOPSYMB.ADD(OPERATOR_TEXT(op));
-  }
+  SET_OPERATOR_LIST(all, spacegroup);
   return true;
 }
 
@@ -247,13 +257,13 @@ bool LATTICE_TRANS(const VECTOR3& v, const SPACE_GROUP& spacegroup) {
 
 namespace {
 
-// A translation by -1, 0 or 1 cells along each axis that makes the difference vanish.
+// A translation by whole cells that makes the difference vanish: at most one along each axis for a
+// position in the cell, more for one outside.
 bool FIND_TRANSLATION(const VECTOR3& difference, VECTOR3& translation) {
   constexpr float largest_sum = 0.0004f;  // of the absolute components that are left
   float sum = 0.0f;
   for (std::size_t k = 0; k < 3; ++k) {
     const float cells = -std::round(difference[k]);
-    if (!(std::abs(cells) <= 1.0f)) return false;
     translation[k] = cells == 0.0f ? 0.0f : cells;
     sum += std::abs(difference[k] + cells);
   }

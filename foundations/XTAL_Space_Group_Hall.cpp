@@ -160,6 +160,27 @@ std::optional<EXACT_OP> OPERATOR_OF(ROTATION_SYMBOL symbol, CONTEXT& context) {
 
 // ---- the whole symbol ----
 
+// The inversion and the centring vectors that the first word of a symbol names; empty, with the
+// error set when its letter is no lattice, when it names none.
+std::vector<EXACT_OP> LATTICE_GENERATORS(std::string lattice) {
+  std::vector<EXACT_OP> generators;
+  if (lattice.starts_with('-')) {
+    generators.push_back({INVERSION, {}});
+    lattice.erase(0, 1);
+  }
+  if (lattice.size() != 1 || !ISLETTER(lattice[0])) return {};
+  bool known = false;
+  for (const LETTER_TRANSLATION& row : lattice_translations) {
+    if (row.LETTER != lattice[0]) continue;
+    known = true;
+    generators.push_back(EXACT(IDENTITY, row.VECTOR));
+  }
+  if (known) return generators;
+  SET_ERR_SYMM(lattice == "Z" ? "Unconventional Lattice Symbol Z needs centring vectors"
+                              : "Wrong Lattice Symbol");
+  return {};
+}
+
 // Takes an origin shift such as (0 0 4), in twelfths, off the end of the text.
 TRANSLATION TAKE_ORIGIN_SHIFT(std::string& text) {
   TRANSLATION shift{};
@@ -183,21 +204,10 @@ EXACT_OP SHIFTED(const EXACT_OP& op, const TRANSLATION& shift) {
 std::vector<EXACT_OP> DECODE_HALL(std::string_view hall) {
   std::string text = LEFT_ADJUST(hall);
   const TRANSLATION shift = TAKE_ORIGIN_SHIFT(text);
-  std::vector<EXACT_OP> generators;
-  std::string lattice = U_CASE(CUT_WORD(text));
-  if (lattice.starts_with('-')) {
-    generators.push_back({INVERSION, {}});
-    lattice.erase(0, 1);
-  }
-  if (lattice.size() != 1) return {};
-  bool known_lattice = false;
-  for (const LETTER_TRANSLATION& row : lattice_translations) {
-    if (row.LETTER != lattice[0]) continue;
-    known_lattice = true;
-    generators.push_back(EXACT(IDENTITY, row.VECTOR));
-  }
+  std::vector<EXACT_OP> generators = LATTICE_GENERATORS(U_CASE(CUT_WORD(text)));
+  if (generators.empty()) return {};
   CONTEXT context;
-  while (known_lattice && !text.empty()) {
+  while (!text.empty()) {
     const std::optional<ROTATION_SYMBOL> symbol = CUT_SYMBOL(L_CASE(CUT_WORD(text)));
     const std::optional<EXACT_OP> op = symbol ? OPERATOR_OF(*symbol, context) : std::nullopt;
     if (!op) return {};

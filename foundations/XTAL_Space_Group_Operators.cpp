@@ -1,6 +1,8 @@
 // Single operators: exact and real, as text and back, applied, compared, named by codes.
-#include <algorithm>  // for equal
-#include <cmath>      // for fmod, floor, round, abs
+#include <algorithm>  // for max
+#include <cmath>      // for floor, round, abs
+#include <limits>
+#include <optional>
 
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
@@ -25,15 +27,20 @@ int REDUCED_UNITS(int units) {
   return rest < 0 ? rest + TRANSLATION_UNITS : rest;
 }
 
-// A fraction of the cell in units, 0 up to 1. Fractions close to n/24 are meant to be that: files
-// write 0.3333 for 1/3.
-int UNITS_OF(float fraction) {
+// The n that a translation close to n/24 is meant to be: files write 0.3333 for 1/3.
+std::optional<double> MEANT_24THS(double translation) {
   constexpr double close = 0.002;
-  double rest = std::fmod(static_cast<double>(fraction), 1.0);
-  if (rest < 0.0) rest += 1.0;
-  const double nearest = std::round(rest * 24.0);
-  if (std::abs(rest - nearest / 24.0) < close)
-    return REDUCED_UNITS(static_cast<int>(nearest) * UNITS_OF_24TH);
+  const double nearest = std::round(translation * 24.0);
+  if (std::abs(translation - nearest / 24.0) < close) return nearest;
+  return std::nullopt;
+}
+
+// A finite translation in units, 0 up to 1.
+int UNITS_OF(float translation) {
+  const double wide = static_cast<double>(translation);
+  const double rest = wide - std::floor(wide);
+  if (const std::optional<double> n = MEANT_24THS(rest))
+    return REDUCED_UNITS(static_cast<int>(*n) * UNITS_OF_24TH);
   constexpr double units_of_4_decimals = TRANSLATION_UNITS / 10000.0;
   return REDUCED_UNITS(static_cast<int>(std::round(rest * 10000.0) * units_of_4_decimals));
 }
@@ -166,9 +173,8 @@ struct FIELD_READER {
 
 // A translation as it is stored: close to n/24 it is that, with its whole cells.
 float SNAPPED(double translation) {
-  constexpr double close = 0.002;
-  const double nearest = std::round(translation * 24.0) / 24.0;
-  return static_cast<float>(std::abs(translation - nearest) < close ? nearest : translation);
+  const std::optional<double> n = MEANT_24THS(translation);
+  return static_cast<float>(n ? *n / 24.0 : translation);
 }
 
 }  // namespace
@@ -182,13 +188,16 @@ void READ_XSYM(std::string_view text, int& start, IMATRIX3& rot, VECTOR3& tr, bo
   if (first >= text.size() || LENTRIM(text.substr(first)) == 0)
     return SET_ERR_SYMM(" Blank operator field");
 
+  constexpr auto largest_real = static_cast<double>(std::numeric_limits<float>::max());
   std::size_t fields = 0;
   FIELD_READER field;
+  bool finite = true;
   const auto finish_field = [&] {
     field.FINISH_NUMBER();
     if (fields < 3) {
       rot[fields] = field.ROW;
-      tr[fields] = SNAPPED(field.TRANSLATION);
+      finite = finite && std::abs(field.TRANSLATION) <= largest_real;
+      if (finite) tr[fields] = SNAPPED(field.TRANSLATION);
     }
     ++fields;
     field = FIELD_READER{};
@@ -204,7 +213,7 @@ void READ_XSYM(std::string_view text, int& start, IMATRIX3& rot, VECTOR3& tr, bo
   }
   finish_field();
   const int determinant = DETERMINANT(rot);
-  if (fields != 3 || determinant == 0 || (proper && determinant < 0))
+  if (fields != 3 || !finite || determinant == 0 || (proper && determinant < 0))
     SET_ERR_SYMM(" The above operator is wrong: " + TRIM(text));
 }
 

@@ -40,12 +40,16 @@ IMATRIX3 NEGATIVE(const IMATRIX3& rot);
 // set, when they do not close to a crystallographic group.
 std::vector<EXACT_OP> CLOSE_GROUP(const std::vector<EXACT_OP>& generators);
 
-// Generators of a Hall symbol by the published notation; empty when the text is none.
+// Generators of a Hall symbol by the published notation; empty when the text is none, with the
+// error set when its lattice letter is no lattice.
 std::vector<EXACT_OP> DECODE_HALL(std::string_view hall);
 
 // Sorts the operators into reduced ones, inversion and centring, and fills everything of the record
-// that follows from them. False, with the error set, when they are no group.
+// that follows from them. False, with the error set, when they are no group or too many.
 bool FILL_FROM_OPERATORS(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup);
+
+// The operators and their texts, in this order.
+void SET_OPERATOR_LIST(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup);
 
 // Laue class, point group and crystal system from the rotation parts.
 void SET_CLASSES(SPACE_GROUP& spacegroup);

@@ -1,7 +1,6 @@
 // Recognising what people write for a space group, and the row of the settings table that fits.
-#include <algorithm>  // for find_if, sort, remove
+#include <algorithm>  // for find_if, sort
 #include <optional>
-#include <set>
 
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"

@@ -112,23 +112,31 @@ void SET_FROM_SYMBOL(std::string_view text, SPACE_GROUP& spacegroup) {
                                       : "IT (Generated from Hermann-Mauguin symbol)";
 }
 
-// Names, limits and orbits of the first row with the same operators.
-void IDENTIFY(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup) {
+// Names, limits and orbits of the first row with the same operators; without one the Hall symbol
+// that they were made from, if they were.
+void IDENTIFY(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup,
+              const std::string& hall = "") {
   const int row = ROW_WITH_OPERATORS(spacegroup, operators);
-  if (row < 0) return SET_NAMES(0, "unknown", "", spacegroup);
+  if (row < 0) return SET_NAMES(0, "unknown", hall, spacegroup);
   const SPGR_INFO_TYPE& info = SPGR_INFO[static_cast<std::size_t>(row)];
   SET_NAMES(info.N, std::string(info.HM), std::string(info.HALL), spacegroup);
   SET_FROM_ROW(row, spacegroup);
 }
 
+// Whether the operators are those of a row, once they are identified.
+void SET_SETTING(SPACE_GROUP& spacegroup) {
+  spacegroup.SG_SETTING = spacegroup.NUMSPG > 0 ? "Tabulated Setting" : "Non-standard Setting";
+}
+
 void SET_FROM_HALL(std::string_view text, SPACE_GROUP& spacegroup) {
   const std::vector<EXACT_OP> generators = DECODE_HALL(text);
+  if (ERR_SYMM) return;
   if (generators.empty())
     return SET_ERR_SYMM("Error in the provided symbol/number of the space group");
   const std::vector<EXACT_OP> operators = FILL_FROM_GENERATORS(generators, spacegroup);
   if (operators.empty()) return;
-  IDENTIFY(operators, spacegroup);
-  spacegroup.SG_SETTING = spacegroup.NUMSPG > 0 ? "Tabulated Setting" : "Non-standard Setting";
+  IDENTIFY(operators, spacegroup, LEFT_ADJUST(text));
+  SET_SETTING(spacegroup);
   spacegroup.INFO = "Generated from Hall symbol";
 }
 
@@ -144,20 +152,17 @@ void SET_FROM_OPERATOR_LIST(std::span<const std::string> gen, SPACE_GROUP& space
                                           : "Non-Conventional (user-given operators)";
 }
 
-// The operators exactly as they are given, without their products.
+// The operators in the order in which they are given, without their products.
 void SET_FIXED(std::span<const std::string> gen, SPACE_GROUP& spacegroup) {
   if (gen.empty()) return SET_ERR_SYMM(" Generators should be provided if FIX option is Used");
   const std::vector<EXACT_OP> operators = READ_GENERATORS(gen);
-  if (operators.empty()) return;
-  spacegroup.NUMLAT = 1;
-  spacegroup.LATT_TRANS.ASSIGN(1, VECTOR3{});
-  spacegroup.MULTIP = static_cast<int>(operators.size());
-  spacegroup.NUMOPS = spacegroup.MULTIP;
-  for (std::size_t i = 0; i < operators.size(); ++i) {
-    spacegroup.SYMOP.ADD(REAL_FROM(operators[i]));
-    spacegroup.SYMOPSYMB.ADD(TRIM(gen[i]));
-  }
-  SET_NAMES(0, "unknown", "", spacegroup);
+  if (operators.empty() || !FILL_FROM_OPERATORS(operators, spacegroup)) return;
+  SET_OPERATOR_LIST(operators, spacegroup);
+  spacegroup.NUM_GEN = COUNT_GENERATORS(operators);
+  SET_CLASSES(spacegroup);
+  if (ERR_SYMM) return;
+  IDENTIFY(operators, spacegroup);
+  SET_SETTING(spacegroup);
   spacegroup.INFO = "Fixed symmetry operators (no info)";
 }
 

@@ -1,7 +1,9 @@
 // The unit cell record and the displacement tensors in its frame.
 #include "foundations/XTAL_Unit_Cell.h"
 
-#include <cmath>  // for sqrt, abs, isfinite
+#include <algorithm>  // for find
+#include <cmath>      // for sqrt, abs, isfinite
+#include <string_view>
 
 #include "console_code/kva_utilities/text.h"
 
@@ -12,10 +14,6 @@ namespace {
 constexpr float unset_angle = 0.00001f;  // degrees; below it an angle was not given
 constexpr float no_esds = 0.00001f;      // sum of esds that counts as none
 constexpr float two_pi_sq = 19.7392f;    // beta = 2 pi^2 a* b* U
-
-float SQUARE(float x) {
-  return x * x;
-}
 
 void CLEAR_ERROR() {
   ERR_CRYS = 0;
@@ -129,12 +127,17 @@ float BETA_PER_U(const CRYSTAL_CELL& c, std::size_t component) {
          (component < 3 ? c.GR[component][component] : RECIPROCAL_PRODUCT(c, component));
 }
 
+// A blank word means "CA", which is also the frame that the other words get.
+bool IS_FRAME_WORD(const std::string& word) {
+  constexpr std::array<std::string_view, 6> accepted{"", "CA", "AC", "BC", "BA", "CB"};
+  return std::find(accepted.begin(), accepted.end(), word) != accepted.end();
+}
+
 }  // namespace
 
 void GET_CRYST_ORTHOG_MATRIX(const VECTOR3& cellv, const VECTOR3& angl, MATRIX3& m,
                              const std::string& cartype) {
-  const std::string word = KVA_UTILITIES::U_CASE(KVA_UTILITIES::TRIM(cartype));
-  if (!word.empty() && word != "CA") {
+  if (!IS_FRAME_WORD(KVA_UTILITIES::U_CASE(KVA_UTILITIES::TRIM(cartype)))) {
     ERR_CRYS = 1;
     ERR_CRYS_MESS = "Invalid CarType in call to Get_Cryst_Orthog_Matrix. Reset to default";
   }

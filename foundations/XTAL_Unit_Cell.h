@@ -36,13 +36,15 @@ void SET_CELL_RECORD(const VECTOR3& cellv, const VECTOR3& angl, CRYSTAL_CELL& ce
                      const std::string& cartype, const VECTOR3& scell, const VECTOR3& sang);
 // The same with esds of zero.
 void SET_CELL_RECORD(const VECTOR3& cellv, const VECTOR3& angl, CRYSTAL_CELL& celda,
-                     const std::string& cartype = " ");
+                     const std::string& cartype = "CA");
 
 // Whether the last SET_CELL_RECORD succeeded and gave the cell positive lengths, a positive volume
 // and a finite frame.
 bool IS_SENSIBLE(const CRYSTAL_CELL& cell);
 
-// Fractional to Cartesian: z along c, y in the b-c plane, x along a*.
+// Fractional to Cartesian: z along c, y in the b-c plane, x along a*. That is the frame "CA", also
+// used for the words "AC", "BC", "BA" and "CB"; any other word but a blank leaves ERR_CRYS at 1 with
+// "Invalid CarType ...".
 void GET_CRYST_ORTHOG_MATRIX(const VECTOR3& cellv, const VECTOR3& angl, MATRIX3& m,
                              const std::string& cartype = " ");
 

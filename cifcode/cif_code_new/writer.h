@@ -14,6 +14,16 @@ namespace KVA_CIFNEW {
 // A symmetry code held as a number, 12.555, as text, "12_555".
 std::string WRITE_SYMCODE(float code);
 
+// A value with its esd as one word. An esd below 0 has no meaning and is left out: the value
+// counts.
+std::string CIF_NUMBER(float value, float esd);
+
+// A text as one word of a loop: in quotes where it would be cut or taken for something else.
+std::string CIF_WORD(std::string_view text);
+
+// True when the text, without quotes, would be read as something else.
+bool IS_RESERVED(std::string_view text);
+
 // One line, as it stands.
 void WRITE_CIF_LINE(std::string_view line, int unit);
 

@@ -43,19 +43,15 @@ float MEAN_OF_DIAGONAL(const VECTOR6& v) {
   return (v[0] + v[1] + v[2]) / 3.0f;
 }
 
-std::string VALUE_TEXT(float value, float std) {
-  return LEFT_ADJUST(SETNUM_STD(value, std));
-}
-
 // Value and kind of the atom's displacement.
 void ADD_DISPLACEMENT(const CRYSTAL_STRUCTURE_TYPE& phase, const ATOM_TYPE& atom,
                       std::vector<std::string>& row) {
   if (IS_ANISOTROPIC(atom)) {
     const TENSOR tensor = U_OF_ATOM(phase, atom);
-    row.push_back(VALUE_TEXT(MEAN_OF_DIAGONAL(tensor.U), MEAN_OF_DIAGONAL(tensor.STD)));
+    row.push_back(CIF_NUMBER(MEAN_OF_DIAGONAL(tensor.U), MEAN_OF_DIAGONAL(tensor.STD)));
     row.push_back("Uani");
   } else if (IS_ISOTROPIC(atom)) {
-    row.push_back(VALUE_TEXT(atom.BISO / eight_pi_sq, atom.BISO_STD / eight_pi_sq));
+    row.push_back(CIF_NUMBER(atom.BISO / eight_pi_sq, atom.BISO_STD / eight_pi_sq));
     row.push_back("Uiso");
   } else {
     row.insert(row.end(), {".", "."});
@@ -64,18 +60,18 @@ void ADD_DISPLACEMENT(const CRYSTAL_STRUCTURE_TYPE& phase, const ATOM_TYPE& atom
 
 std::vector<std::string> SITE_ROW(const CRYSTAL_STRUCTURE_TYPE& phase, const ATOM_TYPE& atom,
                                   bool with_displacements) {
-  std::vector<std::string> row{atom.LAB, atom.SFACSYMB};
-  for (std::size_t k = 0; k < 3; ++k) row.push_back(VALUE_TEXT(atom.X[k], atom.X_STD[k]));
-  row.push_back(VALUE_TEXT(atom.OCC, atom.OCC_STD));
+  std::vector<std::string> row{CIF_WORD(atom.LAB), CIF_WORD(atom.SFACSYMB)};
+  for (std::size_t k = 0; k < 3; ++k) row.push_back(CIF_NUMBER(atom.X[k], atom.X_STD[k]));
+  row.push_back(CIF_NUMBER(atom.OCC, atom.OCC_STD));
   if (with_displacements) ADD_DISPLACEMENT(phase, atom, row);
   return row;
 }
 
 std::vector<std::string> ANISO_ROW(const CRYSTAL_STRUCTURE_TYPE& phase, const ATOM_TYPE& atom) {
   const TENSOR tensor = U_OF_ATOM(phase, atom);
-  std::vector<std::string> row{atom.LAB};
+  std::vector<std::string> row{CIF_WORD(atom.LAB)};
   for (std::size_t k = 0; k < 6; ++k)
-    row.push_back(tensor.STD[k] > TINY_REAL ? VALUE_TEXT(tensor.U[k], tensor.STD[k])
+    row.push_back(tensor.STD[k] > TINY_REAL ? CIF_NUMBER(tensor.U[k], tensor.STD[k])
                                             : LEFT_ADJUST(RFORM(tensor.U[k], plain_width)));
   return row;
 }
@@ -86,6 +82,14 @@ std::vector<const ATOM_TYPE*> ATOMS_TO_WRITE(const CRYSTAL_STRUCTURE_TYPE& phase
   for (int i = 1; i <= phase.NATOMS; ++i)
     if (phase.ATOM_USE(i) > ATOM_OMITTED) atoms.push_back(&phase.ATOM(i));
   return atoms;
+}
+
+void WARN_OF_SHARED_SITES(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  for (int i = 1; i <= phase.NATOMS; ++i)
+    if (phase.ATOM_USE(i) < ATOM_OMITTED) {
+      WARN_KVACIF = true;
+      WARN_KVACIF_MESS = "Only the first of the atoms that share a site is written to the cif";
+    }
 }
 
 }  // namespace
@@ -109,6 +113,7 @@ void WRITE_CIF_ATOMS(const CRYSTAL_STRUCTURE_TYPE& phase, int unit) {
   for (const ATOM_TYPE* atom : ATOMS_TO_WRITE(phase))
     rows.push_back(SITE_ROW(phase, *atom, with_displacements));
   WRITE_CIF_ROWS(rows, unit);
+  WARN_OF_SHARED_SITES(phase);
   if (!any_anisotropic) return;
 
   WRITE_CIF_LOOP_HEAD(

@@ -1,6 +1,4 @@
 // Lines, numbers, texts and loops of a CIF: how an item is laid out, whatever it means.
-#include <algorithm>  // for any_of
-
 #include "cifcode/cif_code_new/writer.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/files.h"
@@ -24,14 +22,11 @@ std::string NAME_AND_VALUE(std::string_view name, std::string_view value) {
   return line;
 }
 
-// Texts that would be read as something else when they stand without quotes.
-bool IS_RESERVED(std::string_view text) {
-  constexpr std::string_view reserved_characters = "_#$'\"[];";
-  constexpr std::array<std::string_view, 5> reserved_words{"data_", "loop_", "global_", "save_",
-                                                           "stop_"};
-  return reserved_characters.find(text.front()) != std::string_view::npos ||
-         std::any_of(reserved_words.begin(), reserved_words.end(),
-                     [text](std::string_view word) { return BEGINS_WITH(text, word); });
+std::string WITHOUT_CONTROL_CHARACTERS(std::string_view text) {
+  std::string clean(text);
+  for (char& c : clean)
+    if (static_cast<unsigned char>(c) < ' ') c = ' ';
+  return clean;
 }
 
 std::vector<std::string> PIECES(std::string_view text) {
@@ -46,12 +41,13 @@ std::vector<std::string> PIECES(std::string_view text) {
   return pieces;
 }
 
-// A text between lines that hold only ";". A piece that begins with ";" would end it.
+// A text between lines that hold only ";". A piece that begins with ";" would end it, also with
+// blanks before, since our own reader left-adjusts all lines.
 void WRITE_TEXT_FIELD(std::string_view name, std::string_view text, int unit) {
   WRITE_CIF_LINE(TRIM(name), unit);
   WRITE_CIF_LINE(";", unit);
   for (const std::string& piece : PIECES(text))
-    WRITE_CIF_LINE(piece.starts_with(';') ? " " + piece : piece, unit);
+    WRITE_CIF_LINE(LEFT_ADJUST(piece).starts_with(';') ? ">" + piece : piece, unit);
   WRITE_CIF_LINE(";", unit);
 }
 
@@ -77,11 +73,11 @@ void WRITE_CIF_ROWS(std::vector<std::vector<std::string>> rows, int unit) {
 }
 
 void WRITE_CIF_VALUE(std::string_view name, float value, float esd, int unit) {
-  WRITE_CIF_LINE(NAME_AND_VALUE(name, LEFT_ADJUST(SETNUM_STD(value, esd))), unit);
+  WRITE_CIF_LINE(NAME_AND_VALUE(name, CIF_NUMBER(value, esd)), unit);
 }
 
 void WRITE_CIF_TEXT(std::string_view name, std::string_view text, int unit) {
-  const std::string value = LEFT_ADJUST(text);
+  const std::string value = LEFT_ADJUST(WITHOUT_CONTROL_CHARACTERS(text));
   if (value.empty()) return WRITE_CIF_LINE(NAME_AND_VALUE(name, "?"), unit);
   const bool quote_inside = value.find("' ") != std::string::npos;
   if (value.find('|') != std::string::npos || quote_inside || IS_RESERVED(value))

@@ -97,7 +97,7 @@ bool MODE_ALLOWS(OPEN_MODE mode, const std::string& name, UNIT_MODE& unit_mode) 
   const bool exists = FILE_EXISTS(name);
   switch (mode) {
     case OPEN_MODE::UNKNOWN:
-      unit_mode = exists ? UNIT_MODE::OLD : UNIT_MODE::NEW;
+      unit_mode = UNIT_MODE::UNKNOWN;
       return true;
     case OPEN_MODE::APPEND:
       unit_mode = UNIT_MODE::APPEND;
@@ -196,13 +196,24 @@ bool OPEN_FILE(FILE_RECORD& file, std::string_view control) {
 
 // ---- the console's own files ----
 
+namespace {
+
+std::string FULL_PATH(const std::string& name) {
+  return name.starts_with('/') ? name : GET_DIRECTORY() + "/" + name;
+}
+
+}  // namespace
+
+// A name that is given again means another file when the working directory has changed.
 void OPEN_LOG_FILE() {
   LOG_FILE.DESCRIPTOR = "Log file";
   LOG_FILE.UNIT = LOG_UNIT;
   LOG_FILE.EXT = "log";
   const std::string old_name = LOG_FILE.NAME;
-  const bool opened = OPEN_FILE(LOG_FILE, "append");
-  if (opened && (LOG_FILE.NAME != old_name || LOG_FILE.MADE)) WRITE_HEADER("logonly");
+  const std::string old_path = LOG_PATH;
+  if (!OPEN_FILE(LOG_FILE, "append")) return;
+  LOG_PATH = FULL_PATH(LOG_FILE.NAME);
+  if (LOG_FILE.NAME != old_name || LOG_PATH != old_path || LOG_FILE.MADE) WRITE_HEADER("logonly");
 }
 
 bool OPEN_MACRO_FILE(std::string_view control) {

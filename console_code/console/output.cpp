@@ -161,9 +161,11 @@ void WARNING(std::string_view text, std::string_view control) {
 void WRITE_WDIR(std::string_view control) {
   int ierr = 0;
   GET_PARAM("WDIR", ierr);
-  // The entry may hold another directory, when the name of this one is too long for it.
-  if (ierr == 0)
-    WRITE_OUT("|    Current working directory is now: " + GET_DIRECTORY() + "|", control);
+  // The entry may hold another directory, when the name of this one does not fit it. One that was
+  // deleted under us has no name.
+  const std::string directory = GET_DIRECTORY();
+  if (ierr == 0 && !directory.empty())
+    WRITE_OUT("|    Current working directory is now: " + directory + "|", control);
 }
 
 void WRITE_HEADER(std::string_view control) {

@@ -60,12 +60,10 @@ std::string OPEN_INI(int& ierr) {
   const std::string root = SETTINGS_ROOT(below_home);
   if (root.empty()) return "";
   const std::string path = root + PROGRAM_INI_FILE;
-  ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::OLD);
+  ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::UNKNOWN);
   if (ierr != ENOENT) return path;
   MAKE_SETTINGS_FOLDER(path, below_home);
-  ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::NEW);
-  // Another program may have made the file in between.
-  if (ierr == EEXIST) ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::OLD);
+  ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::UNKNOWN);
   return path;
 }
 

@@ -44,6 +44,7 @@ inline int MACRO_STATE = 0;  // 0 none, 1 replaying, -1 recording
 inline int MACRO_CHAIN = 0;  // macros started since the user last typed a line
 inline FILE_RECORD MACRO_FILE;
 inline FILE_RECORD LOG_FILE;
+inline std::string LOG_PATH;      // of the log that was opened last, from the root
 inline bool RESERVED_ON = false;  // reserved commands are open
 inline int OPERATION_MODE = 0;    // 0 default, 1 expert, 2 debug; -1 disables MODE
 

@@ -76,6 +76,8 @@ constexpr ACCESS write_only{O_WRONLY, "w", false, true};
 // Flags of the mode, and whether the file is to be made.
 int MODE_FLAGS(UNIT_MODE mode) {
   switch (mode) {
+    case UNIT_MODE::UNKNOWN:
+      return O_CREAT;
     case UNIT_MODE::OLD:
       return 0;
     case UNIT_MODE::NEW:
@@ -92,7 +94,8 @@ int OPEN_AS_ALLOWED(const std::string& name, int flags, OPENED_UNIT& opened) {
   constexpr mode_t rights = 0666;
   int error = 0;
   for (const ACCESS& access : {both_ways, read_only, write_only}) {
-    if (!access.WRITABLE && flags != 0) continue;
+    // A file that is replaced or added to must be written.
+    if (!access.WRITABLE && (flags & ~O_CREAT) != 0) continue;
     // Without O_NONBLOCK a pipe without a partner would never come back.
     const int descriptor =
         ::open(name.c_str(), access.FLAGS | flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, rights);
@@ -149,7 +152,7 @@ void DROP_BYTE_ORDER_MARK(std::string& line) {
 // Next line of the stream without its end, in bounded memory. A device may never end a line.
 READ_STATUS READ_LINE(std::FILE* stream, std::string& line) {
   constexpr std::size_t kept = LINE_LENGTH + 4;  // a mark, and a character that the cut may split
-  constexpr long longest = 1L << 28;             // bytes
+  constexpr long longest = 1L << 24;             // bytes
   long read = 0;
   line.clear();
   bool carriage_return = false;  // the last byte, held back until it is known to end no line

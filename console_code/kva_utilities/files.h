@@ -26,11 +26,12 @@ struct FILE_RECORD {
 
 // ---- units ----
 
-enum class UNIT_MODE { OLD, NEW, APPEND, REPLACE };
+enum class UNIT_MODE { UNKNOWN, OLD, NEW, APPEND, REPLACE };
 
 // Opens the file on the unit; a unit in use is closed first. OLD asks for an existing file, for
-// reading and writing as far as the system lets, positioned at its start. Returns 0 or the
-// system's error number. Directories are refused, and files that another unit has open.
+// reading and writing as far as the system lets, positioned at its start; UNKNOWN makes it when
+// it is absent. Returns 0 or the system's error number. Directories are refused, and files that
+// another unit has open.
 int OPEN_UNIT(int unit, const std::string& name, UNIT_MODE mode);
 void CLOSE_UNIT(int unit);
 bool UNIT_READABLE(int unit);

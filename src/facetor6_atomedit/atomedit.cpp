@@ -2,6 +2,7 @@
 // names.
 #include "src/facetor6_atomedit/atomedit.h"
 
+#include <algorithm>  // for sort, unique
 #include <array>
 #include <string>
 #include <vector>
@@ -60,6 +61,14 @@ void SET_CLIST_ATOMEDIT() {
   CLIST_GROUP_TITLE.CLEAR();
   CLIST_GROUP_TITLE.ADD("Program and data settings");
   CLIST_GROUP_TITLE.ADD("Atom editing");
+}
+
+// Blocks that the user chooses, each once.
+std::vector<int> ASK_BLOCKS(std::string_view prompt) {
+  std::vector<int> blocks = GET_LIST(prompt, NPHASES);
+  std::sort(blocks.begin(), blocks.end());
+  blocks.erase(std::unique(blocks.begin(), blocks.end()), blocks.end());
+  return blocks;
 }
 
 // ---- use of atoms ----
@@ -124,18 +133,14 @@ void CHANGE_USE(const std::string& answer, const std::vector<int>& blocks, bool 
               "     in the reference block, and equivalent atoms in other blocks");
 }
 
-// The only block, or those that the user chooses.
-std::vector<int> ASK_BLOCKS(std::string_view explanation, std::string_view prompt) {
-  if (NPHASES == 1) return {1};
-  WRITE_OUT(explanation);
-  FACETOR_LIST::FACETOR_LIST_PHASE();
-  return GET_LIST(prompt, NPHASES);
-}
-
 void RUN_SET_ATOM_USE(bool use) {
-  const std::vector<int> blocks = ASK_BLOCKS(
-      "|*****First you will select which datablocks to use; these are all the datablocks:|",
-      "Input the datablock numbers to use, <CR> to exit: ");
+  std::vector<int> blocks{1};
+  if (NPHASES > 1) {
+    WRITE_OUT(
+        "|*****First you will select which datablocks to use; these are all the datablocks:|");
+    FACETOR_LIST::FACETOR_LIST_PHASE();
+    blocks = ASK_BLOCKS("Input the datablock numbers to use, <CR> to exit: ");
+  }
   if (blocks.empty()) return;
   while (true) {
     WRITE_OUT("*****These are the atom names in the reference block:");
@@ -194,7 +199,7 @@ void RUN_SET_ELEMENTS() {
   std::vector<int> blocks{1};
   if (NPHASES > 1) {
     WRITE_OUT("|*****First select which datablocks to modify:");
-    blocks = GET_LIST("Input the datablock numbers to modify, <CR> to exit: ", NPHASES);
+    blocks = ASK_BLOCKS("Input the datablock numbers to modify, <CR> to exit: ");
   }
   if (blocks.empty()) return;
   WRITE_OUT("|     Now input the current scattering factor name and a new name:");

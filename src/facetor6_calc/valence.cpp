@@ -95,12 +95,13 @@ void FIND_BVS_PAIR(std::string_view w1, std::string_view w2) {
   const XTAL::BVS_TABLE_TYPE& row = XTAL::BVS_TABLE[first.INDEX];
   const float d0 = row.D0[second.INDEX];
   if (!(d0 > 0.0f) && !(d0 < 0.0f)) return ADD_MISSING(cation, anion);
+  // Every bond is seen from both ends: a pair that has its row needs no room.
+  for (const BV_PAIR& pair : BV_PAIRS)
+    if (pair.CATION == cation && pair.ANION == anion) return;
   if (BV_PAIRS.COUNT() == MAX_BV_PAIRS) {
     BV_FLAGS(BV_TOO_MANY_PAIRS) = true;
     return;
   }
-  for (const BV_PAIR& pair : BV_PAIRS)
-    if (pair.CATION == cation && pair.ANION == anion) return;
   const auto reference = static_cast<std::size_t>(row.REF[second.INDEX]);
   BV_PAIRS.ADD(
       {cation, anion, row.B[second.INDEX], d0, std::string(XTAL::BVS_REFERENCES[reference])});
@@ -140,12 +141,17 @@ void BUILD_BVTABLE() {
 
 // ---- the dialogue ----
 
-// Gives every atom of all blocks whose symbol begins with old_label the new one.
-void CHANGE_LABEL(const std::string& old_label, const std::string& new_label) {
+// Gives the atoms of all blocks whose symbols begin with the pair's labels the new ones. Each atom
+// is changed once, so that labels can be exchanged.
+void CHANGE_LABELS_OF_ATOMS(const BV_PAIR& pair, const std::string& cation,
+                            const std::string& anion) {
   for (int block = 1; block <= NPHASES; ++block)
     for (int i = 1; i <= PHASE(block).NATOMS; ++i) {
-      ATOM_TYPE& atom = PHASE(block).ATOM(i);
-      if (BEGINS_WITH(atom.SFACSYMB, old_label)) atom.SFACSYMB = new_label;
+      std::string& symbol = PHASE(block).ATOM(i).SFACSYMB;
+      if (BEGINS_WITH(symbol, pair.CATION))
+        symbol = cation;
+      else if (BEGINS_WITH(symbol, pair.ANION))
+        symbol = anion;
     }
 }
 
@@ -158,11 +164,10 @@ void CHANGE_LABELS_OF_PAIR(BV_PAIR& pair) {
     int count = 0;
     GETWORDS(INSTRING, words, count);
     CLEAR_INPUT();
-    if (count >= 2) {
-      const std::string cation = TABLE_LABEL(words[0]);
-      const std::string anion = TABLE_LABEL(words[1]);
-      CHANGE_LABEL(pair.CATION, cation);
-      CHANGE_LABEL(pair.ANION, anion);
+    const std::string cation = TABLE_LABEL(words[0]);
+    const std::string anion = TABLE_LABEL(words[1]);
+    if (!cation.empty() && !anion.empty()) {  // quotes can hold a blank word
+      CHANGE_LABELS_OF_ATOMS(pair, cation, anion);
       pair.CATION = cation;
       pair.ANION = anion;
       BV_FLAGS(BV_LABELS_BY_USER) = true;
@@ -175,8 +180,8 @@ void CHANGE_LABELS_OF_PAIR(BV_PAIR& pair) {
 // Row of the table that the list number names; 0, with a message, when the three numbers do not
 // name and fill one.
 int ROW_TO_CHANGE(const std::array<float, 3>& numbers, int found) {
-  constexpr float beyond_every_list = 9999.0f;
-  const float wanted = std::clamp(numbers[0], -beyond_every_list, beyond_every_list);
+  constexpr float beyond_the_columns = 99999.0f;
+  const float wanted = std::clamp(numbers[0], -beyond_the_columns, beyond_the_columns);
   const int row = static_cast<int>(std::lround(wanted));
   if (found > 0 && (row < 1 || row > BV_PAIRS.COUNT())) {
     WRITE_OUT("A list number of " + INTEGER_COLUMNS(row, 4) + " is not valid");

@@ -1,5 +1,5 @@
 // The data file for fitting equations of state: its header, its columns, its rows.
-#include <algorithm>  // for find_if
+#include <algorithm>  // for any_of, find_if
 
 #include "console_code/console/open_file.h"
 #include "console_code/console/output.h"
@@ -145,8 +145,9 @@ void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, std::string_view system_
   const bool written =
       WRITE_LINES(file.UNIT, HEADER_LINES(system, title, volumes)) && WRITE_LINES(file.UNIT, data);
   CLOSE_FILE(file);
-  WRITE_OUT("     File header   and " + INTEGER_COLUMNS(static_cast<int>(points.size()), 3) +
-            " data points written to the file|");
+  if (written)
+    WRITE_OUT("     File header   and " + INTEGER_COLUMNS(static_cast<int>(points.size()), 3) +
+              " data points written to the file|");
   if (!written || HAS_STARS(data)) WARNING("Errors on writing the file: check it carefully");
 }
 

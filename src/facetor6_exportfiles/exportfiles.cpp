@@ -108,10 +108,11 @@ void EXPORT_POLYVOL_EOSDAT(const STRUCTURE_LIST& phases, int n) {
       "are:");
   FACETOR_LIST::FACETOR_LIST_ATOMS("", IREFERENCE);
   WRITE_OUT("|");
+  constexpr int name_length = 10;
   while (true) {
     GET_INPUT("    Enter central atom name:");
     if (INSTRING_LEN == 0) return;
-    const int i = FIND_SITE(INSTRING);
+    const int i = FIND_SITE(CUT_TEXT(INSTRING, name_length));
     CLEAR_INPUT();
     const std::string reason = REASON_AGAINST(i);
     if (reason.empty())

@@ -1,7 +1,6 @@
 // Angles around a centre and edges of its polyhedron: a column for each pair of ligands.
 #include "console_code/console/output.h"
 #include "console_code/kva_utilities/columns.h"
-#include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list_parts.h"
@@ -67,13 +66,19 @@ std::vector<PAIR> EDGE_PAIRS(int i) {
   return pairs;
 }
 
-// Two labels with a "-" between, in 7 columns or in 9 with esds; a label may use what a shorter one
-// leaves.
+// Characters of a label beside another: together 7 columns with the "-" between, or 9 with esds,
+// of which a label may use what a short one leaves.
+int ROOM_BESIDE(const std::string& other, bool esd) {
+  constexpr int plain_room = 3;
+  constexpr int esd_room = 4;
+  if (!esd) return plain_room;
+  const bool other_is_short = FIRST_CHARACTERS(other, esd_room - 1) == other;
+  return other_is_short ? esd_room + 1 : esd_room;
+}
+
 std::string PAIR_LABEL(const std::string& first, const std::string& second, bool esd) {
-  if (!esd) return CUT_TEXT(first, 3) + "-" + CUT_TEXT(second, 3);
-  const int first_length = second.size() < 4 ? 5 : 4;
-  const int second_length = first.size() < 4 ? 5 : 4;
-  return CUT_TEXT(first, first_length) + "-" + CUT_TEXT(second, second_length);
+  return FIRST_CHARACTERS(first, ROOM_BESIDE(second, esd)) + "-" +
+         FIRST_CHARACTERS(second, ROOM_BESIDE(first, esd));
 }
 
 void WRITE_PAIR_HEAD(int i, const std::vector<PAIR>& pairs, const PAIR_TABLE& table, bool esd) {
@@ -103,8 +108,8 @@ bool HAS_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m) {
 std::string PAIR_ROW(int place, int i, const std::vector<PAIR>& pairs, const PAIR_TABLE& table,
                      bool esd) {
   const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-  std::string line = FACETOR_LINESTART(place, esd);
-  if (phase.NBONDS(i) < 0) return line + std::string(no_centre_words);
+  std::string line;
+  if (!START_CENTRE_ROW(place, i, esd, line)) return line;
   int m = 0;
   for (const PAIR& pair : pairs) {
     ++m;

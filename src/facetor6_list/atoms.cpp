@@ -1,5 +1,6 @@
 // Site names and scattering factors, coordinates, and displacement parameters.
-#include <algorithm>  // for find, max
+#include <algorithm>  // for max
+#include <cmath>      // for abs
 
 #include "console_code/console/output.h"
 #include "console_code/kva_utilities/columns.h"
@@ -34,10 +35,13 @@ std::string MARKED_NAME(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   return phase.ATOM(i).LAB + USE_MARK(phase.ATOM_USE(i));
 }
 
+// Columns that leave a blank behind every name.
 int NAME_WIDTH(const CRYSTAL_STRUCTURE_TYPE& phase) {
   int width = least_name_width;
-  for (int i = 1; i <= phase.NATOMS; ++i)
-    width = std::max(width, static_cast<int>(MARKED_NAME(phase, i).size()) + 1);
+  for (int i = 1; i <= phase.NATOMS; ++i) {
+    const std::string name = TRIM(MARKED_NAME(phase, i));
+    while (FIRST_CHARACTERS(name, width - 1) != name) ++width;
+  }
   return width;
 }
 
@@ -62,12 +66,12 @@ void WRITE_NAMES(const CRYSTAL_STRUCTURE_TYPE& phase, bool with_factors) {
   }
 }
 
-// The place of one block in the display order, or all listed places.
+// The listed place of one block, or all of them for block 0.
 std::vector<int> PLACES_OF(int block) {
-  if (block == 0) return LISTED_PLACES();
-  const auto place = std::find(ISORT.begin(), ISORT.end(), block);
-  if (place == ISORT.end()) return {};
-  return {static_cast<int>(place - ISORT.begin()) + 1};
+  std::vector<int> places;
+  for (int place : LISTED_PLACES())
+    if (block == 0 || ISORT(place) == block) places.push_back(place);
+  return places;
 }
 
 }  // namespace
@@ -98,6 +102,20 @@ constexpr int esd_step = 13;
 
 int VALUE_PLACE(int k, bool esd) {
   return first_value + k * (esd ? esd_step : plain_step);
+}
+
+// The atom of a listed block that lies where an atom of the reference block does.
+struct LISTED_ATOM {
+  int PLACE;
+  FOUND_ATOM FOUND;  // its ATOM is 0 when there is none
+};
+
+std::vector<LISTED_ATOM> EQUIVALENT_ATOMS(int i) {
+  std::vector<LISTED_ATOM> atoms;
+  for (int place : LISTED_PLACES())
+    atoms.push_back({place, FIND_ATOM(PHASE(ISORT(place)), REFERENCE().ATOM(i).X, "OMIT")});
+  INIT_ERR_KVASTRUCTURES();  // none found is told in the table
+  return atoms;
 }
 
 // Line start, operator, label and scattering factor of the atom of a row.
@@ -135,6 +153,13 @@ void PUT_DUPLICATES(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool esd, std::s
   }
 }
 
+// A coordinate without an esd that is zero but for the rounding of the operators is zero.
+std::string COORDINATE_TEXT(float x, float std) {
+  constexpr float rounding = 0.000005f;  // half of the last decimal of the plain form
+  const bool is_zero = !(std > 0.0f) && std::abs(x) < rounding;
+  return SETNUM_STD(is_zero ? 0.0f : x, std);
+}
+
 std::string XYZ_ROW(int place, bool esd, const CRYSTAL_STRUCTURE_TYPE& phase,
                     const FOUND_ATOM& found) {
   const ATOM_TYPE& atom = phase.ATOM(found.ATOM);
@@ -143,7 +168,7 @@ std::string XYZ_ROW(int place, bool esd, const CRYSTAL_STRUCTURE_TYPE& phase,
   for (int k = 0; k < 3; ++k) {
     const auto axis = static_cast<std::size_t>(k);
     if (esd)
-      PUT_FIELD(line, VALUE_PLACE(k, true), esd_step, SETNUM_STD(found.X[axis], stds[axis]));
+      PUT_FIELD(line, VALUE_PLACE(k, true), esd_step, COORDINATE_TEXT(found.X[axis], stds[axis]));
     else
       PUT_AT(line, VALUE_PLACE(k, false), REAL_COLUMNS(found.X[axis], plain_step, 5));
   }
@@ -155,21 +180,13 @@ std::string XYZ_ROW(int place, bool esd, const CRYSTAL_STRUCTURE_TYPE& phase,
   return line;
 }
 
-// The atom of a listed block that lies where atom i of the reference block does.
-FOUND_ATOM EQUIVALENT_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  const FOUND_ATOM found = FIND_ATOM(phase, REFERENCE().ATOM(i).X, "OMIT");
-  INIT_ERR_KVASTRUCTURES();  // none found is told in the table
-  return found;
-}
-
 // Most duplicates on the site in any listed block.
-int MOST_DUPLICATES(int i) {
+int MOST_DUPLICATES(const std::vector<LISTED_ATOM>& atoms) {
   int most = 0;
-  for (int place : LISTED_PLACES()) {
-    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-    const FOUND_ATOM found = EQUIVALENT_ATOM(phase, i);
-    for (int slot = 1; found.ATOM > 0 && slot <= MAX_DUPLICATES; ++slot)
-      if (phase.ATOM_DUP(found.ATOM, slot) > 0) most = std::max(most, slot);
+  for (const LISTED_ATOM& atom : atoms) {
+    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(atom.PLACE));
+    for (int slot = 1; atom.FOUND.ATOM > 0 && slot <= MAX_DUPLICATES; ++slot)
+      if (phase.ATOM_DUP(atom.FOUND.ATOM, slot) > 0) most = std::max(most, slot);
   }
   return most;
 }
@@ -183,16 +200,15 @@ void FACETOR_LIST_XYZ(int i, std::string_view option) {
   std::string head =
       FACETOR_HEADSTART() + (esd ? " SITE      ATOM      X            Y            Z            OCC"
                                  : " SITE      ATOM     X         Y         Z       OCC");
-  for (int slot = 1; slot <= MOST_DUPLICATES(i); ++slot)
+  const std::vector<LISTED_ATOM> atoms = EQUIVALENT_ATOMS(i);
+  const int duplicates = MOST_DUPLICATES(atoms);
+  for (int slot = 1; slot <= duplicates; ++slot)
     PUT_AT(head, DUPLICATE_COLUMN(slot, esd), "ATOM OCC");
   WRITE_OUT(head);
-  for (int place : LISTED_PLACES()) {
-    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-    const FOUND_ATOM found = EQUIVALENT_ATOM(phase, i);
+  for (const auto& [place, found] : atoms)
     WRITE_OUT(found.ATOM > 0
-                  ? XYZ_ROW(place, esd, phase, found)
+                  ? XYZ_ROW(place, esd, PHASE(ISORT(place)), found)
                   : FACETOR_LINESTART(place, esd) + "         *****No equivalent atom found");
-  }
 }
 
 void FACETOR_LIST_ALL_XYZ(std::string_view option) {
@@ -272,13 +288,10 @@ void FACETOR_LIST_ADPS(int i, std::string_view option) {
   for (float x : REFERENCE().ATOM(i).X) title += REAL_COLUMNS(x, 7, 3);
   WRITE_OUT(title);
   WRITE_OUT(FACETOR_HEADSTART() + std::string(ADP_HEAD(esd, beta)));
-  for (int place : LISTED_PLACES()) {
-    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-    const FOUND_ATOM found = EQUIVALENT_ATOM(phase, i);
+  for (const auto& [place, found] : EQUIVALENT_ATOMS(i))
     WRITE_OUT(found.ATOM > 0
-                  ? ADP_ROW(place, esd, beta, phase, found)
+                  ? ADP_ROW(place, esd, beta, PHASE(ISORT(place)), found)
                   : FACETOR_LINESTART(place, esd) + "        *****No equivalent atom found");
-  }
 }
 
 void FACETOR_LIST_ALL_ADPS(std::string_view option) {

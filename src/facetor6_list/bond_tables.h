@@ -9,6 +9,8 @@ namespace FACETOR_LIST {
 // Angstroms; a row whose length does not exceed it holds no bond.
 inline constexpr float shortest_shown = 0.0001f;
 
+inline constexpr int value_decimals = 4;  // of a length, a displacement or a valence
+
 // The range of the bond search.
 std::string LIMITS_LINE();
 

@@ -37,7 +37,7 @@ void WRITE_BOND_HEAD(int i, bool esd, int end_offset, std::string_view end_words
   std::vector<std::string> labels;
   std::vector<std::string> codes;
   for (int m = 1; m <= n; ++m) {
-    labels.push_back(CUT_TEXT(LIGAND_LABEL(i, m), label_length));
+    labels.push_back(FIRST_CHARACTERS(LIGAND_LABEL(i, m), label_length));
     codes.push_back(LIGAND_CODE(i, m));
   }
   std::string head = TABLE_HEAD(labels, esd);
@@ -105,8 +105,6 @@ struct SHOWN {
   float MEAN() const { return COUNT > 0 ? SUM / static_cast<float>(COUNT) : 0.0f; }
 };
 
-constexpr int length_decimals = 4;
-
 // Puts the value of bond m into the row, or says that there is none.
 void PUT_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m, FORM form, std::string& line,
               SHOWN& shown) {
@@ -115,13 +113,13 @@ void PUT_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m, FORM form, std:
   const float corrected = phase.BONDS(i, m, BOND_LENGTH_SRB);
   const float displacement = phase.BONDS(i, m, BOND_DISPL_CENTRE);
   if (form == FORM::DISPLACEMENT) {
-    PUT_VALUE(line, m, false, displacement, 0.0f, length_decimals);
+    PUT_VALUE(line, m, false, displacement, 0.0f, value_decimals);
     shown.ADD(displacement);
   } else if (form == FORM::SRB && corrected > 0.0f) {
-    PUT_VALUE(line, m, false, corrected, 0.0f, length_decimals);
+    PUT_VALUE(line, m, false, corrected, 0.0f, value_decimals);
     shown.ADD(corrected);
   } else if (form != FORM::SRB && length > shortest_shown) {
-    PUT_VALUE(line, m, esd, length, phase.BONDS(i, m, BOND_LENGTH_STD), length_decimals);
+    PUT_VALUE(line, m, esd, length, phase.BONDS(i, m, BOND_LENGTH_STD), value_decimals);
   } else {
     PUT_NO_VALUE(line, m, esd);
   }
@@ -129,21 +127,21 @@ void PUT_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m, FORM form, std:
 
 // ---- end of a row ----
 
-std::string LENGTH_TEXT(float value) {
-  return REAL_COLUMNS(value, 8, length_decimals);
+std::string VALUE_TEXT(float value) {
+  return REAL_COLUMNS(value, 8, value_decimals);
 }
 
 std::string SRB_END(const CRYSTAL_STRUCTURE_TYPE& phase, int i, const SHOWN& shown) {
   if (shown.COUNT == 0) return "";
-  return INTEGER_COLUMNS(shown.COUNT, 3) + LENGTH_TEXT(shown.MEAN()) +
-         LENGTH_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH)) +
-         LENGTH_TEXT(phase.POLYHEDRON(i, POLY_VOLUME_SRB)) +
-         LENGTH_TEXT(phase.POLYHEDRON(i, POLY_VOLUME));
+  return INTEGER_COLUMNS(shown.COUNT, 3) + VALUE_TEXT(shown.MEAN()) +
+         VALUE_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH)) +
+         VALUE_TEXT(phase.POLYHEDRON(i, POLY_VOLUME_SRB)) +
+         VALUE_TEXT(phase.POLYHEDRON(i, POLY_VOLUME));
 }
 
 std::string DISPLACEMENT_END(const CRYSTAL_STRUCTURE_TYPE& phase, int i, const SHOWN& shown) {
-  return INTEGER_COLUMNS(shown.COUNT, 3) + LENGTH_TEXT(shown.MEAN()) +
-         LENGTH_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH));
+  return INTEGER_COLUMNS(shown.COUNT, 3) + VALUE_TEXT(shown.MEAN()) +
+         VALUE_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH));
 }
 
 std::string VOLUME_TEXT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool esd) {
@@ -156,10 +154,10 @@ std::string VOLUME_TEXT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool esd) {
 // reference's.
 std::string POLYHEDRON_END(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool esd) {
   const int n = phase.NBONDS(i);
-  std::string text = INTEGER_COLUMNS(n, 3) + LENGTH_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH));
+  std::string text = INTEGER_COLUMNS(n, 3) + VALUE_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH));
   if (n != REFERENCE().NBONDS(i)) return text;
   if (HAS_DISTORTION(n))
-    text += LENGTH_TEXT(phase.POLYHEDRON(i, POLY_ELONGATION)) +
+    text += VALUE_TEXT(phase.POLYHEDRON(i, POLY_ELONGATION)) +
             REAL_COLUMNS(phase.POLYHEDRON(i, POLY_VARIANCE), 8, 3);
   return text + VOLUME_TEXT(phase, i, esd);
 }
@@ -178,8 +176,8 @@ std::string END_GROUP(const CRYSTAL_STRUCTURE_TYPE& phase, int i, FORM form, con
 std::string BOND_ROW(int place, int i, FORM form) {
   const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
   const bool esd = form == FORM::ESD;
-  std::string line = FACETOR_LINESTART(place, esd);
-  if (phase.NBONDS(i) < 0) return line + std::string(no_centre_words);
+  std::string line;
+  if (!START_CENTRE_ROW(place, i, esd, line)) return line;
   const int n = REFERENCE().NBONDS(i);
   SHOWN shown;
   for (int m = 1; m <= n; ++m) PUT_BOND(phase, i, m, form, line, shown);

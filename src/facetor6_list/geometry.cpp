@@ -118,12 +118,10 @@ void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option) {
     WRITE_OUT("||");
     GET_INPUT("    Enter central site name (or ALL):");
     if (INSTRING_LEN == 0) return;
-    const std::string answer = INSTRING;
-    CLEAR_INPUT();
-    if (INDEXALL(answer, "ALL") > 0)
+    if (INDEXALL(INSTRING, "ALL") > 0)
       LIST_ALL_SITES(code, option);
     else
-      LIST_NAMED_SITE(code, CUT_TEXT(answer, name_length), option);
+      LIST_NAMED_SITE(code, FIRST_CHARACTERS(INSTRING, name_length), option);
   }
 }
 

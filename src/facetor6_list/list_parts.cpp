@@ -49,6 +49,10 @@ void FOR_EACH_USED_ATOM(void (*report)(int, std::string_view), std::string_view 
     if (REFERENCE().ATOM_USE(i) == ATOM_USED) report(i, option);
 }
 
+std::string FIRST_CHARACTERS(std::string_view text, int n) {
+  return TRIM(TEXT_COLUMNS(text, n));
+}
+
 // ---- columns ----
 
 int VALUE_COLUMN(int m, bool esd) {
@@ -83,6 +87,13 @@ std::string CODE_LINE(const std::vector<std::string>& codes, bool esd, bool with
   for (std::size_t m = 0; m < codes.size(); ++m)
     PUT_AT(line, LABEL_COLUMN(static_cast<int>(m) + 1, esd), codes[m]);
   return line;
+}
+
+bool START_CENTRE_ROW(int place, int i, bool esd, std::string& line) {
+  line = FACETOR_LINESTART(place, esd);
+  if (PHASE(ISORT(place)).NBONDS(i) >= 0) return true;
+  line += "  No equivalent central atom in this structure";
+  return false;
 }
 
 void PUT_VALUE(std::string& line, int m, bool esd, float value, float std, int decimals) {

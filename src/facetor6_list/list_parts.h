@@ -16,9 +16,8 @@ std::vector<int> LISTED_PLACES();
 // True when the option text asks for esds.
 bool WANTS_ESDS(std::string_view option);
 
-// Line of a block that has no match for a reference atom.
-inline constexpr std::string_view no_centre_words =
-    "  No equivalent central atom in this structure";
+// The first n characters (not bytes) of a label or name, without trailing blanks.
+std::string FIRST_CHARACTERS(std::string_view text, int n);
 
 // ---- tables with a column a ligand or pair, numbered from 1 ----
 
@@ -35,6 +34,10 @@ std::string TABLE_HEAD(const std::vector<std::string>& labels, bool esd);
 
 // Symmetry codes below the labels, with or without the word "symcodes:".
 std::string CODE_LINE(const std::vector<std::string>& codes, bool esd, bool with_word);
+
+// Line start of a row around reference centre i. False when the block has no match for the centre;
+// the row then ends with the words for that.
+bool START_CENTRE_ROW(int place, int i, bool esd, std::string& line);
 
 // Value m as value(esd) or as a real in 8 columns; and the words for none.
 void PUT_VALUE(std::string& line, int m, bool esd, float value, float std, int decimals);

@@ -39,8 +39,8 @@ std::string ORBIX_ROW(int place, int i) {
   constexpr std::array<POLYHEDRON_COLUMN, 6> shown{
       POLY_DELTA, POLY_RADIUS, POLY_RADIUS_SDEV, POLY_MEAN_LENGTH, POLY_VOLUME, POLY_IDEAL_VOLUME};
   const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-  std::string line = FACETOR_LINESTART(place);
-  if (phase.NBONDS(i) < 0) return line + std::string(no_centre_words);
+  std::string line;
+  if (!START_CENTRE_ROW(place, i, false, line)) return line;
   line += INTEGER_COLUMNS(phase.NBONDS(i), 3);
   if (!HAS_SPHERE(phase, i))
     return line + "  Polyhedron has zero volume, probably co-planar ligands";

@@ -1,7 +1,6 @@
 // Line start and head of all tables, summaries of blocks, and the table of cells.
 #include "console_code/console/output.h"
 #include "console_code/kva_utilities/columns.h"
-#include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list_parts.h"

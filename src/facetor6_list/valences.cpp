@@ -22,13 +22,13 @@ std::string VALENCE_SUM_TEXT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool es
 
 std::string VALENCE_ROW(int place, int i, bool esd) {
   const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-  std::string line = FACETOR_LINESTART(place, esd);
-  if (phase.NBONDS(i) < 0) return line + std::string(no_centre_words);
+  std::string line;
+  if (!START_CENTRE_ROW(place, i, esd, line)) return line;
   const int n = REFERENCE().NBONDS(i);
   for (int m = 1; m <= n; ++m)
     if (phase.BONDS(i, m, BOND_LENGTH) > shortest_shown)
       PUT_VALUE(line, m, esd, phase.BONDS(i, m, BOND_VALENCE), phase.BONDS(i, m, BOND_VALENCE_STD),
-                4);
+                value_decimals);
     else
       PUT_NO_VALUE(line, m, esd);
   PUT_AT(line, END_COLUMN(n, esd), VALENCE_SUM_TEXT(phase, i, esd));

@@ -18,6 +18,7 @@
 #include "src/facetor6_console/valence_table.h"
 #include "src/facetor6_exportfiles/exportfiles.h"
 #include "src/facetor6_list/list.h"
+#include "src/facetor6_main/program_options.h"
 #include "src/facetor6_ptedit/ptedit.h"
 #include "src/facetor6_readfiles/check.h"
 #include "src/facetor6_readfiles/readfiles.h"
@@ -198,12 +199,11 @@ void SET_IDENTITY() {
   for (const std::string_view comment : comments) PROGRAM_COMMENT(++line) = comment;
 }
 
-void START_UP(const std::string& argument) {
-  SET_IDENTITY();
+void START_UP(const std::string& macro) {
   RUN_TYPE = 1;
   FACETOR_CONSOLE::INIT_PHASE_LIST();
   FACETOR_CONSOLE::SET_DEFAULT_CHARGES();
-  INIT_CONSOLE(argument);
+  INIT_CONSOLE(macro);
   WRITE_HEADER();
 }
 
@@ -222,6 +222,9 @@ void START_UP(const std::string& argument) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  START_UP(argc > 1 ? argv[1] : "");
+  SET_IDENTITY();
+  const FACETOR_MAIN::PROGRAM_ARGUMENTS arguments = FACETOR_MAIN::READ_ARGUMENTS(argc, argv);
+  if (arguments.ANSWERED) return arguments.STATUS;
+  START_UP(arguments.MACRO);
   COMMAND_LOOP();
 }

@@ -17,15 +17,15 @@ namespace {
 
 std::string VALUE_TEXT(float value, float std, int plain_decimals) {
   if (NOTNUM(std)) return LEFT_ADJUST(WRITE_VAL(value, 'F', 8, plain_decimals));
-  return LEFT_ADJUST(SETNUM_STD(value, std));
+  return CIF_NUMBER(value, std);
 }
 
 std::string CENTRE_LABEL(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
-  return phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_CENTRE))).LAB;
+  return CIF_WORD(phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_CENTRE))).LAB);
 }
 
 std::string LIGAND_LABEL(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
-  return phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_LIGAND))).LAB;
+  return CIF_WORD(phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_LIGAND))).LAB);
 }
 
 std::string LIGAND_CODE(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
@@ -48,15 +48,19 @@ std::vector<std::string> ANGLE_ROW(const CRYSTAL_STRUCTURE_TYPE& phase, int i, i
       LIGAND_CODE(phase, i, k)};
 }
 
+// A loop without rows is no CIF: nothing is written then.
+void WRITE_LOOP(const std::vector<std::string>& names,
+                const std::vector<std::vector<std::string>>& rows, int unit) {
+  if (rows.empty()) return;
+  WRITE_CIF_LOOP_HEAD(names, unit);
+  WRITE_CIF_ROWS(rows, unit);
+}
+
 }  // namespace
 
 void WRITE_CIF_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres,
                      int unit) {
   constexpr int length_decimals = 4;
-  WRITE_CIF_LOOP_HEAD(
-      {"_geom_bond_atom_site_label_1", "_geom_bond_atom_site_label_2", "_geom_bond_distance",
-       "_geom_bond_site_symmetry_1", "_geom_bond_site_symmetry_2"},
-      unit);
   std::vector<std::vector<std::string>> rows;
   for (int i : centres)
     for (int j : BONDS_PRESENT(phase, i))
@@ -64,16 +68,13 @@ void WRITE_CIF_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>
                       VALUE_TEXT(phase.BONDS(i, j, BOND_LENGTH), phase.BONDS(i, j, BOND_LENGTH_STD),
                                  length_decimals),
                       CENTRE_CODE(phase, i), LIGAND_CODE(phase, i, j)});
-  WRITE_CIF_ROWS(rows, unit);
+  WRITE_LOOP({"_geom_bond_atom_site_label_1", "_geom_bond_atom_site_label_2", "_geom_bond_distance",
+              "_geom_bond_site_symmetry_1", "_geom_bond_site_symmetry_2"},
+             rows, unit);
 }
 
 void WRITE_CIF_ANGLES(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres,
                       int unit) {
-  WRITE_CIF_LOOP_HEAD(
-      {"_geom_angle_atom_site_label_1", "_geom_angle_atom_site_label_2",
-       "_geom_angle_atom_site_label_3", "_geom_angle", "_geom_angle_site_symmetry_1",
-       "_geom_angle_site_symmetry_2", "_geom_angle_site_symmetry_3"},
-      unit);
   std::vector<std::vector<std::string>> rows;
   for (int i : centres) {
     const std::vector<int> present = BONDS_PRESENT(phase, i);
@@ -81,7 +82,10 @@ void WRITE_CIF_ANGLES(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int
       for (std::size_t second = first + 1; second < present.size(); ++second)
         rows.push_back(ANGLE_ROW(phase, i, present[first], present[second]));
   }
-  WRITE_CIF_ROWS(rows, unit);
+  WRITE_LOOP({"_geom_angle_atom_site_label_1", "_geom_angle_atom_site_label_2",
+              "_geom_angle_atom_site_label_3", "_geom_angle", "_geom_angle_site_symmetry_1",
+              "_geom_angle_site_symmetry_2", "_geom_angle_site_symmetry_3"},
+             rows, unit);
 }
 
 }  // namespace FACETOR_WRITEFILES

@@ -1,7 +1,6 @@
 // The loop of vibrational modes of a written CIF.
 #include <algorithm>  // for any_of
 #include <array>
-#include <cmath>  // for isinf
 #include <string>
 #include <vector>
 
@@ -26,23 +25,18 @@ constexpr std::array<std::string_view, 11> mode_names{
     "_mode_raman_active", "_mode_gamma_1",      "_mode_gamma_2",      "_mode_gamma_3",
     "_mode_gamma_4",      "_mode_gamma_5",      "_mode_gamma_6"};
 
-// A number as text, blank when it was never given.
+// A number as text, blank when it was never given or is none.
 std::string NUMBER_TEXT(float value) {
-  const bool absent = !(value > RAMAN::MODE_UNSET) || (std::isinf(value) && value < 0.0f);
-  return absent ? "" : LEFT_ADJUST(RFORM(value, mode_number_width));
-}
-
-// A text, in double quotes when a blank would cut it in two on reading.
-std::string WORD_TEXT(const std::string& text) {
-  return text.find(' ') == std::string::npos ? text : "\"" + text + "\"";
+  const bool given = value > RAMAN::MODE_UNSET;
+  return given ? LEFT_ADJUST(RFORM(value, mode_number_width)) : "";
 }
 
 // ORDER MODE_TEXTS
 std::array<std::string, 11> MODE_TEXTS(const MODE_TYPE& mode) {
-  return {WORD_TEXT(mode.NAME),      WORD_TEXT(mode.SYMMETRY),     NUMBER_TEXT(mode.W0),
-          WORD_TEXT(mode.IR_ACTIVE), WORD_TEXT(mode.RAMAN_ACTIVE), NUMBER_TEXT(mode.G[0]),
-          NUMBER_TEXT(mode.G[1]),    NUMBER_TEXT(mode.G[2]),       NUMBER_TEXT(mode.G[3]),
-          NUMBER_TEXT(mode.G[4]),    NUMBER_TEXT(mode.G[5])};
+  return {CIF_WORD(mode.NAME),      CIF_WORD(mode.SYMMETRY),     NUMBER_TEXT(mode.W0),
+          CIF_WORD(mode.IR_ACTIVE), CIF_WORD(mode.RAMAN_ACTIVE), NUMBER_TEXT(mode.G[0]),
+          NUMBER_TEXT(mode.G[1]),   NUMBER_TEXT(mode.G[2]),      NUMBER_TEXT(mode.G[3]),
+          NUMBER_TEXT(mode.G[4]),   NUMBER_TEXT(mode.G[5])};
 }
 
 }  // namespace
@@ -57,6 +51,7 @@ void WRITE_CIF_MODES(const RAMAN::MODE_LIST_TYPE& modes, int unit) {
     if (std::any_of(texts.begin(), texts.end(),
                     [column](const auto& row) { return !row[column].empty(); }))
       used.push_back(column);
+  if (used.empty()) return;
 
   WRITE_CIF_LINE(" ", unit);
   WRITE_CIF_LINE("loop_", unit);

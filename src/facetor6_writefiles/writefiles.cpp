@@ -1,7 +1,7 @@
 // The dialogue of WRITE and the order of a data block.
 #include "src/facetor6_writefiles/writefiles.h"
 
-#include <filesystem>  // for file_size, remove
+#include <filesystem>  // for canonical, file_size, remove
 #include <string>
 #include <vector>
 
@@ -96,8 +96,8 @@ std::vector<int> CENTRES_WITH_BONDS() {
 }
 
 std::vector<int> ASK_CENTRES() {
+  if (SUM_NBONDS(REFERENCE()) <= 0) return {};
   const std::vector<int> all = CENTRES_WITH_BONDS();
-  if (all.empty()) return all;
   if (GET_ANSWER_YN("     Do you want to write all bond lengths and angles into the CIF?", "Y") ==
       'Y')
     return all;
@@ -108,18 +108,16 @@ std::vector<int> ASK_CENTRES() {
   return wanted;
 }
 
-// Closes the file; one that nothing was written to is not left behind.
-void CLOSE_OR_REMOVE(FILE_RECORD& file, bool existed) {
-  const std::string name = file.NAME;
-  CLOSE_FILE(file);
+// Closes the file; one that this command made and wrote nothing to is not left behind.
+void CLOSE_OR_REMOVE(FILE_RECORD& file) {
   std::error_code ignored;
-  if (!existed && std::filesystem::file_size(name, ignored) == 0)
-    std::filesystem::remove(name, ignored);
+  const std::filesystem::path path = std::filesystem::canonical(file.NAME, ignored);
+  CLOSE_FILE(file);
+  if (file.MADE && std::filesystem::file_size(path, ignored) == 0)
+    std::filesystem::remove(path, ignored);
 }
 
 void WRITE_TO_FILE(FILE_RECORD& file) {
-  std::error_code ignored;
-  const bool existed = std::filesystem::file_size(file.NAME, ignored) > 0;
   int nwrite = 0;
   WRITE_CIF_FACETOR(file.UNIT, nwrite);
   if (nwrite != nothing_wanted) {
@@ -128,7 +126,7 @@ void WRITE_TO_FILE(FILE_RECORD& file) {
     else
       WRITE_OUT(INTEGER_COLUMNS(nwrite, 5) + " structures written to file");
   }
-  CLOSE_OR_REMOVE(file, existed);
+  CLOSE_OR_REMOVE(file);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Bonds of a record, and a reference block's bonds measured in another block.
 #include "src/kva_crystal_structures/bonds.h"
 
-#include <algorithm>  // for min, find
+#include <algorithm>  // for min, find, remove_if
 #include <cmath>      // for sqrt
 
 #include "console_code/kva_utilities/text.h"

@@ -5,8 +5,6 @@
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
-using MATRIX6 = std::array<VECTOR6, 6>;
-
 inline constexpr float EIGHT_PI_SQ = 78.9568352f;  // B = 8 pi^2 U
 inline constexpr float TWO_PI_SQ = 19.7392088f;    // beta = 2 pi^2 a* b* U
 

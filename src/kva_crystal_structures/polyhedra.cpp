@@ -12,6 +12,7 @@
 namespace KVA_CRYSTAL_STRUCTURES {
 
 using KVA_UTILITIES::TINY_REAL;
+using XTAL::SQUARE;
 
 namespace {
 
@@ -29,10 +30,6 @@ constexpr float root_two = 1.41421f;
 
 float CUBE_ROOT(float x) {
   return static_cast<float>(std::cbrt(static_cast<double>(x)));
-}
-
-float SQUARE(float x) {
-  return x * x;
 }
 
 // ---- volume of a polyhedron ----

@@ -18,6 +18,7 @@ using KVA_UTILITIES::MATRIX3;
 using KVA_UTILITIES::ROW;
 using KVA_UTILITIES::VECTOR3;
 using KVA_UTILITIES::VECTOR6;
+using MATRIX6 = std::array<VECTOR6, 6>;  // 0-based, row first
 
 inline constexpr int MAX_BONDS = 20;       // bonds of a centre
 inline constexpr int MAX_DUPLICATES = 2;   // further atoms of a site that are remembered

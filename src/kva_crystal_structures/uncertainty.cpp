@@ -13,6 +13,7 @@ namespace KVA_CRYSTAL_STRUCTURES {
 using KVA_UTILITIES::IMATRIX3;
 using KVA_UTILITIES::INDEXALL;
 using KVA_UTILITIES::TINY_REAL;
+using XTAL::SQUARE;
 
 // ---- lengths and angles of vectors ----
 
@@ -30,10 +31,6 @@ float CRYST_ANGLE(const VECTOR3& v1_frac, const VECTOR3& v2_frac, const MATRIX3&
 }
 
 namespace {
-
-float SQUARE(float x) {
-  return x * x;
-}
 
 // A variance that symmetry makes zero may come out a rounding error below it.
 float ESD_OF(float variance) {

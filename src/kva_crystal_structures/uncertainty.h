@@ -6,8 +6,6 @@
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
-using MATRIX6 = std::array<VECTOR6, 6>;
-
 struct VALUE_ESD {
   float VALUE = 0.0f;
   float ESD = 0.0f;

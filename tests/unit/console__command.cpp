@@ -1,51 +1,12 @@
-// Tests of the command interpreter: built-ins, abbreviations, help, prompt, macros by command.
-#include "console_code/console/command.h"
-
+// Tests of the command interpreter: built-ins, abbreviations, help, prompt.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "console_code/kva_utilities/text.h"
-#include "tests/unit/console__dialogue.h"
+#include "tests/unit/console__interpreter.h"
 
 namespace CONSOLE_TESTS {
-
-class INTERPRETER : public CONSOLE_TEST {
- protected:
-  int icom = -9;
-  std::string said;
-
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    // Like the program's own table, in its order; TEST is reserved.
-    for (const char* word :
-         {"READ", "WRITE", "LIST", "SHOW", "SET", "EXPORT", "CLEAR", "USE", "OMIT", "SORT",
-          "UNSORT", "CALC", "TRANSFORM", "CHECK", "TABLE", "ATOMEDIT", "PTEDIT", "TEST"})
-      COMMANDS.ADD({word, "Does something", 1, std::string(word) == "TEST"});
-    CLIST_GROUP_TITLE.ADD("Things to do");
-  }
-
-  // Number that COMMAND returns, given these lines.
-  int COMMANDED(const std::string& input) {
-    said = SAID(input, [this] { COMMAND(icom); });
-    return icom;
-  }
-
-  // What is said about one line before an X ends the loop. The prompts themselves are left out.
-  std::string ANSWERED(const std::string& line) {
-    const std::string prompt = "\n" + CMD_PROMPT;
-    EXPECT_EQ(COMMANDED(line + "\nX\n"), -1) << line;
-    EXPECT_EQ(said.substr(0, prompt.size()), prompt);
-    EXPECT_EQ(said.substr(said.size() - prompt.size()), prompt);
-    return said.substr(prompt.size(), said.size() - 2 * prompt.size());
-  }
-
-  int NUMBER_OF(const std::string& word) {
-    for (int i = 1; i <= COMMANDS.COUNT(); ++i)
-      if (COMMANDS(i).CLIST == word) return i;
-    return 0;
-  }
-};
 
 const std::string ambiguous = "*****Ambiguous command\n";
 
@@ -114,6 +75,18 @@ TEST_F(INTERPRETER, RESERVED_COMMAND_IS_REFUSED_UNTIL_IT_IS_UNLOCKED) {
   RESERVED_ON = true;
   EXPECT_EQ(COMMANDED("TEST\n"), 18);
   EXPECT_EQ(COMMANDED("te\n"), 18);
+}
+
+TEST_F(INTERPRETER, RESERVED_COMMAND_MAKES_AN_ABBREVIATION_AMBIGUOUS_ONLY_WHEN_UNLOCKED) {
+  EXPECT_EQ(ANSWERED("T"), ambiguous);
+  RESERVED_ON = true;
+  EXPECT_EQ(ANSWERED("T"), ambiguous);
+  COMMANDS.CLEAR();
+  COMMANDS.ADD({"TABLE", "A command", 1, false});
+  COMMANDS.ADD({"TEST", "A reserved one", 1, true});
+  EXPECT_EQ(ANSWERED("T"), ambiguous);
+  RESERVED_ON = false;
+  EXPECT_EQ(COMMANDED("T\n"), 1);
 }
 
 // ---- the end ----
@@ -213,6 +186,21 @@ TEST_F(INTERPRETER, TIME_FLIPS_DATE_AND_TIME_IN_THE_PROMPT) {
   EXPECT_EQ(SET_CMD_PROMPT_DATE(), "G_MARA-6.1>");
 }
 
+// The time stands before the prompt of the system mode as well. There TIME is a line for the shell.
+TEST_F(INTERPRETER, TIME_STANDS_IN_THE_PROMPT_OF_THE_SYSTEM_MODE) {
+  std::string before;
+  do {  // once more if the minute turns meanwhile
+    TIME_IN_PROMPT = false;
+    before = KVA_UTILITIES::DATE_KVA() + " " + KVA_UTILITIES::CLOCK_KVA().substr(0, 5);
+    COMMANDED("TIME\nSYS\ntime true 2> time.txt\nPROG\nX\n");
+  } while (before != KVA_UTILITIES::DATE_KVA() + " " + KVA_UTILITIES::CLOCK_KVA().substr(0, 5));
+  EXPECT_EQ(said, "\nG_MARA-6.1>\n" + before + " G_MARA-6.1>" +
+                      "     To exit from system and return to the program, type PROG\n" + "\n" +
+                      before + " SYSTEM>\n" + before + " SYSTEM>\n" + before + " G_MARA-6.1>");
+  EXPECT_TRUE(TIME_IN_PROMPT);
+  EXPECT_TRUE(fs::exists("time.txt")) << "the shell has run the line";
+}
+
 // ---- reserved commands ----
 
 TEST_F(INTERPRETER, PRIV_OPENS_WITH_THE_WORD_AND_CLOSES_AT_ONCE) {
@@ -284,124 +272,7 @@ TEST_F(INTERPRETER, HELP_LEAVES_OUT_A_DISABLED_MODE) {
   EXPECT_NE(ANSWERED("help").find("           EXIT     HELP     INFO    LOG\n"), std::string::npos);
 }
 
-// ---- macros ----
-
-std::string OPENED_MACRO(const std::string& name) {
-  return "\n\nSuccessfully opened file for macros\nNamed " + name + "\n\n";
-}
-
-TEST_F(INTERPRETER, RECORDING_FROM_START_TO_END) {
-  EXPECT_EQ(ANSWERED("RECORD session"), "       Open a file to record the commands\n" +
-                                            OPENED_MACRO("session.mcr") +
-                                            "***** Macro recording intiated\n");
-  EXPECT_EQ(MACRO_STATE, -1);
-  EXPECT_EQ(ANSWERED("foo  bar"), "");
-  EXPECT_EQ(ANSWERED(""), "");
-  EXPECT_EQ(ANSWERED("end"), "***** Macro recording stopped\n");
-  EXPECT_EQ(MACRO_STATE, 0);
-  // The X lines are those that end each piece of the dialogue here.
-  EXPECT_EQ(TEXT_OF("session.mcr"), "X\nfoo  bar\nX\n\nX\nend\n");
-}
-
-TEST_F(INTERPRETER, ANY_WORD_WITH_END_IN_IT_STOPS_A_RECORDING_AND_NOTHING_ELSE) {
-  ANSWERED("RECORD session");
-  EXPECT_EQ(ANSWERED("APPEND"), "***** Macro recording stopped\n");
-  EXPECT_EQ(ANSWERED("END"), "");
-  EXPECT_EQ(ANSWERED("APPEND"), "");
-}
-
-TEST_F(INTERPRETER, END_FALLS_THROUGH_TO_THE_NEXT_TESTS_WHEN_NOTHING_IS_RECORDED) {
-  PUT_FILE("run.mcr", "X\n");
-  EXPECT_EQ(COMMANDED("ENDMACRO run\n"), -1);
-  COMMANDS.ADD({"ENDING", "A command", 1, false});
-  EXPECT_EQ(COMMANDED("ENDING\n"), 19);
-}
-
-TEST_F(INTERPRETER, RECORDING_WITHOUT_A_NAME_FAILS) {
-  EXPECT_EQ(ANSWERED("RECORD\n"),
-            "       Open a file to record the commands\n"
-            "\n\n     Open file for macros (*.mcr):***** Macro recording FAILED to be intiated\n");
-  EXPECT_EQ(MACRO_STATE, 0);
-}
-
-TEST_F(INTERPRETER, RECORDING_OVER_AN_OLD_FILE_ASKS) {
-  PUT_FILE("old.mcr", "content\n");
-  EXPECT_EQ(ANSWERED("RECORD old\ny"),
-            "       Open a file to record the commands\n"
-            "\n*****File old.mcr exists\nDo you want to overwrite it (Y/N) <N>?"
-            "\nSuccessfully opened file for macros\nNamed old.mcr\n\n"
-            "***** Macro recording intiated\n");
-}
-
-TEST_F(INTERPRETER, MACRO_RUNS_AND_GOES_BACK_TO_THE_CONSOLE) {
-  PUT_FILE("run.mcr", "foo\n\nEND\n");
-  EXPECT_EQ(COMMANDED("MACRO run\nLIST\n"), 3);
-  EXPECT_EQ(said, "\nG_MARA-6.1>" + OPENED_MACRO("run.mcr") +
-                      "***** Running macro\n"
-                      "\nG_MARA-6.1>foo\n"
-                      "\nG_MARA-6.1>\n"
-                      "\nG_MARA-6.1>END\n"
-                      "\nG_MARA-6.1>\n***** Macro completed\n"
-                      "\nG_MARA-6.1>");
-}
-
-TEST_F(INTERPRETER, MACRO_THAT_IS_NOT_FOUND_FAILS) {
-  EXPECT_EQ(ANSWERED("MACRO none\n"),
-            "\n*****File none.mcr does not exist, but is required to pre-exist\n"
-            "\n     Open file for macros (*.mcr):***** Failed to start macro\n");
-  EXPECT_EQ(MACRO_STATE, 0);
-}
-
-TEST_F(INTERPRETER, MACRO_IN_A_MACRO_REPLACES_IT) {
-  PUT_FILE("first.mcr", "MACRO second\nLIST\n");
-  PUT_FILE("second.mcr", "READ\n");
-  EXPECT_EQ(COMMANDED("MACRO first\n"), 1);
-  EXPECT_EQ(COMMANDED("X\n"), -1);  // LIST of the first file is never read
-  EXPECT_NE(said.find("***** Macro completed"), std::string::npos);
-}
-
-TEST_F(INTERPRETER, RECORD_IN_A_MACRO_ENDS_THE_MACRO_AND_RECORDS) {
-  PUT_FILE("first.mcr", "RECORD session\nLIST\n");
-  EXPECT_EQ(COMMANDED("MACRO first\nREAD\n"), 1);
-  EXPECT_EQ(MACRO_STATE, -1);
-  EXPECT_EQ(TEXT_OF("session.mcr"), "READ\n");
-}
-
-TEST_F(INTERPRETER, MACRO_WHILE_RECORDING_ENDS_THE_RECORDING_AND_RUNS) {
-  PUT_FILE("run.mcr", "READ\n");
-  EXPECT_EQ(COMMANDED("RECORD session\nMACRO run\n"), 1);
-  EXPECT_EQ(MACRO_STATE, 1);
-  EXPECT_EQ(TEXT_OF("session.mcr"), "MACRO run\n");
-}
-
-TEST_F(INTERPRETER, FAILED_MACRO_IN_A_MACRO_LEAVES_NO_MACRO) {
-  PUT_FILE("first.mcr", "MACRO none\nLIST\n");
-  EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
-  EXPECT_EQ(MACRO_STATE, 0);
-  EXPECT_NE(said.find("***** Failed to start macro\n"), std::string::npos);
-}
-
-TEST_F(INTERPRETER, MACRO_THAT_STARTS_ITSELF_COMES_TO_AN_END) {
-  PUT_FILE("first.mcr", "MACRO first\n");
-  EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
-  EXPECT_EQ(MACRO_STATE, 0);
-  EXPECT_NE(said.find("***** These macros start one another without end\n"
-                      "***** Failed to start macro\n"),
-            std::string::npos);
-}
-
-// The running macro is kept open when the user does not want another file: nothing may be written
-// over it.
-TEST_F(INTERPRETER, KEEPING_A_MACRO_OPEN_KEEPS_WHAT_IT_IS) {
-  const std::string first = "HELP\nRECORD\nN\nfoo\nINFO\n";
-  PUT_FILE("first.mcr", first);
-  EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
-  EXPECT_EQ(TEXT_OF("first.mcr"), first);
-  EXPECT_NE(said.find("***** Macro recording FAILED to be intiated\n"), std::string::npos);
-  EXPECT_NE(said.find(">INFO\n"), std::string::npos) << "the replay went on";
-  EXPECT_EQ(COMMANDED("RECORD second\nMACRO\nN\nbar\nEND\nX\n"), -1);
-  EXPECT_EQ(TEXT_OF("second.mcr"), "MACRO\nN\nbar\nEND\n");
-}
+// ---- log ----
 
 TEST_F(INTERPRETER, LOG_HOLDS_THE_WHOLE_DIALOGUE) {
   COMMANDED("LOG run\nfoo\nS\nLIST atoms\n");

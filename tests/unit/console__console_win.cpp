@@ -5,9 +5,11 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>  // for setrlimit
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <thread>
 
 #include "tests/unit/console__dialogue.h"
@@ -74,7 +76,6 @@ TEST_F(CONSOLE_WIN, COMMAND_LINES_RUN_IN_THE_SHELL) {
   EXPECT_EQ(TEXT_OF("out.txt"), "one\ntwo\n");
 }
 
-// The command sends the interrupt to itself and to us, as the terminal does at Ctrl-C.
 // The error stream stands for the terminal that the command shares with us.
 TEST_F(CONSOLE_WIN, COMMAND_CANNOT_LEAVE_A_STREAM_THAT_DOES_NOT_WAIT) {
   const int flags = ::fcntl(STDERR_FILENO, F_GETFL);
@@ -84,6 +85,7 @@ TEST_F(CONSOLE_WIN, COMMAND_CANNOT_LEAVE_A_STREAM_THAT_DOES_NOT_WAIT) {
   EXPECT_EQ(::fcntl(STDERR_FILENO, F_GETFL), flags);
 }
 
+// The command sends the interrupt to itself and to us, as the terminal does at Ctrl-C.
 TEST_F(CONSOLE_WIN, INTERRUPT_ENDS_THE_COMMAND_AND_NOT_US) {
   RUN_COMMAND_LINE("kill -INT $PPID; kill -INT $$; echo alive > out.txt");
   EXPECT_FALSE(fs::exists("out.txt"));
@@ -140,13 +142,63 @@ TEST_F(CONSOLE_WIN, FOLDER_IN_PLACE_OF_THE_FILE_STAYS) {
 }
 
 TEST_F(CONSOLE_WIN, FILE_IN_A_READ_ONLY_FOLDER_IS_OVERWRITTEN_IN_PLACE) {
-  if (::geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
+  AS_A_COMMON_USER([] {
+    fs::create_directory("set");
+    PUT_FILE("set/file.ini", "longer content");
+    LOCK_FOLDER("set");
+    EXPECT_TRUE(REPLACE_FILE("set/file.ini", "short"));
+    EXPECT_EQ(TEXT_OF("set/file.ini"), "short");
+  });
+}
+
+TEST_F(CONSOLE_WIN, READ_ONLY_FILE_IN_A_READ_ONLY_FOLDER_STAYS) {
+  AS_A_COMMON_USER([] {
+    fs::create_directory("set");
+    PUT_FILE("set/file.ini", "old");
+    fs::permissions("set/file.ini", fs::perms(0400));
+    LOCK_FOLDER("set");
+    EXPECT_FALSE(REPLACE_FILE("set/file.ini", "new"));
+    EXPECT_EQ(TEXT_OF("set/file.ini"), "old");
+  });
+}
+
+// A limit on the size of files stands for a disk on which only a part of the content has room.
+TEST_F(CONSOLE_WIN, FULL_DISK_KEEPS_THE_OLD_CONTENT_AND_LEAVES_NOTHING_BESIDE_IT) {
+  IN_A_PROCESS([] {
+    fs::create_directory("set");
+    PUT_FILE("set/file.ini", "old");
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit room{100, 100};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &room), 0);
+    EXPECT_FALSE(REPLACE_FILE("set/file.ini", std::string(1000, 'x')));
+    EXPECT_EQ(TEXT_OF("set/file.ini"), "old");
+    EXPECT_EQ(FILES_IN("set"), 1u);
+  });
+}
+
+TEST_F(CONSOLE_WIN, DEVICE_STAYS_A_DEVICE) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+  fs::create_symlink("/dev/full", "full.ini");
+  EXPECT_FALSE(REPLACE_FILE("full.ini", "x")) << "nothing can be written to it";
+  EXPECT_TRUE(fs::is_symlink("full.ini"));
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+// Half an hour ago a program was killed while it saved; another one is at it now.
+TEST_F(CONSOLE_WIN, WHAT_A_KILLED_PROGRAM_LEFT_BEHIND_GOES) {
   fs::create_directory("set");
-  PUT_FILE("set/file.ini", "longer content");
-  fs::permissions("set", fs::perms(0500));
-  EXPECT_TRUE(REPLACE_FILE("set/file.ini", "short"));
-  EXPECT_EQ(TEXT_OF("set/file.ini"), "short");
-  fs::permissions("set", fs::perms(0700));
+  for (const char* name : {"old.ini", "old.ini.saving-abcdef", "old.ini.saving-ghijkl",
+                           "old.ini.backup", "new.ini.saving-mnopqr"}) {
+    PUT_FILE(fs::path("set") / name, "x");
+    fs::last_write_time(fs::path("set") / name,
+                        fs::file_time_type::clock::now() - std::chrono::minutes(30));
+  }
+  fs::last_write_time("set/old.ini.saving-ghijkl", fs::file_time_type::clock::now());
+  EXPECT_TRUE(REPLACE_FILE("set/old.ini", "y"));
+  EXPECT_FALSE(fs::exists("set/old.ini.saving-abcdef"));
+  EXPECT_TRUE(fs::exists("set/old.ini.saving-ghijkl")) << "it may be in use";
+  EXPECT_TRUE(fs::exists("set/old.ini.backup")) << "it is the user's";
+  EXPECT_TRUE(fs::exists("set/new.ini.saving-mnopqr")) << "it belongs to another file";
 }
 
 // Whoever reads meanwhile finds one content or the other, whole.

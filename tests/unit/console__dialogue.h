@@ -3,8 +3,10 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>  // for getpid, chdir
+#include <sys/wait.h>  // for waitpid
+#include <unistd.h>    // for getpid, chown, seteuid, fork
 
+#include <cstdio>  // for fflush
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -74,6 +76,8 @@ class CONSOLE_TEST : public testing::Test {
   void TearDown() override {
     RESET_STATE();
     fs::current_path(start);
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+      if (entry.is_directory()) fs::permissions(entry, fs::perms::owner_all, fs::perm_options::add);
     fs::remove_all(folder);
   }
 
@@ -114,6 +118,48 @@ class CONSOLE_TEST : public testing::Test {
     return console.OUTPUT();
   }
 
+  // Runs the body in a process of its own, where it may change limits and rights. What it expects
+  // is expected of the test.
+  template <class BODY>
+  static void IN_A_PROCESS(BODY body) {
+    std::fflush(nullptr);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      body();
+      std::fflush(nullptr);
+      ::_exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == no_other_user)
+      GTEST_SKIP() << "there is no user but the superuser here";
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "see above; status " << status;
+  }
+
+  // Runs the body as a user whom the rights of files bind, which the superuser is not. The test's
+  // folder is that user's then.
+  template <class BODY>
+  void AS_A_COMMON_USER(BODY body) const {
+    IN_A_PROCESS([&] {
+      if (::geteuid() == 0 && !BECOME_NOBODY()) ::_exit(no_other_user);
+      body();
+    });
+  }
+
+  bool BECOME_NOBODY() const {
+    constexpr uid_t nobody = 65534;
+    for (const fs::path& path : {folder, folder / "local", folder / "home"})
+      if (::chown(path.c_str(), nobody, nobody) != 0) return false;
+    return ::setegid(nobody) == 0 && ::seteuid(nobody) == 0;
+  }
+
+  // A folder whose owner may not make files in it; it is his own again at the end of the test.
+  static void LOCK_FOLDER(const fs::path& path) {
+    fs::create_directory(path);
+    fs::permissions(path, fs::perms(0500));
+  }
+
   static void PUT_FILE(const fs::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
   }
@@ -139,6 +185,8 @@ class CONSOLE_TEST : public testing::Test {
     ASSERT_EQ(KVA_UTILITIES::OPEN_UNIT(LOG_UNIT, "test.log", KVA_UTILITIES::UNIT_MODE::REPLACE), 0);
     LOG_FILE.OPEN = true;
   }
+
+  static constexpr int no_other_user = 77;  // status of a process that could not become another
 
   fs::path start;
   fs::path folder;

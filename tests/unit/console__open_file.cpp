@@ -284,30 +284,62 @@ TEST_F(OPENING, DIRECTORY_IS_REFUSED_LIKE_A_FILE_THAT_FAILS_TO_OPEN) {
 }
 
 TEST_F(OPENING, READ_ONLY_FILE_CAN_BE_READ_AND_NOT_WRITTEN) {
-  if (::geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
-  PUT_FILE("old.txt", "content\n");
-  fs::permissions("old.txt", fs::perms(0400));
-  EXPECT_TRUE(OPENED("old.txt", "OLD READ"));
-  KVA_UTILITIES::CLOSE_FILE(file);
-  EXPECT_FALSE(OPENED("old.txt", "OLD", "\n"));
-  EXPECT_EQ(said,
-            "\n\n*****WARNING: Error trying to open file   old.txt\n\n"
-            "     Write access was requested, but file locked against writing\n" +
-                prompt);
-  EXPECT_FALSE(OPENED("old.txt", "REPLACE", "\n"));
-  EXPECT_EQ(said, "\nError trying to open file data file\nNamed old.txt try again\n" + prompt);
-  EXPECT_EQ(TEXT_OF("old.txt"), "content\n");
+  AS_A_COMMON_USER([this] {
+    PUT_FILE("old.txt", "content\n");
+    fs::permissions("old.txt", fs::perms(0400));
+    EXPECT_TRUE(OPENED("old.txt", "OLD READ"));
+    KVA_UTILITIES::CLOSE_FILE(file);
+    for (const char* control : {"OLD", ""}) {
+      EXPECT_FALSE(OPENED("old.txt", control, "\n"));
+      EXPECT_EQ(said,
+                "\n\n*****WARNING: Error trying to open file   old.txt\n\n"
+                "     Write access was requested, but file locked against writing\n" +
+                    prompt);
+    }
+    for (const char* control : {"REPLACE", "APPEND"}) {
+      EXPECT_FALSE(OPENED("old.txt", control, "\n"));
+      EXPECT_EQ(said, "\nError trying to open file data file\nNamed old.txt try again\n" + prompt);
+    }
+    EXPECT_EQ(TEXT_OF("old.txt"), "content\n");
+  });
+}
+
+TEST_F(OPENING, REFUSED_ACCESS_IS_TOLD_ON_THE_CONSOLE_ONLY_AND_CLOSES_THE_UNIT) {
+  AS_A_COMMON_USER([this] {
+    START_LOG();
+    PUT_FILE("old.txt", "content\n");
+    fs::permissions("old.txt", fs::perms(0400));
+    EXPECT_FALSE(OPENED("old.txt", "OLD", "\n"));
+    EXPECT_EQ(TEXT_OF("test.log"), "\n" + prompt + "\n");
+    EXPECT_FALSE(KVA_UTILITIES::UNIT_READABLE(32));
+    EXPECT_EQ(file.NAME, "");
+  });
+}
+
+TEST_F(OPENING, FOLDER_THAT_TAKES_NO_FILE_IS_A_FAILURE_TO_OPEN) {
+  AS_A_COMMON_USER([this] {
+    LOCK_FOLDER("locked");
+    for (const char* control : {"REPLACE", "REPLACE CONFIRM", "NEW", "APPEND", ""}) {
+      EXPECT_FALSE(OPENED("locked/new", control, "\n"));
+      EXPECT_EQ(said,
+                "\nError trying to open file data file\nNamed locked/new.dat try again\n" + prompt)
+          << control;
+    }
+    EXPECT_TRUE(fs::is_empty("locked"));
+  });
 }
 
 TEST_F(OPENING, WRITE_ONLY_FILE_CANNOT_BE_READ) {
-  if (::geteuid() == 0) GTEST_SKIP() << "root may read everywhere";
-  PUT_FILE("old.txt", "content\n");
-  fs::permissions("old.txt", fs::perms(0200));
-  EXPECT_FALSE(OPENED("old.txt", "OLD READ", "\n"));
-  EXPECT_EQ(said,
-            "\n\n*****WARNING: Error trying to open file   old.txt\n\n"
-            "     Read access was requested, but file is locked against reading\n" +
-                prompt);
+  AS_A_COMMON_USER([this] {
+    PUT_FILE("old.txt", "content\n");
+    fs::permissions("old.txt", fs::perms(0200));
+    EXPECT_FALSE(OPENED("old.txt", "OLD READ", "\n"));
+    EXPECT_EQ(said,
+              "\n\n*****WARNING: Error trying to open file   old.txt\n\n"
+              "     Read access was requested, but file is locked against reading\n" +
+                  prompt);
+    EXPECT_TRUE(OPENED("old.txt", "OLD"));
+  });
 }
 
 TEST_F(OPENING, STRANGE_NAMES_DO_NO_HARM) {
@@ -416,6 +448,35 @@ TEST_F(LOG_OPENING, ANOTHER_NAME_IS_A_NEW_LOG_WITH_A_HEADER) {
   EXPECT_EQ(HEADERS_IN("two.log"), 1u);
   SAID("", [] { WRITE_OUT("only here"); });
   EXPECT_EQ(TEXT_OF("one.log").find("only here"), std::string::npos);
+}
+
+TEST_F(LOG_OPENING, SAME_NAME_IN_ANOTHER_FOLDER_IS_A_NEW_LOG_WITH_A_HEADER) {
+  LOGGED("run");
+  fs::current_path("home");
+  LOGGED("run");
+  EXPECT_EQ(HEADERS_IN("run.log"), 1u);
+  fs::current_path(folder / "local");
+  PUT_FILE("run.log", "earlier\n");
+  LOGGED("", "\nrun\n");
+  EXPECT_EQ(HEADERS_IN("run.log"), 1u);
+  EXPECT_EQ(HEADERS_IN(folder / "run.log"), 1u);
+  EXPECT_EQ(HEADERS_IN(folder / "home/run.log"), 1u);
+}
+
+// The folder does not matter to a name from the root.
+TEST_F(LOG_OPENING, SAME_LOG_BY_ITS_FULL_NAME_GETS_NO_SECOND_HEADER_ANYWHERE) {
+  const std::string name = (folder / "run.log").string();
+  LOGGED(name);
+  fs::current_path("home");
+  LOGGED(name);
+  EXPECT_EQ(HEADERS_IN(name), 1u);
+}
+
+TEST_F(LOG_OPENING, LOG_THAT_WAS_DELETED_BEGINS_ANEW) {
+  LOGGED("run");
+  fs::remove("run.log");
+  LOGGED("run");
+  EXPECT_EQ(HEADERS_IN("run.log"), 1u);
 }
 
 TEST_F(LOG_OPENING, NO_NAME_MEANS_NO_LOG) {

@@ -3,9 +3,12 @@
 #include "console_code/console/settings.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>  // for mkfifo
+#include <signal.h>        // for kill
+#include <sys/resource.h>  // for setrlimit
+#include <sys/stat.h>      // for mkfifo
 
-#include <cctype>
+#include <chrono>
+#include <thread>
 
 #include "console_code/console/output.h"
 #include "tests/unit/console__dialogue.h"
@@ -134,6 +137,18 @@ TEST_F(SETTINGS, KEY_OF_ANOTHER_LENGTH_CHANGES_NOTHING_BUT_REWRITES_THE_FILE) {
   }
 }
 
+// What would come back from a line of the file as another name.
+TEST_F(SETTINGS, VALUE_THAT_A_LINE_CANNOT_HOLD_IS_NOT_STORED) {
+  SAVE_PARAM("WDIR", "/data");
+  for (const char* value : {"/new\nline", "/new\r", "/blank ", "/blanks  "}) {
+    SAVE_PARAM("WDIR", value);
+    EXPECT_EQ(PARAM("WDIR", 0), "/data") << value;
+    EXPECT_EQ(TEXT_OF(ini), PADDED("WDIR  /data")) << value;
+  }
+  SAVE_PARAM("WDIR", "/a b");
+  EXPECT_EQ(PARAM("WDIR", 0), "/a b");
+}
+
 // Key, two blanks and 249 characters fill the 255 columns.
 TEST_F(SETTINGS, VALUE_THAT_DOES_NOT_FIT_IS_NOT_STORED) {
   SAVE_PARAM("WDIR", std::string(249, 'a'));
@@ -147,6 +162,86 @@ TEST_F(SETTINGS, A_PIPE_IS_NOT_REPLACED_BY_A_FILE) {
   ASSERT_EQ(::mkfifo(ini.c_str(), 0600), 0);
   SAVE_PARAM("MODE", "DEBUG");
   EXPECT_TRUE(fs::is_fifo(ini));
+}
+
+TEST_F(SETTINGS, FILE_IN_A_READ_ONLY_FOLDER_IS_SAVED_IN_PLACE) {
+  AS_A_COMMON_USER([this] {
+    PUT_INI("MODE  EXPERT\nWDIR  /old\n" + std::string(1000, '\n'));
+    LOCK_FOLDER(ini.parent_path());
+    INIT_PARAMS();
+    EXPECT_EQ(SAID("", [] { SAVE_PARAM("WDIR", "/new"); }), "");
+    EXPECT_EQ(TEXT_OF(ini), PADDED("MODE  EXPERT") + PADDED("WDIR  /new"));
+    fs::permissions(ini.parent_path(), fs::perms(0700));
+  });
+}
+
+TEST_F(SETTINGS, READ_ONLY_FILE_IN_A_READ_ONLY_FOLDER_IS_READ_AND_STAYS) {
+  AS_A_COMMON_USER([this] {
+    PUT_INI("WDIR  /old\n");
+    fs::permissions(ini, fs::perms(0400));
+    LOCK_FOLDER(ini.parent_path());
+    INIT_PARAMS();
+    EXPECT_EQ(PARAM("WDIR", 0), "/old");
+    EXPECT_EQ(SAID("", [] { SAVE_PARAM("WDIR", "/new"); }), "");
+    EXPECT_EQ(TEXT_OF(ini), "WDIR  /old\n");
+    fs::permissions(ini.parent_path(), fs::perms(0700));
+  });
+}
+
+TEST_F(SETTINGS, FULL_DISK_IS_SILENT_AND_KEEPS_WHAT_WAS_SAVED) {
+  IN_A_PROCESS([this] {
+    SAVE_PARAM("WDIR", "/data");
+    const std::string saved = TEXT_OF(ini);
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit room{300, 300};  // one line of 256 bytes and a part of the next
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &room), 0);
+    EXPECT_EQ(SAID("", [] { SAVE_PARAM("MODE", "DEBUG"); }), "");
+    EXPECT_EQ(TEXT_OF(ini), saved);
+    EXPECT_EQ(PARAM("MODE", 0), "DEBUG") << "it holds for this run";
+  });
+}
+
+TEST_F(SETTINGS, LINK_TO_A_FULL_DEVICE_IS_SILENT_AND_STAYS) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+  fs::create_directories(ini.parent_path());
+  fs::create_symlink("/dev/full", ini);
+  EXPECT_EQ(SAID("",
+                 [] {
+                   INIT_PARAMS();
+                   SAVE_PARAM("WDIR", "/data");
+                 }),
+            "");
+  EXPECT_EQ(fs::read_symlink(ini), "/dev/full");
+  EXPECT_TRUE(fs::is_character_file(ini));
+}
+
+TEST_F(SETTINGS, LINK_TO_A_FILE_THAT_IS_NOT_THERE_YET_MAKES_THE_FILE) {
+  fs::create_directories(ini.parent_path());
+  fs::create_symlink(folder / "home/real.ini", ini);
+  INIT_PARAMS();
+  SAVE_PARAM("WDIR", "/data");
+  EXPECT_TRUE(fs::is_symlink(ini));
+  EXPECT_EQ(TEXT_OF(folder / "home/real.ini"), PADDED("WDIR  /data"));
+}
+
+// A process that saves without pause is killed again and again.
+TEST_F(SETTINGS, KILL_IN_THE_MIDDLE_OF_A_SAVE_LEAVES_THE_OLD_OR_THE_NEW_FILE_WHOLE) {
+  SAVE_PARAM("MODE", "NORMAL");
+  SAVE_PARAM("WDIR", "/a");
+  const std::string a = PADDED("MODE  NORMAL") + PADDED("WDIR  /a");
+  const std::string b = PADDED("MODE  NORMAL") + PADDED("WDIR  /b");
+  for (int i = 0; i < 25; ++i) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0)
+      for (;;)
+        for (const char* value : {"/a", "/b"}) SAVE_PARAM("WDIR", value);
+    std::this_thread::sleep_for(std::chrono::microseconds(1000 + 313 * i));
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    const std::string found = TEXT_OF(ini);
+    EXPECT_TRUE(found == a || found == b) << found;
+  }
 }
 
 TEST_F(SETTINGS, SAVED_FILE_READS_BACK) {
@@ -258,6 +353,47 @@ TEST_F(SETTINGS, DELETED_DIRECTORY_IS_NOT_SAVED) {
   fs::remove(folder / "gone");
   SAVE_WORK_DIR();
   EXPECT_EQ(PARAM("WDIR", 0), "/data");
+}
+
+// Five folders of 48 characters make a path that no line of the settings can hold.
+TEST_F(SETTINGS, DIRECTORY_WITH_TOO_LONG_A_PATH_IS_SHOWN_AND_NOT_SAVED) {
+  COMMANDED("cd home");
+  const std::string saved = TEXT_OF(ini);
+  fs::path deep = folder / "home";
+  for (const char c : {'a', 'b', 'c', 'd', 'e'}) deep /= std::string(48, c);
+  fs::create_directories(deep);
+  COMMANDED("cd " + fs::relative(deep).string());
+  EXPECT_EQ(fs::current_path(), deep);
+  const std::string line = "\n    Current working directory is now: " + deep.string() + "\n\n";
+  EXPECT_EQ(SAID("", [] { WRITE_WDIR(); }), line);
+  EXPECT_EQ(TEXT_OF(ini), saved);
+
+  // A macro that is started there does not restore the directory, and the entry stays.
+  PUT_FILE("run.mcr", "HELP\n");
+  RESET_STATE();
+  SAID("", [] { INIT_CONSOLE("run"); });
+  EXPECT_EQ(MACRO_STATE, 1);
+  EXPECT_EQ(SAID("", [] { WRITE_WDIR(); }), line);
+  SAVE_WORK_DIR();
+  EXPECT_EQ(TEXT_OF(ini), saved);
+}
+
+TEST_F(SETTINGS, DIRECTORY_WHOSE_NAME_A_LINE_CANNOT_HOLD_IS_SHOWN_AND_NOT_SAVED) {
+  COMMANDED("cd home");
+  const std::string saved = TEXT_OF(ini);
+  for (const char* name : {"two\nlines", "blank ", "return\r"}) {
+    fs::create_directory(folder / name);
+    fs::current_path(folder / name);
+    SAVE_WORK_DIR();
+    EXPECT_EQ(TEXT_OF(ini), saved) << name;
+    EXPECT_EQ(PARAM("WDIR", 0), (folder / "home").string());
+  }
+}
+
+TEST_F(SETTINGS, DELETED_DIRECTORY_HAS_NO_LINE) {
+  COMMANDED("cd home");
+  fs::remove(folder / "home");
+  EXPECT_EQ(SAID("", [] { WRITE_WDIR(); }), "");
 }
 
 // ---- CD ----

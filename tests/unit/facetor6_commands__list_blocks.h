@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>  // for as_const
 #include <vector>
 
 #include "console__dialogue.h"
@@ -61,31 +62,61 @@ class BLOCKS : public CONSOLE_TESTS::CONSOLE_TEST {
                      {"O3", {0.1f, 0.2f, 0.6f}}}));
   }
 
-  // Bonds of the first atom, their ligands the atoms 2, 3, 4, 2, ... A length of 0 leaves a gap.
-  static void BOND(int block, const std::vector<float>& lengths, float std = 0.003f) {
+  // Bonds of a centre, their ligands the atoms 2, 3, 4, 2, ... A length of 0 leaves a gap.
+  static void BOND(int block, const std::vector<float>& lengths, float std = 0.003f,
+                   int centre = 1) {
     CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
-    phase.NBONDS(1) = 0;
+    phase.NBONDS(centre) = 0;
     for (int j = 1; j <= static_cast<int>(lengths.size()); ++j) {
       const float length = lengths[static_cast<std::size_t>(j - 1)];
       if (length <= 0.0f) continue;
-      ++phase.NBONDS(1);
-      phase.BONDS(1, j, BOND_CENTRE) = 1;
-      phase.BONDS(1, j, BOND_LENGTH) = length;
-      phase.BONDS(1, j, BOND_LENGTH_STD) = std;
-      phase.BONDS(1, j, BOND_LIGAND) = static_cast<float>(2 + (j - 1) % 3);
-      phase.BONDS(1, j, BOND_SYMCODE) = static_cast<float>(j) + 0.555f;
+      ++phase.NBONDS(centre);
+      phase.BONDS(centre, j, BOND_CENTRE) = static_cast<float>(centre);
+      phase.BONDS(centre, j, BOND_LENGTH) = length;
+      phase.BONDS(centre, j, BOND_LENGTH_STD) = std;
+      phase.BONDS(centre, j, BOND_LIGAND) = static_cast<float>(2 + (j - 1) % 3);
+      phase.BONDS(centre, j, BOND_SYMCODE) = static_cast<float>(j) + 0.555f;
     }
-    phase.POLYHEDRON(1, POLY_MEAN_LENGTH) = 1.75f;
-    phase.POLYHEDRON(1, POLY_ELONGATION) = 1.0125f;
-    phase.POLYHEDRON(1, POLY_VARIANCE) = 12.5f;
-    phase.POLYHEDRON(1, POLY_VOLUME) = 2.25f;
-    phase.POLYHEDRON(1, POLY_VOLUME_STD) = 0.015f;
+    phase.POLYHEDRON(centre, POLY_MEAN_LENGTH) = 1.75f;
+    phase.POLYHEDRON(centre, POLY_ELONGATION) = 1.0125f;
+    phase.POLYHEDRON(centre, POLY_VARIANCE) = 12.5f;
+    phase.POLYHEDRON(centre, POLY_VOLUME) = 2.25f;
+    phase.POLYHEDRON(centre, POLY_VOLUME_STD) = 0.015f;
+  }
+
+  // What else the bonds of a centre have: bond j a corrected length 0.01 above the plain one, a
+  // displacement of 0.1 j, and a valence of 0.25 j.
+  static void ADD_BOND_VALUES(int block, int centre = 1) {
+    CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
+    for (int j = 1; j <= MAX_BONDS; ++j) {
+      if (std::as_const(phase).BONDS(centre, j, BOND_CENTRE) <= 0.0f) continue;
+      phase.BONDS(centre, j, BOND_LENGTH_SRB) = phase.BONDS(centre, j, BOND_LENGTH) + 0.01f;
+      phase.BONDS(centre, j, BOND_DISPL_CENTRE) = 0.1f * static_cast<float>(j);
+      phase.BONDS(centre, j, BOND_VALENCE) = 0.25f * static_cast<float>(j);
+      phase.BONDS(centre, j, BOND_VALENCE_STD) = 0.01f;
+    }
+    phase.POLYHEDRON(centre, POLY_VOLUME_SRB) = 2.5f;
+    phase.POLYHEDRON(centre, POLY_VALENCE_SUM) = 0.75f;
+    phase.POLYHEDRON(centre, POLY_VALENCE_SUM_STD) = 0.02f;
+  }
+
+  // Angles 100 + j + k and edges j + k / 10 of the pairs j < k of n ligands.
+  static void ADD_ANGLES(int block, int n, int centre = 1) {
+    CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
+    for (int k = 2; k <= n; ++k)
+      for (int j = 1; j < k; ++j) {
+        phase.BANGLES(centre, j, k, ANGLE) = static_cast<float>(100 + j + k);
+        phase.BANGLES(centre, j, k, ANGLE_STD) = 0.5f;
+        phase.BANGLES(centre, j, k, EDGE) = static_cast<float>(j) + 0.1f * static_cast<float>(k);
+        phase.BANGLES(centre, j, k, EDGE_STD) = 0.004f;
+      }
+    phase.POLYHEDRON(centre, POLY_MEAN_EDGE) = 1.25f;
   }
 
   // Title and limits of a bond or valence table.
-  static std::string TITLE(const std::string& words) {
-    return "\n\n     " + words +
-           " CENTRAL ATOM Si1    (NAME IN REFERENCE BLOCK first)\n"
+  static std::string TITLE(const std::string& words, const std::string& label = "Si1") {
+    return "\n\n     " + words + " CENTRAL ATOM " + label +
+           "    (NAME IN REFERENCE BLOCK first)\n"
            "     BETWEEN  0.01 AND  2.20 ANGSTROM\n";
   }
 

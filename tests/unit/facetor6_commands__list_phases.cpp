@@ -13,6 +13,31 @@ class PHASES : public BLOCKS {};
 
 }  // namespace
 
+TEST_F(PHASES, LINE_START_UNDER_ITS_HEAD) {
+  EXPECT_EQ(FACETOR_HEADSTART(), head);
+  EXPECT_EQ(head.size(), 45u);
+  ADD("first");
+  EXPECT_EQ(FACETOR_LINESTART(1), start_1);
+  EXPECT_EQ(start_1.size(), 44u);
+  EXPECT_EQ(FACETOR_LINESTART(1, true), esd_start_1);
+  PHASE(1).BLOCK_TITLE = "a title that is too long";
+  EXPECT_EQ(FACETOR_LINESTART(1), "  1: a title that i: 298.0   0.000         1");
+  PHASE(1).PT(TEMPERATURE, PT_VALUE) = 123456.0f;
+  EXPECT_EQ(FACETOR_LINESTART(1), "  1: a title that i:******   0.000         1");
+}
+
+TEST_F(PHASES, AMBIENT_PRESSURE_HAS_NO_ESD) {
+  ADD("first");
+  PHASE(1).PT(PRESSURE, PT_ESD) = 0.00001f;
+  PHASE(1).PT(PRESSURE, PT_VALUE) = 0.00011f;
+  EXPECT_EQ(FACETOR_LINESTART(1, true), esd_start_1);
+  PHASE(1).PT(PRESSURE, PT_VALUE) = 0.00012f;
+  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) 0.000120(10)1");
+  PHASE(1).PT(PRESSURE, PT_VALUE) = 3.5f;
+  PHASE(1).PT(PRESSURE, PT_ESD) = 0.05f;
+  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) 3.50(5)     1");
+}
+
 TEST_F(PHASES, ROWS_FOLLOW_THE_DISPLAY_ORDER_WITH_THE_NUMBERS_OF_THE_BLOCKS) {
   ADD("first");
   ADD("second");
@@ -42,11 +67,21 @@ TEST_F(PHASES, A_HIDDEN_BLOCK_HAS_A_BLANK_LINE_START_IN_BOTH_FORMS) {
   EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) 0.0001      0");
 }
 
-TEST_F(PHASES, THE_SETTING_IS_RESTORED_WHEN_IT_WAS_OFF) {
+TEST_F(PHASES, HIDDEN_BLOCKS_LEAVE_NO_ROW_AND_NUMBERS_KEEP_THEIR_GAPS) {
   ADD("first");
+  ADD("second");
+  ADD("third");
+  IUSE(2) = 0;
+  const std::string used = head + "\n" + start_1 + "\n" + start_3 + "\n";
+  EXPECT_EQ(SAID("", FACETOR_LIST_PHASE_USED), used);
+  EXPECT_TRUE(RUN.LIST_ALL_BLOCKS) << "the setting is restored";
+  EXPECT_EQ(
+      SAID("", FACETOR_LIST_PHASE),
+      head + "\n" + start_1 + "\n  2: second        : 298.0   0.000         0\n" + start_3 + "\n");
   RUN.LIST_ALL_BLOCKS = false;
-  SAID("", FACETOR_LIST_PHASE_USED);
-  EXPECT_FALSE(RUN.LIST_ALL_BLOCKS);
+  EXPECT_EQ(SAID("", FACETOR_LIST_PHASE), used);
+  EXPECT_EQ(SAID("", FACETOR_LIST_PHASE_USED), used);
+  EXPECT_FALSE(RUN.LIST_ALL_BLOCKS) << "the setting is restored when it was off";
 }
 
 TEST_F(PHASES, VALUES_THAT_DO_NOT_FIT_THE_LINE_START_ARE_STARS) {
@@ -97,8 +132,9 @@ TEST_F(PHASES, LIST_NUMBERS_ARE_PLACES_IN_THE_LIST) {
             "\n       BLOCKNAME              P    esdP     T    esdT\n"
             "  2: second               12.500  0.250  298.0   1.0\n"
             "  3: third                 0.000  0.000  298.0   1.0\n");
-  EXPECT_EQ(SAID("", [] { LIST_PHASE_ESD(PHASE, 2, 1); }),
-            "\n      There are no crystal structures to list\n");
+  const std::string none = "\n      There are no crystal structures to list\n";
+  EXPECT_EQ(SAID("", [] { LIST_PHASE(PHASE, 0); }), none);
+  EXPECT_EQ(SAID("", [] { LIST_PHASE_ESD(PHASE, 2, 1); }), none);
 }
 
 TEST_F(PHASES, LISTS_FILL_WITH_STARS_WHAT_DOES_NOT_FIT) {
@@ -142,6 +178,17 @@ TEST_F(PHASES, CELLS_IN_BOTH_FORMS_WITHOUT_THE_HIDDEN_BLOCK) {
           esd_start_3 +
           "   10.0000      10.0000      10.0000      90.0000      90.0000      90.0000      "
           "1000.00\n");
+}
+
+TEST_F(PHASES, CELLS_IN_DISPLAY_ORDER) {
+  ADD("first");
+  ADD("second");
+  PHASE(2).CELL.CELL[0] = 12.5f;
+  ISORT(1) = 2;
+  ISORT(2) = 1;
+  const std::string rest = "  10.0000  10.0000  90.000  90.000  90.000 1000.000\n";
+  EXPECT_EQ(ROWS(SAID("", [] { FACETOR_LIST_CELLS(); }), start_2),
+            start_2 + "  12.5000" + rest + start_1 + "  10.0000" + rest);
 }
 
 TEST_F(PHASES, CELL_VALUES_THAT_DO_NOT_FIT) {

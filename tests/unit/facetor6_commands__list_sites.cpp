@@ -1,8 +1,5 @@
-// Symmetry, site names, coordinates and displacement parameters, line by line.
-#include <limits>
-
+// Space groups, symmetry operators and site names, line by line.
 #include "facetor6_commands__list_blocks.h"
-#include "src/kva_crystal_structures/displacement.h"
 
 using namespace LIST_TESTS;
 
@@ -10,51 +7,10 @@ namespace {
 
 class SITES : public BLOCKS {
  protected:
-  static std::string XYZ(std::string_view option = "") {
-    return SAID("", [option] { FACETOR_LIST_XYZ(1, option); });
-  }
-  static std::string ADPS(std::string_view option) {
-    return SAID("", [option] { FACETOR_LIST_ADPS(1, option); });
-  }
   static std::string NAMES(std::string_view option = "", int block = 0) {
     return SAID("", [option, block] { FACETOR_LIST_ATOMS(option, block); });
   }
-
-  // One anisotropic atom in a cell of 10 angstroms with a four-fold axis along z.
-  static void ADD_TETRAGONAL(const std::string& title, const VECTOR3& x_frac) {
-    CRYSTAL_STRUCTURE_TYPE phase =
-        MADE({10, 10, 10}, {90, 90, 90}, "P 4", {{"Si1", x_frac, {0.0002f, 0.0005f, 0.0007f}}});
-    ATOM_TYPE& atom = phase.ATOM(1);
-    atom.THTYPE = "Aniso";
-    atom.UTYPE = "u_ij";
-    atom.U = {0.01f, 0.02f, 0.03f, 0.004f, 0.005f, 0.006f};
-    atom.U_STD = {0.0004f, 0.0005f, 0.0006f, 0.0002f, 0.0003f, 0.0007f};
-    SET_ALLATOM_ADP(phase);
-    ADD(title, phase);
-  }
-
-  // The atom of the second block is brought to that of the first by x' = -y, y' = x, z' = z.
-  static void ADD_ROTATED_PAIR() {
-    ADD_TETRAGONAL("first", {0.1f, 0.25f, 0.3f});
-    ADD_TETRAGONAL("second", {0.25f, 0.9f, 0.3f});
-  }
-
-  // Three atoms on one site of each block.
-  static void ADD_MIXED(const std::string& title, bool mixed) {
-    CRYSTAL_STRUCTURE_TYPE phase = MADE({10, 10, 10}, {90, 90, 90}, "P 1",
-                                        {{"Mg1", {0.1f, 0.2f, 0.3f}},
-                                         {"Fe1", {0.1f, 0.2f, mixed ? 0.3f : 0.8f}},
-                                         {"Mn1", {0.1f, 0.2f, mixed ? 0.3f : 0.6f}}});
-    phase.ATOM(1).OCC = 0.75f;
-    phase.ATOM(2).OCC = 0.2f;
-    phase.ATOM(3).OCC = 0.05f;
-    phase.ATOM(1).OCC_STD = 0.03f;
-    ADD(title, phase);
-  }
 };
-
-// Column 45 operator, 47-56 label, 57 "(", 58-61 symbol, 62 ")".
-const std::string si_by_1 = "1 Si1       (Si  )";
 
 }  // namespace
 
@@ -78,6 +34,27 @@ TEST_F(SITES, INVERSION_CENTRES_OF_THE_LISTED_BLOCKS) {
             "      3  a symbol of more tha   acentric\n"
             "\n\n     The symmetry operators of the reference block (#3) are:\n"
             "       1:x,y,z\n");
+}
+
+TEST_F(SITES, SPACE_GROUPS_IN_DISPLAY_ORDER_AND_OPERATORS_OF_THE_REFERENCE) {
+  ADD("first", MADE({5, 6, 7}, {90, 90, 90}, "P -1", {{"Si1", {0.1f, 0.2f, 0.3f}}}));
+  ADD("second");
+  ISORT(1) = 2;
+  ISORT(2) = 1;
+  const std::string rows =
+      "  space group                 coords of inversion centre\n"
+      "      2  P 1                    acentric\n"
+      "      1  P -1                    0.00000 0.00000 0.00000\n";
+  EXPECT_EQ(SAID("", FACETOR_LIST_SYMM),
+            rows +
+                "\n\n     The symmetry operators of the reference block (#1) are:\n"
+                "       1:x,y,z\n"
+                "       2:-x,-y,-z\n");
+  IREFERENCE = 2;
+  EXPECT_EQ(SAID("", FACETOR_LIST_SYMM),
+            rows +
+                "\n\n     The symmetry operators of the reference block (#2) are:\n"
+                "       1:x,y,z\n");
 }
 
 TEST_F(SITES, OPERATORS_ARE_NUMBERED_IN_THREE_COLUMNS) {
@@ -122,7 +99,29 @@ TEST_F(SITES, NAMES_OF_THE_LISTED_BLOCKS_OR_OF_ONE) {
       "\n                                  Site name: Si1     O1      O2      O3\n";
   EXPECT_EQ(NAMES(), title + start_3 + names + start_1 + names);
   EXPECT_EQ(NAMES("", 1), title + start_1 + names);
+  EXPECT_EQ(NAMES("", 2), title) << "the block is hidden";
   EXPECT_EQ(NAMES("", 99), title) << "there is no such block";
+}
+
+TEST_F(SITES, FIELDS_ARE_AS_WIDE_AS_THE_LONGEST_NAME_NEEDS) {
+  ADD("first");
+  const std::string title = "  Site names and scattering factors in each block, in input order\n" +
+                            start_1 + "\n                                  Site name: ";
+  const std::string factors = "                          Scattering factor: ";
+  PHASE(1).ATOM(2).LAB = "\u00c4\u00d6x\u00fd1a2";  // seven characters, ten bytes
+  EXPECT_EQ(NAMES("SCAT"), title + "Si1     \u00c4\u00d6x\u00fd1a2 O2      O3\n" + factors +
+                               "Si      O       O       O\n")
+      << "a blank is left in 8 columns";
+  PHASE(1).ATOM(2).LAB = "O1234567";
+  EXPECT_EQ(NAMES("SCAT"),
+            title + "Si1      O1234567 O2       O3\n" + factors + "Si       O        O        O\n");
+  PHASE(1).ATOM_USE(2) = ATOM_OMITTED;
+  // The mark counts: 8 characters, the mark and a blank.
+  EXPECT_EQ(NAMES("SCAT"),
+            title + "Si1       O1234567* O2        O3\n" + factors +
+                "Si        O         O         O\n"
+                "     *****Atoms marked with * are currently marked as omitted from calculations\n"
+                "     *****Atoms marked with ! are duplicates of other atoms\n");
 }
 
 TEST_F(SITES, MARKS_ARE_EXPLAINED_ONCE_AND_ONLY_FOR_WHAT_IS_LISTED) {
@@ -143,209 +142,4 @@ TEST_F(SITES, MARKS_ARE_EXPLAINED_ONCE_AND_ONLY_FOR_WHAT_IS_LISTED) {
   IUSE(2) = 0;
   RUN.LIST_ALL_BLOCKS = false;
   EXPECT_TRUE(NAMES().ends_with("O3\n"));
-}
-
-// ---- coordinates ----
-
-TEST_F(SITES, COORDINATES_ARE_THOSE_NEAR_THE_REFERENCE_ATOM) {
-  ADD_ROTATED_PAIR();
-  const std::string title = "\n\n ATOMS EQUIVALENT TO ATOM Si1 IN REFERENCE BLOCK (first)\n" + head;
-  const std::string said = XYZ();
-  EXPECT_TRUE(said.starts_with(title + " SITE      ATOM     X         Y         Z       OCC\n" +
-                               start_1 + si_by_1 + "   0.10000   0.25000   0.30000 1.000\n" +
-                               start_2))
-      << said;
-  EXPECT_TRUE(said.ends_with(" Si1       (Si  )   0.10000   0.25000   0.30000 1.000\n")) << said;
-  const int op = said[said.size() - 55] - '0';
-  EXPECT_EQ(PHASE(2).SPG.SYMOPSYMB(op), "-y,x,z") << "the operator stands in column 45";
-}
-
-TEST_F(SITES, COORDINATE_ESDS_ARE_THOSE_OF_THE_IMAGE) {
-  ADD_ROTATED_PAIR();
-  // Fields of 13 from 63. The image has the esd of y on x and that of x on y.
-  const std::string said = XYZ("ESD");
-  EXPECT_EQ(ROWS(said, head),
-            head + " SITE      ATOM      X            Y            Z            OCC\n" +
-                esd_start_1 + si_by_1 + " 0.1000(2)    0.2500(5)    0.3000(7)    1.00000\n" +
-                ROWS(said, esd_start_2));
-  EXPECT_TRUE(said.ends_with(" Si1       (Si  ) 0.1000(5)    0.2500(2)    0.3000(7)    1.00000\n"))
-      << said;
-}
-
-TEST_F(SITES, AN_OPERATOR_ABOVE_NINE_IS_A_STAR) {
-  const auto hexagonal = [](const VECTOR3& x_frac) {
-    return MADE({5, 5, 9}, {90, 90, 120}, "P 6/m m m", {{"Si1", x_frac}});
-  };
-  ADD("first", hexagonal({0.125f, 0.375f, 0.25f}));
-  ADD("second", hexagonal({0.875f, 0.625f, 0.75f}));  // related by operator 13, -x,-y,-z
-  EXPECT_TRUE(
-      XYZ().ends_with(start_2 + "* Si1       (Si  )   0.12500   0.37500   0.25000 1.000\n"));
-}
-
-TEST_F(SITES, DUPLICATES_FOLLOW_WITH_SYMBOL_AND_OCCUPANCY) {
-  ADD_MIXED("first", true);
-  ADD_MIXED("second", false);
-  ASSERT_EQ(PHASE(1).ATOM_DUP(1, 1), 2);
-  ASSERT_EQ(PHASE(1).ATOM_DUP(1, 2), 3);
-  // Occupancy 93-98; symbols from 102 and 115, occupancies 106-111 and 119-124.
-  EXPECT_EQ(
-      ROWS(XYZ(), head),
-      head + " SITE      ATOM     X         Y         Z       OCC     ATOM OCC     ATOM OCC\n" +
-          start_1 +
-          "1 Mg1       (Mg  )   0.10000   0.20000   0.30000 0.750   Fe   0.200   Mn   0.050\n" +
-          start_2 + "1 Mg1       (Mg  )   0.10000   0.20000   0.30000 0.750\n");
-  // With esds the occupancy has 102-114; symbols from 118 and 131.
-  EXPECT_EQ(ROWS(XYZ("ESD"), head),
-            head +
-                " SITE      ATOM      X            Y            Z            OCC         ATOM OCC"
-                "     ATOM OCC\n" +
-                esd_start_1 +
-                "1 Mg1       (Mg  ) 0.100000     0.200000     0.300000     0.75(3)        Fe   "
-                "0.200   Mn   0.050\n" +
-                esd_start_2 +
-                "1 Mg1       (Mg  ) 0.100000     0.200000     0.300000     0.75(3)\n");
-}
-
-TEST_F(SITES, ONE_DUPLICATE_HAS_ONE_HEAD_AND_A_HIDDEN_ONE_NONE) {
-  ADD_MIXED("first", false);
-  ADD_MIXED("second", true);
-  PHASE(2).ATOM_DUP(1, 2) = 0;
-  const std::string plain_head = " SITE      ATOM     X         Y         Z       OCC";
-  EXPECT_NE(XYZ().find(plain_head + "     ATOM OCC\n"), std::string::npos);
-  IUSE(2) = 0;
-  RUN.LIST_ALL_BLOCKS = false;
-  EXPECT_NE(XYZ().find(plain_head + "\n"), std::string::npos);
-}
-
-TEST_F(SITES, OMITTED_ATOMS_ARE_FOUND_AND_LONG_TEXTS_ARE_CUT) {
-  ADD("first");
-  PHASE(1).ATOM_USE(1) = ATOM_OMITTED;
-  PHASE(1).ATOM(1).LAB = "Silicon_number_1";
-  PHASE(1).ATOM(1).SFACSYMB = "Si+4";
-  PHASE(1).ATOM(1).OCC = 100.0f;
-  // "100.000" has 7 characters for 6 columns.
-  EXPECT_EQ(ROWS(XYZ(), start_1),
-            start_1 + "1 Silicon_nu(Si+4)   0.10000   0.20000   0.30000******\n");
-}
-
-TEST_F(SITES, A_SITE_WITHOUT_EQUIVALENT_KEEPS_ITS_LINE_START) {
-  ADD("first");
-  ADD("second");
-  PHASE(2).ATOM(1).X = {0.6f, 0.7f, 0.8f};
-  EXPECT_EQ(ROWS(XYZ("ESD"), esd_start_2),
-            esd_start_2 + "         *****No equivalent atom found\n");
-  EXPECT_EQ(ROWS(ADPS("ESD, U"), esd_start_2),
-            esd_start_2 + "        *****No equivalent atom found\n");
-  EXPECT_FALSE(ERR_KVASTRUCTURES) << "the table has told it";
-}
-
-TEST_F(SITES, A_REFERENCE_ATOM_WITHOUT_A_POSITION_HAS_NO_EQUIVALENT) {
-  ADD("first");
-  PHASE(1).ATOM(1).X[1] = std::numeric_limits<float>::quiet_NaN();
-  EXPECT_EQ(ROWS(XYZ(), start_1), start_1 + "         *****No equivalent atom found\n");
-  EXPECT_TRUE(ADPS("U").starts_with(
-      "\n\n ADPs TRANSFORMED TO POSITION EQUIVALENT TO ATOM IN REFERENCE BLOCK (first) AT  0.100"
-      "    NaN  0.300\n"));
-}
-
-TEST_F(SITES, ALL_MEANS_THE_ATOMS_IN_USE) {
-  ADD("first");
-  PHASE(1).ATOM_USE(2) = ATOM_OMITTED;
-  PHASE(1).ATOM_USE(3) = -1;
-  const std::string xyz = SAID("", [] { FACETOR_LIST_ALL_XYZ(); });
-  EXPECT_TRUE(xyz.starts_with("\n\n ATOMS EQUIVALENT TO ATOM Si1 IN"));
-  EXPECT_NE(xyz.find("\n\n ATOMS EQUIVALENT TO ATOM O3 IN"), std::string::npos);
-  EXPECT_EQ(xyz.find("TO ATOM O1"), std::string::npos);
-  EXPECT_EQ(xyz.find("TO ATOM O2"), std::string::npos);
-  const std::string adps = SAID("", [] { FACETOR_LIST_ALL_ADPS("U"); });
-  EXPECT_NE(adps.find("(first) AT  0.100  0.200  0.300\n"), std::string::npos);
-  EXPECT_NE(adps.find("(first) AT  0.100  0.200  0.600\n"), std::string::npos);
-  EXPECT_EQ(adps.find("(first) AT  0.400  0.200  0.300\n"), std::string::npos);
-}
-
-// ---- displacement parameters ----
-
-// The image under x' = -y, y' = x, z' = z has U11' = U22, U22' = U11, U33' = U33, U12' = -U12,
-// U13' = -U23, U23' = U13, and the esds likewise. Ueq = 0.06 / 3 = 0.02, Beq = 8 pi^2 0.02 = 1.579.
-TEST_F(SITES, U_AT_THE_POSITION_OF_THE_REFERENCE_ATOM) {
-  ADD_ROTATED_PAIR();
-  const std::string title =
-      "\n\n ADPs TRANSFORMED TO POSITION EQUIVALENT TO ATOM IN REFERENCE BLOCK (first) AT  0.100  "
-      "0.250  0.300\n" +
-      head;
-  std::string said = ADPS("U");
-  // Six values of 10 columns from 63, Ueq 123-129, Beq 130-136.
-  EXPECT_TRUE(said.starts_with(
-      title +
-      " SITE      ATOM     U11       U22       U33       U12       U13       U23        Ueq  "
-      "Beq\n" +
-      start_1 + si_by_1 +
-      "   0.01000   0.02000   0.03000   0.00400   0.00500   0.00600 0.0200  1.579\n" + start_2))
-      << said;
-  EXPECT_TRUE(said.ends_with(
-      " Si1       (Si  )   0.02000   0.01000   0.03000  -0.00400  -0.00600   0.00500 0.0200  "
-      "1.579\n"))
-      << said;
-  said = ADPS("ESD, U");
-  // Six fields of 13 columns from 63, Ueq 141-146, Beq 150-155.
-  EXPECT_TRUE(said.starts_with(title +
-                               " SITE      ATOM      U11          U22          U33          U12    "
-                               "      U13          U23        Ueq       Beq\n" +
-                               esd_start_1 + si_by_1 +
-                               " 0.0100(4)    0.0200(5)    0.0300(6)    0.0040(2)    0.0050(3)    "
-                               "0.0060(7)    0.020    1.579\n" +
-                               esd_start_2))
-      << said;
-  EXPECT_TRUE(
-      said.ends_with(" Si1       (Si  ) 0.0200(5)    0.0100(4)    0.0300(6)   -0.0040(2)   "
-                     "-0.0060(7)    0.0050(3)    0.020    1.579\n"))
-      << said;
-}
-
-// beta = 2 pi^2 U / 100 = 0.197392 U, in a cell of 10 angstroms; the esds, times
-// 100000: 9.87, 7.90, 11.84, 3.95, 13.82 and 5.92, of which what is left behind the digits rounds
-// up.
-TEST_F(SITES, BETA_AT_THE_POSITION_OF_THE_REFERENCE_ATOM) {
-  ADD_ROTATED_PAIR();
-  std::string said = ADPS("BETA");
-  EXPECT_NE(said.find(head +
-                      " SITE      ATOM     b11       b22       b33       b12       b13       "
-                      "b23        Beq\n" +
-                      start_1 + si_by_1 +
-                      "   0.00197   0.00395   0.00592   0.00079   0.00099   0.00118  1.579\n"),
-            std::string::npos)
-      << said;
-  EXPECT_TRUE(said.ends_with(
-      " Si1       (Si  )   0.00395   0.00197   0.00592  -0.00079  -0.00118   0.00099  1.579\n"))
-      << said;
-  said = ADPS("ESD, BETA");
-  EXPECT_NE(said.find(head +
-                      " SITE      ATOM      b11          b22          b33          b12       "
-                      "   b13          b23        Beq\n" +
-                      esd_start_1),
-            std::string::npos)
-      << said;
-  EXPECT_TRUE(
-      said.ends_with(" Si1       (Si  ) 0.00395(10)  0.00197(8)   0.00592(12) -0.00079(4)  "
-                     "-0.00118(14)  0.00099(6)   1.579\n"))
-      << said;
-}
-
-TEST_F(SITES, ISOTROPIC_ATOMS_WITH_ESDS) {
-  ADD("first");
-  PHASE(1).ATOM(1).UEQ = 0.0125f;
-  PHASE(1).ATOM(1).BISO = 1234.5f;
-  // A zero without an esd has five decimals; "1234.500" has 8 characters for the 6 columns 150-155.
-  EXPECT_EQ(ROWS(ADPS("ESD, U"), esd_start_1),
-            esd_start_1 + si_by_1 +
-                " 0.00000      0.00000      0.00000      0.00000      0.00000      0.00000      "
-                "0.013   ******\n");
-}
-
-TEST_F(SITES, A_TENSOR_VALUE_TOO_WIDE_IS_STARS) {
-  ADD_TETRAGONAL("first", {0.1f, 0.25f, 0.3f});
-  PHASE(1).ATOM(1).U[0] = 20000.0f;  // beta form: U11 is 20000 / 0.197392
-  EXPECT_EQ(
-      ROWS(ADPS("BETA"), start_1),
-      start_1 + si_by_1 + "**********   0.00395   0.00592   0.00079   0.00099   0.00118  1.579\n");
 }

@@ -1,63 +1,8 @@
 // Bond valences: the law, mixed sites, the table of pairs and the dialogue that changes it.
-#include <cmath>
-
-#include "console__dialogue.h"
+#include "facetor6_commands__valence_blocks.h"
 #include "foundations/XTAL_Bond_Valence_Tables.h"
-#include "src/facetor6_calc/calc.h"
-#include "src/facetor6_console/parameters.h"
-#include "src/facetor6_console/phase_list.h"
-#include "src/facetor6_console/valence_table.h"
-#include "structures.h"
 
-using namespace FACETOR_CALC;
-using namespace FACETOR_CONSOLE;
-using namespace STRUCTURES;
-
-namespace {
-
-class VALENCES : public CONSOLE_TESTS::CONSOLE_TEST {
- protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-    RUN = RUN_PARAMETERS{};
-    CLEAR_FACETOR_VALENCE();
-    SET_DEFAULT_CHARGES();
-  }
-
-  // Adds a block and measures its bonds.
-  void ADD(const CRYSTAL_STRUCTURE_TYPE& phase) {
-    STRUCTURE_LIST newx;
-    newx.ADD(phase);
-    bool error = false;
-    ADD_PHASE_LIST(newx, 1, error);
-    SET_ALLATOM_MULTIP(PHASE(NPHASES));
-    SAID("\n", RUN_FACETOR_CALC_BONDS);
-  }
-
-  std::string CALC(const std::string& answers = "n\n") {
-    return SAID(answers, RUN_FACETOR_CALC_VALENCE);
-  }
-};
-
-// One pair in a large cell: d = 9 * 0.18 = 1.62 angstroms.
-CRYSTAL_STRUCTURE_TYPE PAIR(const std::string& centre, const std::string& ligand) {
-  return MADE({9, 9, 9}, {90, 90, 90}, "P 1",
-              {{centre, {0, 0, 0}}, {ligand, {0.18f, 0, 0}, {0.001f, 0, 0}}});
-}
-
-// s = exp((d0 - d) / b).
-float LAW(float d0, float b, float d) {
-  return std::exp((d0 - d) / b);
-}
-
-bool HOLDS(const std::string& said, const std::string& text) {
-  return said.find(text) != std::string::npos;
-}
-
-constexpr const char* question = "     Do you want to change any of these parameters? (Y/N) <N>?";
-
-}  // namespace
+using namespace VALENCE_TESTS;
 
 // ---- tables ----
 
@@ -183,29 +128,6 @@ TEST_F(VALENCES, WHAT_IS_NO_ELEMENT_IS_TOLD) {
   EXPECT_EQ(PHASE(1).ATOM(1).SFACSYMB, "**");
 }
 
-TEST_F(VALENCES, NO_MORE_THAN_40_PAIRS) {
-  // Forty-one cations in rows, each with an oxygen of its own at 1.8 angstroms.
-  const char* const symbols[] = {"Li", "Be", "B",  "C",  "N",  "Na", "Mg", "Al", "Si", "P",  "S",
-                                 "K",  "Ca", "Sc", "Ti", "V",  "Cr", "Mn", "Fe", "Co", "Ni", "Cu",
-                                 "Zn", "Ga", "Ge", "As", "Se", "Rb", "Sr", "Y",  "Zr", "Nb", "Mo",
-                                 "Pd", "Ag", "Cd", "In", "Sn", "Sb", "Te", "Cs"};
-  std::vector<SITE> sites;
-  for (int i = 0; i < 41; ++i) {
-    const VECTOR3 x{0.1f * static_cast<float>(i % 7), 0.1f * static_cast<float>(i / 7), 0.1f};
-    sites.push_back({std::string(symbols[i]) + "1", x});
-    sites.push_back({"O" + std::to_string(i), {x[0], x[1], 0.13f}});
-  }
-  auto phase = MADE({60, 60, 60}, {90, 90, 90}, "P 1", sites);
-  for (ATOM_TYPE& atom : phase.ATOM)
-    if (atom.CHEMSYMB == "S") atom.SFACSYMB = "S+6";  // its default makes it an anion
-  ADD(phase);
-  CALC();
-  EXPECT_EQ(BV_PAIRS.COUNT(), 40);
-  EXPECT_TRUE(BV_FLAGS(BV_TOO_MANY_PAIRS));
-  EXPECT_EQ(PHASE(1).BONDS(81, 1, BOND_VALENCE), 0.0f) << "the forty-first pair";
-  EXPECT_GT(PHASE(1).BONDS(79, 1, BOND_VALENCE), 0.0f);
-}
-
 // ---- the dialogue ----
 
 TEST_F(VALENCES, PARAMETERS_CAN_BE_CHANGED) {
@@ -239,11 +161,14 @@ TEST_F(VALENCES, LABELS_CAN_BE_CHANGED) {
 
 TEST_F(VALENCES, WRONG_NUMBERS_ARE_REFUSED) {
   ADD(PAIR("Si1", "O1"));
-  const std::string said = CALC("y\n2 1 0.4\n0 1 0.4\n1e30 1 1\n1 1.7\n1 1.7 0\nx\n\nn\n");
-  EXPECT_TRUE(HOLDS(said, "A list number of    2 is not valid\n"));
-  EXPECT_TRUE(HOLDS(said, "A list number of    0 is not valid\n"));
-  EXPECT_TRUE(HOLDS(said, "A list number of 9999 is not valid\n"));
-  EXPECT_TRUE(HOLDS(said, " *****Three numbers are needed: list no, d0 and b above 0\n"));
+  const std::string said = CALC("y\n2 1 0.4\n0 1 0.4\n-3 1 1\n1 1.7\n1 1.7 0\n1 1.7 -1\nx\n\nn\n");
+  const std::string ask = "  Input list no, d0, b:";
+  const std::string three = " *****Three numbers are needed: list no, d0 and b above 0\n";
+  EXPECT_TRUE(HOLDS(said, ask + "A list number of    2 is not valid\n" + ask +
+                              "A list number of    0 is not valid\n" + ask +
+                              "A list number of   -3 is not valid\n" + ask + three + ask + three +
+                              ask + three + ask + three + ask + "\n"))
+      << said;
   EXPECT_EQ(BV_PAIRS(1).D0, 1.624f);
   EXPECT_FALSE(BV_FLAGS(BV_PARAMETERS_BY_USER));
 }

@@ -1,13 +1,16 @@
 // Runs the program on every dialogue in tests/transcripts and compares what it says, line for line.
-// NAME.mcr is given as a macro, NAME.in as standard input; NAME.txt is what must be said.
+// NAME.mcr is given as a macro, NAME.in as standard input; NAME.txt is what must be said. A folder
+// NAME holds the files that the dialogue must write, no more and no fewer.
 #include <gtest/gtest.h>
 #include <unistd.h>  // for getpid
 
-#include <algorithm>  // for search, sort
+#include <algorithm>  // for max, search, sort
+#include <array>
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,17 +20,61 @@ namespace fs = std::filesystem;
 
 const fs::path source = GEMMARA_SOURCE;
 const fs::path dialogues = source / "tests/transcripts";
-constexpr std::string_view time_words = "Current date and time:";
+// What stands behind these words is another day or hour in every run, and is left out.
+constexpr std::array<std::string_view, 3> time_words{
+    "Current date and time:", "_audit_creation_date", "Datafile created by Gemmara on"};
 
 std::vector<std::string> LINES_OF(const fs::path& path) {
   std::vector<std::string> lines;
   std::ifstream file(path);
   for (std::string line; std::getline(file, line);) {
-    const std::size_t at = line.find(time_words);
-    if (at != std::string::npos) line.resize(at + time_words.size());
+    for (const std::string_view words : time_words) {
+      const std::size_t at = line.find(words);
+      if (at != std::string::npos) line.resize(at + words.size());
+    }
     lines.push_back(line);
   }
   return lines;
+}
+
+bool WRITE_ANEW() {
+  return std::getenv("GEMMARA_WRITE_TRANSCRIPTS") != nullptr;
+}
+
+void EXPECT_LINES(const fs::path& found_file, const fs::path& expected_file) {
+  if (WRITE_ANEW()) {
+    std::ofstream written(expected_file);
+    for (const std::string& line : LINES_OF(found_file)) written << line << '\n';
+  }
+  const std::vector<std::string> expected = LINES_OF(expected_file);
+  const std::vector<std::string> found = LINES_OF(found_file);
+  for (std::size_t i = 0; i < std::max(expected.size(), found.size()); ++i) {
+    ASSERT_LT(i, found.size()) << "missing from line " << i + 1 << ": " << expected[i];
+    ASSERT_LT(i, expected.size()) << "not expected from line " << i + 1 << ": " << found[i];
+    ASSERT_EQ(found[i], expected[i]) << "line " << i + 1 << " of " << expected_file.filename();
+  }
+}
+
+// Names of the files in a folder, links left out.
+std::set<std::string> FILES_IN(const fs::path& folder) {
+  std::set<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+    if (!entry.is_symlink()) names.insert(entry.path().filename());
+  return names;
+}
+
+// The files that the dialogue wrote in its folder against those in the folder of its name.
+void EXPECT_FILES(const fs::path& input, const fs::path& folder) {
+  const fs::path expected_folder = fs::path(input).replace_extension("");
+  if (!fs::is_directory(expected_folder)) return;
+  std::set<std::string> written = FILES_IN(folder);
+  for (const std::string& ours :
+       {input.filename().string(), std::string("said.txt"), std::string("error.txt")})
+    written.erase(ours);
+  if (!WRITE_ANEW()) {
+    EXPECT_EQ(written, FILES_IN(expected_folder));
+  }
+  for (const std::string& name : written) EXPECT_LINES(folder / name, expected_folder / name);
 }
 
 // A folder of its own for each run, with the data of the dialogues and the examples in it.
@@ -55,19 +102,8 @@ TEST_P(TRANSCRIPT, EVERY_LINE_AS_WRITTEN_DOWN) {
   const int status = std::system(command.c_str());
   EXPECT_EQ(status, 0) << command;
 
-  fs::path expected_file = input;
-  expected_file.replace_extension(".txt");
-  if (std::getenv("GEMMARA_WRITE_TRANSCRIPTS")) {
-    std::ofstream written(expected_file);
-    for (const std::string& line : LINES_OF(folder / "said.txt")) written << line << '\n';
-  }
-  const std::vector<std::string> expected = LINES_OF(expected_file);
-  const std::vector<std::string> said = LINES_OF(folder / "said.txt");
-  for (std::size_t i = 0; i < std::max(expected.size(), said.size()); ++i) {
-    ASSERT_LT(i, said.size()) << "missing from line " << i + 1 << ": " << expected[i];
-    ASSERT_LT(i, expected.size()) << "not expected from line " << i + 1 << ": " << said[i];
-    ASSERT_EQ(said[i], expected[i]) << "line " << i + 1;
-  }
+  EXPECT_LINES(folder / "said.txt", fs::path(input).replace_extension(".txt"));
+  EXPECT_FILES(input, folder);
   fs::remove_all(folder);
 }
 

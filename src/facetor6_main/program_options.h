@@ -1,0 +1,26 @@
+// What the program is asked on its command line: options that are answered at once, or a macro.
+#pragma once
+
+#include <string>
+
+namespace FACETOR_MAIN {
+
+// What the shell is told after an option. (The console ends with 0, or with 2 when input runs out.)
+enum PROGRAM_STATUS {
+  STATUS_OK = 0,
+  STATUS_NOT_WRITTEN = 1,  // the answer could not be written
+  STATUS_USAGE = 64        // no such option (EX_USAGE of sysexits.h)
+};
+
+struct PROGRAM_ARGUMENTS {
+  bool ANSWERED = false;  // an option was dealt with: the program ends with STATUS
+  PROGRAM_STATUS STATUS = STATUS_OK;
+  std::string MACRO;  // name of the macro to replay, blank when none is given
+};
+
+// An argument that begins with "--" is an option, wherever it stands, and the first one counts;
+// else the first argument names a macro. Uses the program's identity and nothing else of the
+// console.
+PROGRAM_ARGUMENTS READ_ARGUMENTS(int argc, char** argv);
+
+}  // namespace FACETOR_MAIN

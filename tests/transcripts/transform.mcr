@@ -1,0 +1,83 @@
+TRANSFORM
+READ cif data/mixed.cif
+Y
+TRANSFORM
+
+TRANSFORM
+0 1 0
+1 0
+1 0 0
+
+TRANSFORM
+1 1 0
+1 1 0
+0 0 1
+2 0 0
+0 1 0
+0 0 1
+-1 0 0
+0 -1 0
+0 0 -1
+0.5 0.5 0.5
+
+CALC polyhedra
+
+0
+TRANSFORM
+1 0 0
+0 1 0
+0 0 1
+0.1
+1
+
+
+TRANSFORM
+-1 0 0
+0 -1 0
+0 0 -1
+
+2
+
+Y
+
+LIST bond
+Mg
+
+TRANSFORM
+-1 0 0
+0 -1 0
+0 0 -1
+0.5 0.5 0.5
+1
+
+Y
+Y
+9
+2
+
+Y
+Y
+
+LIST bond
+0
+TABLE xyz
+ALL
+
+TABLE adps
+U
+O1
+
+CALC polyhedra
+
+0
+TABLE bond
+Mg
+
+TRANSFORM
+0 1 0
+-1 0 0
+0 0 1
+0 0.25 -1
+all
+N
+EXIT
