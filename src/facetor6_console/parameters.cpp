@@ -1,7 +1,7 @@
 // The dialogues of SET and SHOW.
 #include "src/facetor6_console/parameters.h"
 
-#include <algorithm>  // for max
+#include <algorithm>  // for max, none_of
 #include <array>
 #include <cmath>  // for lround
 
@@ -65,10 +65,16 @@ void WRITE_REFERENCE() {
 
 namespace {
 
+bool HAS_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  return SUM_NBONDS(phase) > 0;
+}
+
 // Whether every centre and bond of the old reference is the same atom and bond, under the same
-// numbers, in the new one: then the tables are in order under it too. Without results it is so.
+// numbers, in the new one: then the tables are in order under it too. When the reference has lost
+// its bonds, it is so where no other block has any.
 bool SAME_CENTRES_AND_BONDS(const CRYSTAL_STRUCTURE_TYPE& old_reference,
                             const CRYSTAL_STRUCTURE_TYPE& new_reference) {
+  if (!HAS_BONDS(old_reference)) return std::none_of(PHASE.begin(), PHASE.end(), HAS_BONDS);
   for (int a = 1; a <= old_reference.NATOMS; ++a) {
     if (old_reference.NBONDS(a) <= 0) continue;
     if (new_reference.NBONDS(a) != old_reference.NBONDS(a)) return false;

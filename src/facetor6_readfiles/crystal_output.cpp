@@ -250,7 +250,8 @@ ATOM_TYPE ATOM_RECORD(const ATOM_LINE& line, int place) {
 // Stores the atoms of the asymmetric unit; listed receives the positions of all atoms.
 void READ_ATOMS(const FILE_LINES& flines, STRETCH geometry, CRYSTAL_STRUCTURE_TYPE& phase,
                 std::vector<VECTOR3>& listed) {
-  constexpr std::array<std::string_view, 2> heading_words{"X/A", "Y/B"};
+  // The third coordinate of a slab is in angstroms: its atoms are no part of a crystal.
+  constexpr std::array<std::string_view, 3> heading_words{"X/A", "Y/B", "Z/C"};
   const int heading = FIND_HEADING(flines, geometry, heading_words);
   if (heading == 0) return;
   LIST<ATOM_TYPE> atoms;

@@ -360,6 +360,14 @@ TEST_F(CRYSTAL_OUTPUT, ATOM_LINES_OF_BOTH_WIDTHS_UP_TO_A_LINE_OF_ANOTHER_SHAPE) 
   }
 }
 
+TEST_F(CRYSTAL_OUTPUT, A_SLAB_HAS_NO_ATOMS_IN_FRACTIONS_OF_A_CELL) {
+  READ(banner + " PRIMITIVE CELL\n" + cell_heading + " 4.0 4.0 500.0 90 90 90\n" +
+           "     ATOM                 X/A                 Y/B             Z(ANGSTROM)*\n " + stars +
+           "\n   1 T  12 MG  0.0 0.0 1.0525\n",
+       "\n");
+  EXPECT_EQ(phase.NATOMS, 0);
+}
+
 // ---- modes ----
 
 TEST_F(CRYSTAL_OUTPUT, MODES_ARE_ROWS_OF_THE_TABLE_UP_TO_A_BLANK_LINE) {

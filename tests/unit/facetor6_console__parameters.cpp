@@ -188,6 +188,18 @@ TEST_F(PARAMETERS, A_BLOCK_WITH_ITS_ATOMS_IN_ANOTHER_ORDER_LOSES_THE_RESULTS) {
   EXPECT_FALSE(VALENCES_DONE);
 }
 
+// What a transformed block held is gone; what the others hold is still in its order.
+TEST_F(PARAMETERS, A_REFERENCE_THAT_LOST_ITS_BONDS_LEAVES_NO_ORDER_TO_KEEP) {
+  ADD("a", silica);
+  ADD("b", {silica[1], silica[2], silica[0]});
+  MEASURE();
+  CLEAR_GEOMETRY(PHASE(1));
+  EXPECT_TRUE(SAID("2\n", SET_REFERENCE)
+                  .ends_with("*****WARNING: The atoms of the new reference block do not match: "
+                             "run calc poly again\n\n"));
+  EXPECT_EQ(SUM_NBONDS(PHASE(2)), 0);
+}
+
 TEST_F(PARAMETERS, A_BLOCK_THAT_LACKS_A_BOND_OR_A_CENTRE_LOSES_THE_RESULTS) {
   ADD("a", silica);
   ADD("no O2", {silica[0], silica[1], {"O2", {0.5f, 0.5f, 0.5f}}});
