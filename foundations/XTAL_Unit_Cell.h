@@ -43,8 +43,8 @@ void SET_CELL_RECORD(const VECTOR3& cellv, const VECTOR3& angl, CRYSTAL_CELL& ce
 bool IS_SENSIBLE(const CRYSTAL_CELL& cell);
 
 // Fractional to Cartesian: z along c, y in the b-c plane, x along a*. That is the frame "CA", also
-// used for the words "AC", "BC", "BA" and "CB"; any other word but a blank leaves ERR_CRYS at 1 with
-// "Invalid CarType ...".
+// used for the words "AC", "BC", "BA" and "CB". Any other word but a blank gives it as well and
+// leaves ERR_CRYS at 1 with "Invalid CarType ...".
 void GET_CRYST_ORTHOG_MATRIX(const VECTOR3& cellv, const VECTOR3& angl, MATRIX3& m,
                              const std::string& cartype = " ");
 

@@ -20,7 +20,7 @@ std::string WRITE_SYMCODE(float code) {
 
 // A pressure in kPa has eight digits and more, of which the exponent form keeps three.
 std::string CIF_NUMBER(float value, float esd) {
-  constexpr float exponent_form = 1.0e7f;
+  const float exponent_form = value < 0.0f ? 999999.0f : 1.0e7f;
   constexpr float whole_digits = 1.0e15f;
   const float magnitude = std::abs(value);
   if (!(esd > 0.0f) && magnitude >= exponent_form && magnitude < whole_digits)

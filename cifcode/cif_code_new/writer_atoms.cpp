@@ -102,6 +102,7 @@ void WRITE_CIF_ATOMS(const CRYSTAL_STRUCTURE_TYPE& phase, int unit) {
     any_anisotropic = any_anisotropic || IS_ANISOTROPIC(phase.ATOM(i));
   }
   const bool with_displacements = any_isotropic || any_anisotropic;
+  if (ATOMS_TO_WRITE(phase).empty()) return;  // a loop without rows is no CIF
 
   std::vector<std::string> names{"_atom_site_label",   "_atom_site_type_symbol",
                                  "_atom_site_fract_x", "_atom_site_fract_y",

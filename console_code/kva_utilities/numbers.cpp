@@ -164,7 +164,8 @@ bool READ_VALUE_STD(std::string_view word, float& value, float& std) {
   value = number.VAL;
   std = 0.0f;
   if (!has_open) return true;
-  if (!GETNUM(word.substr(open + 1, close - open - 1), number)) return FAIL("Bad format");
+  if (!GETNUM(word.substr(open + 1, close - open - 1), number) || number.VAL < 0.0f)
+    return FAIL("Bad format");
   float scale = 1.0f;
   for (std::size_t d = 0; d < DECIMALS(word.substr(0, open)); ++d) scale *= 10.0f;
   std = number.VAL / scale;

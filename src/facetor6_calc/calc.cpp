@@ -20,15 +20,15 @@ using namespace KVA_CRYSTAL_STRUCTURES;
 
 // ---- bonds, angles and polyhedra ----
 
-bool CALC_FACETOR_ALL_POLY() {
-  WORK work("Calculating polyhedra: block", NPHASES);
+bool CALC_FACETOR_ALL_POLY(WORK& work) {
+  work.WORDS = "Calculating polyhedra: block";
   for (int block = 1; block <= NPHASES; ++block) {
     if (!GO_ON(work, block)) return false;
     if (IUSE(block) == 0) continue;
     CALC_ANGLES_ALLATOMS(PHASE(block));
     CALC_POLY_ALLATOMS(PHASE(block));
   }
-  return true;
+  return GO_ON(work, NPHASES);
 }
 
 namespace {
@@ -43,8 +43,7 @@ void REPORT_SEARCH_ERRORS() {
 }
 
 // The bonds of the reference block in every used block; false when the user stopped the work.
-bool MEASURE_USED_BLOCKS(float radius) {
-  WORK work("Measuring bonds: block", NPHASES);
+bool MEASURE_USED_BLOCKS(float radius, WORK& work) {
   for (int block = 1; block <= NPHASES; ++block) {
     if (!GO_ON(work, block)) return false;
     if (IUSE(block) != 0) MEASURE_BLOCK(REFERENCE(), PHASE(block), block == IREFERENCE, radius);
@@ -61,10 +60,11 @@ bool RUN_FACETOR_CALC_BONDS() {
   WRITE_BOND_EXCLUSION();
   GET_INPUT_DMIN_DMAX();
   CLEAR_FACETOR_BONDS();
+  WORK work("Measuring bonds: block", NPHASES);
   CALC_BONDS_ALLATOMS(REFERENCE(), RUN.DMIN, RUN.DMAX, &RUN.BONDEX);
   const float radius = MATCHING_RADIUS(REFERENCE());
   REPORT_SEARCH_ERRORS();
-  if (MEASURE_USED_BLOCKS(radius) && CALC_FACETOR_ALL_POLY()) return true;
+  if (MEASURE_USED_BLOCKS(radius, work) && CALC_FACETOR_ALL_POLY(work)) return true;
   CLEAR_FACETOR_BONDS();
   WARNING("The calculation was stopped: there are no bond lengths");
   return false;

@@ -1,6 +1,8 @@
 // The CALC command: bonds of the reference block measured in every used block, and bond valences.
 #pragma once
 
+#include "console_code/console/work.h"
+
 namespace FACETOR_CALC {
 
 void RUN_FACETOR_CALC();  // the command
@@ -10,7 +12,7 @@ void RUN_FACETOR_CALC();  // the command
 bool RUN_FACETOR_CALC_BONDS();
 
 // Angles and polyhedra of all used blocks; false when the user has stopped the work.
-bool CALC_FACETOR_ALL_POLY();
+bool CALC_FACETOR_ALL_POLY(KVA_CONSOLE::WORK& work);
 
 void RUN_FACETOR_CALC_VALENCE();
 

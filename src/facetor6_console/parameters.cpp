@@ -1,7 +1,7 @@
 // The dialogues of SET and SHOW.
 #include "src/facetor6_console/parameters.h"
 
-#include <algorithm>  // for max, none_of
+#include <algorithm>  // for any_of, max, none_of
 #include <array>
 #include <cmath>  // for lround
 
@@ -66,7 +66,7 @@ void WRITE_REFERENCE() {
 namespace {
 
 bool HAS_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase) {
-  return SUM_NBONDS(phase) > 0;
+  return std::any_of(phase.NBONDS.begin(), phase.NBONDS.end(), [](int n) { return n > 0; });
 }
 
 // Whether every centre and bond of the old reference is the same atom and bond, under the same

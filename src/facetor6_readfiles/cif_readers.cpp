@@ -177,6 +177,23 @@ void READ_CIF_SYMM(const FILE_LINES& flines, int start, int end, std::vector<std
   }
 }
 
+namespace {
+
+// The operator on a line of such a loop, without the columns before and behind it; blank when the
+// line holds none.
+std::string BARE_OPERATOR(const std::string& text) {
+  const std::size_t number = std::min(text.find_first_not_of("0123456789"), text.size());
+  const std::size_t start = text[number] == ' ' ? number + 1 : 0;
+  const std::size_t first = text.find(',', start);
+  if (first == std::string::npos) return "";
+  const std::size_t second = text.find(',', first + 1);
+  if (second == std::string::npos) return "";
+  const std::size_t field = text.find_first_not_of(' ', second + 1);
+  return text.substr(start, text.find(' ', field) - start);
+}
+
+}  // namespace
+
 void READ_BARE_OPERATORS(const FILE_LINES& flines, int start, int end,
                          std::vector<std::string>& symm) {
   symm.clear();
@@ -185,9 +202,10 @@ void READ_BARE_OPERATORS(const FILE_LINES& flines, int start, int end,
   if (name_line == 0) return;
   for (int line = name_line + 1; line <= std::min(end, flines.COUNT()); ++line) {
     text = LEFT_ADJUST(flines(line));
-    if (std::count(text.begin(), text.end(), ',') != 2) return;
-    const std::size_t number = text.find_first_not_of("0123456789");
-    symm.push_back(text[number] == ' ' ? text.substr(number) : text);
+    if (text.starts_with('#') || (symm.empty() && text.starts_with('_'))) continue;
+    const std::string op = BARE_OPERATOR(text);
+    if (op.empty()) return;
+    symm.push_back(op);
   }
 }
 

@@ -43,15 +43,17 @@ void READ_TITLE(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_
   phase.BLOCK_TITLE = CUT_TEXT(line.substr(line.find('_') + 1), title_length);
 }
 
-void READ_CELL(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
+// True when the cell of the file could be taken.
+bool READ_CELL(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   std::array<float, 6> v{};
   std::array<float, 6> s{};
   READ_CIF_CELL(flines, block.START, block.END, v, s);
   XTAL::SET_CELL_RECORD({v[0], v[1], v[2]}, {v[3], v[4], v[5]}, phase.CELL, " ", {s[0], s[1], s[2]},
                         {s[3], s[4], s[5]});
-  if (XTAL::IS_SENSIBLE(phase.CELL)) return;
+  if (XTAL::IS_SENSIBLE(phase.CELL)) return true;
   WARNING("Bad cell parameters " + BLOCK_WORDS(block));
-  XTAL::SET_CELL_RECORD({1.0f, 1.0f, 1.0f}, {90.0f, 90.0f, 90.0f}, phase.CELL);
+  XTAL::SET_CELL_RECORD({1.0f, 1.0f, 1.0f}, {90.0f, 90.0f, 90.0f}, phase.CELL, " ");
+  return false;
 }
 
 // Compares the volume that the file gives with that of its cell.
@@ -173,8 +175,7 @@ void READ_ATOMS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_
 
 void READ_BLOCK(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   READ_TITLE(flines, block, phase);
-  READ_CELL(flines, block, phase);
-  CHECK_VOLUME(flines, block, phase);
+  if (READ_CELL(flines, block, phase)) CHECK_VOLUME(flines, block, phase);
   READ_CONDITIONS(flines, block, phase);
   READ_SPACE_GROUP(flines, block, phase);
   READ_ATOMS(flines, block, phase);

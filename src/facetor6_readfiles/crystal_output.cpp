@@ -203,7 +203,7 @@ void READ_CELL(const FILE_LINES& flines, STRETCH geometry, float volume,
   const std::vector<NUMBER> v = NUM_FROM_TEXT(flines(heading + 1));
   if (v.size() < 6) return;
   XTAL::CRYSTAL_CELL cell;
-  XTAL::SET_CELL_RECORD({v[0].VAL, v[1].VAL, v[2].VAL}, {v[3].VAL, v[4].VAL, v[5].VAL}, cell);
+  XTAL::SET_CELL_RECORD({v[0].VAL, v[1].VAL, v[2].VAL}, {v[3].VAL, v[4].VAL, v[5].VAL}, cell, " ");
   if (!XTAL::IS_SENSIBLE(cell)) return WARNING("Bad cell parameters in the file");
   if (volume > 0.0f) cell.CELLVOL = volume;
   phase.CELL = cell;

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>  // for waitpid
-#include <unistd.h>    // for getpid, chown, seteuid, fork
+#include <sys/stat.h>       // for mknod
+#include <sys/sysmacros.h>  // for makedev
+#include <sys/wait.h>       // for waitpid
+#include <unistd.h>         // for getpid, chown, seteuid, fork
 
 #include <cstdio>  // for fflush
 #include <cstdlib>
@@ -152,6 +154,15 @@ class CONSOLE_TEST : public testing::Test {
     for (const fs::path& path : {folder, folder / "local", folder / "home"})
       if (::chown(path.c_str(), nobody, nobody) != 0) return false;
     return ::setegid(nobody) == 0 && ::seteuid(nobody) == 0;
+  }
+
+  // A device on which every write finds the disk full. The superuser has one of his own here, since
+  // a fault of ours could cost him the system's. Blank where there is none.
+  std::string FULL_DEVICE() const {
+    if (::geteuid() != 0) return fs::exists("/dev/full") ? "/dev/full" : "";
+    const std::string path = (folder / "full").string();
+    if (::mknod(path.c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0) return "";
+    return std::ofstream(path).is_open() ? path : "";
   }
 
   // A folder whose owner may not make files in it; it is his own again at the end of the test.

@@ -220,6 +220,9 @@ TEST_F(BOND_TABLES, ROWS_STAND_IN_DISPLAY_ORDER_WITHOUT_THE_HIDDEN_BLOCKS) {
   EXPECT_EQ(ROWS(BONDS("ESD"), esd_start_3), esd_start_3 + "  1.530(3)    1  1.7500 2.250(15)\n" +
                                                  esd_start_2 +
                                                  "  1.520(3)    1  1.7500 2.250(15)\n");
+  PHASE(3).NBONDS(1) = NO_CENTRE;
+  EXPECT_EQ(ROWS(BONDS(), start_3),
+            start_3 + no_centre + "\n" + start_2 + "  1.5200    1  1.7500   2.250\n");
 }
 
 TEST_F(BOND_TABLES, VALUES_THAT_DO_NOT_FIT_ARE_STARS) {
@@ -244,4 +247,15 @@ TEST_F(BOND_TABLES, ALL_MEANS_THE_ATOMS_IN_USE) {
             "\n\n     NO BONDS FOUND FROM CENTRAL ATOM Si1     BETWEEN  0.01 AND  2.20 ANGSTROM\n" +
                 TITLE("BONDS FROM", "O2") + head + " O1          N AVERAGE  VOLUME\n" +
                 esd_start_1 + "  1.500(3)    1  1.7500 2.250(15)\n");
+}
+
+TEST_F(BOND_TABLES, ALL_MEANS_THE_ATOMS_OF_THE_REFERENCE_THOUGH_OTHER_BLOCKS_HAVE_FEWER) {
+  ADD("first", MADE({10, 10, 10}, {90, 90, 90}, "P 1", {{"Si1", {0.1f, 0.2f, 0.3f}}}));
+  ADD("second");
+  IREFERENCE = 2;
+  std::string expected;
+  for (const char* label : {"Si1", "O1", "O2", "O3"})
+    expected += "\n\n     NO BONDS FOUND FROM CENTRAL ATOM " + std::string(label) +
+                "     BETWEEN  0.01 AND  2.20 ANGSTROM\n";
+  EXPECT_EQ(SAID("", [] { FACETOR_LIST_ALL_BONDS(); }), expected);
 }

@@ -120,15 +120,16 @@ TEST_F(LISTING, NAMES_ARE_THOSE_OF_THE_REFERENCE_BLOCK) {
   ADD("second");
   IREFERENCE = 2;
   PHASE(2).ATOM(2).LAB = "Os4";
+  PHASE(2).ATOM(3).LAB = "Ob2";
   PHASE(2).ATOM_USE(3) = -2;
   PHASE(2).ATOM_USE(4) = ATOM_OMITTED;
   BOND(2, {1.5f, 1.6f});
-  EXPECT_EQ(DRIVER(REPORT_ORBIX, "os4\nO1\nO2\nO3\nall\n\n"),
+  EXPECT_EQ(DRIVER(REPORT_ORBIX, "os4\nO1\nOb\nO3\nall\n\n"),
             ask + no_polyhedron + "Os4\n" + ask +
                 "Site with name = O1 not found in reference block\n" + ask +
-                "\n     *****Site with name = O2 in reference block is a duplicate of Os4\n" + ask +
-                "     *****Site with name = O3 in reference block marked not to be used\n" + ask +
-                no_polyhedron + "Si1\n" + no_polyhedron + "Os4\n" + ask);
+                "\n     *****Site with name = Ob2 in reference block is a duplicate of Os4\n" +
+                ask + "     *****Site with name = O3 in reference block marked not to be used\n" +
+                ask + no_polyhedron + "Si1\n" + no_polyhedron + "Os4\n" + ask);
 }
 
 // ---- the note behind all coordinates ----

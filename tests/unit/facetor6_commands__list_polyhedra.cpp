@@ -212,6 +212,12 @@ TEST_F(POLYHEDRA, THE_PAIRS_ARE_THOSE_OF_THE_REFERENCE) {
   IREFERENCE = 2;
   EXPECT_EQ(ANGLES(), AROUND("ANGLES", "Si1", "second") + "\n" + head + " S1-O2    AngleVar\n" +
                           start_1 + " 103.000    12.5000\n" + start_2 + " 103.000    12.5000\n");
+  PHASE(1).NBONDS(1) = 1;
+  for (int j : {2, 3}) PHASE(1).BONDS.CLEAR_ROW(1, j);
+  SURROUND(2, 3);
+  EXPECT_EQ(ROWS(ANGLES(), " S1"), " S1-O2   S1-O3   O2-O3    AngleVar\n" + start_1 +
+                                       "No valueNo valueNo value    12.5000\n" + start_2 +
+                                       " 103.000 104.000 105.000    12.5000\n");
 }
 
 TEST_F(POLYHEDRA, ROWS_STAND_IN_DISPLAY_ORDER_WITHOUT_THE_HIDDEN_BLOCKS) {
@@ -291,6 +297,9 @@ TEST_F(POLYHEDRA, FOUR_AND_MORE_LIGANDS_HAVE_A_ROW_A_BLOCK_WITH_ITS_OWN_COUNT) {
   IREFERENCE = 2;
   EXPECT_EQ(ORBIX(), AROUND("POLYHEDRON", "Si1", "second") + orbix_head + start_1 + "  4" +
                          fit_values + start_2 + " 12" + fit_values + start_3 + no_centre + "\n");
+  PHASE(1).NBONDS(1) = 2;
+  EXPECT_EQ(ROWS(ORBIX(), start_1), start_1 + "  2" + fit_values + start_2 + " 12" + fit_values +
+                                        start_3 + no_centre + "\n");
 }
 
 TEST_F(POLYHEDRA, A_POLYHEDRON_WITHOUT_VOLUME_KEEPS_ITS_COUNT) {

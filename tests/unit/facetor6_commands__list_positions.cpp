@@ -184,23 +184,26 @@ TEST_F(POSITIONS, ROWS_STAND_IN_DISPLAY_ORDER_WITHOUT_THE_HIDDEN_BLOCKS) {
   for (int block : {1, 2, 3}) {
     PHASE(block).ATOM(1).X[0] = 0.1f + 0.01f * static_cast<float>(block);
     PHASE(block).ATOM(1).UEQ = 0.01f * static_cast<float>(block);
+    PHASE(block).ATOM(1).OCC = 0.1f * static_cast<float>(block);
   }
   ISORT(1) = 3;
   ISORT(2) = 1;
   ISORT(3) = 2;
-  const auto xyz_row = [](const std::string& line_start, const std::string& x) {
-    return line_start + si_by_1 + x + "   0.20000   0.30000 1.000\n";
+  const auto xyz_row = [](const std::string& line_start, const std::string& x,
+                          const std::string& occupancy) {
+    return line_start + si_by_1 + x + "   0.20000   0.30000" + occupancy + "\n";
   };
   const auto adp_row = [](const std::string& line_start, const std::string& ueq) {
     return line_start + si_by_1 + zero_tensor + ueq + "  0.000\n";
   };
-  EXPECT_EQ(ROWS(XYZ(), start_3), xyz_row(start_3, "   0.13000") + xyz_row(start_1, "   0.11000") +
-                                      xyz_row(start_2, "   0.12000"));
+  const std::string third = xyz_row(start_3, "   0.13000", " 0.300");
+  const std::string second = xyz_row(start_2, "   0.12000", " 0.200");
+  EXPECT_EQ(ROWS(XYZ(), start_3), third + xyz_row(start_1, "   0.11000", " 0.100") + second);
   EXPECT_EQ(ROWS(ADPS("U"), start_3), adp_row(start_3, " 0.0300") + adp_row(start_1, " 0.0100") +
                                           adp_row(start_2, " 0.0200"));
   IUSE(1) = 0;
   RUN.LIST_ALL_BLOCKS = false;
-  EXPECT_EQ(ROWS(XYZ(), start_3), xyz_row(start_3, "   0.13000") + xyz_row(start_2, "   0.12000"));
+  EXPECT_EQ(ROWS(XYZ(), start_3), third + second);
   EXPECT_EQ(ROWS(ADPS("U"), start_3), adp_row(start_3, " 0.0300") + adp_row(start_2, " 0.0200"));
 }
 
@@ -245,9 +248,9 @@ TEST_F(POSITIONS, ZERO_BUT_FOR_ROUNDING_IS_ZERO) {
 
 TEST_F(POSITIONS, A_SMALL_COORDINATE_IS_NOT_ZERO) {
   ADD("first", MADE({10, 10, 10}, {90, 90, 90}, "P 1",
-                    {{"Si1", {0.00001f, 0.000002f, 0.0004f}, {0, 0.00003f, 0}}}));
+                    {{"Si1", {0.00001f, 0.000002f, 0.0004f}, {0, 0.0000003f, 0}}}));
   EXPECT_EQ(ROWS(XYZ("ESD"), esd_start_1),
-            esd_start_1 + si_by_1 + " 1.00E-05     0.00000(3)   4.00E-04     1.00000\n");
+            esd_start_1 + si_by_1 + " 1.00E-05     0.0000020(3) 4.00E-04     1.00000\n");
 }
 
 TEST_F(POSITIONS, ALL_MEANS_THE_ATOMS_IN_USE) {

@@ -83,6 +83,16 @@ TEST(CLASSES, EACH_FLAG_EXCLUDES_ITS_OWN) {
   EXPECT_FALSE(EXCLUDEBOND(phase, 1, 1, include_all));
 }
 
+TEST(CLASSES, TWO_UNKNOWN_ELEMENTS_ARE_THE_SAME_ELEMENT) {
+  auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Si1", {0, 0, 0}}, {"Si2", {0.2f, 0, 0}}});
+  phase.ATOM(1).CHEMSYMB = "";
+  BOND_EXCLUSION bondex{};
+  bondex(SAME_ELEMENT) = true;
+  EXPECT_FALSE(EXCLUDEBOND(phase, 1, 2, bondex)) << "unknown and Si";
+  phase.ATOM(2).CHEMSYMB = "";
+  EXPECT_TRUE(EXCLUDEBOND(phase, 1, 2, bondex));
+}
+
 // ---- the search ----
 
 TEST(SEARCH, BONDS_OF_PEROVSKITE) {
@@ -119,6 +129,41 @@ TEST(SEARCH, OMITTED_ATOMS_AND_DUPLICATES_HAVE_NO_BONDS) {
   CALC_BONDS_ALLATOMS(phase, 0.01f, 2.2f, &exclude_all);
   EXPECT_EQ(phase.NBONDS(2), 0);
   EXPECT_EQ(phase.NBONDS(3), 0) << "an omitted atom is no ligand";
+}
+
+TEST(SEARCH, A_DUPLICATE_IS_NO_CENTRE) {
+  auto phase =
+      MADE({9, 9, 9}, {90, 90, 90}, "P 1",
+           {{"Mg1", {0, 0, 0}}, {"Fe1", {0, 0, 0}}, {"O1", {0.2f, 0, 0}}, {"Al1", {0.4f, 0, 0}}});
+  ASSERT_EQ(phase.ATOM_USE(2), -1);
+  CALC_BONDS_ALLATOMS(phase, 0.01f, 2.2f, &exclude_all);
+  EXPECT_EQ(phase.NBONDS(1), 1);
+  EXPECT_EQ(phase.NBONDS(2), 0);
+  EXPECT_EQ(phase.BOND_CEN(2, CENTRE_ATOM), 0.0f);
+  EXPECT_EQ(phase.NBONDS(3), 2);
+}
+
+TEST(SEARCH, LENGTHS_BELOW_A_TENTH_OF_AN_ANGSTROM_ARE_NO_SHORT_BOND) {
+  const auto short_bond = [](float length) {
+    auto phase = MADE({10, 10, 10}, {90, 90, 90}, "P 1",
+                      {{"Si1", {0, 0, 0}}, {"O1", {length / 10.0f, 0, 0}}, {"O2", {0, 0.28f, 0}}});
+    CALC_BONDS_ALLATOMS(phase, 0.01f, 3.5f, &exclude_all);
+    EXPECT_EQ(phase.NBONDS(1), 2);
+    return phase.SHORT_BOND;
+  };
+  EXPECT_NEAR(short_bond(0.099f), 2.8f, 1e-5f) << "the next longer one";
+  EXPECT_NEAR(short_bond(0.101f), 0.101f, 1e-6f);
+}
+
+TEST(SEARCH, CLEARS_WHAT_AN_EARLIER_SEARCH_LEFT) {
+  auto phase = PEROVSKITE();
+  SET_ERR_KVASTRUCTURES("left over");
+  SET_WARN_KVASTRUCTURES("left over");
+  CALC_BONDS_ALLATOMS(phase, 0.01f, 2.2f, &exclude_all);
+  EXPECT_FALSE(ERR_KVASTRUCTURES);
+  EXPECT_EQ(ERR_KVASTRUCTURES_MESS, "");
+  EXPECT_FALSE(WARN_KVASTRUCTURES);
+  EXPECT_EQ(WARN_KVASTRUCTURES_MESS, "");
 }
 
 TEST(SEARCH, ROWS_KEEP_THEIR_ORDER_WHEN_SOME_ARE_LEFT_OUT) {

@@ -68,6 +68,21 @@ TEST_F(FILES, NEW_FILES_MUST_NOT_EXIST) {
   EXPECT_EQ(OPEN_UNIT(unit, NAME("new"), UNIT_MODE::NEW), EEXIST);
 }
 
+TEST_F(FILES, UNKNOWN_FILES_ARE_OPENED_OR_MADE_AND_LOSE_NOTHING) {
+  MADE("old", "one\ntwo\n");
+  ASSERT_EQ(OPEN_UNIT(unit, NAME("old"), UNIT_MODE::UNKNOWN), 0);
+  std::string line;
+  EXPECT_EQ(READ_UNIT(unit, line), READ_STATUS::LINE);
+  EXPECT_EQ(line, "one") << "from the start";
+  EXPECT_EQ(CONTENT("old"), "one\ntwo\n");
+  EXPECT_EQ(OPEN_UNIT(unit, NAME("new"), UNIT_MODE::UNKNOWN), 0);
+  EXPECT_TRUE(fs::exists(NAME("new")));
+  fs::create_symlink(NAME("target"), NAME("link"));
+  EXPECT_EQ(OPEN_UNIT(unit, NAME("link"), UNIT_MODE::UNKNOWN), 0);
+  EXPECT_TRUE(fs::exists(NAME("target")));
+  CLOSE_UNIT(unit);
+}
+
 TEST_F(FILES, APPENDING_KEEPS_AND_REPLACING_DROPS_WHAT_WAS) {
   MADE("a", "one\n");
   ASSERT_EQ(OPEN_UNIT(unit, NAME("a"), UNIT_MODE::APPEND), 0);
@@ -135,6 +150,55 @@ TEST_F(FILES, MESSAGES_OF_FILES_THAT_CANNOT_BE_READ) {
   EXPECT_EQ(message, "*****Error opening file: " + FOLDER.string());
   EXPECT_EQ(READ_BACK("", message).COUNT(), 0);
   EXPECT_EQ(message, "*****Error in reading file: " + NAME("read.txt") + " or it is empty");
+}
+
+TEST_F(FILES, A_READ_FAILURE_BEHIND_GOOD_LINES_LEAVES_NONE_OF_THEM) {
+  // A line without an end, beyond all bounds: 64 MB of nothing behind the first line.
+  FILE_RECORD file;
+  file.NAME = MADE("endless", "one\n");
+  file.OPEN = true;
+  fs::resize_file(file.NAME, 64 << 20);
+  FILE_LINES lines;
+  std::string message;
+  const std::string name = file.NAME;
+  READ_FILE(file, lines, message);
+  EXPECT_EQ(message, "*****Error in reading file: " + name + " or it is empty");
+  EXPECT_EQ(lines.COUNT(), 0);
+  EXPECT_FALSE(file.OPEN);
+}
+
+TEST_F(FILES, A_FILE_THAT_THE_SYSTEM_CANNOT_READ) {
+  const std::string name = "/proc/self/mem";  // a regular file; its first bytes are no memory
+  if (!fs::is_regular_file(name)) GTEST_SKIP() << "no " << name;
+  FILE_RECORD file;
+  file.NAME = name;
+  FILE_LINES lines;
+  std::string message;
+  READ_FILE(file, lines, message);
+  EXPECT_EQ(message, "*****Error in reading file: /proc/self/mem or it is empty");
+  ASSERT_EQ(OPEN_UNIT(unit, name, UNIT_MODE::OLD), 0);
+  std::string line;
+  EXPECT_EQ(READ_UNIT(unit, line), READ_STATUS::FAILED);
+  CLOSE_UNIT(unit);
+}
+
+TEST_F(FILES, CLOSING_BLANKS_THE_NAMES_AND_KEEPS_WHAT_KIND_OF_FILE_IT_IS) {
+  FILE_RECORD file;
+  file.NAME = MADE("a.txt", "one\n");
+  file.SHORT_NAME = "a.txt";
+  file.DESCRIPTOR = "data file";
+  file.EXT = "dat";
+  file.UNIT = unit;
+  ASSERT_EQ(OPEN_UNIT(unit, file.NAME, UNIT_MODE::OLD), 0);
+  file.OPEN = true;
+  CLOSE_FILE(file);
+  EXPECT_FALSE(file.OPEN);
+  EXPECT_FALSE(UNIT_READABLE(unit));
+  EXPECT_EQ(file.NAME, "");
+  EXPECT_EQ(file.SHORT_NAME, "");
+  EXPECT_EQ(file.DESCRIPTOR, "data file");
+  EXPECT_EQ(file.EXT, "dat");
+  EXPECT_EQ(file.UNIT, unit);
 }
 
 TEST_F(FILES, AN_ERROR_CLOSES_THE_RECORD) {

@@ -16,7 +16,9 @@ TEST(TENSORS, COMPONENTS_GO_11_22_33_12_13_23) {
 }
 
 TEST(TENSORS, A_NEARLY_SYMMETRIC_MATRIX_IS_MADE_SYMMETRIC) {
-  EXPECT_EQ(MATRIX_TO_VECTOR({{{1, 2, 0}, {4, 1, 0}, {0, 0, 1}}})[3], 3.0f);
+  EXPECT_EQ(MATRIX_TO_VECTOR({{{1, 2, 10}, {4, 1, 30}, {20, 50, 1}}}),
+            (VECTOR6{1, 1, 1, 3, 15, 40}))
+      << "means of 2 and 4, 10 and 20, 30 and 50";
 }
 
 namespace {
@@ -37,6 +39,12 @@ TEST(SET_SORT, ZEROS_REPEAT_THE_LAST_CHOICE_UNLESS_KEPT) {
   EXPECT_EQ(SORTED({0, 2, 0, 1}), (std::vector<int>{4, 2, 2, 2}));
   EXPECT_EQ(SORTED({0, 2, 0, 1}, true), (std::vector<int>{1, 3, 4, 2}));
   EXPECT_EQ(SORTED({0, 0}), (std::vector<int>{1, 1})) << "no index below 1";
+}
+
+TEST(SET_SORT, MAGNITUDES_UP_TO_1E_8_COUNT_AS_ZERO) {
+  EXPECT_EQ(SORTED({0.9e-8f, 3, -0.9e-8f, 2}), (std::vector<int>{4, 2, 2, 2}));
+  EXPECT_EQ(SORTED({1e-8f, 3, 2}), (std::vector<int>{3, 2, 2})) << "the limit itself is a zero";
+  EXPECT_EQ(SORTED({1.1e-8f, 3, -1.1e-8f, 2}), (std::vector<int>{3, 1, 4, 2}));
 }
 
 TEST(NUMBER_TESTS, FINITE_VALUES_OF_2_TO_THE_24_COUNT_AS_INFINITE) {

@@ -1,0 +1,46 @@
+// What the tests of CHECK, PTEDIT and refused files share: blocks of one atom put straight into the
+// phase list. Tests nothing itself.
+#pragma once
+
+#include <string>
+
+#include "console__dialogue.h"
+#include "src/facetor6_console/phase_list.h"
+#include "structures.h"
+
+namespace BLOCK_TESTS {
+
+using namespace FACETOR_CONSOLE;
+using namespace STRUCTURES;
+
+class BLOCK_COMMANDS : public CONSOLE_TESTS::CONSOLE_TEST {
+ protected:
+  void SetUp() override {
+    CONSOLE_TEST::SetUp();
+    INIT_PHASE_LIST();
+  }
+
+  // At 298(1) K and 0.00(2) GPa.
+  static void ADD_BLOCKS(int n) {
+    for (int i = 0; i < n; ++i) {
+      STRUCTURE_LIST newx;
+      newx.ADD(MADE({5, 5, 5}, {90, 90, 90}, "P 1", {{"O1", {0, 0, 0}}}));
+      newx(1).PT(TEMPERATURE, PT_VALUE) = 298;
+      newx(1).PT(TEMPERATURE, PT_ESD) = 1;
+      newx(1).PT(PRESSURE, PT_ESD) = 0.02f;
+      bool error = false;
+      ADD_PHASE_LIST(newx, 1, error);
+    }
+  }
+
+  static float P(int block) { return PHASE(block).PT(PRESSURE, PT_VALUE); }
+  static float T(int block) { return PHASE(block).PT(TEMPERATURE, PT_VALUE); }
+  static float ESD_P(int block) { return PHASE(block).PT(PRESSURE, PT_ESD); }
+  static float ESD_T(int block) { return PHASE(block).PT(TEMPERATURE, PT_ESD); }
+
+  static bool HOLDS(const std::string& said, const std::string& text) {
+    return said.find(text) != std::string::npos;
+  }
+};
+
+}  // namespace BLOCK_TESTS

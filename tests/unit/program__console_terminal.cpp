@@ -1,0 +1,283 @@
+// Runs the program at a terminal: its width and title, the line that tells how far long work is,
+// and the interrupt key.
+#include <fcntl.h>  // for open
+#include <poll.h>
+#include <signal.h>
+#include <stdlib.h>     // for posix_openpt
+#include <sys/ioctl.h>  // for TIOCSWINSZ
+
+#include <chrono>
+#include <regex>
+#include <thread>
+
+#include "program__console.h"
+
+using namespace PROGRAM_TESTS;
+
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+constexpr int our_own = -1;  // in place of a stream
+constexpr auto patience = 20s;
+
+// The two ends of a pseudo terminal; -1 where there is none.
+struct PSEUDO_TERMINAL {
+  int MASTER = -1;  // where its user types and reads
+  int SLAVE = -1;   // what the program takes for a terminal
+};
+
+PSEUDO_TERMINAL OPEN_TERMINAL(unsigned short columns) {
+  PSEUDO_TERMINAL terminal;
+  terminal.MASTER = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+  if (terminal.MASTER < 0 || ::grantpt(terminal.MASTER) != 0 || ::unlockpt(terminal.MASTER) != 0)
+    return {};
+  terminal.SLAVE = ::open(::ptsname(terminal.MASTER), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  winsize size{};
+  size.ws_col = columns;
+  size.ws_row = 40;
+  ::ioctl(terminal.SLAVE, TIOCSWINSZ, &size);
+  return terminal;
+}
+
+// Reads on until the text holds the word so often; up to the end when word is blank.
+void READ_ON(int stream, std::string& text, std::string_view word = "", std::size_t times = 1) {
+  const auto end = steady_clock::now() + patience;
+  while (word.empty() || COUNT_OF(text, word) < times) {
+    pollfd ready{stream, POLLIN, 0};
+    if (::poll(&ready, 1, 100) == 0) {
+      if (steady_clock::now() > end) return;
+      continue;
+    }
+    char buffer[4096];
+    const ssize_t n = ::read(stream, buffer, sizeof buffer);
+    if (n <= 0) return;  // the terminal has no program any more
+    text.append(buffer, static_cast<std::size_t>(n));
+  }
+}
+
+// The program started in a process group of its own, as a terminal would have it.
+class STARTED : public PROGRAM {
+ protected:
+  // The streams are closed on our side.
+  void START(int input, int output, int errors) {
+    child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      ::setpgid(0, 0);
+      int place = STDIN_FILENO;
+      for (const int stream : {input, output, errors}) {
+        if (stream != our_own) ::dup2(stream, place);
+        ++place;
+      }
+      if (::chdir(work.c_str()) == 0) ::execl(GEMMARA_PROGRAM, "gemmara", nullptr);
+      ::_exit(99);
+    }
+    for (const int stream : {input, output, errors})
+      if (stream != our_own) ::close(stream);
+  }
+
+  int NEW_FILE(const std::string& name) const {
+    return ::open((folder / name).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  }
+
+  static void TYPE_ON(int stream, std::string_view text) {
+    ASSERT_EQ(::write(stream, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+
+  int END_STATUS() const {
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return status;
+  }
+
+  void EXPECT_GOOD_END() const {
+    const int status = END_STATUS();
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  }
+
+  pid_t child = 0;
+};
+
+// ---- terminal ----
+
+class TERMINAL : public STARTED {
+ protected:
+  // What the program says on a terminal of so many columns before it is told to end.
+  std::string SAID_ON(unsigned short columns, const char* term) {
+    const PSEUDO_TERMINAL terminal = OPEN_TERMINAL(columns);
+    if (terminal.MASTER < 0) return "";
+    ::setenv("TERM", term, 1);
+    START(terminal.SLAVE, ::fcntl(terminal.SLAVE, F_DUPFD_CLOEXEC, 3), our_own);
+    TYPE_ON(terminal.MASTER, "EXIT\n");
+    std::string said;
+    READ_ON(terminal.MASTER, said);
+    ::close(terminal.MASTER);
+    EXPECT_GOOD_END();
+    return said;
+  }
+};
+
+// C columns give C - 2 when C - 1 is above 30, at most 255; else 100.
+TEST_F(TERMINAL, WIDTH_COMES_FROM_ITS_COLUMNS) {
+  struct CASE {
+    unsigned short COLUMNS;
+    std::size_t WIDTH;
+  };
+  for (const CASE& c :
+       {CASE{80, 78}, CASE{32, 30}, CASE{31, 100}, CASE{0, 100}, CASE{257, 255}, CASE{500, 255}}) {
+    const std::string said = SAID_ON(c.COLUMNS, "dumb");
+    if (said.empty()) GTEST_SKIP() << "no pseudo terminal here";
+    EXPECT_NE(said.find("\n" + std::string(c.WIDTH, '*') + "\r\n"), std::string::npos) << c.COLUMNS;
+  }
+}
+
+TEST_F(TERMINAL, TITLE_IS_SET_WHERE_THE_TERMINAL_CAN) {
+  const std::string title = "\033]0;Gemmara \007";
+  const std::string said = SAID_ON(80, "xterm");
+  if (said.empty()) GTEST_SKIP() << "no pseudo terminal here";
+  EXPECT_NE(said.find(title), std::string::npos);
+  EXPECT_EQ(SAID_ON(80, "dumb").find('\033'), std::string::npos);
+  EXPECT_EQ(SAID_ON(80, "").find('\033'), std::string::npos);
+}
+
+// Output that goes to a file is the same whatever the input is: no title, 100 columns, no echo.
+TEST_F(TERMINAL, INPUT_FROM_A_TERMINAL_LEAVES_OUTPUT_TO_A_FILE_AS_IT_IS) {
+  const std::string expected = TIMELESS(RUN("HELP\nEXIT\n").SAID);
+  fs::remove_all(folder / "local/quorvansoftware");  // the directory that the run has saved
+  const PSEUDO_TERMINAL terminal = OPEN_TERMINAL(80);
+  if (terminal.MASTER < 0) GTEST_SKIP() << "no pseudo terminal here";
+  ::setenv("TERM", "xterm", 1);
+  START(terminal.SLAVE, NEW_FILE("said"), our_own);
+  TYPE_ON(terminal.MASTER, "HELP\nEXIT\n");
+  EXPECT_GOOD_END();
+  ::close(terminal.MASTER);
+  EXPECT_EQ(TIMELESS(TEXT_OF(folder / "said")), expected);
+}
+
+// ---- interrupts ----
+
+class INTERRUPTED : public STARTED {
+ protected:
+  // With a pipe to type on, and the output in a file.
+  void START_WITH_PIPE(int errors = our_own) {
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    input = ends[1];
+    START(ends[0], NEW_FILE("said"), errors);
+  }
+  void TYPE(std::string_view text) const { TYPE_ON(input, text); }
+
+  // Waits until the program has said the text.
+  bool HEARD(const std::string& text) const {
+    for (const auto end = steady_clock::now() + patience; steady_clock::now() < end;) {
+      if (TEXT_OF(folder / "said").find(text) != std::string::npos) return true;
+      std::this_thread::sleep_for(5ms);
+    }
+    return false;
+  }
+
+  // Blocks of a group with many operators, which no machine reads in a moment.
+  void PUT_MANY_BLOCKS(const std::string& name) const {
+    constexpr std::string_view block =
+        "data_a\n_cell_length_a 5.64\n_cell_length_b 5.64\n_cell_length_c 5.64\n"
+        "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n"
+        "_symmetry_space_group_name_H-M 'F m -3 m'\n\nloop_\n_atom_site_label\n"
+        "_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n"
+        "Na1 0 0 0\nCl1 0.5 0.5 0.5\n";
+    std::string blocks;
+    for (int i = 0; i < 1000; ++i) blocks += block;
+    PUT_FILE(work / name, blocks);
+  }
+
+  // Time passes for the program while it does nothing.
+  void PAUSE(std::chrono::milliseconds time) const {
+    ::kill(-child, SIGSTOP);
+    std::this_thread::sleep_for(time);
+    ::kill(-child, SIGCONT);
+  }
+
+  int input = -1;
+};
+
+TEST_F(INTERRUPTED, COMMAND_ENDS_AND_THE_PROGRAM_COMES_BACK_TO_ITS_PROMPT) {
+  ASSERT_NO_FATAL_FAILURE(START_WITH_PIPE());
+  TYPE("SYS\necho started; sleep 30; echo slept\n");
+  ASSERT_TRUE(HEARD("started"));
+  ::kill(-child, SIGINT);
+  TYPE("PROG\nEXIT\n");
+  ::close(input);
+  EXPECT_GOOD_END();
+  EXPECT_FALSE(TEXT_OF(folder / "said").find("slept") != std::string::npos);
+}
+
+TEST_F(INTERRUPTED, LONG_WORK_STOPS_AND_WHAT_IS_LOADED_STAYS) {
+  PUT_MANY_BLOCKS("many.cif");
+  PUT_FILE(work / "small.cif", "data_small\n");
+  PUT_FILE(work / "run.mcr", "READ cif small\nY\nREAD cif many\nCLEAR\n");
+  ASSERT_NO_FATAL_FAILURE(START_WITH_PIPE());
+  TYPE("MACRO run\n");
+  ASSERT_TRUE(HEARD("please be patient"));
+  ::kill(-child, SIGINT);
+  TYPE("LIST block\nEXIT\n");
+  ::close(input);
+  EXPECT_GOOD_END();
+  const std::string said = TEXT_OF(folder / "said");
+  EXPECT_NE(said.find("***** Macro stopped\n\n*****WARNING:      No crystal structures were read "
+                      "from this file\n"),
+            std::string::npos);
+  EXPECT_TRUE(said.ends_with("  1: small         : 298.0   0.000         1\n\nG_MARA-6.1>"))
+      << said;
+}
+
+TEST_F(INTERRUPTED, AT_THE_PROMPT_IT_ENDS_THE_PROGRAM_AND_THE_LOG_IS_WHOLE) {
+  ASSERT_NO_FATAL_FAILURE(START_WITH_PIPE());
+  TYPE("LOG run\nRECORD rec\nfoo\n");
+  ASSERT_TRUE(HEARD("intiated\n\nG_MARA-6.1>\nG_MARA-6.1>"));
+  ::kill(-child, SIGINT);
+  ::close(input);
+  const int status = END_STATUS();
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+  EXPECT_EQ(TEXT_OF(work / "rec.mcr"), "foo\n");
+  EXPECT_NE(TEXT_OF(work / "run.log").find("G_MARA-6.1>foo\n"), std::string::npos);
+}
+
+// ---- how far long work is ----
+
+TEST_F(INTERRUPTED, TERMINAL_SHOWS_HOW_FAR_LONG_WORK_IS_AND_NOTHING_ELSE_HOLDS_IT) {
+  const std::string line = "\r\033[KReading structures: block ";
+  PUT_MANY_BLOCKS("many.cif");
+  const PSEUDO_TERMINAL terminal = OPEN_TERMINAL(80);
+  if (terminal.MASTER < 0) GTEST_SKIP() << "no pseudo terminal here";
+  ASSERT_NO_FATAL_FAILURE(START_WITH_PIPE(terminal.SLAVE));
+
+  const auto begin = steady_clock::now();
+  TYPE("LOG run\nREAD cif many\n");
+  ASSERT_TRUE(HEARD("please be patient"));
+  PAUSE(600ms);
+  std::string shown;
+  READ_ON(terminal.MASTER, shown, line);
+  EXPECT_GE(steady_clock::now() - begin, 500ms);
+  PAUSE(250ms);
+  READ_ON(terminal.MASTER, shown, line, 2);
+  ::kill(-child, SIGINT);
+  TYPE("EXIT\n");
+  ::close(input);
+  READ_ON(terminal.MASTER, shown);
+  ::close(terminal.MASTER);
+  EXPECT_GOOD_END();
+
+  // The file itself may take its time as well.
+  const std::regex lines(
+      "(\r\033\\[KReading the file 1 of 1\r\033\\[K)?"
+      "(\r\033\\[KReading structures: block [0-9]+ of 1000){2,}\r\033\\[K");
+  EXPECT_TRUE(std::regex_match(shown, lines)) << shown;
+  for (const fs::path& kept : {folder / "said", work / "run.log"}) {
+    EXPECT_EQ(TEXT_OF(kept).find("Reading"), std::string::npos) << kept;
+    EXPECT_EQ(TEXT_OF(kept).find('\r'), std::string::npos) << kept;
+    EXPECT_EQ(TEXT_OF(kept).find('\033'), std::string::npos) << kept;
+  }
+}
+
+}  // namespace
