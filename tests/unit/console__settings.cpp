@@ -186,8 +186,9 @@ TEST_F(SETTINGS, LINK_TO_A_FILE_THAT_IS_NOT_THERE_YET_MAKES_THE_FILE) {
   EXPECT_EQ(TEXT_OF(folder / "home/real.ini"), PADDED("WDIR  /data"));
 }
 
-// A process that saves a short and a long file in turn is killed again and again. A key that is
-// none changes no entry and saves all the same.
+// A process that saves a short and a long file in turn is stopped again and again, and then killed.
+// What it has left is looked at each time. A key that is none changes no entry and saves all the
+// same.
 TEST_F(SETTINGS, KILL_IN_THE_MIDDLE_OF_A_SAVE_LEAVES_THE_OLD_OR_THE_NEW_FILE_WHOLE) {
   const auto save_short = [] {
     INITPARMS.FILL("");
@@ -203,18 +204,21 @@ TEST_F(SETTINGS, KILL_IN_THE_MIDDLE_OF_A_SAVE_LEAVES_THE_OLD_OR_THE_NEW_FILE_WHO
   save_short();
   const std::string short_file = TEXT_OF(ini);
   ASSERT_EQ(long_file.size(), 20 * short_file.size());
-  for (int i = 0; i < 25; ++i) {
+  for (int kills = 0; kills < 10; ++kills) {
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     while (child == 0) {
       save_long();
       save_short();
     }
-    std::this_thread::sleep_for(std::chrono::microseconds(1000 + 313 * i));
-    ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
-    const std::string found = TEXT_OF(ini);
-    EXPECT_TRUE(found == long_file || found == short_file) << found;
+    for (int looks = 1; looks <= 40; ++looks) {
+      std::this_thread::sleep_for(std::chrono::microseconds(100 + 17 * looks));
+      ::kill(child, looks < 40 ? SIGSTOP : SIGKILL);
+      ::waitpid(child, nullptr, WUNTRACED);
+      const std::string found = TEXT_OF(ini);
+      EXPECT_TRUE(found == long_file || found == short_file) << found;
+      if (looks < 40) ::kill(child, SIGCONT);
+    }
   }
 }
 
