@@ -111,8 +111,7 @@ KVA_CIFNEW::CIFDATA_TYPE READ_MODE_LOOP(const FILE_LINES& flines, int start, int
     loop.LABELS(label) = CIF_MODE_LABELS[static_cast<std::size_t>(label - 1)];
     loop.VTYPE(label) = label <= W0 ? 'F' : 'C';
   }
-  FILE_LINES block = KVA_CIFNEW::BLOCK_LINES(flines, start, end);
-  KVA_CIFNEW::READ_LOOP_CIF(block, loop);
+  KVA_CIFNEW::READ_LOOP_CIF(flines, start, end, loop);
   return loop;
 }
 

@@ -13,7 +13,7 @@ constexpr std::string_view no_part_of_symbol = "1234567890+-.()";
 const CHEM_INFO_TYPE* FIND_SYMBOL(std::string_view symbol) {
   if (symbol.empty()) return nullptr;
   for (const CHEM_INFO_TYPE& row : CHEM_INFO)
-    if (row.SYMB == symbol) return &row;
+    if (row.SYMB.front() == symbol.front() && row.SYMB == symbol) return &row;
   return nullptr;
 }
 
@@ -22,8 +22,7 @@ const CHEM_INFO_TYPE* FIND_SYMBOL(std::string_view symbol) {
 void GET_CHEMSYMB(std::string_view label, std::string& chemsymb, int& z) {
   chemsymb = "**";
   z = 0;
-  std::string symbol =
-      KVA_UTILITIES::U_CASE(std::string_view(KVA_UTILITIES::LEFT_ADJUST(label)).substr(0, 2));
+  std::string symbol = KVA_UTILITIES::U_CASE(KVA_UTILITIES::LEFT_ADJUST_VIEW(label).substr(0, 2));
   if (symbol.size() == 2 && no_part_of_symbol.find(symbol[1]) != std::string_view::npos)
     symbol.resize(1);
   symbol = KVA_UTILITIES::TRIM(symbol);

@@ -2,7 +2,7 @@
 #include "foundations/XTAL_Small_Math.h"
 
 #include <algorithm>  // for clamp
-#include <cmath>      // for sin, cos, acos, sqrt, floor, abs
+#include <cmath>      // for sin, cos, acos, abs, floor
 
 namespace XTAL {
 
@@ -32,33 +32,7 @@ float ACOSD(float cosine) {
   return static_cast<float>(std::acos(limited) / radians_per_degree);
 }
 
-// ---- vectors ----
-
-VECTOR3 ADD(const VECTOR3& a, const VECTOR3& b) {
-  return {a[0] + b[0], a[1] + b[1], a[2] + b[2]};
-}
-
-VECTOR3 SUBTRACT(const VECTOR3& a, const VECTOR3& b) {
-  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-
-float DOT(const VECTOR3& a, const VECTOR3& b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-
-VECTOR3 CROSS(const VECTOR3& a, const VECTOR3& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
-float LENGTH(const VECTOR3& v) {
-  return std::sqrt(DOT(v, v));
-}
-
 // ---- matrices ----
-
-VECTOR3 MULTIPLY(const MATRIX3& m, const VECTOR3& v) {
-  return {DOT(m[0], v), DOT(m[1], v), DOT(m[2], v)};
-}
 
 MATRIX3 TRANSPOSE(const MATRIX3& m) {
   return {{{m[0][0], m[1][0], m[2][0]}, {m[0][1], m[1][1], m[2][1]}, {m[0][2], m[1][2], m[2][2]}}};

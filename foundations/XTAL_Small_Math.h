@@ -3,6 +3,8 @@
 // that every machine gives the same digits.
 #pragma once
 
+#include <cmath>  // for sqrt
+
 #include "console_code/kva_utilities/table.h"
 
 namespace XTAL {
@@ -22,14 +24,28 @@ float COSD(float degrees);
 float SIND(float degrees);
 float ACOSD(float cosine);  // degrees; the argument is limited to -1 .. 1
 
-VECTOR3 ADD(const VECTOR3& a, const VECTOR3& b);
-VECTOR3 SUBTRACT(const VECTOR3& a, const VECTOR3& b);
-VECTOR3 MULTIPLY(const MATRIX3& m, const VECTOR3& v);
+// The innermost loops of search and geometry are made of these, so the compiler must see them.
+inline VECTOR3 ADD(const VECTOR3& a, const VECTOR3& b) {
+  return {a[0] + b[0], a[1] + b[1], a[2] + b[2]};
+}
+inline VECTOR3 SUBTRACT(const VECTOR3& a, const VECTOR3& b) {
+  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+}
+inline float DOT(const VECTOR3& a, const VECTOR3& b) {
+  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+inline VECTOR3 CROSS(const VECTOR3& a, const VECTOR3& b) {
+  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+inline float LENGTH(const VECTOR3& v) {
+  return std::sqrt(DOT(v, v));
+}
+inline VECTOR3 MULTIPLY(const MATRIX3& m, const VECTOR3& v) {
+  return {DOT(m[0], v), DOT(m[1], v), DOT(m[2], v)};
+}
+
 MATRIX3 MULTIPLY(const MATRIX3& a, const MATRIX3& b);
 MATRIX3 TRANSPOSE(const MATRIX3& m);
-float DOT(const VECTOR3& a, const VECTOR3& b);
-VECTOR3 CROSS(const VECTOR3& a, const VECTOR3& b);
-float LENGTH(const VECTOR3& v);
 
 IMATRIX3 MULTIPLY(const IMATRIX3& a, const IMATRIX3& b);
 MATRIX3 REAL_MATRIX(const IMATRIX3& m);

@@ -230,10 +230,17 @@ namespace {
 
 constexpr float same_translation = 0.0004f;  // per component
 
-bool IS_WHOLE(const VECTOR3& v) {
-  return std::all_of(v.begin(), v.end(), [](float component) {
+// Differences of positions are small, so that a conversion does what rounding would.
+bool IS_WHOLE(float component) {
+  constexpr float largest_converted = 1e6f;
+  if (!(std::abs(component) < largest_converted))
     return std::abs(component - std::round(component)) < same_translation;
-  });
+  const float rest = std::abs(component - static_cast<float>(static_cast<int>(component)));
+  return rest < same_translation || 1.0f - rest < same_translation;
+}
+
+bool IS_WHOLE(const VECTOR3& v) {
+  return IS_WHOLE(v[0]) && IS_WHOLE(v[1]) && IS_WHOLE(v[2]);
 }
 
 }  // namespace
@@ -252,7 +259,10 @@ bool LATTICE_TRANS(const VECTOR3& v, char lat) {
 
 bool LATTICE_TRANS(const VECTOR3& v, const SPACE_GROUP& spacegroup) {
   return std::any_of(spacegroup.LATT_TRANS.begin(), spacegroup.LATT_TRANS.end(),
-                     [&v](const VECTOR3& vector) { return IS_WHOLE(SUBTRACT(v, vector)); });
+                     [&v](const VECTOR3& vector) {
+                       return IS_WHOLE(v[0] - vector[0]) && IS_WHOLE(v[1] - vector[1]) &&
+                              IS_WHOLE(v[2] - vector[2]);
+                     });
 }
 
 namespace {

@@ -209,9 +209,10 @@ float DISTANCE_FRAC(const VECTOR3& x_frac, const VECTOR3& y_frac, const CRYSTAL_
 }
 
 bool IS_SENSIBLE(const CRYSTAL_CELL& cell) {
+  constexpr float half_turn = 180.0f;
   bool sensible = ERR_CRYS == 0 && std::isfinite(cell.CELLVOL) && cell.CELLVOL > 0.0f;
   for (std::size_t k = 0; k < 3; ++k) {
-    sensible = sensible && cell.CELL[k] > 0.0f;
+    sensible = sensible && cell.CELL[k] > 0.0f && cell.ANG[k] < half_turn;
     for (float element : cell.CR_ORTH_CEL[k]) sensible = sensible && std::isfinite(element);
   }
   return sensible;

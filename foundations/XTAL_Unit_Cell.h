@@ -38,8 +38,8 @@ void SET_CELL_RECORD(const VECTOR3& cellv, const VECTOR3& angl, CRYSTAL_CELL& ce
 void SET_CELL_RECORD(const VECTOR3& cellv, const VECTOR3& angl, CRYSTAL_CELL& celda,
                      const std::string& cartype = "CA");
 
-// Whether the last SET_CELL_RECORD succeeded and gave the cell positive lengths, a positive volume
-// and a finite frame.
+// Whether the last SET_CELL_RECORD succeeded and gave the cell positive lengths, angles below 180
+// degrees, a positive volume and a finite frame.
 bool IS_SENSIBLE(const CRYSTAL_CELL& cell);
 
 // Fractional to Cartesian: z along c, y in the b-c plane, x along a*. That is the frame "CA", also

@@ -2,6 +2,8 @@
 // records.
 #include "cifcode/cif_code_new/atom_table.h"
 
+#include <algorithm>  // for max, min
+
 #include "console_code/kva_utilities/text.h"
 #include "foundations/XTAL_Scattering_Chemical_Tables.h"
 
@@ -56,7 +58,14 @@ constexpr std::array<LABEL, 7> aniso_labels{{
     {"_atom_site_aniso_U_23", 'F'},
 }};
 
-CIFDATA_TYPE READ_LOOP(FILE_LINES& lines, std::string_view key, std::span<const LABEL> labels) {
+// The lines of a block.
+struct BLOCK {
+  const FILE_LINES& FLINES;
+  int START = 0;
+  int END = 0;
+};
+
+CIFDATA_TYPE READ_LOOP(const BLOCK& block, std::string_view key, std::span<const LABEL> labels) {
   CIFDATA_TYPE loop;
   loop.KEY = key;
   for (const LABEL& label : labels) {
@@ -64,7 +73,7 @@ CIFDATA_TYPE READ_LOOP(FILE_LINES& lines, std::string_view key, std::span<const 
     loop.LABELS(loop.NLABELS) = label.NAME;
     loop.VTYPE(loop.NLABELS) = label.VTYPE;
   }
-  READ_LOOP_CIF(lines, loop);
+  READ_LOOP_CIF(block.FLINES, block.START, block.END, loop);
   return loop;
 }
 
@@ -87,8 +96,8 @@ float CHARGE_OF(const std::string& scat) {
   return scat[sign] == '-' ? -charge : charge;
 }
 
-std::vector<ATOM_TYPE_ROW> READ_ATOM_TYPES(FILE_LINES& lines) {
-  const CIFDATA_TYPE loop = READ_LOOP(lines, "_atom_type_", type_labels);
+std::vector<ATOM_TYPE_ROW> READ_ATOM_TYPES(const BLOCK& block) {
+  const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_type_", type_labels);
   std::vector<ATOM_TYPE_ROW> types;
   for (int row = 1; row <= loop.N; ++row) {
     ATOM_TYPE_ROW type;
@@ -149,14 +158,16 @@ ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_
 }
 
 // False when the loop is absent or empty.
-bool READ_SITES(FILE_LINES& lines, const std::vector<ATOM_TYPE_ROW>& types, LIST<ATOM_TYPE>& atom) {
-  const CIFDATA_TYPE loop = READ_LOOP(lines, "_atom_site_", site_labels);
+bool READ_SITES(const BLOCK& block, const std::vector<ATOM_TYPE_ROW>& types,
+                LIST<ATOM_TYPE>& atom) {
+  const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_site_", site_labels);
   if (ERR_KVACIF || WARN_KVACIF) return false;
   if (loop.N == 0) {
     ERR_KVACIF = true;
     ERR_KVACIF_MESS = "Loop for atoms found in cif, but no atom info from cif";
     return false;
   }
+  atom.ITEMS.reserve(static_cast<std::size_t>(loop.N));
   for (int row = 1; row <= loop.N; ++row) atom.ADD(ATOM_OF_ROW(loop, row, types));
   return true;
 }
@@ -172,8 +183,8 @@ void SET_TENSOR(const CIFDATA_TYPE& loop, int row, ATOM_TYPE& atom) {
   atom.UTYPE = "u_ij";
 }
 
-void READ_TENSORS(FILE_LINES& lines, LIST<ATOM_TYPE>& atom) {
-  const CIFDATA_TYPE loop = READ_LOOP(lines, "_atom_site_aniso_", aniso_labels);
+void READ_TENSORS(const BLOCK& block, LIST<ATOM_TYPE>& atom) {
+  const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_site_aniso_", aniso_labels);
   if (ERR_KVACIF || WARN_KVACIF || loop.N == 0) return;
   if (loop.N > atom.COUNT()) {
     ERR_KVACIF = true;
@@ -211,13 +222,13 @@ void READ_CIF_ATOMARRAY(const FILE_LINES& flines, int start, int end, LIST<ATOM_
   INIT_ERR_KVACIF();
   natoms = 0;
   atom.CLEAR();
-  FILE_LINES lines = BLOCK_LINES(flines, start, end);
-  if (lines.COUNT() == 0) return;
-  const std::vector<ATOM_TYPE_ROW> types = READ_ATOM_TYPES(lines);
+  const BLOCK block{flines, std::max(start, 1), std::min(end, flines.COUNT())};
+  if (block.START > block.END) return;
+  const std::vector<ATOM_TYPE_ROW> types = READ_ATOM_TYPES(block);
   INIT_ERR_KVACIF();  // a file need not have the loop of atom types
-  if (!READ_SITES(lines, types, atom)) return;
+  if (!READ_SITES(block, types, atom)) return;
   natoms = atom.COUNT();
-  READ_TENSORS(lines, atom);
+  READ_TENSORS(block, atom);
 }
 
 }  // namespace KVA_CIFNEW

@@ -1,8 +1,7 @@
 // The CIF scanner: blocks, keyed search, scalars and loops of a buffer of lines. Prints nothing.
 #include "cifcode/cif_code_new/scanner.h"
 
-#include <algorithm>  // for min, max
-#include <span>
+#include <algorithm>  // for count_if, find, max, min
 
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
@@ -64,40 +63,47 @@ FILE_LINES BLOCK_LINES(const FILE_LINES& flines, int start, int end) {
 
 // ---- keyed search ----
 
-void FIND_KEY_STRING(const FILE_LINES& flines, int& line, int end, std::string_view key,
-                     std::string& string) {
-  string.clear();
-  const std::string wanted = LEFT_ADJUST(key);
+namespace {
+
+// What stands behind the first key from line to end; line becomes the key's line. Without a key
+// line stays, and nothing is returned.
+std::string_view FIND_KEY(const FILE_LINES& flines, int& line, int end, std::string_view key) {
+  const TEXT_SEARCH wanted = SEARCH_FOR(LEFT_ADJUST_VIEW(key));
   const int last = std::min(end, flines.COUNT());
   for (int i = std::max(line, 1); i <= last; ++i) {
     const int at = INDEXALL(flines(i), wanted);
-    if (at == 0 || LEFT_ADJUST(flines(i)).starts_with('!')) continue;
+    if (at == 0 || LEFT_ADJUST_VIEW(flines(i)).starts_with('!')) continue;
     // What is glued to the key goes with it.
-    std::string rest = flines(i).substr(static_cast<std::size_t>(at - 1) + wanted.size());
-    rest.erase(0, std::min(rest.find(' '), rest.size()));
-    string = LEFT_ADJUST(rest);
+    std::string_view rest = flines(i);
+    rest.remove_prefix(static_cast<std::size_t>(at - 1) + wanted.SUB.size());
+    rest.remove_prefix(std::min(rest.find(' '), rest.size()));
     line = i;
-    return;
+    return LEFT_ADJUST_VIEW(rest);
   }
+  return {};
+}
+
+}  // namespace
+
+void FIND_KEY_STRING(const FILE_LINES& flines, int& line, int end, std::string_view key,
+                     std::string& string) {
+  string = FIND_KEY(flines, line, end, key);
 }
 
 void FIND_KEY_VALUE_STD(const FILE_LINES& flines, int& line, int end, std::string_view key,
-                        std::vector<float>& values, std::vector<float>& stds, int& count) {
-  std::string string;
-  FIND_KEY_STRING(flines, line, end, key, string);
-  GETNUM_STD(string, values, stds, count);
+                        std::span<float> values, std::span<float> stds, int& count) {
+  GETNUM_STD(FIND_KEY(flines, line, end, key), values, stds, count);
 }
 
 // ---- scalars ----
 
 void READ_CIF_VALUE(std::string_view key, const FILE_LINES& flines, int start, int end,
                     float& value, float& std) {
-  std::vector<float> values(1, 0.0f);
-  std::vector<float> stds(1, 0.0f);
   int count = 0;
-  FIND_KEY_VALUE_STD(flines, start, end, key, values, stds, count);
-  value = count == 1 ? values[0] : 0.0f;
-  std = count == 1 ? stds[0] : 0.0f;
+  FIND_KEY_VALUE_STD(flines, start, end, key, std::span(&value, 1), std::span(&std, 1), count);
+  if (count == 1) return;
+  value = 0.0f;
+  std = 0.0f;
 }
 
 void READ_CIF_TEXT(std::string_view key, const FILE_LINES& flines, int start, int end,
@@ -122,26 +128,28 @@ void READ_CIF_SYSTEM(const FILE_LINES& flines, int start, int end, std::string& 
 
 namespace {
 
-bool IS_COMMENT_OR_BLANK(const std::string& line) {
+bool IS_COMMENT_OR_BLANK(std::string_view line) {
   return LENTRIM(line) == 0 || line[0] == '#' || line[0] == '?';
 }
 
 // The words that end a loop's data are compared as they stand, in capitals.
-bool ENDS_DATA(const std::string& line) {
+bool ENDS_DATA(std::string_view line) {
   return line.starts_with('_') || line.starts_with("LOOP_") || line.starts_with("DATA_");
 }
 
+// The lines among which a loop is looked for.
+struct LINE_RANGE {
+  const FILE_LINES& FLINES;
+  int FIRST = 0;
+  int LAST = 0;
+
+  std::string_view LINE(int i) const { return LEFT_ADJUST_VIEW(FLINES(i)); }
+};
+
 // First line that begins with the key; 0, with the error set, when there is none.
-int FIND_HEADER(const FILE_LINES& flines, const std::string& key) {
-  int line = 1;
-  while (line <= flines.COUNT()) {
-    std::string string;
-    FIND_KEY_STRING(flines, line, flines.COUNT(), key, string);
-    const int at = INDEXALL(flines(line), key);
-    if (at == 0) break;
-    if (at == 1) return line;
-    ++line;
-  }
+int FIND_HEADER(const LINE_RANGE& range, const std::string& key) {
+  for (int line = range.FIRST; line <= range.LAST; ++line)
+    if (BEGINS_WITH(range.LINE(line), key)) return line;
   ERR_KVACIF = true;
   ERR_KVACIF_MESS = "cifdata_key of " + TRIM(key) + " not found by read_loop_cif";
   return 0;
@@ -149,14 +157,15 @@ int FIND_HEADER(const FILE_LINES& flines, const std::string& key) {
 
 // Notes in which columns the labels stand. Returns the number of columns; line becomes the first
 // line of data.
-int READ_HEADER(const FILE_LINES& flines, int& line, CIFDATA_TYPE& cifdata) {
+int READ_HEADER(const LINE_RANGE& range, int& line, CIFDATA_TYPE& cifdata) {
   int columns = 0;
-  for (; line <= flines.COUNT(); ++line) {
-    if (IS_COMMENT_OR_BLANK(flines(line))) continue;
-    if (INDEXALL(flines(line), cifdata.KEY) == 0) break;
+  for (; line <= range.LAST; ++line) {
+    const std::string_view text = range.LINE(line);
+    if (IS_COMMENT_OR_BLANK(text)) continue;
+    if (INDEXALL(text, cifdata.KEY) == 0) break;
     ++columns;
     for (int label = 1; label <= cifdata.NLABELS; ++label) {
-      if (INDEXALL(flines(line), TRIM(cifdata.LABELS(label))) == 0) continue;
+      if (INDEXALL(text, TRIM_VIEW(cifdata.LABELS(label))) == 0) continue;
       cifdata.IND(label) = columns;
       break;
     }
@@ -166,38 +175,51 @@ int READ_HEADER(const FILE_LINES& flines, int& line, CIFDATA_TYPE& cifdata) {
 
 // The words of one row, as many as can be kept.
 struct ROW_WORDS {
-  ROW<std::string, MAX_LOOP_LABELS> WORDS;
+  ROW<std::string_view, MAX_LOOP_LABELS> WORDS;
   int COUNT = 0;  // words found, also those that were not kept
 
-  void TAKE_LINE(const std::string& line) {
+  void TAKE_LINE(std::string_view line) {
     constexpr auto room = static_cast<std::size_t>(MAX_LOOP_LABELS);
     const std::size_t used = std::min(static_cast<std::size_t>(COUNT), room);
-    const std::span<std::string> free = std::span(WORDS.ITEMS).subspan(used);
     int found = 0;
-    GETWORDS(line, free, found);
-    for (std::string& word : free) word = CUT_TEXT(word, LOOP_WORD_LENGTH);
+    GETWORDS(line, std::span(WORDS.ITEMS).subspan(used), found);
     COUNT += found;
   }
 
   // The word in a column; blank beyond those that can be kept.
-  const std::string& WORD(int column) const {
-    static const std::string none;
-    return column <= MAX_LOOP_LABELS ? WORDS(column) : none;
+  std::string_view WORD(int column) const {
+    return column <= MAX_LOOP_LABELS ? CUT_VIEW(WORDS(column), LOOP_WORD_LENGTH) : "";
   }
 };
 
 // Takes lines from line on until the row has a word for each column; false when the data end first.
-bool READ_ROW(const FILE_LINES& flines, int& line, int columns, ROW_WORDS& row) {
+bool READ_ROW(const LINE_RANGE& range, int& line, int columns, ROW_WORDS& row) {
   row = ROW_WORDS{};
-  for (; line <= flines.COUNT(); ++line) {
-    if (IS_COMMENT_OR_BLANK(flines(line))) continue;
-    if (ENDS_DATA(flines(line))) return false;
-    row.TAKE_LINE(flines(line));
+  for (; line <= range.LAST; ++line) {
+    const std::string_view text = range.LINE(line);
+    if (IS_COMMENT_OR_BLANK(text)) continue;
+    if (ENDS_DATA(text)) return false;
+    row.TAKE_LINE(text);
     if (row.COUNT < columns) continue;
     ++line;
     return true;
   }
   return false;
+}
+
+std::size_t LINES_OF_DATA(const LINE_RANGE& range, int line) {
+  std::size_t lines = 0;
+  for (; line <= range.LAST && !ENDS_DATA(range.LINE(line)); ++line) ++lines;
+  return lines;
+}
+
+void MAKE_ROOM(std::size_t rows, CIFDATA_TYPE& cifdata) {
+  cifdata.CVAL.ROWS.clear();
+  cifdata.VAL.ROWS.clear();
+  cifdata.VAL_STD.ROWS.clear();
+  cifdata.CVAL.ROWS.reserve(rows);
+  cifdata.VAL.ROWS.reserve(rows);
+  cifdata.VAL_STD.ROWS.reserve(rows);
 }
 
 void STORE_ROW(const ROW_WORDS& row, CIFDATA_TYPE& cifdata) {
@@ -207,10 +229,12 @@ void STORE_ROW(const ROW_WORDS& row, CIFDATA_TYPE& cifdata) {
   ++cifdata.N;
   for (int label = 1; label <= cifdata.NLABELS; ++label) {
     if (cifdata.IND(label) == 0) continue;
-    std::string word = row.WORD(cifdata.IND(label));
+    const std::string_view word = row.WORD(cifdata.IND(label));
     if (cifdata.VTYPE(label) == 'C') {
-      REPLACE_CHAR(word, '\'', ' ');
-      cifdata.CVAL(cifdata.N, label) = TRIM(word);
+      std::string& text = cifdata.CVAL(cifdata.N, label);
+      text = word;
+      REPLACE_CHAR(text, '\'', ' ');
+      text.resize(static_cast<std::size_t>(LENTRIM(text)));
       continue;
     }
     int count = 0;
@@ -221,20 +245,23 @@ void STORE_ROW(const ROW_WORDS& row, CIFDATA_TYPE& cifdata) {
 
 }  // namespace
 
-void READ_LOOP_CIF(FILE_LINES& flines, CIFDATA_TYPE& cifdata) {
+void READ_LOOP_CIF(const FILE_LINES& flines, int start, int end, CIFDATA_TYPE& cifdata) {
   INIT_ERR_KVACIF();
-  LEFT_ADJUST_LINES(flines);
   cifdata.KEY = LEFT_ADJUST(cifdata.KEY);
   cifdata.IND.FILL(0);
   cifdata.N = 0;
-  int line = FIND_HEADER(flines, cifdata.KEY);
+  const LINE_RANGE range{flines, std::max(start, 1), std::min(end, flines.COUNT())};
+  int line = FIND_HEADER(range, cifdata.KEY);
   if (line == 0) return;
-  const int columns = READ_HEADER(flines, line, cifdata);
-  cifdata.CVAL.ROWS.clear();
-  cifdata.VAL.ROWS.clear();
-  cifdata.VAL_STD.ROWS.clear();
+  const int columns = READ_HEADER(range, line, cifdata);
+  MAKE_ROOM(LINES_OF_DATA(range, line), cifdata);
   ROW_WORDS row;
-  while (READ_ROW(flines, line, columns, row)) STORE_ROW(row, cifdata);
+  while (READ_ROW(range, line, columns, row)) STORE_ROW(row, cifdata);
+}
+
+void READ_LOOP_CIF(FILE_LINES& flines, CIFDATA_TYPE& cifdata) {
+  LEFT_ADJUST_LINES(flines);
+  READ_LOOP_CIF(flines, 1, flines.COUNT(), cifdata);
 }
 
 }  // namespace KVA_CIFNEW

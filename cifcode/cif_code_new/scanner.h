@@ -3,9 +3,9 @@
 // lower-cased substrings, and a loop is found by its first data name. Prints nothing.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "console_code/kva_utilities/files.h"
 #include "console_code/kva_utilities/table.h"
@@ -22,12 +22,13 @@ inline constexpr int LOOP_KEY_LENGTH = 80;
 
 // A loop to read, and what was read of it.
 struct CIFDATA_TYPE {
-  int NLABELS = 0;                           // labels in use, at most 20; set by the caller
-  int N = 0;                                 // rows read
-  std::string KEY;                           // prefix of the loop's data names; by the caller
-  ROW<std::string, MAX_LOOP_LABELS> LABELS;  // data names wanted; by the caller
-  ROW<char, MAX_LOOP_LABELS> VTYPE;          // 'C' text, else number with esd; by the caller
-  ROW<int, MAX_LOOP_LABELS> IND;             // column of each label, 0 if absent
+  int NLABELS = 0;  // labels in use, at most 20; set by the caller
+  int N = 0;        // rows read
+  std::string KEY;  // prefix of the loop's data names; by the caller
+  // data names wanted; by the caller, whose texts must outlive the reading
+  ROW<std::string_view, MAX_LOOP_LABELS> LABELS;
+  ROW<char, MAX_LOOP_LABELS> VTYPE;  // 'C' text, else number with esd; by the caller
+  ROW<int, MAX_LOOP_LABELS> IND;     // column of each label, 0 if absent
   KVA_UTILITIES::TABLE<std::string, MAX_LOOP_LABELS> CVAL;  // texts, row by label
   KVA_UTILITIES::TABLE<float, MAX_LOOP_LABELS> VAL;         // values, row by label
   KVA_UTILITIES::TABLE<float, MAX_LOOP_LABELS> VAL_STD;     // their esds
@@ -55,7 +56,7 @@ void FIND_KEY_STRING(const FILE_LINES& flines, int& line, int end, std::string_v
 // The same search and then the numbers with esds behind the key: count of them, at most room in
 // values and stds (which must be of the same size) is filled.
 void FIND_KEY_VALUE_STD(const FILE_LINES& flines, int& line, int end, std::string_view key,
-                        std::vector<float>& values, std::vector<float>& stds, int& count);
+                        std::span<float> values, std::span<float> stds, int& count);
 
 // The number behind key with its esd; 0 and 0 unless exactly one number stands there.
 void READ_CIF_VALUE(std::string_view key, const FILE_LINES& flines, int start, int end,
@@ -71,6 +72,9 @@ void READ_CIF_SYSTEM(const FILE_LINES& flines, int start, int end, std::string& 
 // Reads the loop described by cifdata out of flines, whose lines it left-adjusts. An absent loop
 // leaves ERR_KVACIF with "cifdata_key of ... not found by read_loop_cif".
 void READ_LOOP_CIF(FILE_LINES& flines, CIFDATA_TYPE& cifdata);
+
+// The same in lines start to end of a buffer, which stay as they are.
+void READ_LOOP_CIF(const FILE_LINES& flines, int start, int end, CIFDATA_TYPE& cifdata);
 
 // The lines start to end of a buffer, as a buffer of their own.
 FILE_LINES BLOCK_LINES(const FILE_LINES& flines, int start, int end);

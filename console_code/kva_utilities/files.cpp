@@ -3,10 +3,12 @@
 
 #include <fcntl.h>     // for open
 #include <sys/stat.h>  // for stat
+#include <unistd.h>    // for read
 
 #include <algorithm>  // for min
 #include <cerrno>
 #include <cstdio>
+#include <cstring>  // for memchr
 #include <map>
 #include <memory>
 
@@ -26,6 +28,14 @@ struct FILE_IDENTITY {
   bool REGULAR = false;
   dev_t DEVICE = 0;
   ino_t NODE = 0;
+  std::size_t SIZE = 0;  // bytes
+};
+
+// Bytes that were read ahead of the lines.
+struct READ_AHEAD {
+  std::vector<char> BYTES;
+  std::size_t NEXT = 0;
+  std::size_t END = 0;
 };
 
 struct OPENED_UNIT {
@@ -34,6 +44,7 @@ struct OPENED_UNIT {
   bool READABLE = false;
   bool WRITABLE = false;
   bool AT_START = true;  // no line has been read yet
+  READ_AHEAD AHEAD;
 };
 
 std::map<int, OPENED_UNIT>& UNITS() {
@@ -46,7 +57,8 @@ constexpr int reading_unit = -1;  // of READ_FILE, which may read what another u
 FILE_IDENTITY IDENTITY_OF(const std::string& name) {
   struct stat status {};
   if (::stat(name.c_str(), &status) != 0) return {};
-  return {S_ISREG(status.st_mode), status.st_dev, status.st_ino};
+  return {S_ISREG(status.st_mode), status.st_dev, status.st_ino,
+          static_cast<std::size_t>(status.st_size)};
 }
 
 // Two units that write to one file would destroy each other's lines.
@@ -149,23 +161,48 @@ void DROP_BYTE_ORDER_MARK(std::string& line) {
   if (line.starts_with(mark)) line.erase(0, mark.size());
 }
 
-// Next line of the stream without its end, in bounded memory. A device may never end a line.
-READ_STATUS READ_LINE(std::FILE* stream, std::string& line) {
+// Reads further bytes; END when there are none.
+READ_STATUS FILL(OPENED_UNIT& opened) {
+  constexpr std::size_t buffer_size = 1U << 16;
+  READ_AHEAD& ahead = opened.AHEAD;
+  ahead.BYTES.resize(buffer_size);
+  ahead.NEXT = 0;
+  ahead.END = 0;
+  const int descriptor = ::fileno(opened.FILE.get());
+  ssize_t read = -1;
+  do {
+    read = ::read(descriptor, ahead.BYTES.data(), buffer_size);
+  } while (read < 0 && errno == EINTR);
+  if (read < 0) return READ_STATUS::FAILED;
+  ahead.END = static_cast<std::size_t>(read);
+  return read > 0 ? READ_STATUS::LINE : READ_STATUS::END;
+}
+
+// Next line without its end, in bounded memory. A device may never end a line.
+READ_STATUS READ_LINE(OPENED_UNIT& opened, std::string& line) {
   constexpr std::size_t kept = LINE_LENGTH + 4;  // a mark, and a character that the cut may split
-  constexpr long longest = 1L << 24;             // bytes
-  long read = 0;
+  constexpr std::size_t longest = 1U << 24;      // bytes
+  READ_AHEAD& ahead = opened.AHEAD;
   line.clear();
-  bool carriage_return = false;  // the last byte, held back until it is known to end no line
-  int c = std::getc(stream);
-  if (c == EOF) return std::ferror(stream) ? READ_STATUS::FAILED : READ_STATUS::END;
-  for (; c != EOF && c != '\n'; c = std::getc(stream)) {
-    if (carriage_return && line.size() < kept) line += '\r';
-    carriage_return = c == '\r';
-    if (!carriage_return && line.size() < kept) line += static_cast<char>(c);
-    if (++read == longest) return READ_STATUS::FAILED;
+  std::size_t length = 0;
+  while (length < longest) {
+    if (ahead.NEXT == ahead.END) {
+      const READ_STATUS status = FILL(opened);
+      if (status != READ_STATUS::LINE) return length > 0 ? READ_STATUS::LINE : status;
+    }
+    const char* const start = ahead.BYTES.data() + ahead.NEXT;
+    const std::size_t held = ahead.END - ahead.NEXT;
+    const void* const end = std::memchr(start, '\n', held);
+    const std::size_t taken =
+        end != nullptr ? static_cast<std::size_t>(static_cast<const char*>(end) - start) : held;
+    line.append(start, std::min(taken, kept - line.size()));
+    length += taken;
+    ahead.NEXT += taken + (end != nullptr ? 1 : 0);
+    if (end == nullptr || length >= longest) continue;
+    if (length <= kept && line.ends_with('\r')) line.pop_back();
+    return READ_STATUS::LINE;
   }
-  if (carriage_return && c == EOF && line.size() < kept) line += '\r';
-  return READ_STATUS::LINE;
+  return READ_STATUS::FAILED;
 }
 
 }  // namespace
@@ -175,10 +212,10 @@ READ_STATUS READ_UNIT(int unit, std::string& line) {
   const auto found = UNITS().find(unit);
   if (found == UNITS().end() || !found->second.READABLE) return READ_STATUS::FAILED;
   OPENED_UNIT& opened = found->second;
-  const READ_STATUS status = READ_LINE(opened.FILE.get(), line);
+  const READ_STATUS status = READ_LINE(opened, line);
   if (opened.AT_START) DROP_BYTE_ORDER_MARK(line);
   opened.AT_START = false;
-  line = CUT_LINE(line);
+  line.resize(CUT_VIEW(line, LINE_LENGTH).size());
   return status;
 }
 
@@ -220,8 +257,10 @@ namespace {
 
 // All lines of the file; false when it cannot be opened.
 bool READ_LINES(const std::string& name, FILE_LINES& flines, bool& failed) {
-  if (!IDENTITY_OF(name).REGULAR || OPEN_UNIT(reading_unit, name, UNIT_MODE::OLD) != 0)
-    return false;
+  constexpr std::size_t usual_length = 32;  // bytes of a line
+  const FILE_IDENTITY identity = IDENTITY_OF(name);
+  if (!identity.REGULAR || OPEN_UNIT(reading_unit, name, UNIT_MODE::OLD) != 0) return false;
+  flines.ITEMS.reserve(identity.SIZE / usual_length);
   std::string line;
   READ_STATUS status = READ_UNIT(reading_unit, line);
   for (; status == READ_STATUS::LINE; status = READ_UNIT(reading_unit, line)) flines.ADD(line);
@@ -260,8 +299,7 @@ void CLOSE_FILE(FILE_RECORD& file) {
 
 void CLEAN_FILE(FILE_LINES& flines) {
   for (std::string& line : flines) {
-    for (char& c : line)
-      if (static_cast<unsigned char>(c) < 32) c = ' ';
+    for (char& c : line) c = static_cast<unsigned char>(c) < ' ' ? ' ' : c;
     line.resize(static_cast<std::size_t>(LENTRIM(line)));
   }
 }
@@ -281,10 +319,11 @@ void STRIP_COMMENTS(FILE_LINES& flines, std::string_view marker) {
 }
 
 void REPLACE_WORD(FILE_LINES& flines, std::string_view word, std::string_view by) {
+  const TEXT_SEARCH wanted = SEARCH_FOR(word);
   for (std::string& line : flines) {
     std::size_t start = 0;
     while (true) {
-      const int at = INDEXALL(std::string_view(line).substr(start), word);
+      const int at = INDEXALL(std::string_view(line).substr(start), wanted);
       if (at == 0) break;
       const std::size_t position = start + static_cast<std::size_t>(at - 1);
       line.replace(position, word.size(), by);

@@ -1,6 +1,7 @@
 // Numbers out of texts: words, values with esds, list-directed input. Prints nothing.
 #include "console_code/kva_utilities/numbers.h"
 
+#include <algorithm>  // for copy_n, min
 #include <array>
 #include <charconv>
 #include <cmath>  // for abs
@@ -26,59 +27,105 @@ bool IS_DIGIT(char c) {
   return c >= '0' && c <= '9';
 }
 
+bool STARTS_EXPONENT(char c) {
+  return c == 'e' || c == 'E' || c == 'd' || c == 'D';
+}
+
 // ---- one word ----
 
 // A number as the parts of its text.
 struct NUMBER_TEXT {
   bool NEGATIVE = false;
-  std::string MANTISSA;  // digits with at most one point
-  std::string EXPONENT;  // sign and digits, blank when there is none
+  std::string_view MANTISSA;  // digits with at most one point
   bool POINT = false;
+  bool NEGATIVE_EXPONENT = false;
+  std::string_view EXPONENT;  // digits, blank when there is none
 };
 
 // Takes a "+" or "-" off the front; true for "-".
-bool TAKE_SIGN(std::string_view& word) {
-  if (word.empty() || (word[0] != '+' && word[0] != '-')) return false;
-  const bool negative = word[0] == '-';
-  word.remove_prefix(1);
+bool TAKE_SIGN(std::string_view& text) {
+  if (text.empty() || (text[0] != '+' && text[0] != '-')) return false;
+  const bool negative = text[0] == '-';
+  text.remove_prefix(1);
   return negative;
 }
 
-// Takes digits, and one point when allowed, off the front.
-std::string TAKE_DIGITS(std::string_view& word, bool point_allowed, bool& point) {
-  std::size_t n = 0;
-  while (n < word.size() && (IS_DIGIT(word[n]) || (word[n] == '.' && point_allowed && !point))) {
-    point = point || word[n] == '.';
-    ++n;
-  }
-  std::string digits(word.substr(0, n));
-  word.remove_prefix(n);
-  return digits;
+// Number of digits from position start on.
+std::size_t DIGITS_FROM(std::string_view text, std::size_t start) {
+  std::size_t end = start;
+  while (end < text.size() && IS_DIGIT(text[end])) ++end;
+  return end - start;
 }
 
-// Cuts a word such as -1.5E+3 into its parts; false when it has another form.
-bool CUT_NUMBER(std::string_view word, NUMBER_TEXT& parts) {
-  parts.NEGATIVE = TAKE_SIGN(word);
-  parts.MANTISSA = TAKE_DIGITS(word, true, parts.POINT);
-  if (parts.MANTISSA.empty() || parts.MANTISSA == ".") return false;
-  if (word.empty()) return true;
-  if (std::string_view("EeDd").find(word[0]) == std::string_view::npos) return false;
-  word.remove_prefix(1);
-  const bool negative_exponent = TAKE_SIGN(word);
-  bool no_point = false;
-  const std::string digits = TAKE_DIGITS(word, false, no_point);
-  if (digits.empty() || !word.empty()) return false;
-  parts.EXPONENT = (negative_exponent ? "-" : "+") + digits;
-  return true;
+std::string_view TAKE_FRONT(std::string_view& text, std::size_t n) {
+  const std::string_view front = text.substr(0, n);
+  text.remove_prefix(n);
+  return front;
+}
+
+// Takes digits with at most one point off the front; false without a digit.
+bool TAKE_MANTISSA(std::string_view& text, NUMBER_TEXT& parts) {
+  std::size_t n = DIGITS_FROM(text, 0);
+  parts.POINT = n < text.size() && text[n] == '.';
+  if (parts.POINT) n += 1 + DIGITS_FROM(text, n + 1);
+  parts.MANTISSA = TAKE_FRONT(text, n);
+  return n > (parts.POINT ? 1U : 0U);
+}
+
+// Takes a number such as -1.5E+3 off the front; false when there is none.
+bool TAKE_NUMBER(std::string_view& text, NUMBER_TEXT& parts) {
+  parts.NEGATIVE = TAKE_SIGN(text);
+  if (!TAKE_MANTISSA(text, parts)) return false;
+  if (text.empty() || !STARTS_EXPONENT(text[0])) return true;
+  text.remove_prefix(1);
+  parts.NEGATIVE_EXPONENT = TAKE_SIGN(text);
+  parts.EXPONENT = TAKE_FRONT(text, DIGITS_FROM(text, 0));
+  return !parts.EXPONENT.empty();
 }
 
 // Whether a number outside the range of a real is too small rather than too large.
-bool IS_TINY(const NUMBER_TEXT& parts, const std::string& text) {
+bool IS_TINY(const NUMBER_TEXT& parts, std::string_view text) {
   double wide = 0.0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), wide);
   if (result.ec == std::errc()) return std::abs(wide) < 1.0;
-  if (!parts.EXPONENT.empty()) return parts.EXPONENT[0] == '-';
+  if (!parts.EXPONENT.empty()) return parts.NEGATIVE_EXPONENT;
   return parts.MANTISSA[0] == '0' || parts.MANTISSA[0] == '.';
+}
+
+// The digits of a whole number; false for another number or one that does not fit.
+bool READ_WHOLE(const NUMBER_TEXT& parts, NUMBER& number) {
+  if (parts.POINT || !parts.EXPONENT.empty()) return false;
+  const char* const first = parts.MANTISSA.data();
+  const auto whole = std::from_chars(first, first + parts.MANTISSA.size(), number.IVAL);
+  number.WHOLE = whole.ec == std::errc();
+  number.VAL = static_cast<float>(number.IVAL);
+  return number.WHOLE;
+}
+
+// The number without its sign; one too small for a real is zero, one too large gives false.
+bool READ_REAL(const NUMBER_TEXT& parts, float& value) {
+  std::string_view text = parts.MANTISSA;
+  std::string with_exponent;
+  if (!parts.EXPONENT.empty()) {
+    with_exponent.append(parts.MANTISSA).append(parts.NEGATIVE_EXPONENT ? "e-" : "e+");
+    text = with_exponent.append(parts.EXPONENT);
+  }
+  const auto real = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (real.ec != std::errc::result_out_of_range) return true;
+  value = 0.0f;
+  return IS_TINY(parts, text);
+}
+
+// The value of a number; false, with the error set, when it is too large.
+bool VALUE_OF(const NUMBER_TEXT& parts, NUMBER& number) {
+  number = NUMBER{};
+  if (!READ_WHOLE(parts, number) && !READ_REAL(parts, number.VAL))
+    return FAIL("Limits of digit variable exceeded in GETNUM");
+  if (parts.NEGATIVE) {
+    number.VAL = -number.VAL;
+    number.IVAL = -number.IVAL;
+  }
+  return true;
 }
 
 }  // namespace
@@ -87,30 +134,14 @@ bool GETNUM(std::string_view word, NUMBER& number) {
   INIT_ERR_TEXT();
   number = NUMBER{};
   NUMBER_TEXT parts;
-  if (!CUT_NUMBER(word, parts))
+  if (!TAKE_NUMBER(word, parts) || !word.empty())
     return FAIL("The variable cannot be computed as a number in GETNUM");
-
-  std::string text = parts.MANTISSA;
-  if (!parts.EXPONENT.empty()) text += "e" + parts.EXPONENT;
-  const auto real = std::from_chars(text.data(), text.data() + text.size(), number.VAL);
-  if (real.ec == std::errc::result_out_of_range) {
-    if (!IS_TINY(parts, text)) return FAIL("Limits of digit variable exceeded in GETNUM");
-    number.VAL = 0.0f;
-  }
-  if (parts.NEGATIVE) number.VAL = -number.VAL;
-
-  if (!parts.POINT && parts.EXPONENT.empty()) {
-    const std::string& digits = parts.MANTISSA;
-    const auto whole = std::from_chars(digits.data(), digits.data() + digits.size(), number.IVAL);
-    number.WHOLE = whole.ec == std::errc();
-    if (parts.NEGATIVE) number.IVAL = -number.IVAL;
-  }
-  return true;
+  return VALUE_OF(parts, number);
 }
 
 // ---- words of a line ----
 
-void GETWORDS(std::string_view text, std::span<std::string> words, int& count) {
+void GETWORDS(std::string_view text, std::span<std::string_view> words, int& count) {
   INIT_ERR_TEXT();
   count = 0;
   while (true) {
@@ -134,15 +165,25 @@ void GETWORDS(std::string_view text, std::span<std::string> words, int& count) {
   }
 }
 
+void GETWORDS(std::string_view text, std::span<std::string> words, int& count) {
+  std::vector<std::string_view> views(words.size());
+  GETWORDS(text, views, count);
+  const std::size_t found = std::min(static_cast<std::size_t>(count), words.size());
+  std::copy_n(views.begin(), found, words.begin());
+}
+
 // ---- values with esds ----
 
 namespace {
 
-// The text of a line of numbers without its comment.
-std::string WITHOUT_COMMENT(std::string_view text) {
-  std::size_t end = text.find('!');
-  if (end == std::string_view::npos) end = text.find('#');
-  return LEFT_ADJUST(text.substr(0, end));
+// The text of a line of numbers without its comment: "!" ends it, or else "#".
+std::string_view WITHOUT_COMMENT(std::string_view text) {
+  std::size_t end = text.size();
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '!') return text.substr(0, i);
+    if (text[i] == '#') end = std::min(end, i);
+  }
+  return text.substr(0, end);
 }
 
 // Decimals of the text of a value: what stands behind its point.
@@ -151,23 +192,31 @@ std::size_t DECIMALS(std::string_view value) {
   return point == std::string_view::npos ? 0 : value.size() - point - 1;
 }
 
-// A word such as 1.234(5) or 1.234.
-bool READ_VALUE_STD(std::string_view word, float& value, float& std) {
+// Brackets that do not pair are told from other faults.
+bool FAIL_STD(std::string_view word) {
   const std::size_t open = word.find('(');
   const std::size_t close = word.find(')');
   const bool has_open = open != std::string_view::npos;
   const bool has_close = close != std::string_view::npos;
-  if (has_open != has_close || (has_open && close < open))
-    return FAIL("Wrong format using Standard values");
+  const bool pair = has_open == has_close && !(has_open && close < open);
+  return FAIL(pair ? "Bad format" : "Wrong format using Standard values");
+}
+
+// A word such as 1.234(5) or 1.234. What stands behind the closing bracket does not count.
+bool READ_VALUE_STD(std::string_view word, float& value, float& std) {
+  std::string_view rest = word;
+  NUMBER_TEXT parts;
   NUMBER number;
-  if (!GETNUM(word.substr(0, open), number)) return FAIL("Bad format");
+  if (!TAKE_NUMBER(rest, parts) || !VALUE_OF(parts, number)) return FAIL_STD(word);
   value = number.VAL;
   std = 0.0f;
-  if (!has_open) return true;
-  if (!GETNUM(word.substr(open + 1, close - open - 1), number) || number.VAL < 0.0f)
-    return FAIL("Bad format");
+  if (rest.empty()) return true;
+  const std::size_t decimals = DECIMALS(word.substr(0, word.size() - rest.size()));
+  if (TAKE_FRONT(rest, 1) != "(" || !TAKE_NUMBER(rest, parts = {}) || !rest.starts_with(')') ||
+      !VALUE_OF(parts, number) || number.VAL < 0.0f)
+    return FAIL_STD(word);
   float scale = 1.0f;
-  for (std::size_t d = 0; d < DECIMALS(word.substr(0, open)); ++d) scale *= 10.0f;
+  for (std::size_t d = 0; d < decimals; ++d) scale *= 10.0f;
   std = number.VAL / scale;
   return true;
 }
@@ -183,11 +232,13 @@ void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float>
     FAIL("Blank line");
     return;
   }
-  std::string rest = WITHOUT_COMMENT(text);
+  std::string_view rest = LEFT_ADJUST_VIEW(WITHOUT_COMMENT(text));
   while (!rest.empty()) {
     float value = 0.0f;
     float std = 0.0f;
-    if (!READ_VALUE_STD(CUT_WORD(rest), value, std)) return;
+    const std::string_view word = rest.substr(0, rest.find(' '));
+    if (!READ_VALUE_STD(word, value, std)) return;
+    rest = LEFT_ADJUST_VIEW(rest.substr(word.size()));
     const auto place = static_cast<std::size_t>(count);
     if (place < values.size()) values[place] = value;
     if (place < stds.size()) stds[place] = std;

@@ -31,6 +31,8 @@ bool GETNUM(std::string_view word, NUMBER& number);
 // Splits a text at blanks; double quotes keep a word whole. Fills words from the first and sets
 // count, also when it is larger than there is room (error "Dimension of DIRE exceeded").
 void GETWORDS(std::string_view text, std::span<std::string> words, int& count);
+// The same with the words as parts of the text itself.
+void GETWORDS(std::string_view text, std::span<std::string_view> words, int& count);
 
 // Numbers with esds, as in CIF: 1.234(5) is 1.234 and 0.005. "!" ends the text, or else "#".
 // count: numbers complete before an error; at most as many as values has room for are stored.

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>  // std::size_t
 #include <cstdlib>  // std::abort
+#include <utility>  // std::move
 #include <vector>
 
 namespace KVA_UTILITIES {
@@ -39,6 +40,7 @@ struct LIST {
   void RESIZE(int n) { ITEMS.resize(static_cast<std::size_t>(n)); }
   void ASSIGN(int n, const T& value) { ITEMS.assign(static_cast<std::size_t>(n), value); }
   void ADD(const T& value) { ITEMS.push_back(value); }
+  void ADD(T&& value) { ITEMS.push_back(std::move(value)); }
   void CLEAR() { ITEMS.clear(); }
   auto begin() { return ITEMS.begin(); }
   auto end() { return ITEMS.end(); }

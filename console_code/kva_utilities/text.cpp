@@ -1,7 +1,7 @@
 // Texts: case, search, trimming, cutting, date. Knows nothing of numbers, files or the console.
 #include "console_code/kva_utilities/text.h"
 
-#include <algorithm>  // for search, transform
+#include <algorithm>  // for equal, max, min, transform
 #include <array>
 #include <ctime>
 
@@ -14,10 +14,6 @@ constexpr char UPPER(char c) {
 }
 constexpr char LOWER(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string_view WITHOUT_TRAILING_BLANKS(std::string_view text) {
-  return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
 // Bytes of a UTF-8 character behind its first.
@@ -52,17 +48,25 @@ std::string L_CASE(std::string_view text) {
   return lower;
 }
 
+std::string_view TRIM_VIEW(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
 int LENTRIM(std::string_view text) {
-  return static_cast<int>(WITHOUT_TRAILING_BLANKS(text).size());
+  return static_cast<int>(TRIM_VIEW(text).size());
 }
 
 std::string TRIM(std::string_view text) {
-  return std::string(WITHOUT_TRAILING_BLANKS(text));
+  return std::string(TRIM_VIEW(text));
+}
+
+std::string_view LEFT_ADJUST_VIEW(std::string_view text) {
+  const std::string_view trimmed = TRIM_VIEW(text);
+  return trimmed.substr(std::min(trimmed.find_first_not_of(' '), trimmed.size()));
 }
 
 std::string LEFT_ADJUST(std::string_view text) {
-  const std::string_view trimmed = WITHOUT_TRAILING_BLANKS(text);
-  return std::string(trimmed.substr(std::min(trimmed.find_first_not_of(' '), trimmed.size())));
+  return std::string(LEFT_ADJUST_VIEW(text));
 }
 
 void STRIP_FRONT_BLANK(std::string& text, int& n) {
@@ -74,23 +78,67 @@ void ADD_FRONT_BLANKS(std::string& text, int n) {
   if (n > 0) text.insert(0, static_cast<std::size_t>(n), ' ');
 }
 
-int INDEXALL(std::string_view text, std::string_view sub) {
-  if (sub.empty()) return 0;
-  const auto* const at = std::search(text.begin(), text.end(), sub.begin(), sub.end(),
-                                     [](char a, char b) { return UPPER(a) == UPPER(b); });
-  return at == text.end() ? 0 : static_cast<int>(at - text.begin()) + 1;
-}
+namespace {
 
-bool BEGINS_WITH(std::string_view text, std::string_view start) {
-  const std::string_view trimmed = WITHOUT_TRAILING_BLANKS(start);
-  if (trimmed.empty() || trimmed.size() > text.size()) return false;
-  return std::equal(trimmed.begin(), trimmed.end(), text.begin(),
+// True when text, which is at least as long, begins with start.
+bool STARTS_SAME(std::string_view text, std::string_view start) {
+  return std::equal(start.begin(), start.end(), text.begin(),
                     [](char a, char b) { return UPPER(a) == UPPER(b); });
 }
 
+}  // namespace
+
+int INDEXALL(std::string_view text, std::string_view sub) {
+  if (sub.empty() || sub.size() > text.size()) return 0;
+  const char first = UPPER(sub.front());
+  const char last = UPPER(sub.back());
+  const std::size_t behind = sub.size() - 1;
+  // Most lines do not hold the "_" of a data name at all.
+  const bool has_case = LOWER(sub.front()) != first;
+  std::size_t at = has_case ? 0 : text.find(first);
+  // Data names begin alike, so that the end tells more.
+  for (; at <= text.size() - sub.size(); ++at)
+    if (UPPER(text[at + behind]) == last && UPPER(text[at]) == first &&
+        STARTS_SAME(text.substr(at), sub))
+      return static_cast<int>(at) + 1;
+  return 0;
+}
+
+TEXT_SEARCH SEARCH_FOR(std::string_view sub) {
+  constexpr std::size_t longest_step = 255;
+  TEXT_SEARCH search{sub, {}};
+  search.STEP.fill(static_cast<unsigned char>(std::min(sub.size(), longest_step)));
+  for (std::size_t i = 0; i + 1 < sub.size(); ++i) {
+    const auto step = static_cast<unsigned char>(std::min(sub.size() - 1 - i, longest_step));
+    search.STEP[static_cast<unsigned char>(UPPER(sub[i]))] = step;
+    search.STEP[static_cast<unsigned char>(LOWER(sub[i]))] = step;
+  }
+  return search;
+}
+
+int INDEXALL(std::string_view text, const TEXT_SEARCH& search) {
+  const std::string_view sub = search.SUB;
+  if (sub.empty()) return 0;
+  const char upper = UPPER(sub.back());
+  const char lower = LOWER(sub.back());
+  std::size_t end = sub.size();
+  while (end <= text.size()) {
+    const char last = text[end - 1];
+    if ((last == upper || last == lower) && STARTS_SAME(text.substr(end - sub.size()), sub))
+      return static_cast<int>(end - sub.size()) + 1;
+    end += search.STEP[static_cast<unsigned char>(last)];
+  }
+  return 0;
+}
+
+bool BEGINS_WITH(std::string_view text, std::string_view start) {
+  const std::string_view trimmed = TRIM_VIEW(start);
+  return !trimmed.empty() && trimmed.size() <= text.size() && STARTS_SAME(text, trimmed);
+}
+
 bool EQUAL_TEXT(std::string_view a, std::string_view b) {
-  const std::string_view first = WITHOUT_TRAILING_BLANKS(a);
-  const std::string_view second = WITHOUT_TRAILING_BLANKS(b);
+  const std::string_view first = TRIM_VIEW(a);
+  const std::string_view second = TRIM_VIEW(b);
   return first.size() == second.size() && (first.empty() || BEGINS_WITH(first, second));
 }
 
@@ -107,18 +155,28 @@ void REPLACE_CHAR(std::string& text, char a, char b) {
     if (UPPER(c) == UPPER(a)) c = b;
 }
 
-std::string CUT_TEXT(std::string_view text, int n) {
+std::string_view CUT_VIEW(std::string_view text, int n) {
   std::size_t length = std::min(text.size(), static_cast<std::size_t>(std::max(n, 0)));
   if (length < text.size())
     while (length > 0 && IS_CONTINUATION(text[length])) --length;
-  return TRIM(text.substr(0, length));
+  return TRIM_VIEW(text.substr(0, length));
+}
+
+std::string CUT_TEXT(std::string_view text, int n) {
+  return std::string(CUT_VIEW(text, n));
+}
+
+std::string_view CUT_WORD(std::string_view& text) {
+  text = LEFT_ADJUST_VIEW(text);
+  const std::string_view word = text.substr(0, text.find(' '));
+  text = LEFT_ADJUST_VIEW(text.substr(word.size()));
+  return word;
 }
 
 std::string CUT_WORD(std::string& text) {
-  text = LEFT_ADJUST(text);
-  const std::size_t length = std::min(text.find(' '), text.size());
-  const std::string word = text.substr(0, length);
-  text = LEFT_ADJUST(std::string_view(text).substr(length));
+  std::string_view rest = text;
+  const std::string word(CUT_WORD(rest));
+  text = std::string(rest);
   return word;
 }
 

@@ -1,6 +1,7 @@
 // Texts: case, search, trimming, cutting. Knows nothing of numbers, files or the console.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -10,11 +11,15 @@ namespace KVA_UTILITIES {
 std::string U_CASE(std::string_view text);
 std::string L_CASE(std::string_view text);
 
+// Routines named VIEW return a part of the text itself, which must outlive it.
+
 // Length without trailing blanks, and the text cut there.
 int LENTRIM(std::string_view text);
+std::string_view TRIM_VIEW(std::string_view text);
 std::string TRIM(std::string_view text);
 
 // Without leading blanks and without trailing blanks.
+std::string_view LEFT_ADJUST_VIEW(std::string_view text);
 std::string LEFT_ADJUST(std::string_view text);
 
 // Removes the leading blanks and the trailing ones; n receives the length that is left.
@@ -23,6 +28,15 @@ void ADD_FRONT_BLANKS(std::string& text, int n);
 
 // Position from 1 of sub in text, ignoring case; 0 when absent or when sub is empty.
 int INDEXALL(std::string_view text, std::string_view sub);
+
+// One text to be looked for in many lines, and how far it may be moved on when its last character
+// would stand on a given one (R. N. Horspool, Software: Practice and Experience 10 (1980) 501-506).
+struct TEXT_SEARCH {
+  std::string_view SUB;
+  std::array<unsigned char, 256> STEP{};
+};
+TEXT_SEARCH SEARCH_FOR(std::string_view sub);
+int INDEXALL(std::string_view text, const TEXT_SEARCH& search);
 
 // True when text, trimmed, begins with start, trimmed, ignoring case. An empty start never fits.
 bool BEGINS_WITH(std::string_view text, std::string_view start);
@@ -40,9 +54,11 @@ void REPLACE_CHAR(std::string& text, char a, char b);
 
 // The text as a field of n columns holds it: cut at n bytes, never inside a UTF-8 character, and
 // without trailing blanks.
+std::string_view CUT_VIEW(std::string_view text, int n);
 std::string CUT_TEXT(std::string_view text, int n);
 
 // Takes the first blank-delimited word off the text; the rest is left-adjusted.
+std::string_view CUT_WORD(std::string_view& text);
 std::string CUT_WORD(std::string& text);
 
 // Today as 11 characters, "01-FEB-2025"; and as "2025-02-01".

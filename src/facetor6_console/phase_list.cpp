@@ -2,6 +2,8 @@
 #include "src/facetor6_console/phase_list.h"
 
 #include <algorithm>  // for max, reverse, count
+#include <exception>
+#include <utility>  // for move
 
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
@@ -44,29 +46,27 @@ void ALLOCATE_PHASE_LIST(int n) {
 }
 
 void EXPAND_PHASE_LIST(int extra, bool& error) {
-  if (extra == 0) return;
-  STRUCTURE_LIST added;
-  ALLOCATE_CRYSTAL_STRUCTURE_LIST(added, extra);
-  if (ERR_KVASTRUCTURES) {
-    WARNING(ERR_KVASTRUCTURES_MESS + " called from expand_phase_list");
+  const int n = PHASE.COUNT() + extra;
+  try {
+    IUSE.RESIZE(n);
+    ISORT.RESIZE(n);
+    PHASE.RESIZE(n);
+  } catch (const std::exception&) {  // no memory, or more than a vector can hold
+    WARNING(
+        "error allocating arrays in Allocate_crystal_structurelist called from "
+        "expand_phase_list");
     error = true;
     return;
   }
-  for (CRYSTAL_STRUCTURE_TYPE& phase : added) {
-    PHASE.ADD(phase);
-    IUSE.ADD(0);
-    ISORT.ADD(PHASE.COUNT());
-  }
-  NPHASES_ALLOCATED = PHASE.COUNT();
+  for (int k = NPHASES_ALLOCATED + 1; k <= n; ++k) ISORT(k) = k;
+  NPHASES_ALLOCATED = n;
 }
 
 void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error) {
   error = false;
   int largest_new = 0;
-  for (CRYSTAL_STRUCTURE_TYPE& phase : newx) {
-    CLEAN_CRYSTAL_STRUCTURE_TYPE(phase);
+  for (const CRYSTAL_STRUCTURE_TYPE& phase : newx)
     largest_new = std::max(largest_new, phase.NATOMS);
-  }
   const int largest_held = NATOM_MAX();
   if (largest_new > largest_held)
     for (CRYSTAL_STRUCTURE_TYPE& phase : PHASE) EXPAND_NATOMS(phase, largest_new);
@@ -79,7 +79,7 @@ void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error) {
   if (error) return;
   for (int i = 1; i <= added; ++i) {
     const int k = NPHASES + i;
-    PHASE(k) = COPY_CRYSTAL_STRUCTURE(newx(i));
+    PHASE(k) = std::move(newx(i));
     ISORT(k) = k;
     IUSE(k) = 1;
   }

@@ -22,9 +22,11 @@ CRYSTAL_STRUCTURE_TYPE& REFERENCE();  // the reference block
 
 void INIT_PHASE_LIST();
 void ALLOCATE_PHASE_LIST(int n);
+// Room for extra blocks, whose records are left to be filled by the caller.
 void EXPAND_PHASE_LIST(int extra, bool& error);
 
-// Takes in count blocks that were read: the only way in, which keeps all records at one capacity.
+// Takes in count blocks that were read, leaving newx empty ones: the only way in, which keeps all
+// records at one capacity.
 void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error);
 
 // The commands USE, OMIT, SORT, UNSORT and CLEAR.

@@ -1,6 +1,7 @@
 // Cell, temperature, pressure, symbol and operators out of the lines of one CIF block.
-#include <algorithm>  // for max, min
+#include <algorithm>  // for count, min
 #include <array>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,30 +20,32 @@ namespace {
 bool READ_FIRST_NUMBER(std::span<const std::string_view> names, const FILE_LINES& flines, int start,
                        int end, float& value, float& std) {
   for (std::string_view name : names) {
-    std::vector<float> values(1, 0.0f);
-    std::vector<float> stds(1, 0.0f);
+    float found = 0.0f;
+    float found_std = 0.0f;
     int count = 0;
     int line = start;
-    FIND_KEY_VALUE_STD(flines, line, end, name, values, stds, count);
+    FIND_KEY_VALUE_STD(flines, line, end, name, std::span(&found, 1), std::span(&found_std, 1),
+                       count);
     if (count != 1) continue;
-    value = values[0];
-    std = stds[0];
+    value = found;
+    std = found_std;
     return true;
   }
   return false;
 }
 
 // What lies between the first and the last quote of one kind; false without two of them.
-bool BETWEEN(const std::string& text, char quote, std::string& inside) {
+bool BETWEEN(std::string_view text, char quote, std::string& inside) {
   const std::size_t first = text.find(quote);
+  if (first == std::string_view::npos) return false;
   const std::size_t last = text.rfind(quote);
-  if (first == std::string::npos || last <= first) return false;
+  if (last == first) return false;
   inside = text.substr(first + 1, last - first - 1);
   return true;
 }
 
 // Text between apostrophes or, failing that, between double quotes.
-bool QUOTED_TEXT(const std::string& text, std::string& inside) {
+bool QUOTED_TEXT(std::string_view text, std::string& inside) {
   return BETWEEN(text, '\'', inside) || BETWEEN(text, '"', inside);
 }
 
@@ -164,13 +167,13 @@ int FIND_OPERATORS(const FILE_LINES& flines, int start, int end, std::string& be
 
 void READ_CIF_SYMM(const FILE_LINES& flines, int start, int end, std::vector<std::string>& symm) {
   symm.clear();
-  std::string text;
-  const int name_line = FIND_OPERATORS(flines, start, end, text);
+  std::string behind;
+  const int name_line = FIND_OPERATORS(flines, start, end, behind);
   if (name_line == 0) return;
   std::string op;
-  if (QUOTED_TEXT(text, op)) symm.push_back(op);
+  if (QUOTED_TEXT(behind, op)) symm.push_back(op);
   for (int line = name_line + 1; line <= std::min(end, flines.COUNT()); ++line) {
-    text = LEFT_ADJUST(flines(line));
+    const std::string_view text = LEFT_ADJUST_VIEW(flines(line));
     if (text.empty()) return;
     if (text[0] == '#' || text[0] == '?') continue;
     if (QUOTED_TEXT(text, op)) symm.push_back(op);
@@ -197,11 +200,11 @@ std::string BARE_OPERATOR(const std::string& text) {
 void READ_BARE_OPERATORS(const FILE_LINES& flines, int start, int end,
                          std::vector<std::string>& symm) {
   symm.clear();
-  std::string text;
-  const int name_line = FIND_OPERATORS(flines, start, end, text);
+  std::string behind;
+  const int name_line = FIND_OPERATORS(flines, start, end, behind);
   if (name_line == 0) return;
   for (int line = name_line + 1; line <= std::min(end, flines.COUNT()); ++line) {
-    text = LEFT_ADJUST(flines(line));
+    const std::string text = LEFT_ADJUST(flines(line));
     if (text.starts_with('#') || (symm.empty() && text.starts_with('_'))) continue;
     const std::string op = BARE_OPERATOR(text);
     if (op.empty()) return;

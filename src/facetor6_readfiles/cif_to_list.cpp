@@ -1,6 +1,7 @@
 // Every block of a CIF as a phase record.
 #include <algorithm>  // for max
 #include <cmath>      // for abs
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -83,66 +84,103 @@ void READ_CONDITIONS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUC
 
 // ---- space group ----
 
-// The group of the symbol; false when there is none or it stands for none. compact: the symbol is
-// written without blanks and could not be repaired.
-bool GROUP_OF_SYMBOL(const FILE_LINES& flines, const BLOCK& block, XTAL::SPACE_GROUP& group,
-                     bool& compact) {
-  std::string symbol;
-  READ_CIF_HM(flines, block.START, block.END, symbol);
-  symbol = LEFT_ADJUST(symbol);
-  compact = !symbol.empty() && symbol.find(' ') == std::string::npos;
-  if (compact) FIX_SPACEGROUP(symbol, compact);
-  if (symbol.empty() || compact) return false;
-  XTAL::SET_SPACEGROUP(symbol, group);
+// All that a block says of its symmetry.
+struct SYMMETRY_TEXTS {
+  std::string SYMBOL;
+  bool COMPACT = false;                // the symbol has no blanks and could not be repaired
+  std::vector<std::string> OPERATORS;  // those in quotes
+  std::vector<std::string> BARE;       // those without, when none is in quotes
+
+  bool operator==(const SYMMETRY_TEXTS&) const = default;
+};
+
+SYMMETRY_TEXTS READ_SYMMETRY_TEXTS(const FILE_LINES& flines, const BLOCK& block) {
+  SYMMETRY_TEXTS texts;
+  READ_CIF_HM(flines, block.START, block.END, texts.SYMBOL);
+  texts.SYMBOL = LEFT_ADJUST(texts.SYMBOL);
+  texts.COMPACT = !texts.SYMBOL.empty() && texts.SYMBOL.find(' ') == std::string::npos;
+  if (texts.COMPACT) FIX_SPACEGROUP(texts.SYMBOL, texts.COMPACT);
+  READ_CIF_SYMM(flines, block.START, block.END, texts.OPERATORS);
+  if (texts.OPERATORS.empty()) READ_BARE_OPERATORS(flines, block.START, block.END, texts.BARE);
+  return texts;
+}
+
+// The group that the texts stand for, and what is wrong with them.
+enum class SYMMETRY_FAULT { NONE, ABSENT, OPERATORS_DISAGREE, BARE_OPERATORS_DISAGREE };
+struct SYMMETRY {
+  SYMMETRY_TEXTS TEXTS;
+  XTAL::SPACE_GROUP GROUP;
+  SYMMETRY_FAULT FAULT = SYMMETRY_FAULT::NONE;
+};
+
+// The group of the symbol; false when there is none or it stands for none.
+bool GROUP_OF_SYMBOL(const SYMMETRY_TEXTS& texts, XTAL::SPACE_GROUP& group) {
+  if (texts.SYMBOL.empty() || texts.COMPACT) return false;
+  XTAL::SET_SPACEGROUP(texts.SYMBOL, group);
   return !XTAL::ERR_SYMM;
 }
 
-bool GROUP_OF_OPERATORS(const FILE_LINES& flines, const BLOCK& block, XTAL::SPACE_GROUP& group) {
-  std::vector<std::string> operators;
-  READ_CIF_SYMM(flines, block.START, block.END, operators);
+bool GROUP_OF_OPERATORS(const std::vector<std::string>& operators, XTAL::SPACE_GROUP& group) {
   if (operators.empty()) return false;
-  XTAL::SET_SPACEGROUP("P 1", group);
   XTAL::SET_SPACEGROUP("", group, operators, "GEN");
   return !XTAL::ERR_SYMM;
 }
 
-void WARN_OF_NO_SYMMETRY(const BLOCK& block, bool compact) {
-  WARNING("No symmetry detected in CIF block #" + INTEGER_COLUMNS(block.NUMBER, 3) +
-          (compact ? ", no operators and HM symbol not written with spaces, space group set to P1"
-                   : ", neither operators nor HM symbol, space group set to P1"));
-}
-
-// Operators without quotes are not read. That does no harm while the symbol says the same.
-void WARN_OF_BARE_OPERATORS(const FILE_LINES& flines, const BLOCK& block,
-                            const XTAL::SPACE_GROUP& from_symbol) {
-  std::vector<std::string> operators;
-  READ_BARE_OPERATORS(flines, block.START, block.END, operators);
-  if (operators.empty()) return;
-  XTAL::SPACE_GROUP group;
-  XTAL::SET_SPACEGROUP("", group, operators, "GEN");
-  if (XTAL::ERR_SYMM || XTAL::SPGR_EQUAL(from_symbol, group)) return;
-  WARNING("The operators in CIF block #" + INTEGER_COLUMNS(block.NUMBER, 3) +
-          " are not read, as they are not in quotes, but they do not agree with the HM symbol");
-}
-
-// The operators win over the symbol where the two differ; a symbol alone is enough.
-void READ_SPACE_GROUP(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
-  bool compact = false;
+// The operators win over the symbol where the two differ; a symbol alone is enough. Operators
+// without quotes do not count, which does no harm while the symbol says the same.
+SYMMETRY SYMMETRY_OF(const SYMMETRY_TEXTS& texts) {
+  SYMMETRY symmetry{texts, {}, SYMMETRY_FAULT::NONE};
   XTAL::SPACE_GROUP from_operators;
-  const bool has_symbol = GROUP_OF_SYMBOL(flines, block, phase.SPG, compact);
-  const bool has_operators = GROUP_OF_OPERATORS(flines, block, from_operators);
+  const bool has_symbol = GROUP_OF_SYMBOL(texts, symmetry.GROUP);
+  const bool has_operators = GROUP_OF_OPERATORS(texts.OPERATORS, from_operators);
   if (!has_symbol && !has_operators) {
-    WARN_OF_NO_SYMMETRY(block, compact);
-    XTAL::SET_SPACEGROUP("P 1", phase.SPG);
-    return;
+    XTAL::SET_SPACEGROUP("P 1", symmetry.GROUP);
+    symmetry.FAULT = SYMMETRY_FAULT::ABSENT;
+  } else if (!has_operators) {
+    if (GROUP_OF_OPERATORS(texts.BARE, from_operators) &&
+        !XTAL::SPGR_EQUAL(symmetry.GROUP, from_operators))
+      symmetry.FAULT = SYMMETRY_FAULT::BARE_OPERATORS_DISAGREE;
+  } else if (!has_symbol) {
+    symmetry.GROUP = from_operators;
+  } else if (!XTAL::SPGR_EQUAL(symmetry.GROUP, from_operators)) {
+    symmetry.GROUP = from_operators;
+    symmetry.FAULT = SYMMETRY_FAULT::OPERATORS_DISAGREE;
   }
-  if (!has_operators) return WARN_OF_BARE_OPERATORS(flines, block, phase.SPG);
-  if (has_symbol && XTAL::SPGR_EQUAL(phase.SPG, from_operators)) return;
-  if (has_symbol)
-    WARNING("HM symbol in CIF block #" + INTEGER_COLUMNS(block.NUMBER, 3) +
-            ", does not agree with operators, space group set to " + from_operators.SPG_SYMB +
-            " from operators");
-  phase.SPG = from_operators;
+  return symmetry;
+}
+
+void REPORT_SYMMETRY_FAULT(const SYMMETRY& symmetry, const BLOCK& block) {
+  const std::string number = INTEGER_COLUMNS(block.NUMBER, 3);
+  switch (symmetry.FAULT) {
+    case SYMMETRY_FAULT::NONE:
+      return;
+    case SYMMETRY_FAULT::ABSENT:
+      return WARNING("No symmetry detected in CIF block #" + number +
+                     (symmetry.TEXTS.COMPACT
+                          ? ", no operators and HM symbol not written with spaces, space group set "
+                            "to P1"
+                          : ", neither operators nor HM symbol, space group set to P1"));
+    case SYMMETRY_FAULT::OPERATORS_DISAGREE:
+      return WARNING("HM symbol in CIF block #" + number +
+                     ", does not agree with operators, space group set to " +
+                     symmetry.GROUP.SPG_SYMB + " from operators");
+    case SYMMETRY_FAULT::BARE_OPERATORS_DISAGREE:
+      return WARNING("The operators in CIF block #" + number +
+                     " are not read, as they are not in quotes, but they do not agree with the HM "
+                     "symbol");
+  }
+}
+
+// The blocks of a series mostly say the same, so that the group of the last block is kept for the
+// next.
+using LAST_SYMMETRY = std::optional<SYMMETRY>;
+
+void READ_SPACE_GROUP(const FILE_LINES& flines, const BLOCK& block, LAST_SYMMETRY& last,
+                      CRYSTAL_STRUCTURE_TYPE& phase) {
+  const SYMMETRY_TEXTS texts = READ_SYMMETRY_TEXTS(flines, block);
+  if (!last || last->TEXTS != texts) last = SYMMETRY_OF(texts);
+  REPORT_SYMMETRY_FAULT(*last, block);
+  phase.SPG = last->GROUP;
 }
 
 // ---- atoms ----
@@ -173,11 +211,12 @@ void READ_ATOMS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_
     if (phase.ATOM(i).OCC < TINY_REAL) phase.ATOM(i).OCC = 1.0f;
 }
 
-void READ_BLOCK(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
+void READ_BLOCK(const FILE_LINES& flines, const BLOCK& block, LAST_SYMMETRY& last,
+                CRYSTAL_STRUCTURE_TYPE& phase) {
   READ_TITLE(flines, block, phase);
   if (READ_CELL(flines, block, phase)) CHECK_VOLUME(flines, block, phase);
   READ_CONDITIONS(flines, block, phase);
-  READ_SPACE_GROUP(flines, block, phase);
+  READ_SPACE_GROUP(flines, block, last, phase);
   READ_ATOMS(flines, block, phase);
   RAMAN::READ_MODE_LIST(flines, block.START, block.END, phase.MODE_LIST);
 }
@@ -206,10 +245,11 @@ void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks) {
   ALLOCATE_CRYSTAL_STRUCTURE_LIST(newx, nblocks);
   if (ERR_KVASTRUCTURES) return WARNING(ERR_KVASTRUCTURES_MESS + " called from expand_phase_list");
   work.TOTAL = nblocks;
+  LAST_SYMMETRY last;
   for (int number = 1; number <= nblocks; ++number) {
     if (!GO_ON(work, number)) return newx.CLEAR();
     const int end = number < nblocks ? starts(number + 1) - 1 : flines.COUNT();
-    READ_BLOCK(flines, {number, starts(number), end}, newx(number));
+    READ_BLOCK(flines, {number, starts(number), end}, last, newx(number));
   }
 }
 

@@ -1,8 +1,8 @@
 // The neighbour search, the search for an atom by position or name, and site multiplicities.
 #include "src/kva_crystal_structures/atom_search.h"
 
-#include <algorithm>  // for any_of
-#include <cmath>      // for abs, isfinite, round
+#include <algorithm>  // for any_of, all_of, clamp, max, min, sort, unique
+#include <cmath>      // for abs, cbrt, floor, isfinite, round
 
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/matrix.h"
@@ -10,8 +10,87 @@
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
+using KVA_UTILITIES::IMATRIX3;
 using KVA_UTILITIES::INDEXALL;
 using KVA_UTILITIES::NOTNUM;
+
+namespace {
+
+// ---- images in boxes ----
+
+// Operators to try: the reduced ones and, in a centric group, their inverted copies. Centring is
+// added by the search itself.
+int OPERATORS_TO_TRY(const XTAL::SPACE_GROUP& group) {
+  constexpr int acentric = 1;
+  const int wanted = group.CENTRED == acentric ? group.NUMOPS : 2 * group.NUMOPS;
+  return std::min(wanted, group.SYMOP.COUNT());
+}
+
+bool IS_FINITE(const VECTOR3& v) {
+  return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
+}
+
+// Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty. Images
+// that are no numbers have no place, so that all then go into one box.
+std::array<int, 3> BOXES_FOR(const XTAL::CRYSTAL_CELL& cell,
+                             const std::vector<ATOM_IMAGE>& images) {
+  constexpr float box_width = 1.5f;
+  std::array<int, 3> boxes{1, 1, 1};
+  const bool finite = std::all_of(images.begin(), images.end(),
+                                  [](const ATOM_IMAGE& image) { return IS_FINITE(image.X); });
+  if (!finite) return boxes;
+  const float most = 1.0f + std::cbrt(static_cast<float>(images.size()));
+  for (std::size_t k = 0; k < 3; ++k) {
+    const float wanted = 1.0f / (cell.RCELL[k] * box_width);
+    if (wanted > 1.0f) boxes[k] = static_cast<int>(std::min(wanted, most));
+  }
+  return boxes;
+}
+
+int BOX_NUMBER(const ATOM_IMAGES& images, int b1, int b2, int b3) {
+  return (b1 * images.BOXES[1] + b2) * images.BOXES[2] + b3;
+}
+
+int BOX_OF(const ATOM_IMAGES& images, const VECTOR3& x) {
+  std::array<int, 3> b{};
+  for (std::size_t k = 0; k < 3; ++k) {
+    const int boxes = images.BOXES[k];
+    if (boxes > 1) b[k] = std::min(static_cast<int>(x[k] * static_cast<float>(boxes)), boxes - 1);
+  }
+  return BOX_NUMBER(images, b[0], b[1], b[2]);
+}
+
+void SORT_INTO_BOXES(ATOM_IMAGES& images) {
+  const int boxes = images.BOXES[0] * images.BOXES[1] * images.BOXES[2];
+  images.BOX_START.assign(static_cast<std::size_t>(boxes) + 1, 0);
+  std::vector<std::size_t> box_of;
+  for (const ATOM_IMAGE& image : images.IMAGES) {
+    box_of.push_back(static_cast<std::size_t>(BOX_OF(images, image.X)));
+    ++images.BOX_START[box_of.back() + 1];
+  }
+  for (std::size_t box = 1; box < images.BOX_START.size(); ++box)
+    images.BOX_START[box] += images.BOX_START[box - 1];
+  std::vector<int> next = images.BOX_START;
+  images.BOXED.resize(images.IMAGES.size());
+  for (std::size_t i = 0; i < box_of.size(); ++i)
+    images.BOXED[static_cast<std::size_t>(next[box_of[i]]++)] = static_cast<int>(i);
+}
+
+}  // namespace
+
+ATOM_IMAGES IMAGES_OF(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  ATOM_IMAGES images{phase, {}, {1, 1, 1}, {}, {}};
+  const int operators = OPERATORS_TO_TRY(phase.SPG);
+  images.IMAGES.reserve(static_cast<std::size_t>(phase.NATOMS) *
+                        static_cast<std::size_t>(operators));
+  for (int atom = 1; atom <= phase.NATOMS; ++atom)
+    for (int op = 1; op <= operators; ++op)
+      images.IMAGES.push_back(
+          {XTAL::MODULO_LAT(XTAL::APPLY_OP(phase.SPG.SYMOP(op), phase.ATOM(atom).X)), atom, op});
+  images.BOXES = BOXES_FOR(phase.CELL, images.IMAGES);
+  SORT_INTO_BOXES(images);
+  return images;
+}
 
 namespace {
 
@@ -23,7 +102,7 @@ struct SEARCH {
   VECTOR3 ORIGIN{};
   float DMIN = 0.0f;
   float DMAX = 0.0f;
-  bool OMITTED_TOO = false;     // "OMIT"
+  int LOWEST_USE = ATOM_USED;   // ATOM_OMITTED with "OMIT"
   bool EVERY_OPERATOR = false;  // "FINDOPS"
   VECTOR3 REACH{};              // fraction of each cell edge beyond which nothing is in range
 };
@@ -35,14 +114,6 @@ VECTOR3 REACH_OF(const XTAL::CRYSTAL_CELL& cell, float dmax) {
   VECTOR3 reach{};
   for (std::size_t k = 0; k < 3; ++k) reach[k] = dmax * cell.RCELL[k] * (1.0f + margin) + margin;
   return reach;
-}
-
-// Operators to try: the reduced ones and, in a centric group, their inverted copies. Centring is
-// added by the search itself.
-int OPERATORS_TO_TRY(const XTAL::SPACE_GROUP& group) {
-  constexpr int acentric = 1;
-  const int wanted = group.CENTRED == acentric ? group.NUMOPS : 2 * group.NUMOPS;
-  return std::min(wanted, group.SYMOP.COUNT());
 }
 
 bool ALREADY_LISTED(const SEARCH& search, const VECTOR3& delta_frac, int count,
@@ -97,12 +168,13 @@ OFFSETS OFFSETS_IN_REACH(const SEARCH& search, const VECTOR3& reduced, std::size
   return offsets;
 }
 
-// All images of one atom under one operator; false when the table has no room for one of them.
-bool CONSIDER_IMAGES(const SEARCH& search, const VECTOR3& reduced, int atom, int op, int& count,
+// One image and its copies in the neighbouring cells; false when the table has no room for one.
+bool CONSIDER_COPIES(const SEARCH& search, const ATOM_IMAGE& image, int& count,
                      NEIGHBOUR_TABLE& table) {
+  if (search.PHASE.ATOM_USE(image.ATOM) < search.LOWEST_USE) return true;
   std::array<OFFSETS, 3> t;
   for (std::size_t k = 0; k < 3; ++k) {
-    t[k] = OFFSETS_IN_REACH(search, reduced, k);
+    t[k] = OFFSETS_IN_REACH(search, image.X, k);
     if (t[k].FIRST > t[k].LAST) return true;
   }
   for (int t1 = t[0].FIRST; t1 <= t[0].LAST; ++t1)
@@ -110,40 +182,73 @@ bool CONSIDER_IMAGES(const SEARCH& search, const VECTOR3& reduced, int atom, int
       for (int t3 = t[2].FIRST; t3 <= t[2].LAST; ++t3) {
         const VECTOR3 cell{static_cast<float>(t1), static_cast<float>(t2), static_cast<float>(t3)};
         for (const VECTOR3& centring : search.PHASE.SPG.LATT_TRANS) {
-          const VECTOR3 candidate = XTAL::ADD(XTAL::ADD(reduced, cell), centring);
-          if (!CONSIDER(search, candidate, atom, op, count, table)) return false;
+          const VECTOR3 candidate = XTAL::ADD(XTAL::ADD(image.X, cell), centring);
+          if (!CONSIDER(search, candidate, image.ATOM, image.OPERATOR, count, table)) return false;
         }
       }
   return true;
 }
 
-bool IS_FINITE(const VECTOR3& v) {
-  return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
+// Boxes along one axis that hold all that lies within reach of x; they go on behind the last with
+// the first.
+struct BOX_RANGE {
+  int FIRST = 0;
+  int COUNT = 0;
+};
+
+BOX_RANGE BOXES_IN_REACH(float x, float reach, int boxes) {
+  constexpr float margin = 1e-4f;  // more than the rounding of a coordinate
+  const float half = std::max(reach, 0.0f) + margin;
+  if (!(half < 0.5f)) return {0, boxes};
+  const float n = static_cast<float>(boxes);
+  const int first = static_cast<int>(std::floor((x - half) * n));
+  const int last = static_cast<int>(std::floor((x + half) * n));
+  return {first < 0 ? first + boxes : first, std::min(last - first + 1, boxes)};
+}
+
+// Positions of the images that can come into reach, in the order of discovery.
+std::vector<int> IMAGES_IN_REACH(const SEARCH& search, const ATOM_IMAGES& images) {
+  std::vector<int> near;
+  for (const VECTOR3& centring : search.PHASE.SPG.LATT_TRANS) {
+    const VECTOR3 x = XTAL::MODULO_LAT(XTAL::SUBTRACT(search.ORIGIN, centring));
+    std::array<BOX_RANGE, 3> r;
+    for (std::size_t k = 0; k < 3; ++k)
+      r[k] = BOXES_IN_REACH(x[k], search.REACH[k], images.BOXES[k]);
+    for (int i = 0; i < r[0].COUNT; ++i)
+      for (int j = 0; j < r[1].COUNT; ++j)
+        for (int k = 0; k < r[2].COUNT; ++k) {
+          const int box =
+              BOX_NUMBER(images, (r[0].FIRST + i) % images.BOXES[0],
+                         (r[1].FIRST + j) % images.BOXES[1], (r[2].FIRST + k) % images.BOXES[2]);
+          const auto start = images.BOX_START.begin() + box;
+          near.insert(near.end(), images.BOXED.begin() + start[0], images.BOXED.begin() + start[1]);
+        }
+  }
+  // Every centring vector can bring the same image into reach.
+  std::sort(near.begin(), near.end());
+  near.erase(std::unique(near.begin(), near.end()), near.end());
+  return near;
 }
 
 }  // namespace
 
-void DISTANCE_ARRAY(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac, float dmin,
-                    float dmax, int& count, NEIGHBOUR_TABLE& table, std::string_view options) {
+void DISTANCE_ARRAY(const ATOM_IMAGES& images, const VECTOR3& x_frac, float dmin, float dmax,
+                    int& count, NEIGHBOUR_TABLE& table, std::string_view options) {
   count = 0;
   table.ASSIGN(MAX_BONDS);
   if (!IS_FINITE(x_frac) || NOTNUM(dmin) || NOTNUM(dmax)) return;
-  SEARCH search{phase, x_frac, dmin, dmax};
-  search.OMITTED_TOO = INDEXALL(options, "OMIT") > 0;
+  SEARCH search{images.PHASE, x_frac, dmin, dmax};
+  if (INDEXALL(options, "OMIT") > 0) search.LOWEST_USE = ATOM_OMITTED;
   search.EVERY_OPERATOR = INDEXALL(options, "FINDOPS") > 0;
-  search.REACH = REACH_OF(phase.CELL, dmax);
+  search.REACH = REACH_OF(images.PHASE.CELL, dmax);
   if (!search.EVERY_OPERATOR) search.ORIGIN = XTAL::MODULO_LAT(x_frac);
+  for (int i : IMAGES_IN_REACH(search, images))
+    if (!CONSIDER_COPIES(search, images.IMAGES[static_cast<std::size_t>(i)], count, table)) return;
+}
 
-  const int lowest_use = search.OMITTED_TOO ? ATOM_OMITTED : ATOM_USED;
-  const int operators = OPERATORS_TO_TRY(phase.SPG);
-  for (int atom = 1; atom <= phase.NATOMS; ++atom) {
-    if (phase.ATOM_USE(atom) < lowest_use) continue;
-    for (int op = 1; op <= operators; ++op) {
-      const VECTOR3 reduced =
-          XTAL::MODULO_LAT(XTAL::APPLY_OP(phase.SPG.SYMOP(op), phase.ATOM(atom).X));
-      if (!CONSIDER_IMAGES(search, reduced, atom, op, count, table)) return;
-    }
-  }
+void DISTANCE_ARRAY(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac, float dmin,
+                    float dmax, int& count, NEIGHBOUR_TABLE& table, std::string_view options) {
+  DISTANCE_ARRAY(IMAGES_OF(phase), x_frac, dmin, dmax, count, table, options);
 }
 
 // ---- an atom by position or name ----
@@ -158,18 +263,18 @@ std::string COORDINATE_TEXT(const VECTOR3& x_frac) {
 
 }  // namespace
 
-FOUND_ATOM FIND_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac,
-                     std::string_view options, float dmax) {
+FOUND_ATOM FIND_ATOM(const ATOM_IMAGES& images, const VECTOR3& x_frac, std::string_view options,
+                     float dmax) {
   constexpr float at_the_point = -0.1f;  // a minimum that lets an atom at distance 0 in
   const std::string_view search_options = INDEXALL(options, "OMIT") > 0 ? "OMIT" : "";
   INIT_ERR_KVASTRUCTURES();
   int count = 0;
   NEIGHBOUR_TABLE table;
-  DISTANCE_ARRAY(phase, x_frac, at_the_point, dmax, count, table, search_options);
+  DISTANCE_ARRAY(images, x_frac, at_the_point, dmax, count, table, search_options);
   FOUND_ATOM found;
   if (count == 0) {
     SET_ERR_KVASTRUCTURES("No atom found near to xyz =" + COORDINATE_TEXT(x_frac) + " in block " +
-                          phase.BLOCK_TITLE);
+                          images.PHASE.BLOCK_TITLE);
     return found;
   }
   int nearest = 1;
@@ -181,6 +286,11 @@ FOUND_ATOM FIND_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac,
     found.X[static_cast<std::size_t>(k)] =
         x_frac[static_cast<std::size_t>(k)] + table(nearest, NEIGHBOUR_VECTOR_X + k);
   return found;
+}
+
+FOUND_ATOM FIND_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac,
+                     std::string_view options, float dmax) {
+  return FIND_ATOM(IMAGES_OF(phase), x_frac, options, dmax);
 }
 
 std::vector<int> FIND_ALLATOMS_BY_NAME(const CRYSTAL_STRUCTURE_TYPE& phase, std::string_view name,
@@ -198,17 +308,46 @@ std::vector<int> FIND_ALLATOMS_BY_NAME(const CRYSTAL_STRUCTURE_TYPE& phase, std:
 
 // ---- multiplicities and codes ----
 
-void SET_ATOM_MULTIP(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  std::vector<VECTOR3> positions{phase.ATOM(i).X};
-  for (int op = 2; op <= phase.SPG.MULTIP; ++op) {
-    const VECTOR3 image = XTAL::MODULO_LAT(XTAL::APPLY_OP(phase.SPG.SYMOP(op), phase.ATOM(i).X));
+namespace {
+
+// Whether an operator other than a translation brings the position close to where it is, whole
+// cells apart. The list holds the centred copies of all operators, so that whole cells are enough.
+bool IS_NEAR_SYMMETRY_ELEMENT(const XTAL::SPACE_GROUP& group, const VECTOR3& x_frac) {
+  constexpr float near = 0.01f;  // far more than what counts as one position
+  const IMATRIX3& identity = group.SYMOP(1).ROT;
+  for (int op = 2; op <= group.MULTIP; ++op) {
+    if (group.SYMOP(op).ROT == identity) continue;
+    const VECTOR3 apart = XTAL::SUBTRACT(XTAL::APPLY_OP(group.SYMOP(op), x_frac), x_frac);
+    if (std::all_of(apart.begin(), apart.end(),
+                    [](float d) { return !(std::abs(d - std::round(d)) > near); }))
+      return true;
+  }
+  return false;
+}
+
+// Distinct positions among the images, compared one by one.
+int COUNT_POSITIONS(const XTAL::SPACE_GROUP& group, const VECTOR3& x_frac) {
+  std::vector<VECTOR3> positions{x_frac};
+  for (int op = 2; op <= group.MULTIP; ++op) {
+    const VECTOR3 image = XTAL::MODULO_LAT(XTAL::APPLY_OP(group.SYMOP(op), x_frac));
     const bool known =
         std::any_of(positions.begin(), positions.end(), [&](const VECTOR3& position) {
-          return XTAL::LATTICE_TRANS(XTAL::SUBTRACT(image, position), phase.SPG);
+          return XTAL::LATTICE_TRANS(XTAL::SUBTRACT(image, position), group);
         });
     if (!known) positions.push_back(image);
   }
-  phase.ATOM(i).MULT = static_cast<int>(positions.size());
+  return static_cast<int>(positions.size());
+}
+
+}  // namespace
+
+void SET_ATOM_MULTIP(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  const XTAL::SPACE_GROUP& group = phase.SPG;
+  const VECTOR3& x_frac = phase.ATOM(i).X;
+  // In a general position all images are distinct.
+  const bool general = group.MULTIP > 0 && !IS_NEAR_SYMMETRY_ELEMENT(group, x_frac);
+  phase.ATOM(i).MULT =
+      general ? group.MULTIP / std::max(group.NUMLAT, 1) : COUNT_POSITIONS(group, x_frac);
 }
 
 void SET_ALLATOM_MULTIP(CRYSTAL_STRUCTURE_TYPE& phase) {

@@ -23,11 +23,32 @@ inline constexpr float SAME_NEIGHBOUR_SQ = 0.01f;  // square angstroms: closer i
 inline constexpr float DEFAULT_RADIUS = 1.0f;      // angstroms, of FIND_ATOM
 inline constexpr float MATCH_RADIUS = 0.02f;       // angstroms: an atom is at a position
 
+// An atom as one operator puts it into the cell.
+struct ATOM_IMAGE {
+  VECTOR3 X{};  // each coordinate 0 up to 1
+  int ATOM = 0;
+  int OPERATOR = 0;
+};
+
+// The images of all atoms of a record, sorted into boxes: what all searches of one record share.
+// They hold until an atom moves or the cell or the group changes; use flags may change.
+struct ATOM_IMAGES {
+  const CRYSTAL_STRUCTURE_TYPE& PHASE;
+  std::vector<ATOM_IMAGE> IMAGES;     // in the order of discovery: by atom, then by operator
+  std::array<int, 3> BOXES{1, 1, 1};  // boxes along each cell edge
+  std::vector<int> BOX_START;         // where each box begins in BOXED, and behind them the end
+  std::vector<int> BOXED;             // positions in IMAGES, box by box
+};
+ATOM_IMAGES IMAGES_OF(const CRYSTAL_STRUCTURE_TYPE& phase);
+
 // All atoms from dmin to dmax angstroms (limits included) around x_frac, in the order of discovery:
 // atom, operator, cell offset, centring vector; of coincident ones the first. table gets MAX_BONDS
 // rows, count of them in use; a further one sets the warning "Too many distances around atom: ...".
 // Options: "OMIT" searches omitted atoms too; "FINDOPS" lists every operator that reaches an atom,
-// and measures from the point as given. Images reach one cell each way.
+// and measures from the point as given. Images reach one cell each way. For a single search of a
+// record give the record itself.
+void DISTANCE_ARRAY(const ATOM_IMAGES& images, const VECTOR3& x_frac, float dmin, float dmax,
+                    int& count, NEIGHBOUR_TABLE& table, std::string_view options = "");
 void DISTANCE_ARRAY(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac, float dmin,
                     float dmax, int& count, NEIGHBOUR_TABLE& table, std::string_view options = "");
 
@@ -40,6 +61,8 @@ struct FOUND_ATOM {
 
 // Nearest atom to x_frac within dmax angstroms; of equal ones the lowest number. Nothing found sets
 // the error "No atom found near to xyz = ...".
+FOUND_ATOM FIND_ATOM(const ATOM_IMAGES& images, const VECTOR3& x_frac,
+                     std::string_view options = "", float dmax = DEFAULT_RADIUS);
 FOUND_ATOM FIND_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac,
                      std::string_view options = "", float dmax = DEFAULT_RADIUS);
 

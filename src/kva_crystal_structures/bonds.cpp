@@ -47,10 +47,13 @@ void EXCLUDE_BOND_TYPES(CRYSTAL_STRUCTURE_TYPE& phase, const BOND_EXCLUSION* bon
 
 // ---- the search over all atoms ----
 
-void CALC_BONDS_NATOM(CRYSTAL_STRUCTURE_TYPE& phase, int i, float dmin, float dmax) {
+namespace {
+
+void CALC_BONDS_OF_CENTRE(const ATOM_IMAGES& images, CRYSTAL_STRUCTURE_TYPE& phase, int i,
+                          float dmin, float dmax) {
   int count = 0;
   NEIGHBOUR_TABLE table;
-  DISTANCE_ARRAY(phase, phase.ATOM(i).X, dmin, dmax, count, table);
+  DISTANCE_ARRAY(images, phase.ATOM(i).X, dmin, dmax, count, table);
   phase.NBONDS(i) = count;
   phase.BONDS.CENTRES(i).clear();
   for (int r = 1; r <= count; ++r) {
@@ -62,8 +65,6 @@ void CALC_BONDS_NATOM(CRYSTAL_STRUCTURE_TYPE& phase, int i, float dmin, float dm
   for (int k = 0; k < 3; ++k)
     phase.BOND_CEN(i, CENTRE_X + k) = phase.ATOM(i).X[static_cast<std::size_t>(k)];
 }
-
-namespace {
 
 // The shortest bond of a sensible length, at most LONGEST_SHORT_BOND.
 float SHORTEST_BOND(const CRYSTAL_STRUCTURE_TYPE& phase) {
@@ -79,11 +80,16 @@ float SHORTEST_BOND(const CRYSTAL_STRUCTURE_TYPE& phase) {
 
 }  // namespace
 
+void CALC_BONDS_NATOM(CRYSTAL_STRUCTURE_TYPE& phase, int i, float dmin, float dmax) {
+  CALC_BONDS_OF_CENTRE(IMAGES_OF(phase), phase, i, dmin, dmax);
+}
+
 void CALC_BONDS_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase, float dmin, float dmax,
                          const BOND_EXCLUSION* bondex) {
   INIT_ERR_KVASTRUCTURES();
+  const ATOM_IMAGES images = IMAGES_OF(phase);
   for (int i = 1; i <= phase.NATOMS; ++i)
-    if (phase.ATOM_USE(i) == ATOM_USED) CALC_BONDS_NATOM(phase, i, dmin, dmax);
+    if (phase.ATOM_USE(i) == ATOM_USED) CALC_BONDS_OF_CENTRE(images, phase, i, dmin, dmax);
   EXCLUDE_BOND_TYPES(phase, bondex);
   phase.SHORT_BOND = SHORTEST_BOND(phase);
 }
@@ -118,8 +124,7 @@ float RIGID_BOND_LENGTH(const ATOM_TYPE& centre, const ATOM_TYPE& ligand, float 
 
 // Fills the row of bond j of reference centre a with the bond from centre to ligand.
 void MEASURE_BOND(CRYSTAL_STRUCTURE_TYPE& block, int a, int j, const FOUND_ATOM& centre,
-                  const FOUND_ATOM& ligand) {
-  const VALUE_ESD distance = DISTANCE_AND_SIGMA_VCV(block, centre.X, ligand.X);
+                  const FOUND_ATOM& ligand, const VALUE_ESD& distance) {
   const VECTOR3 v_frac = XTAL::SUBTRACT(ligand.X, centre.X);
   block.BONDS(a, j, BOND_CENTRE) = static_cast<float>(centre.ATOM);
   block.BONDS(a, j, BOND_LENGTH) = distance.VALUE;
@@ -145,9 +150,10 @@ void SET_CENTRE(CRYSTAL_STRUCTURE_TYPE& block, int a, const FOUND_ATOM& centre) 
 }
 
 // The bonds of reference centre a, whose ligands lie at the targets.
-void MEASURE_CENTRE(const VECTOR3& centre_frac, const std::vector<VECTOR3>& targets_frac,
-                    CRYSTAL_STRUCTURE_TYPE& block, int a, bool is_reference, float radius) {
-  const FOUND_ATOM centre = FIND_ATOM(block, centre_frac, "OMIT", radius);
+void MEASURE_CENTRE(const RULER& ruler, const VECTOR3& centre_frac,
+                    const std::vector<VECTOR3>& targets_frac, CRYSTAL_STRUCTURE_TYPE& block, int a,
+                    bool is_reference, float radius) {
+  const FOUND_ATOM centre = FIND_ATOM(ruler.IMAGES, centre_frac, "OMIT", radius);
   if (centre.ATOM == 0) {
     block.NBONDS(a) = NO_CENTRE;
     return;
@@ -155,14 +161,16 @@ void MEASURE_CENTRE(const VECTOR3& centre_frac, const std::vector<VECTOR3>& targ
   if (block.ATOM_USE(centre.ATOM) != ATOM_USED) return;
   SET_CENTRE(block, a, centre);
   if (!is_reference) block.NBONDS(a) = 0;
+  const PLACED_ATOM placed_centre = ATOM_AT(ruler, centre.X);
   for (int j = 1; j <= static_cast<int>(targets_frac.size()); ++j) {
     const FOUND_ATOM ligand =
-        FIND_ATOM(block, targets_frac[static_cast<std::size_t>(j - 1)], "", radius);
+        FIND_ATOM(ruler.IMAGES, targets_frac[static_cast<std::size_t>(j - 1)], "", radius);
     block.BONDS(a, j, BOND_CENTRE) = 0.0f;  // makes the row, so that rows stay aligned
     block.BONDS.CLEAR_ROW(a, j);
     if (ligand.ATOM == 0) continue;
     if (!is_reference) ++block.NBONDS(a);
-    MEASURE_BOND(block, a, j, centre, ligand);
+    MEASURE_BOND(block, a, j, centre, ligand,
+                 DISTANCE_AND_SIGMA_VCV(ruler, placed_centre, ATOM_AT(ruler, ligand.X)));
   }
 }
 
@@ -170,6 +178,7 @@ void MEASURE_CENTRE(const VECTOR3& centre_frac, const std::vector<VECTOR3>& targ
 
 void MEASURE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& reference, CRYSTAL_STRUCTURE_TYPE& block,
                    bool is_reference, float radius) {
+  const RULER ruler = RULER_FOR(block);
   const int last = std::min(reference.NATOMS, CAPACITY(block));
   for (int a = 1; a <= last; ++a) {
     if (reference.NBONDS(a) <= 0) continue;
@@ -178,7 +187,7 @@ void MEASURE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& reference, CRYSTAL_STRUCTURE_TY
     std::vector<VECTOR3> targets_frac;
     for (int j = 1; j <= reference.NBONDS(a); ++j)
       targets_frac.push_back(XTAL::ADD(centre_frac, reference.BONDS.VECTOR(a, j)));
-    MEASURE_CENTRE(centre_frac, targets_frac, block, a, is_reference, radius);
+    MEASURE_CENTRE(ruler, centre_frac, targets_frac, block, a, is_reference, radius);
   }
 }
 

@@ -104,23 +104,32 @@ std::vector<VECTOR3> LIGAND_VECTORS(const CRYSTAL_STRUCTURE_TYPE& phase, int i) 
   return vectors;
 }
 
-float VOLUME_IN_CELL(const XTAL::CRYSTAL_CELL& cell, const std::vector<VECTOR3>& vectors_frac) {
-  return POLYHEDRON_VOLUME_XYZ(cell.CR_ORTH_CEL, vectors_frac, VECTOR3{});
+float VOLUME_IN_FRAME(const MATRIX3& orthogonalisation, const std::vector<VECTOR3>& vectors_frac) {
+  return POLYHEDRON_VOLUME_XYZ(orthogonalisation, vectors_frac, VECTOR3{});
 }
 
 // ---- angles and edges ----
 
-void CALC_ANGLES_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  const std::vector<int> present = BONDS_PRESENT(phase, i);
+// The atoms at the ends of the bonds of centre i.
+std::vector<PLACED_ATOM> LIGANDS_OF_CENTRE(const RULER& ruler, const CRYSTAL_STRUCTURE_TYPE& phase,
+                                           int i) {
   const VECTOR3 centre = CENTRE_POSITION(phase, i);
+  std::vector<PLACED_ATOM> ligands;
+  for (const VECTOR3& vector : LIGAND_VECTORS(phase, i))
+    ligands.push_back(ATOM_AT(ruler, XTAL::ADD(centre, vector)));
+  return ligands;
+}
+
+void CALC_ANGLES_OF_CENTRE(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  const std::vector<int> present = BONDS_PRESENT(phase, i);
+  const std::vector<PLACED_ATOM> ligands = LIGANDS_OF_CENTRE(ruler, phase, i);
+  const APEX_ATOM centre = APEX_AT(ruler, CENTRE_POSITION(phase, i));
   for (std::size_t first = 0; first < present.size(); ++first) {
     const int j = present[first];
-    const VECTOR3 ligand_j = XTAL::ADD(centre, phase.BONDS.VECTOR(i, j));
     for (std::size_t second = first + 1; second < present.size(); ++second) {
       const int k = present[second];
-      const VECTOR3 ligand_k = XTAL::ADD(centre, phase.BONDS.VECTOR(i, k));
-      const VALUE_ESD angle = ANGLE_AND_SIGMA_VCV(phase, centre, ligand_j, ligand_k);
-      const VALUE_ESD edge = DISTANCE_AND_SIGMA_VCV(phase, ligand_j, ligand_k);
+      const VALUE_ESD angle = ANGLE_AND_SIGMA_VCV(ruler, centre, ligands[first], ligands[second]);
+      const VALUE_ESD edge = DISTANCE_AND_SIGMA_VCV(ruler, ligands[first], ligands[second]);
       phase.BANGLES(i, j, k, ANGLE) = angle.VALUE;
       phase.BANGLES(i, j, k, ANGLE_STD) = angle.ESD;
       phase.BANGLES(i, j, k, EDGE) = edge.VALUE;
@@ -133,9 +142,10 @@ void CALC_ANGLES_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
 }  // namespace
 
 void CALC_ANGLES_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
+  const RULER ruler = RULER_FOR(phase);
   for (int i = 1; i <= CAPACITY(phase); ++i) {
     phase.NANGLES(i) = 0;
-    if (phase.NBONDS(i) > 0) CALC_ANGLES_OF_CENTRE(phase, i);
+    if (phase.NBONDS(i) > 0) CALC_ANGLES_OF_CENTRE(ruler, phase, i);
   }
 }
 
@@ -155,16 +165,12 @@ void PLACE_PAIR(const MATRIX6& pair, std::size_t j, std::size_t k, MATRIX& vcv) 
 
 // Covariance of the coordinates of all ligands, 3n by 3n, with the correlations that symmetry
 // imposes between them.
-MATRIX LIGAND_COVARIANCE(const CRYSTAL_STRUCTURE_TYPE& phase, int i,
-                         const std::vector<VECTOR3>& vectors_frac) {
-  const std::size_t n = vectors_frac.size();
-  const VECTOR3 centre = CENTRE_POSITION(phase, i);
+MATRIX LIGAND_COVARIANCE(const RULER& ruler, const std::vector<PLACED_ATOM>& ligands) {
+  const std::size_t n = ligands.size();
   MATRIX vcv(3 * n, std::vector<float>(3 * n, 0.0f));
   for (std::size_t j = 0; j < n; ++j)
     for (std::size_t k = j + 1; k < n; ++k)
-      PLACE_PAIR(CALC_VCV_TWO_ATOMS(phase, XTAL::ADD(centre, vectors_frac[j]),
-                                    XTAL::ADD(centre, vectors_frac[k])),
-                 j, k, vcv);
+      PLACE_PAIR(CALC_VCV_TWO_ATOMS(ruler, ligands[j], ligands[k]), j, k, vcv);
   return vcv;
 }
 
@@ -178,7 +184,7 @@ std::vector<float> VOLUME_DERIVATIVES(const CRYSTAL_STRUCTURE_TYPE& phase,
     const float shift = std::sqrt(vcv[p][p]);
     std::vector<VECTOR3> shifted = vectors_frac;
     shifted[p / 3][p % 3] += shift;
-    jacobian[p] = (VOLUME_IN_CELL(phase.CELL, shifted) - volume) / shift;
+    jacobian[p] = (VOLUME_IN_FRAME(phase.CELL.CR_ORTH_CEL, shifted) - volume) / shift;
   }
   return jacobian;
 }
@@ -191,30 +197,31 @@ float VARIANCE(const std::vector<float>& jacobian, const MATRIX& vcv) {
   return variance;
 }
 
-float VOLUME_VARIANCE_OF_CELL(const CRYSTAL_STRUCTURE_TYPE& phase,
-                              const std::vector<VECTOR3>& vectors_frac, float volume) {
+float VOLUME_VARIANCE_OF_CELL(const RULER& ruler, const std::vector<VECTOR3>& vectors_frac,
+                              float volume) {
   float variance = 0.0f;
-  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase, true)) {
-    XTAL::CRYSTAL_CELL shifted_cell;
-    XTAL::SET_CELL_RECORD(shift.CELL, shift.ANG, shifted_cell, phase.CELL.CARTTYPE);
-    variance += SQUARE(VOLUME_IN_CELL(shifted_cell, vectors_frac) - volume);
-  }
+  for (const MATRIX3& frame : ruler.SHIFTED_FRAMES)
+    variance += SQUARE(VOLUME_IN_FRAME(frame, vectors_frac) - volume);
   return variance;
+}
+
+void CALC_VOLUME_WITH_ESD(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  const std::vector<VECTOR3> vectors_frac = LIGAND_VECTORS(phase, i);
+  const float volume = VOLUME_IN_FRAME(phase.CELL.CR_ORTH_CEL, vectors_frac);
+  phase.POLYHEDRON(i, POLY_VOLUME) = volume;
+
+  const MATRIX vcv = LIGAND_COVARIANCE(ruler, LIGANDS_OF_CENTRE(ruler, phase, i));
+  const std::vector<float> jacobian = VOLUME_DERIVATIVES(phase, vectors_frac, volume, vcv);
+  const float variance =
+      VARIANCE(jacobian, vcv) + VOLUME_VARIANCE_OF_CELL(ruler, vectors_frac, volume);
+  // A sum that symmetry makes zero may come out a rounding error below it.
+  phase.POLYHEDRON(i, POLY_VOLUME_STD) = variance < 0.0f ? 0.0f : std::sqrt(variance);
 }
 
 }  // namespace
 
 void CALC_POLYVOL_VCV(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  const std::vector<VECTOR3> vectors_frac = LIGAND_VECTORS(phase, i);
-  const float volume = VOLUME_IN_CELL(phase.CELL, vectors_frac);
-  phase.POLYHEDRON(i, POLY_VOLUME) = volume;
-
-  const MATRIX vcv = LIGAND_COVARIANCE(phase, i, vectors_frac);
-  const std::vector<float> jacobian = VOLUME_DERIVATIVES(phase, vectors_frac, volume, vcv);
-  const float variance =
-      VARIANCE(jacobian, vcv) + VOLUME_VARIANCE_OF_CELL(phase, vectors_frac, volume);
-  // A sum that symmetry makes zero may come out a rounding error below it.
-  phase.POLYHEDRON(i, POLY_VOLUME_STD) = variance < 0.0f ? 0.0f : std::sqrt(variance);
+  CALC_VOLUME_WITH_ESD(RULER_FOR(phase), phase, i);
 }
 
 float CALC_POLYVOL_SRB(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
@@ -227,7 +234,7 @@ float CALC_POLYVOL_SRB(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
     for (float& component : vector) component *= corrected / length;
     vectors_frac.push_back(vector);
   }
-  return VOLUME_IN_CELL(phase.CELL, vectors_frac);
+  return VOLUME_IN_FRAME(phase.CELL.CR_ORTH_CEL, vectors_frac);
 }
 
 // ---- distortion ----
@@ -287,16 +294,17 @@ void CALC_TRIANGLE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>&
   phase.POLYHEDRON(i, POLY_MEAN_EDGE) = sums.EDGE / 3.0f;
 }
 
-void CALC_VOLUMES(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  CALC_POLYVOL_VCV(phase, i);
+void CALC_VOLUMES(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  CALC_VOLUME_WITH_ESD(ruler, phase, i);
   phase.POLYHEDRON(i, POLY_VOLUME_SRB) = CALC_POLYVOL_SRB(phase, i);
 }
 
-void CALC_TETRAHEDRON(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>& present) {
+void CALC_TETRAHEDRON(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase, int i,
+                      const std::vector<int>& present) {
   const PAIR_SUMS sums = SUM_PAIRS(phase, i, present, tetrahedron_angle, skip_none);
   phase.POLYHEDRON(i, POLY_VARIANCE) = sums.DEVIATION_SQ / 5.0f;
   phase.POLYHEDRON(i, POLY_MEAN_EDGE) = sums.EDGE / 6.0f;
-  CALC_VOLUMES(phase, i);
+  CALC_VOLUMES(ruler, phase, i);
   const float r =
       tetrahedron_radius * CUBE_ROOT(12.0f * phase.POLYHEDRON(i, POLY_VOLUME) / root_two);
   phase.POLYHEDRON(i, POLY_ELONGATION) = ELONGATION(phase, i, present, r);
@@ -313,7 +321,7 @@ void CALC_OCTAHEDRON(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int
   phase.POLYHEDRON(i, POLY_ELONGATION) = ELONGATION(phase, i, present, r);
 }
 
-void CALC_POLY_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+void CALC_POLY_OF_CENTRE(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   const std::vector<int> present = BONDS_PRESENT(phase, i);
   const std::size_t n = present.size();
   if (n == 0) return;
@@ -323,8 +331,8 @@ void CALC_POLY_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   if (n < 4) phase.POLYHEDRON(i, POLY_ELONGATION) = LENGTH_SPREAD(phase, i, present, mean);
   CALC_POLY_ORBIX(phase, i);
   if (n == 3) CALC_TRIANGLE(phase, i, present);
-  if (n == 4) CALC_TETRAHEDRON(phase, i, present);
-  if (n != 3 && n != 4) CALC_VOLUMES(phase, i);
+  if (n == 4) CALC_TETRAHEDRON(ruler, phase, i, present);
+  if (n != 3 && n != 4) CALC_VOLUMES(ruler, phase, i);
   if (n == 6) CALC_OCTAHEDRON(phase, i, present);
   if (phase.POLYHEDRON(i, POLY_VOLUME) < no_volume) {
     phase.POLYHEDRON(i, POLY_ELONGATION) = 0.0f;
@@ -335,9 +343,10 @@ void CALC_POLY_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
 }  // namespace
 
 void CALC_POLY_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
+  const RULER ruler = RULER_FOR(phase);
   phase.POLYHEDRON.ASSIGN(CAPACITY(phase));
   for (int i = 1; i <= CAPACITY(phase); ++i)
-    if (phase.NBONDS(i) > 0) CALC_POLY_OF_CENTRE(phase, i);
+    if (phase.NBONDS(i) > 0) CALC_POLY_OF_CENTRE(ruler, phase, i);
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -1,9 +1,11 @@
 // Upkeep of the phase record: initial values, room for atoms, copies, cleaning.
 #include "src/kva_crystal_structures/records.h"
 
-#include <algorithm>  // for max
+#include <algorithm>  // for max, minmax, sort
+#include <cmath>      // for isfinite
 #include <exception>
 #include <numeric>  // for accumulate
+#include <utility>  // for pair
 
 #include "console_code/kva_utilities/text.h"
 
@@ -119,21 +121,39 @@ void NOTE_DUPLICATE(CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
   }
 }
 
-void MARK_DUPLICATES(CRYSTAL_STRUCTURE_TYPE& phase) {
-  for (int i = 1; i < phase.NATOMS; ++i) {
-    if (phase.ATOM_USE(i) <= ATOM_OMITTED) continue;
-    for (int j = i + 1; j <= phase.NATOMS; ++j) {
-      const float distance = XTAL::DISTANCE_FRAC(phase.ATOM(i).X, phase.ATOM(j).X, phase.CELL);
-      if (distance < SAME_SITE) NOTE_DUPLICATE(phase, i, j);
+// Pairs of atoms on one site, lower number first, in order. Only atoms that follow each other along
+// x can share a site.
+std::vector<std::pair<int, int>> PAIRS_ON_ONE_SITE(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  constexpr float margin = 1e-4f;  // more than the rounding of a coordinate difference
+  const float reach = SAME_SITE * phase.CELL.RCELL[0] * (1.0f + margin) + margin;
+  std::vector<std::pair<float, int>> along_x;
+  for (int i = 1; i <= phase.NATOMS; ++i)
+    if (std::isfinite(phase.ATOM(i).X[0])) along_x.emplace_back(phase.ATOM(i).X[0], i);
+  std::sort(along_x.begin(), along_x.end());
+  std::vector<std::pair<int, int>> pairs;
+  for (std::size_t a = 0; a < along_x.size(); ++a)
+    for (std::size_t b = a + 1; b < along_x.size(); ++b) {
+      if (along_x[b].first - along_x[a].first > reach) break;
+      const auto [i, j] = std::minmax(along_x[a].second, along_x[b].second);
+      if (XTAL::DISTANCE_FRAC(phase.ATOM(i).X, phase.ATOM(j).X, phase.CELL) < SAME_SITE)
+        pairs.emplace_back(i, j);
     }
-  }
+  std::sort(pairs.begin(), pairs.end());
+  return pairs;
+}
+
+void MARK_DUPLICATES(CRYSTAL_STRUCTURE_TYPE& phase) {
+  for (const auto& [i, j] : PAIRS_ON_ONE_SITE(phase))
+    if (phase.ATOM_USE(i) > ATOM_OMITTED) NOTE_DUPLICATE(phase, i, j);
 }
 
 }  // namespace
 
-void INIT_CRYSTAL_STRUCTURE_TYPE(CRYSTAL_STRUCTURE_TYPE& phase) {
+namespace {
+
+CRYSTAL_STRUCTURE_TYPE EMPTY_RECORD() {
   constexpr int metadata_pairs = 10;
-  phase = CRYSTAL_STRUCTURE_TYPE{};
+  CRYSTAL_STRUCTURE_TYPE phase;
   XTAL::SET_CELL_RECORD({10.0f, 10.0f, 10.0f}, {90.0f, 90.0f, 90.0f}, phase.CELL, " ");
   XTAL::SET_SPACEGROUP("P1", phase.SPG);
   phase.ATOM.ASSIGN(START_CAPACITY, ATOM_TYPE{});
@@ -142,6 +162,14 @@ void INIT_CRYSTAL_STRUCTURE_TYPE(CRYSTAL_STRUCTURE_TYPE& phase) {
   phase.METADATA.ASSIGN(metadata_pairs);
   RAMAN::ALLOCATE_MODE_LIST(1, phase.MODE_LIST);
   phase.MODE_LIST.NMODES = 0;
+  return phase;
+}
+
+}  // namespace
+
+void INIT_CRYSTAL_STRUCTURE_TYPE(CRYSTAL_STRUCTURE_TYPE& phase) {
+  static const CRYSTAL_STRUCTURE_TYPE empty = EMPTY_RECORD();
+  phase = empty;
 }
 
 void INIT_CRYSTAL_STRUCTURE_LIST(STRUCTURE_LIST& list) {

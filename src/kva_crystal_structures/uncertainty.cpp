@@ -6,7 +6,6 @@
 
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
-#include "src/kva_crystal_structures/atom_search.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -127,6 +126,12 @@ void TIE_COORDINATES(const XTAL::SYM_OP& op, const MATRIX3& variances, MATRIX3& 
       if (i != j && (c[i][j] > 0.0f || c[i][j] < 0.0f)) v[i][j] = c[i][j];
 }
 
+// Covariance of an atom's image under an operator, v being that of the atom itself.
+MATRIX3 VCV_OF_IMAGE(const CRYSTAL_STRUCTURE_TYPE& phase, const MATRIX3& v, int op) {
+  if (op == 1) return v;
+  return TRANSFORM(XTAL::REAL_MATRIX(phase.SPG.SYMOP(op).ROT), v);
+}
+
 }  // namespace
 
 MATRIX3 CALC_VCV_XYZ(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op) {
@@ -137,8 +142,7 @@ MATRIX3 CALC_VCV_XYZ(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op) {
   if (atom.MULT != phase.SPG.MULTIP)
     for (const XTAL::SYM_OP* site_op : SITE_OPERATORS(phase, atom.X))
       TIE_COORDINATES(*site_op, variances, v);
-  if (op == 1) return v;
-  return TRANSFORM(XTAL::REAL_MATRIX(phase.SPG.SYMOP(op).ROT), v);
+  return VCV_OF_IMAGE(phase, v, op);
 }
 
 VECTOR3 CALC_ESD_XYZ(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op) {
@@ -146,15 +150,40 @@ VECTOR3 CALC_ESD_XYZ(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op) {
   return {ESD_OF(v[0][0]), ESD_OF(v[1][1]), ESD_OF(v[2][2])};
 }
 
+// ---- measuring in one record ----
+
+RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  RULER ruler{IMAGES_OF(phase), {}, {}, {}};
+  for (int i = 1; i <= phase.NATOMS; ++i) ruler.ATOM_VCV.push_back(CALC_VCV_XYZ(phase, i, 1));
+  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase))
+    ruler.SHIFTED_METRICS.push_back(XTAL::METRICTENSOR(shift.CELL, shift.ANG));
+  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase, true)) {
+    XTAL::CRYSTAL_CELL cell;
+    XTAL::SET_CELL_RECORD(shift.CELL, shift.ANG, cell, phase.CELL.CARTTYPE);
+    ruler.SHIFTED_FRAMES.push_back(cell.CR_ORTH_CEL);
+  }
+  return ruler;
+}
+
+PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac) {
+  const FOUND_ATOM found = FIND_ATOM(ruler.IMAGES, x_frac, "", MATCH_RADIUS);
+  PLACED_ATOM placed{x_frac, found.ATOM, found.OPERATOR, {}};
+  if (found.ATOM > 0)
+    placed.VCV =
+        VCV_OF_IMAGE(ruler.IMAGES.PHASE, ruler.ATOM_VCV[static_cast<std::size_t>(found.ATOM - 1)],
+                     found.OPERATOR);
+  return placed;
+}
+
+APEX_ATOM APEX_AT(const RULER& ruler, const VECTOR3& x_frac) {
+  APEX_ATOM apex;
+  apex.PLACED = ATOM_AT(ruler, x_frac);
+  XTAL::GET_STABILIZER(x_frac, ruler.IMAGES.PHASE.SPG, apex.ORDER, apex.OPERATORS,
+                       apex.TRANSLATIONS);
+  return apex;
+}
+
 namespace {
-
-FOUND_ATOM ATOM_AT(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac) {
-  return FIND_ATOM(phase, x_frac, "", MATCH_RADIUS);
-}
-
-MATRIX3 COVARIANCE_OF(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& found) {
-  return found.ATOM > 0 ? CALC_VCV_XYZ(phase, found.ATOM, found.OPERATOR) : MATRIX3{};
-}
 
 // Rotation that takes the image under the first operator to that under the second.
 MATRIX3 ROTATION_BETWEEN(const CRYSTAL_STRUCTURE_TYPE& phase, int first, int second) {
@@ -171,17 +200,13 @@ void PUT_BLOCK(MATRIX6& matrix, std::size_t row, std::size_t column, const MATRI
 
 }  // namespace
 
-MATRIX6 CALC_VCV_TWO_ATOMS(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x1_frac,
-                           const VECTOR3& x2_frac) {
+MATRIX6 CALC_VCV_TWO_ATOMS(const RULER& ruler, const PLACED_ATOM& atom1, const PLACED_ATOM& atom2) {
   MATRIX6 joint{};
-  const FOUND_ATOM first = ATOM_AT(phase, x1_frac);
-  const FOUND_ATOM second = ATOM_AT(phase, x2_frac);
-  const MATRIX3 v1 = COVARIANCE_OF(phase, first);
-  PUT_BLOCK(joint, 0, 0, v1);
-  PUT_BLOCK(joint, 3, 3, COVARIANCE_OF(phase, second));
-  if (first.ATOM == 0 || first.ATOM != second.ATOM) return joint;
-  const MATRIX3 r = ROTATION_BETWEEN(phase, first.OPERATOR, second.OPERATOR);
-  const MATRIX3 linked = XTAL::MULTIPLY(v1, XTAL::TRANSPOSE(r));
+  PUT_BLOCK(joint, 0, 0, atom1.VCV);
+  PUT_BLOCK(joint, 3, 3, atom2.VCV);
+  if (atom1.ATOM == 0 || atom1.ATOM != atom2.ATOM) return joint;
+  const MATRIX3 r = ROTATION_BETWEEN(ruler.IMAGES.PHASE, atom1.OPERATOR, atom2.OPERATOR);
+  const MATRIX3 linked = XTAL::MULTIPLY(atom1.VCV, XTAL::TRANSPOSE(r));
   PUT_BLOCK(joint, 0, 3, linked);
   PUT_BLOCK(joint, 3, 0, XTAL::TRANSPOSE(linked));
   return joint;
@@ -191,18 +216,15 @@ MATRIX6 CALC_VCV_TWO_ATOMS(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x
 
 namespace {
 
-// Covariance of the vector from x0 to x1. A vector between images of one atom that symmetry fixes
-// has none.
-MATRIX3 VECTOR_COVARIANCE(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x0_frac,
-                          const VECTOR3& x1_frac) {
-  const FOUND_ATOM found0 = ATOM_AT(phase, x0_frac);
-  const FOUND_ATOM found1 = ATOM_AT(phase, x1_frac);
-  const MATRIX3 v0 = COVARIANCE_OF(phase, found0);
-  if (found0.ATOM == 0 || found0.ATOM != found1.ATOM) {
-    const MATRIX3 v1 = COVARIANCE_OF(phase, found1);
+// Covariance of the vector between two atoms. A vector between images of one atom that symmetry
+// fixes has none.
+MATRIX3 VECTOR_COVARIANCE(const CRYSTAL_STRUCTURE_TYPE& phase, const PLACED_ATOM& atom0,
+                          const PLACED_ATOM& atom1) {
+  const MATRIX3& v0 = atom0.VCV;
+  const MATRIX3& v1 = atom1.VCV;
+  if (atom0.ATOM == 0 || atom0.ATOM != atom1.ATOM)
     return {{XTAL::ADD(v0[0], v1[0]), XTAL::ADD(v0[1], v1[1]), XTAL::ADD(v0[2], v1[2])}};
-  }
-  MATRIX3 r = ROTATION_BETWEEN(phase, found0.OPERATOR, found1.OPERATOR);
+  MATRIX3 r = ROTATION_BETWEEN(phase, atom0.OPERATOR, atom1.OPERATOR);
   for (std::size_t k = 0; k < 3; ++k) r[k][k] -= 1.0f;
   return TRANSFORM(r, v0);
 }
@@ -214,26 +236,24 @@ float POSITIONAL_VARIANCE(const VECTOR3& delta_frac, const MATRIX3& metric, cons
   return SQUARE(ESD_OF(triple) / distance);
 }
 
-float CELL_VARIANCE_OF_DISTANCE(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& delta_frac,
-                                float distance) {
+float CELL_VARIANCE_OF_DISTANCE(const RULER& ruler, const VECTOR3& delta_frac, float distance) {
   float variance = 0.0f;
-  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase)) {
-    const MATRIX3 metric = XTAL::METRICTENSOR(shift.CELL, shift.ANG);
+  for (const MATRIX3& metric : ruler.SHIFTED_METRICS)
     variance += SQUARE(CRYST_DIST(delta_frac, metric) - distance);
-  }
   return variance;
 }
 
 }  // namespace
 
-VALUE_ESD DISTANCE_AND_SIGMA_VCV(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x0_frac,
-                                 const VECTOR3& x1_frac) {
-  const VECTOR3 delta_frac = XTAL::SUBTRACT(x1_frac, x0_frac);
-  const MATRIX3 v = VECTOR_COVARIANCE(phase, x0_frac, x1_frac);
+VALUE_ESD DISTANCE_AND_SIGMA_VCV(const RULER& ruler, const PLACED_ATOM& atom0,
+                                 const PLACED_ATOM& atom1) {
+  const CRYSTAL_STRUCTURE_TYPE& phase = ruler.IMAGES.PHASE;
+  const VECTOR3 delta_frac = XTAL::SUBTRACT(atom1.X, atom0.X);
   const float distance = CRYST_DIST(delta_frac, phase.CELL.GD);
   if (!(distance > 0.0f)) return {};
+  const MATRIX3 v = VECTOR_COVARIANCE(phase, atom0, atom1);
   const float variance = POSITIONAL_VARIANCE(delta_frac, phase.CELL.GD, v, distance) +
-                         CELL_VARIANCE_OF_DISTANCE(phase, delta_frac, distance);
+                         CELL_VARIANCE_OF_DISTANCE(ruler, delta_frac, distance);
   return {distance, ESD_OF(variance)};
 }
 
@@ -252,9 +272,10 @@ float ANGLE_OF(const TRIPLET& x_frac, const MATRIX3& metric) {
 
 // Covariance of the coordinates of all three. The block that links the apex with the second ligand
 // is that of the apex with the first.
-MATRIX9 TRIPLET_COVARIANCE(const CRYSTAL_STRUCTURE_TYPE& phase, const TRIPLET& x_frac) {
-  const MATRIX6 apex_first = CALC_VCV_TWO_ATOMS(phase, x_frac[0], x_frac[1]);
-  const MATRIX6 first_second = CALC_VCV_TWO_ATOMS(phase, x_frac[1], x_frac[2]);
+MATRIX9 TRIPLET_COVARIANCE(const RULER& ruler, const PLACED_ATOM& apex, const PLACED_ATOM& atom1,
+                           const PLACED_ATOM& atom2) {
+  const MATRIX6 apex_first = CALC_VCV_TWO_ATOMS(ruler, apex, atom1);
+  const MATRIX6 first_second = CALC_VCV_TWO_ATOMS(ruler, atom1, atom2);
   MATRIX9 v{};
   for (std::size_t i = 0; i < 6; ++i)
     for (std::size_t j = 0; j < 6; ++j) v[i][j] = apex_first[i][j];
@@ -333,22 +354,17 @@ bool FIXED_BY_OPERATOR(const XTAL::SPACE_GROUP& group, const IMATRIX3& rot, cons
 }
 
 // Whether the symmetry of the apex fixes the angle between two images of one atom.
-bool FIXED_BY_SYMMETRY(const CRYSTAL_STRUCTURE_TYPE& phase, const TRIPLET& x_frac, float& angle) {
+bool FIXED_BY_SYMMETRY(const CRYSTAL_STRUCTURE_TYPE& phase, const APEX_ATOM& apex,
+                       const PLACED_ATOM& atom1, const PLACED_ATOM& atom2, float& angle) {
   constexpr float same_position = 0.001f;  // angstroms
-  const FOUND_ATOM first = ATOM_AT(phase, x_frac[1]);
-  const FOUND_ATOM second = ATOM_AT(phase, x_frac[2]);
-  if (first.ATOM == 0 || first.ATOM != second.ATOM) return false;
-  int order = 0;
-  LIST<int> numbers;
-  LIST<VECTOR3> translations;
-  XTAL::GET_STABILIZER(x_frac[0], phase.SPG, order, numbers, translations);
-  for (int s = 2; s <= order; ++s) {
-    const XTAL::SYM_OP& op = phase.SPG.SYMOP(numbers(s));
+  if (atom1.ATOM == 0 || atom1.ATOM != atom2.ATOM) return false;
+  for (int s = 2; s <= apex.ORDER; ++s) {
+    const XTAL::SYM_OP& op = phase.SPG.SYMOP(apex.OPERATORS(s));
     // The translation brings the image of the apex back to the apex itself.
-    const VECTOR3 image = XTAL::ADD(XTAL::APPLY_OP(op, x_frac[1]), translations(s));
-    const VECTOR3 apart = XTAL::SUBTRACT(image, x_frac[2]);
+    const VECTOR3 image = XTAL::ADD(XTAL::APPLY_OP(op, atom1.X), apex.TRANSLATIONS(s));
+    const VECTOR3 apart = XTAL::SUBTRACT(image, atom2.X);
     if (CRYST_DIST(apart, phase.CELL.GD) > same_position) continue;
-    if (FIXED_BY_OPERATOR(phase.SPG, op.ROT, x_frac, angle)) return true;
+    if (FIXED_BY_OPERATOR(phase.SPG, op.ROT, {apex.PLACED.X, atom1.X, atom2.X}, angle)) return true;
   }
   return false;
 }
@@ -367,33 +383,55 @@ std::array<float, 9> ANGLE_DERIVATIVES(const CRYSTAL_STRUCTURE_TYPE& phase, cons
   return d;
 }
 
-float CELL_VARIANCE_OF_ANGLE(const CRYSTAL_STRUCTURE_TYPE& phase, const TRIPLET& x_frac,
-                             float angle) {
+float CELL_VARIANCE_OF_ANGLE(const RULER& ruler, const TRIPLET& x_frac, float angle) {
   float variance = 0.0f;
-  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase))
-    variance += SQUARE(ANGLE_OF(x_frac, XTAL::METRICTENSOR(shift.CELL, shift.ANG)) - angle);
+  for (const MATRIX3& metric : ruler.SHIFTED_METRICS)
+    variance += SQUARE(ANGLE_OF(x_frac, metric) - angle);
   return variance;
 }
 
 }  // namespace
 
-VALUE_ESD ANGLE_AND_SIGMA_VCV(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x0_frac,
-                              const VECTOR3& x1_frac, const VECTOR3& x2_frac) {
-  const TRIPLET x_frac{x0_frac, x1_frac, x2_frac};
+VALUE_ESD ANGLE_AND_SIGMA_VCV(const RULER& ruler, const APEX_ATOM& apex, const PLACED_ATOM& atom1,
+                              const PLACED_ATOM& atom2) {
+  const CRYSTAL_STRUCTURE_TYPE& phase = ruler.IMAGES.PHASE;
+  const TRIPLET x_frac{apex.PLACED.X, atom1.X, atom2.X};
   VALUE_ESD result;
   result.VALUE = ANGLE_OF(x_frac, phase.CELL.GD);
-  const bool no_length = !(CRYST_DIST(XTAL::SUBTRACT(x1_frac, x0_frac), phase.CELL.GD) > 0.0f) ||
-                         !(CRYST_DIST(XTAL::SUBTRACT(x2_frac, x0_frac), phase.CELL.GD) > 0.0f);
-  if (no_length || FIXED_BY_SYMMETRY(phase, x_frac, result.VALUE)) return result;
+  const bool no_length =
+      !(CRYST_DIST(XTAL::SUBTRACT(x_frac[1], x_frac[0]), phase.CELL.GD) > 0.0f) ||
+      !(CRYST_DIST(XTAL::SUBTRACT(x_frac[2], x_frac[0]), phase.CELL.GD) > 0.0f);
+  if (no_length || FIXED_BY_SYMMETRY(phase, apex, atom1, atom2, result.VALUE)) return result;
 
-  const MATRIX9 v = TRIPLET_COVARIANCE(phase, x_frac);
+  const MATRIX9 v = TRIPLET_COVARIANCE(ruler, apex.PLACED, atom1, atom2);
   const std::array<float, 9> d = ANGLE_DERIVATIVES(phase, x_frac, v, result.VALUE);
   float variance = 0.0f;
   for (std::size_t i = 0; i < 9; ++i)
     for (std::size_t j = 0; j < 9; ++j) variance += d[i] * v[i][j] * d[j];
-  variance += CELL_VARIANCE_OF_ANGLE(phase, x_frac, result.VALUE);
+  variance += CELL_VARIANCE_OF_ANGLE(ruler, x_frac, result.VALUE);
   result.ESD = ESD_OF(variance);
   return result;
+}
+
+// ---- single measurements ----
+
+MATRIX6 CALC_VCV_TWO_ATOMS(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x1_frac,
+                           const VECTOR3& x2_frac) {
+  const RULER ruler = RULER_FOR(phase);
+  return CALC_VCV_TWO_ATOMS(ruler, ATOM_AT(ruler, x1_frac), ATOM_AT(ruler, x2_frac));
+}
+
+VALUE_ESD DISTANCE_AND_SIGMA_VCV(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x0_frac,
+                                 const VECTOR3& x1_frac) {
+  const RULER ruler = RULER_FOR(phase);
+  return DISTANCE_AND_SIGMA_VCV(ruler, ATOM_AT(ruler, x0_frac), ATOM_AT(ruler, x1_frac));
+}
+
+VALUE_ESD ANGLE_AND_SIGMA_VCV(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x0_frac,
+                              const VECTOR3& x1_frac, const VECTOR3& x2_frac) {
+  const RULER ruler = RULER_FOR(phase);
+  return ANGLE_AND_SIGMA_VCV(ruler, APEX_AT(ruler, x0_frac), ATOM_AT(ruler, x1_frac),
+                             ATOM_AT(ruler, x2_frac));
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets and runs each for some seconds: run.sh [SECONDS [TARGET ...]]
+# Prints executions and finds for each; status 1 when there was any find. The corpus grows in the
+# build folder (GEMMARA_FUZZ_BUILD, by default build-fuzz), finds are kept there as well.
+set -eu
+cd "$(dirname "$0")/../.."
+. packaging/require.sh
+require clang++=clang cmake=cmake make=make
+
+seconds=${1:-12}
+[ $# -gt 0 ] && shift
+targets=${*:-cif crystal_output operators numbers dialogue}
+build=$(realpath -m "${GEMMARA_FUZZ_BUILD:-build-fuzz}")
+compiler=${GEMMARA_FUZZ_CXX:-clang++}
+export UBSAN_OPTIONS=print_stacktrace=1
+
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER="$compiler" \
+  -DGEMMARA_FUZZ=ON -DGEMMARA_TESTS=OFF >/dev/null
+cmake --build "$build" $(printf -- '--target fuzz_%s ' $targets) --parallel "$(nproc)" >/dev/null
+
+# The longest input that a target is given, in bytes.
+longest() {
+  case $1 in
+    operators | numbers) echo 1000 ;;
+    dialogue) echo 3000 ;;
+    *) echo 6000 ;;
+  esac
+}
+
+# Folders of inputs to begin with.
+seeds() {
+  echo "$PWD/tests/fuzz/seeds/$1"
+  case $1 in
+    cif) printf '%s\n' "$PWD"/examples/* ;;
+    dialogue) printf '%s\n' "$PWD"/examples/* "$PWD/tests/transcripts" ;;
+  esac
+}
+
+found=0
+for target in $targets; do
+  corpus=$build/corpus/$target
+  finds=$build/finds/$target
+  log=$build/fuzz_$target.log
+  mkdir -p "$corpus" "$finds"
+  status=0
+  "$build/tests/fuzz/fuzz_$target" "$corpus" $(seeds "$target") -dict="$PWD/tests/fuzz/$target.dict" \
+    -max_len="$(longest "$target")" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
+    -print_final_stats=1 -artifact_prefix="$finds/" >"$log" 2>&1 || status=$?
+  executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
+  printf '%-16s %10s executions, %s\n' "$target" "${executions:-0}" \
+    "$([ "$status" -eq 0 ] && echo "no find" || echo "FIND, see $log and $finds")"
+  [ "$status" -eq 0 ] || found=1
+done
+exit "$found"
