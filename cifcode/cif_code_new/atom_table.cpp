@@ -3,6 +3,7 @@
 #include "cifcode/cif_code_new/atom_table.h"
 
 #include <algorithm>  // for max, min
+#include <unordered_map>
 
 #include "console_code/kva_utilities/text.h"
 #include "foundations/XTAL_Scattering_Chemical_Tables.h"
@@ -191,13 +192,12 @@ void READ_TENSORS(const BLOCK& block, LIST<ATOM_TYPE>& atom) {
     ERR_KVACIF_MESS = "More aniso displacement factors than atoms";
     return;
   }
+  // Of atoms with one label the first is meant.
+  std::unordered_map<std::string_view, int> atoms_by_label;
+  for (int i = 1; i <= atom.COUNT(); ++i) atoms_by_label.emplace(atom(i).LAB, i);
   for (int row = 1; row <= loop.N; ++row) {
-    const std::string label = LEFT_ADJUST(loop.CVAL(row, ANISO_NAME));
-    for (ATOM_TYPE& candidate : atom) {
-      if (candidate.LAB != label) continue;
-      SET_TENSOR(loop, row, candidate);
-      break;
-    }
+    const auto found = atoms_by_label.find(LEFT_ADJUST(loop.CVAL(row, ANISO_NAME)));
+    if (found != atoms_by_label.end()) SET_TENSOR(loop, row, atom(found->second));
   }
 }
 

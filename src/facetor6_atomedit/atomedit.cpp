@@ -86,10 +86,10 @@ bool SET_ATOM_USE_NAME(const std::string& name, const std::vector<int>& blocks, 
     WRITE_OUT("|*****No atoms found with this name in the reference block!");
     return false;
   }
-  for (int i : atoms) {
-    const VECTOR3 x_frac = REFERENCE().ATOM(i).X;
-    for (int block : blocks) {
-      const FOUND_ATOM found = FIND_ATOM(PHASE(block), x_frac, "omit");
+  for (int block : blocks) {
+    const ATOM_IMAGES images = IMAGES_OF(PHASE(block));
+    for (int i : atoms) {
+      const FOUND_ATOM found = FIND_ATOM(images, REFERENCE().ATOM(i).X, "omit");
       if (found.ATOM > 0) SET_USE_OF_ATOM(PHASE(block), found.ATOM, use);
     }
   }

@@ -110,12 +110,26 @@ struct LISTED_ATOM {
   FOUND_ATOM FOUND;  // its ATOM is 0 when there is none
 };
 
-std::vector<LISTED_ATOM> EQUIVALENT_ATOMS(int i) {
-  std::vector<LISTED_ATOM> atoms;
-  for (int place : LISTED_PLACES())
-    atoms.push_back({place, FIND_ATOM(PHASE(ISORT(place)), REFERENCE().ATOM(i).X, "OMIT")});
+using LISTED_ATOMS = std::vector<LISTED_ATOM>;
+
+// For each of some atoms of the reference block the atoms of the listed blocks. They are looked for
+// block by block, as all searches of a block share its images.
+std::vector<LISTED_ATOMS> EQUIVALENT_ATOMS(const std::vector<int>& of) {
+  std::vector<LISTED_ATOMS> atoms(of.size());
+  for (int place : LISTED_PLACES()) {
+    const ATOM_IMAGES images = IMAGES_OF(PHASE(ISORT(place)));
+    for (std::size_t k = 0; k < of.size(); ++k)
+      atoms[k].push_back({place, FIND_ATOM(images, REFERENCE().ATOM(of[k]).X, "OMIT")});
+  }
   INIT_ERR_KVASTRUCTURES();  // none found is told in the table
   return atoms;
+}
+
+using TABLE_WRITER = void (*)(int i, std::string_view option, const LISTED_ATOMS& atoms);
+
+void WRITE_TABLES(TABLE_WRITER write, const std::vector<int>& of, std::string_view option) {
+  const std::vector<LISTED_ATOMS> atoms = EQUIVALENT_ATOMS(of);
+  for (std::size_t k = 0; k < of.size(); ++k) write(of[k], option, atoms[k]);
 }
 
 // Line start, operator, label and scattering factor of the atom of a row.
@@ -181,7 +195,7 @@ std::string XYZ_ROW(int place, bool esd, const CRYSTAL_STRUCTURE_TYPE& phase,
 }
 
 // Most duplicates on the site in any listed block.
-int MOST_DUPLICATES(const std::vector<LISTED_ATOM>& atoms) {
+int MOST_DUPLICATES(const LISTED_ATOMS& atoms) {
   int most = 0;
   for (const LISTED_ATOM& atom : atoms) {
     const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(atom.PLACE));
@@ -191,16 +205,13 @@ int MOST_DUPLICATES(const std::vector<LISTED_ATOM>& atoms) {
   return most;
 }
 
-}  // namespace
-
-void FACETOR_LIST_XYZ(int i, std::string_view option) {
+void WRITE_XYZ(int i, std::string_view option, const LISTED_ATOMS& atoms) {
   const bool esd = WANTS_ESDS(option);
   WRITE_OUT("|| ATOMS EQUIVALENT TO ATOM " + REFERENCE().ATOM(i).LAB + " IN REFERENCE BLOCK (" +
             REFERENCE().BLOCK_TITLE + ")");
   std::string head =
       FACETOR_HEADSTART() + (esd ? " SITE      ATOM      X            Y            Z            OCC"
                                  : " SITE      ATOM     X         Y         Z       OCC");
-  const std::vector<LISTED_ATOM> atoms = EQUIVALENT_ATOMS(i);
   const int duplicates = MOST_DUPLICATES(atoms);
   for (int slot = 1; slot <= duplicates; ++slot)
     PUT_AT(head, DUPLICATE_COLUMN(slot, esd), "ATOM OCC");
@@ -211,8 +222,14 @@ void FACETOR_LIST_XYZ(int i, std::string_view option) {
                   : FACETOR_LINESTART(place, esd) + "         *****No equivalent atom found");
 }
 
+}  // namespace
+
+void FACETOR_LIST_XYZ(int i, std::string_view option) {
+  WRITE_TABLES(WRITE_XYZ, {i}, option);
+}
+
 void FACETOR_LIST_ALL_XYZ(std::string_view option) {
-  FOR_EACH_USED_ATOM(FACETOR_LIST_XYZ, option);
+  WRITE_TABLES(WRITE_XYZ, USED_ATOMS(), option);
 }
 
 // ---- displacement parameters ----
@@ -278,9 +295,7 @@ std::string ADP_ROW(int place, bool esd, bool beta, const CRYSTAL_STRUCTURE_TYPE
   return line;
 }
 
-}  // namespace
-
-void FACETOR_LIST_ADPS(int i, std::string_view option) {
+void WRITE_ADPS(int i, std::string_view option, const LISTED_ATOMS& atoms) {
   const bool esd = WANTS_ESDS(option);
   const bool beta = INDEXALL(option, "BETA") > 0;
   std::string title = "|| ADPs TRANSFORMED TO POSITION EQUIVALENT TO ATOM IN REFERENCE BLOCK (" +
@@ -288,14 +303,20 @@ void FACETOR_LIST_ADPS(int i, std::string_view option) {
   for (float x : REFERENCE().ATOM(i).X) title += REAL_COLUMNS(x, 7, 3);
   WRITE_OUT(title);
   WRITE_OUT(FACETOR_HEADSTART() + std::string(ADP_HEAD(esd, beta)));
-  for (const auto& [place, found] : EQUIVALENT_ATOMS(i))
+  for (const auto& [place, found] : atoms)
     WRITE_OUT(found.ATOM > 0
                   ? ADP_ROW(place, esd, beta, PHASE(ISORT(place)), found)
                   : FACETOR_LINESTART(place, esd) + "        *****No equivalent atom found");
 }
 
+}  // namespace
+
+void FACETOR_LIST_ADPS(int i, std::string_view option) {
+  WRITE_TABLES(WRITE_ADPS, {i}, option);
+}
+
 void FACETOR_LIST_ALL_ADPS(std::string_view option) {
-  FOR_EACH_USED_ATOM(FACETOR_LIST_ADPS, option);
+  WRITE_TABLES(WRITE_ADPS, USED_ATOMS(), option);
 }
 
 }  // namespace FACETOR_LIST

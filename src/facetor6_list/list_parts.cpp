@@ -44,9 +44,15 @@ bool WANTS_ESDS(std::string_view option) {
   return INDEXALL(option, "esd") > 0;
 }
 
-void FOR_EACH_USED_ATOM(void (*report)(int, std::string_view), std::string_view option) {
+std::vector<int> USED_ATOMS() {
+  std::vector<int> atoms;
   for (int i = 1; i <= REFERENCE().NATOMS; ++i)
-    if (REFERENCE().ATOM_USE(i) == ATOM_USED) report(i, option);
+    if (REFERENCE().ATOM_USE(i) == ATOM_USED) atoms.push_back(i);
+  return atoms;
+}
+
+void FOR_EACH_USED_ATOM(void (*report)(int, std::string_view), std::string_view option) {
+  for (int i : USED_ATOMS()) report(i, option);
 }
 
 std::string FIRST_CHARACTERS(std::string_view text, int n) {

@@ -47,7 +47,8 @@ void PUT_NO_VALUE(std::string& line, int m, bool esd);
 std::string LIGAND_LABEL(int i, int m);
 std::string LIGAND_CODE(int i, int m);
 
-// Calls a routine for each atom of the reference block that is in use.
+// Numbers of the atoms of the reference block that are in use; calls a routine for each.
+std::vector<int> USED_ATOMS();
 void FOR_EACH_USED_ATOM(void (*report)(int, std::string_view), std::string_view option);
 
 }  // namespace FACETOR_LIST

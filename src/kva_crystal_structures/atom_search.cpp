@@ -288,11 +288,6 @@ FOUND_ATOM FIND_ATOM(const ATOM_IMAGES& images, const VECTOR3& x_frac, std::stri
   return found;
 }
 
-FOUND_ATOM FIND_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac,
-                     std::string_view options, float dmax) {
-  return FIND_ATOM(IMAGES_OF(phase), x_frac, options, dmax);
-}
-
 std::vector<int> FIND_ALLATOMS_BY_NAME(const CRYSTAL_STRUCTURE_TYPE& phase, std::string_view name,
                                        std::string_view options) {
   const bool duplicates_too = INDEXALL(options, "dup") > 0;

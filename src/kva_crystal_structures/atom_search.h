@@ -63,8 +63,6 @@ struct FOUND_ATOM {
 // the error "No atom found near to xyz = ...".
 FOUND_ATOM FIND_ATOM(const ATOM_IMAGES& images, const VECTOR3& x_frac,
                      std::string_view options = "", float dmax = DEFAULT_RADIUS);
-FOUND_ATOM FIND_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac,
-                     std::string_view options = "", float dmax = DEFAULT_RADIUS);
 
 // Numbers of the atoms whose label begins with name, ignoring case. Options: "dup" takes duplicates
 // too, "omit" omitted atoms.

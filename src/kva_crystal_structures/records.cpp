@@ -1,7 +1,7 @@
 // Upkeep of the phase record: initial values, room for atoms, copies, cleaning.
 #include "src/kva_crystal_structures/records.h"
 
-#include <algorithm>  // for max, minmax, sort
+#include <algorithm>  // for lower_bound, max, sort
 #include <cmath>      // for isfinite
 #include <exception>
 #include <numeric>  // for accumulate
@@ -121,35 +121,42 @@ void NOTE_DUPLICATE(CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
   }
 }
 
-// Pairs of atoms on one site, lower number first, in order. Only atoms that follow each other along
-// x can share a site.
-std::vector<std::pair<int, int>> PAIRS_ON_ONE_SITE(const CRYSTAL_STRUCTURE_TYPE& phase) {
-  constexpr float margin = 1e-4f;  // more than the rounding of a coordinate difference
-  const float reach = SAME_SITE * phase.CELL.RCELL[0] * (1.0f + margin) + margin;
-  std::vector<std::pair<float, int>> along_x;
+// Atoms by their place along x, without those that have none.
+using ATOMS_ALONG_X = std::vector<std::pair<float, int>>;
+
+ATOMS_ALONG_X SORTED_ALONG_X(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  ATOMS_ALONG_X along_x;
   for (int i = 1; i <= phase.NATOMS; ++i)
     if (std::isfinite(phase.ATOM(i).X[0])) along_x.emplace_back(phase.ATOM(i).X[0], i);
   std::sort(along_x.begin(), along_x.end());
-  std::vector<std::pair<int, int>> pairs;
-  for (std::size_t a = 0; a < along_x.size(); ++a)
-    for (std::size_t b = a + 1; b < along_x.size(); ++b) {
-      if (along_x[b].first - along_x[a].first > reach) break;
-      const auto [i, j] = std::minmax(along_x[a].second, along_x[b].second);
-      if (XTAL::DISTANCE_FRAC(phase.ATOM(i).X, phase.ATOM(j).X, phase.CELL) < SAME_SITE)
-        pairs.emplace_back(i, j);
-    }
-  std::sort(pairs.begin(), pairs.end());
-  return pairs;
+  return along_x;
 }
 
+// Atoms behind atom i on its site, in order.
+std::vector<int> ON_SITE_OF(const CRYSTAL_STRUCTURE_TYPE& phase, const ATOMS_ALONG_X& along_x,
+                            float reach, int i) {
+  const VECTOR3& x = phase.ATOM(i).X;
+  std::vector<int> behind;
+  auto near = std::lower_bound(along_x.begin(), along_x.end(), std::pair(x[0] - reach, 0));
+  for (; near != along_x.end() && near->first <= x[0] + reach; ++near) {
+    const int j = near->second;
+    if (j > i && XTAL::DISTANCE_FRAC(x, phase.ATOM(j).X, phase.CELL) < SAME_SITE)
+      behind.push_back(j);
+  }
+  std::sort(behind.begin(), behind.end());
+  return behind;
+}
+
+// Only atoms that follow each other along x can share a site, so that not every pair is measured.
 void MARK_DUPLICATES(CRYSTAL_STRUCTURE_TYPE& phase) {
-  for (const auto& [i, j] : PAIRS_ON_ONE_SITE(phase))
-    if (phase.ATOM_USE(i) > ATOM_OMITTED) NOTE_DUPLICATE(phase, i, j);
+  constexpr float margin = 1e-4f;  // more than the rounding of a coordinate difference
+  const float reach = SAME_SITE * phase.CELL.RCELL[0] * (1.0f + margin) + margin;
+  const ATOMS_ALONG_X along_x = SORTED_ALONG_X(phase);
+  for (int i = 1; i < phase.NATOMS; ++i) {
+    if (phase.ATOM_USE(i) <= ATOM_OMITTED) continue;
+    for (int j : ON_SITE_OF(phase, along_x, reach, i)) NOTE_DUPLICATE(phase, i, j);
+  }
 }
-
-}  // namespace
-
-namespace {
 
 CRYSTAL_STRUCTURE_TYPE EMPTY_RECORD() {
   constexpr int metadata_pairs = 10;

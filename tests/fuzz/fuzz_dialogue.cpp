@@ -29,7 +29,7 @@ void PUT_DATA() {
   static const std::string required = FUZZ::PROJECT_FILE("tests/transcripts/data/required.cif");
   static const std::string quartz = FUZZ::PROJECT_FILE("tests/fuzz/seeds/cif/quartz_modes.cif");
   static const std::string output =
-      FUZZ::PROJECT_FILE("tests/fuzz/seeds/crystal_output/periclase.out");
+      FUZZ::PROJECT_FILE("tests/fuzz/seeds/crystal_output/primitive.out");
   FUZZ::PUT_FILE("a.cif", mixed);
   FUZZ::PUT_FILE("r.cif", required);
   FUZZ::PUT_FILE("q.cif", quartz);

@@ -128,7 +128,7 @@ class CONSOLE_OUTPUT : public std::streambuf {
 
  private:
   void COUNT(std::streamsize n) {
-    constexpr std::streamsize most = 500000;
+    constexpr std::streamsize most = 150000;
     said += n;
     if (said > most) throw END_OF_DIALOGUE{};
   }

@@ -6,83 +6,13 @@
 #include <chrono>
 #include <random>
 
+#include "plain_loops_judge.h"
 #include "structures.h"
 
 using namespace STRUCTURES;
+using PLAIN_LOOPS::EXPECT_SAME;
 
 namespace {
-
-// ---- the judge: the rule as plain loops ----
-
-struct NEIGHBOURS {
-  int COUNT = 0;
-  bool FULL = false;
-  std::vector<std::array<float, 6>> ROWS;  // distance, vector, atom, operator
-};
-
-NEIGHBOURS PLAIN_LOOPS(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x, float dmin,
-                       float dmax, bool omitted, bool findops) {
-  NEIGHBOURS found;
-  const int ops = phase.SPG.CENTRED == 1 ? phase.SPG.NUMOPS : 2 * phase.SPG.NUMOPS;
-  const VECTOR3 origin = findops ? x : XTAL::MODULO_LAT(x);
-  for (int atom = 1; atom <= phase.NATOMS; ++atom) {
-    if (phase.ATOM_USE(atom) < (omitted ? 0 : 1)) continue;
-    for (int op = 1; op <= ops; ++op) {
-      const VECTOR3 image =
-          XTAL::MODULO_LAT(XTAL::APPLY_OP(phase.SPG.SYMOP(op), phase.ATOM(atom).X));
-      for (int t1 = -1; t1 <= 1; ++t1)
-        for (int t2 = -1; t2 <= 1; ++t2)
-          for (int t3 = -1; t3 <= 1; ++t3)
-            for (int c = 1; c <= phase.SPG.NUMLAT; ++c) {
-              const VECTOR3 t{static_cast<float>(t1), static_cast<float>(t2),
-                              static_cast<float>(t3)};
-              const VECTOR3 candidate = XTAL::ADD(XTAL::ADD(image, t), phase.SPG.LATT_TRANS(c));
-              const VECTOR3 delta = XTAL::SUBTRACT(candidate, origin);
-              const float d = XTAL::LENGTH(XTAL::MULTIPLY(phase.CELL.CR_ORTH_CEL, delta));
-              if (d > dmax || d < dmin) continue;
-              bool listed = false;
-              for (const auto& row : found.ROWS) {
-                const VECTOR3 apart = XTAL::MULTIPLY(
-                    phase.CELL.CR_ORTH_CEL, XTAL::SUBTRACT(delta, {row[1], row[2], row[3]}));
-                listed = listed || XTAL::DOT(apart, apart) < 0.01f;
-              }
-              if (listed && !findops) continue;
-              if (found.COUNT == 20) {
-                found.FULL = true;
-                return found;
-              }
-              ++found.COUNT;
-              found.ROWS.push_back({d, delta[0], delta[1], delta[2], static_cast<float>(atom),
-                                    static_cast<float>(op)});
-            }
-    }
-  }
-  return found;
-}
-
-void EXPECT_SAME(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x, float dmin, float dmax,
-                 const std::string& options) {
-  const NEIGHBOURS judge =
-      PLAIN_LOOPS(phase, x, dmin, dmax, options.find("OMIT") != std::string::npos,
-                  options.find("FINDOPS") != std::string::npos);
-  INIT_ERR_KVASTRUCTURES();
-  int count = -1;
-  NEIGHBOUR_TABLE table;
-  DISTANCE_ARRAY(phase, x, dmin, dmax, count, table, options);
-  ASSERT_EQ(count, judge.COUNT) << phase.SPG.SPG_SYMB;
-  EXPECT_EQ(WARN_KVASTRUCTURES, judge.FULL);
-  ASSERT_EQ(table.COUNT(), 20);
-  for (int r = 1; r <= count; ++r) {
-    const auto& row = judge.ROWS[static_cast<std::size_t>(r - 1)];
-    EXPECT_EQ(table(r, 1), 0.0f);
-    EXPECT_EQ(table(r, NEIGHBOUR_DISTANCE), row[0]);
-    EXPECT_EQ(table(r, 3), 0.0f);
-    for (int k = 0; k < 3; ++k)
-      EXPECT_EQ(table(r, NEIGHBOUR_VECTOR_X + k), row[static_cast<std::size_t>(k + 1)]);
-    EXPECT_EQ(table(r, NEIGHBOUR_ATOM), row[4]);
-    EXPECT_EQ(table(r, NEIGHBOUR_OPERATOR), row[5]);
-  }
-}
 
 CRYSTAL_STRUCTURE_TYPE QUARTZ_LIKE() {
   return MADE({4.9f, 4.9f, 5.4f}, {90, 90, 120}, "P 32 2 1",
@@ -180,7 +110,7 @@ TEST(DISTANCE_ARRAY, IS_QUICK_ENOUGH_FOR_2000_ATOMS) {
   phase.NATOMS = 2000;
   for (ATOM_TYPE& atom : phase.ATOM) atom.X = {unit(random), unit(random), unit(random)};
   const auto start = std::chrono::steady_clock::now();
-  for (int i = 1; i <= 200; ++i) FIND_ATOM(phase, phase.ATOM(i).X);
+  for (int i = 1; i <= 200; ++i) FIND_ATOM(IMAGES_OF(phase), phase.ATOM(i).X);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
@@ -188,7 +118,7 @@ TEST(DISTANCE_ARRAY, IS_QUICK_ENOUGH_FOR_2000_ATOMS) {
 
 TEST(FIND_ATOM, AT_AN_ATOM) {
   const auto phase = QUARTZ_LIKE();
-  const FOUND_ATOM found = FIND_ATOM(phase, phase.ATOM(2).X);
+  const FOUND_ATOM found = FIND_ATOM(IMAGES_OF(phase), phase.ATOM(2).X);
   EXPECT_EQ(found.ATOM, 2);
   EXPECT_EQ(found.OPERATOR, 1);
   EXPECT_EQ(found.X, phase.ATOM(2).X);
@@ -196,52 +126,52 @@ TEST(FIND_ATOM, AT_AN_ATOM) {
 
 TEST(FIND_ATOM, THE_POSITION_STAYS_IN_THE_CELL_OF_THE_POINT) {
   const auto phase = MADE({5, 5, 5}, {90, 90, 90}, "P 1", {{"Si1", {0, 0, 0}}});
-  const FOUND_ATOM found = FIND_ATOM(phase, {1.02f, 0, 0});
+  const FOUND_ATOM found = FIND_ATOM(IMAGES_OF(phase), {1.02f, 0, 0});
   EXPECT_EQ(found.ATOM, 1);
   EXPECT_NEAR(found.X[0], 1.0f, 1e-6f);
-  const FOUND_ATOM negative = FIND_ATOM(phase, {-2.98f, 0, 0});
+  const FOUND_ATOM negative = FIND_ATOM(IMAGES_OF(phase), {-2.98f, 0, 0});
   EXPECT_NEAR(negative.X[0], -3.0f, 1e-6f);
 }
 
 TEST(FIND_ATOM, OF_EQUAL_DISTANCES_THE_LOWEST_NUMBER) {
   const auto phase =
       MADE({5, 5, 5}, {90, 90, 90}, "P 1", {{"O1", {0.625f, 0, 0}}, {"O2", {0.375f, 0, 0}}});
-  EXPECT_EQ(FIND_ATOM(phase, {0.5f, 0, 0}).ATOM, 1);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.5f, 0, 0}).ATOM, 1);
 }
 
 TEST(FIND_ATOM, NOTHING_NEAR_IS_TOLD_WITH_THE_BLOCK) {
   const auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Si1", {0, 0, 0}}});
-  const FOUND_ATOM found = FIND_ATOM(phase, {0.5f, 0.25f, -0.125f});
+  const FOUND_ATOM found = FIND_ATOM(IMAGES_OF(phase), {0.5f, 0.25f, -0.125f});
   EXPECT_EQ(found.ATOM, 0);
   EXPECT_EQ(found.X, (VECTOR3{0, 0, 0}));
   EXPECT_TRUE(ERR_KVASTRUCTURES);
   EXPECT_EQ(ERR_KVASTRUCTURES_MESS,
             "No atom found near to xyz =   0.50000   0.25000  -0.12500 in block test block");
-  EXPECT_EQ(FIND_ATOM(phase, {0.2f, 0, 0}, "", 2.0f).ATOM, 1) << "1.8 angstroms away";
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.2f, 0, 0}, "", 2.0f).ATOM, 1) << "1.8 angstroms away";
 }
 
 TEST(FIND_ATOM, DUPLICATES_ARE_NEVER_FOUND_AND_OMITTED_ONES_WHEN_ASKED_FOR) {
   auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Mg1", {0, 0, 0}}, {"Fe1", {0, 0, 0}}});
-  EXPECT_EQ(FIND_ATOM(phase, {0, 0, 0}).ATOM, 1);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0, 0, 0}).ATOM, 1);
   phase.ATOM_USE(1) = ATOM_OMITTED;
-  EXPECT_EQ(FIND_ATOM(phase, {0, 0, 0}).ATOM, 0);
-  EXPECT_EQ(FIND_ATOM(phase, {0, 0, 0}, "omit").ATOM, 1);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0, 0, 0}).ATOM, 0);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0, 0, 0}, "omit").ATOM, 1);
 }
 
 TEST(FIND_ATOM, A_DUPLICATE_IS_NOT_FOUND_EVEN_WHERE_NOTHING_ELSE_IS) {
   auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Mg1", {0, 0, 0}}, {"Fe1", {0.5f, 0, 0}}});
   phase.ATOM_USE(2) = -1;
-  EXPECT_EQ(FIND_ATOM(phase, {0.5f, 0, 0}).ATOM, 0);
-  EXPECT_EQ(FIND_ATOM(phase, {0.5f, 0, 0}, "OMIT").ATOM, 0);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.5f, 0, 0}).ATOM, 0);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.5f, 0, 0}, "OMIT").ATOM, 0);
   phase.ATOM_USE(2) = ATOM_OMITTED;
-  EXPECT_EQ(FIND_ATOM(phase, {0.5f, 0, 0}, "OMIT").ATOM, 2);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.5f, 0, 0}, "OMIT").ATOM, 2);
 }
 
 TEST(FIND_ATOM, CLEARS_WHAT_AN_EARLIER_SEARCH_LEFT) {
   const auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Si1", {0, 0, 0}}});
   SET_ERR_KVASTRUCTURES("left over");
   SET_WARN_KVASTRUCTURES("left over");
-  EXPECT_EQ(FIND_ATOM(phase, {0, 0, 0}).ATOM, 1);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0, 0, 0}).ATOM, 1);
   EXPECT_FALSE(ERR_KVASTRUCTURES);
   EXPECT_EQ(ERR_KVASTRUCTURES_MESS, "");
   EXPECT_FALSE(WARN_KVASTRUCTURES);
