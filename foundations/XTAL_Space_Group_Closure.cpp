@@ -276,6 +276,7 @@ bool FIND_TRANSLATION(const VECTOR3& difference, VECTOR3& translation) {
     const float cells = -std::round(difference[k]);
     translation[k] = cells == 0.0f ? 0.0f : cells;
     sum += std::abs(difference[k] + cells);
+    if (sum > largest_sum) return false;
   }
   return sum <= largest_sum;
 }

@@ -80,10 +80,14 @@ void ADD_FRONT_BLANKS(std::string& text, int n) {
 
 namespace {
 
+// Mostly the cases are the same as well.
+bool SAME_LETTER(char a, char b) {
+  return a == b || UPPER(a) == UPPER(b);
+}
+
 // True when text, which is at least as long, begins with start.
 bool STARTS_SAME(std::string_view text, std::string_view start) {
-  return std::equal(start.begin(), start.end(), text.begin(),
-                    [](char a, char b) { return UPPER(a) == UPPER(b); });
+  return std::equal(start.begin(), start.end(), text.begin(), SAME_LETTER);
 }
 
 }  // namespace

@@ -25,8 +25,9 @@ bool CALC_FACETOR_ALL_POLY(WORK& work) {
   for (int block = 1; block <= NPHASES; ++block) {
     if (!GO_ON(work, block)) return false;
     if (IUSE(block) == 0) continue;
-    CALC_ANGLES_ALLATOMS(PHASE(block));
-    CALC_POLY_ALLATOMS(PHASE(block));
+    const RULER ruler = RULER_FOR(PHASE(block));
+    CALC_ANGLES_ALLATOMS(ruler, PHASE(block));
+    CALC_POLY_ALLATOMS(ruler, PHASE(block));
   }
   return GO_ON(work, NPHASES);
 }

@@ -184,13 +184,13 @@ namespace {
 
 // The operator on a line of such a loop, without the columns before and behind it; blank when the
 // line holds none.
-std::string BARE_OPERATOR(const std::string& text) {
+std::string_view BARE_OPERATOR(std::string_view text) {
   const std::size_t number = std::min(text.find_first_not_of("0123456789"), text.size());
-  const std::size_t start = text[number] == ' ' ? number + 1 : 0;
+  const std::size_t start = number < text.size() && text[number] == ' ' ? number + 1 : 0;
   const std::size_t first = text.find(',', start);
-  if (first == std::string::npos) return "";
+  if (first == std::string_view::npos) return {};
   const std::size_t second = text.find(',', first + 1);
-  if (second == std::string::npos) return "";
+  if (second == std::string_view::npos) return {};
   const std::size_t field = text.find_first_not_of(' ', second + 1);
   return text.substr(start, text.find(' ', field) - start);
 }
@@ -204,11 +204,11 @@ void READ_BARE_OPERATORS(const FILE_LINES& flines, int start, int end,
   const int name_line = FIND_OPERATORS(flines, start, end, behind);
   if (name_line == 0) return;
   for (int line = name_line + 1; line <= std::min(end, flines.COUNT()); ++line) {
-    const std::string text = LEFT_ADJUST(flines(line));
+    const std::string_view text = LEFT_ADJUST_VIEW(flines(line));
     if (text.starts_with('#') || (symm.empty() && text.starts_with('_'))) continue;
-    const std::string op = BARE_OPERATOR(text);
+    const std::string_view op = BARE_OPERATOR(text);
     if (op.empty()) return;
-    symm.push_back(op);
+    symm.emplace_back(op);
   }
 }
 

@@ -30,12 +30,15 @@ bool IS_FINITE(const VECTOR3& v) {
   return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
 }
 
-// Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty. Images
-// that are no numbers have no place, so that all then go into one box.
+// Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty. A few
+// images are looked through sooner than boxes. Images that are no numbers have no place, so that
+// all then go into one box.
 std::array<int, 3> BOXES_FOR(const XTAL::CRYSTAL_CELL& cell,
                              const std::vector<ATOM_IMAGE>& images) {
   constexpr float box_width = 1.5f;
+  constexpr std::size_t few = 100;
   std::array<int, 3> boxes{1, 1, 1};
+  if (images.size() < few) return boxes;
   const bool finite = std::all_of(images.begin(), images.end(),
                                   [](const ATOM_IMAGE& image) { return IS_FINITE(image.X); });
   if (!finite) return boxes;
@@ -105,6 +108,7 @@ struct SEARCH {
   int LOWEST_USE = ATOM_USED;   // ATOM_OMITTED with "OMIT"
   bool EVERY_OPERATOR = false;  // "FINDOPS"
   VECTOR3 REACH{};              // fraction of each cell edge beyond which nothing is in range
+  VECTOR3 LONGEST_CENTRING{};   // largest component of a centring vector along each edge
 };
 
 // Distance of the lattice planes across each axis tells how far along it dmax reaches; the margin
@@ -114,6 +118,13 @@ VECTOR3 REACH_OF(const XTAL::CRYSTAL_CELL& cell, float dmax) {
   VECTOR3 reach{};
   for (std::size_t k = 0; k < 3; ++k) reach[k] = dmax * cell.RCELL[k] * (1.0f + margin) + margin;
   return reach;
+}
+
+VECTOR3 LONGEST_CENTRING_OF(const XTAL::SPACE_GROUP& group) {
+  VECTOR3 longest{};
+  for (const VECTOR3& centring : group.LATT_TRANS)
+    for (std::size_t k = 0; k < 3; ++k) longest[k] = std::max(longest[k], centring[k]);
+  return longest;
 }
 
 bool ALREADY_LISTED(const SEARCH& search, const VECTOR3& delta_frac, int count,
@@ -158,10 +169,10 @@ struct OFFSETS {
 };
 
 OFFSETS OFFSETS_IN_REACH(const SEARCH& search, const VECTOR3& reduced, std::size_t k) {
-  // A centring vector adds 0 up to 1.
   const float delta = reduced[k] - search.ORIGIN[k];
+  const float longest = delta + search.LONGEST_CENTRING[k];
   OFFSETS offsets;
-  while (offsets.FIRST <= 1 && delta + static_cast<float>(offsets.FIRST) + 1.0f < -search.REACH[k])
+  while (offsets.FIRST <= 1 && longest + static_cast<float>(offsets.FIRST) < -search.REACH[k])
     ++offsets.FIRST;
   while (offsets.LAST >= -1 && delta + static_cast<float>(offsets.LAST) > search.REACH[k])
     --offsets.LAST;
@@ -206,24 +217,34 @@ BOX_RANGE BOXES_IN_REACH(float x, float reach, int boxes) {
   return {first < 0 ? first + boxes : first, std::min(last - first + 1, boxes)};
 }
 
+int WRAPPED(int box, int boxes) {
+  return box < boxes ? box : box - boxes;
+}
+
+// Appends what the boxes hold that lie within reach of x.
+void ADD_FROM_BOXES(const ATOM_IMAGES& images, const VECTOR3& x, const VECTOR3& reach,
+                    std::vector<int>& near) {
+  const std::array<int, 3>& n = images.BOXES;
+  std::array<BOX_RANGE, 3> r;
+  for (std::size_t k = 0; k < 3; ++k) r[k] = BOXES_IN_REACH(x[k], reach[k], n[k]);
+  for (int i = 0; i < r[0].COUNT; ++i)
+    for (int j = 0; j < r[1].COUNT; ++j)
+      for (int k = 0; k < r[2].COUNT; ++k) {
+        const int box = BOX_NUMBER(images, WRAPPED(r[0].FIRST + i, n[0]),
+                                   WRAPPED(r[1].FIRST + j, n[1]), WRAPPED(r[2].FIRST + k, n[2]));
+        const auto start = images.BOX_START.begin() + box;
+        for (int at = start[0]; at < start[1]; ++at)
+          near.push_back(images.BOXED[static_cast<std::size_t>(at)]);
+      }
+}
+
 // Positions of the images that can come into reach, in the order of discovery.
 std::vector<int> IMAGES_IN_REACH(const SEARCH& search, const ATOM_IMAGES& images) {
+  if (images.BOXES == std::array<int, 3>{1, 1, 1}) return images.BOXED;
   std::vector<int> near;
-  for (const VECTOR3& centring : search.PHASE.SPG.LATT_TRANS) {
-    const VECTOR3 x = XTAL::MODULO_LAT(XTAL::SUBTRACT(search.ORIGIN, centring));
-    std::array<BOX_RANGE, 3> r;
-    for (std::size_t k = 0; k < 3; ++k)
-      r[k] = BOXES_IN_REACH(x[k], search.REACH[k], images.BOXES[k]);
-    for (int i = 0; i < r[0].COUNT; ++i)
-      for (int j = 0; j < r[1].COUNT; ++j)
-        for (int k = 0; k < r[2].COUNT; ++k) {
-          const int box =
-              BOX_NUMBER(images, (r[0].FIRST + i) % images.BOXES[0],
-                         (r[1].FIRST + j) % images.BOXES[1], (r[2].FIRST + k) % images.BOXES[2]);
-          const auto start = images.BOX_START.begin() + box;
-          near.insert(near.end(), images.BOXED.begin() + start[0], images.BOXED.begin() + start[1]);
-        }
-  }
+  for (const VECTOR3& centring : search.PHASE.SPG.LATT_TRANS)
+    ADD_FROM_BOXES(images, XTAL::MODULO_LAT(XTAL::SUBTRACT(search.ORIGIN, centring)), search.REACH,
+                   near);
   // Every centring vector can bring the same image into reach.
   std::sort(near.begin(), near.end());
   near.erase(std::unique(near.begin(), near.end()), near.end());
@@ -241,6 +262,7 @@ void DISTANCE_ARRAY(const ATOM_IMAGES& images, const VECTOR3& x_frac, float dmin
   if (INDEXALL(options, "OMIT") > 0) search.LOWEST_USE = ATOM_OMITTED;
   search.EVERY_OPERATOR = INDEXALL(options, "FINDOPS") > 0;
   search.REACH = REACH_OF(images.PHASE.CELL, dmax);
+  search.LONGEST_CENTRING = LONGEST_CENTRING_OF(images.PHASE.SPG);
   if (!search.EVERY_OPERATOR) search.ORIGIN = XTAL::MODULO_LAT(x_frac);
   for (int i : IMAGES_IN_REACH(search, images))
     if (!CONSIDER_COPIES(search, images.IMAGES[static_cast<std::size_t>(i)], count, table)) return;

@@ -7,7 +7,6 @@
 #include "console_code/kva_utilities/numbers.h"
 
 #include "src/kva_crystal_structures/sphere_fit.h"
-#include "src/kva_crystal_structures/uncertainty.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -67,6 +66,7 @@ float POLYHEDRON_VOLUME(std::span<const VECTOR3> vertices_cart, const VECTOR3& c
   if (ERR_GEOMETRY) return 0.0f;
 
   std::vector<VECTOR3> v;
+  v.reserve(vertices_cart.size());
   for (const VECTOR3& vertex : vertices_cart) v.push_back(XTAL::SUBTRACT(vertex, centre_cart));
   float volume = 0.0f;
   FACE face;
@@ -81,6 +81,7 @@ float POLYHEDRON_VOLUME(std::span<const VECTOR3> vertices_cart, const VECTOR3& c
 float POLYHEDRON_VOLUME_XYZ(const MATRIX3& orthogonalisation,
                             std::span<const VECTOR3> vertices_frac, const VECTOR3& centre_frac) {
   std::vector<VECTOR3> vertices_cart;
+  vertices_cart.reserve(vertices_frac.size());
   for (const VECTOR3& vertex : vertices_frac)
     vertices_cart.push_back(XTAL::MULTIPLY(orthogonalisation, vertex));
   return POLYHEDRON_VOLUME(vertices_cart, XTAL::MULTIPLY(orthogonalisation, centre_frac));
@@ -141,12 +142,15 @@ void CALC_ANGLES_OF_CENTRE(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase, in
 
 }  // namespace
 
-void CALC_ANGLES_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
-  const RULER ruler = RULER_FOR(phase);
+void CALC_ANGLES_ALLATOMS(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase) {
   for (int i = 1; i <= CAPACITY(phase); ++i) {
     phase.NANGLES(i) = 0;
     if (phase.NBONDS(i) > 0) CALC_ANGLES_OF_CENTRE(ruler, phase, i);
   }
+}
+
+void CALC_ANGLES_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
+  CALC_ANGLES_ALLATOMS(RULER_FOR(phase), phase);
 }
 
 // ---- volume with its esd ----
@@ -342,11 +346,14 @@ void CALC_POLY_OF_CENTRE(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase, int 
 
 }  // namespace
 
-void CALC_POLY_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
-  const RULER ruler = RULER_FOR(phase);
+void CALC_POLY_ALLATOMS(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase) {
   phase.POLYHEDRON.ASSIGN(CAPACITY(phase));
   for (int i = 1; i <= CAPACITY(phase); ++i)
     if (phase.NBONDS(i) > 0) CALC_POLY_OF_CENTRE(ruler, phase, i);
+}
+
+void CALC_POLY_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
+  CALC_POLY_ALLATOMS(RULER_FOR(phase), phase);
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

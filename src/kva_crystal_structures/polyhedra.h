@@ -4,16 +4,19 @@
 #include <span>
 
 #include "src/kva_crystal_structures/records.h"
+#include "src/kva_crystal_structures/uncertainty.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
 // Numbers of the reference's bond rows that hold a bond in this block, in order.
 std::vector<int> BONDS_PRESENT(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
 
-// Fills BANGLES and NANGLES of all centres.
+// Fills BANGLES and NANGLES of all centres. The ruler is the record's own.
+void CALC_ANGLES_ALLATOMS(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase);
 void CALC_ANGLES_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase);
 
 // Clears POLYHEDRON and fills it for all centres, the sphere fit included.
+void CALC_POLY_ALLATOMS(const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& phase);
 void CALC_POLY_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase);
 
 // Volume and its esd of centre i, into POLYHEDRON.

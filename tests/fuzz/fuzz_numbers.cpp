@@ -57,7 +57,7 @@ void READ_WORDS(const std::string& text) {
   std::array<std::string, 3> words;
   GETWORDS(text, words, count);
   MUST_HOLD(count >= 0, "words are counted");
-  GETWORDS(text, {}, count);
+  GETWORDS(text, std::span<std::string>(), count);
 }
 
 void READ_VALUES_WITH_ESDS(const std::string& text) {
