@@ -2,7 +2,8 @@
 // Prints nothing.
 #include "src/kva_crystal_structures/polyhedra.h"
 
-#include <cmath>  // for sqrt, cbrt, abs
+#include <cmath>    // for sqrt, cbrt, abs
+#include <utility>  // for exchange
 
 #include "console_code/kva_utilities/numbers.h"
 
@@ -57,17 +58,21 @@ bool FACE_OF_HULL(const std::vector<VECTOR3>& v, std::size_t i, std::size_t j, s
   return true;
 }
 
-}  // namespace
+std::vector<VECTOR3> IN_FRAME(const MATRIX3& orthogonalisation,
+                              std::span<const VECTOR3> vectors_frac) {
+  std::vector<VECTOR3> vectors_cart;
+  vectors_cart.reserve(vectors_frac.size());
+  for (const VECTOR3& vector : vectors_frac)
+    vectors_cart.push_back(XTAL::MULTIPLY(orthogonalisation, vector));
+  return vectors_cart;
+}
 
-float POLYHEDRON_VOLUME(std::span<const VECTOR3> vertices_cart, const VECTOR3& centre_cart) {
-  ERR_GEOMETRY = vertices_cart.size() < 4;
+// Volume of the hull of vertices relative to the centre. Fewer than four set the error.
+float HULL_VOLUME(const std::vector<VECTOR3>& v) {
+  ERR_GEOMETRY = v.size() < 4;
   ERR_GEOMETRY_MESS =
       ERR_GEOMETRY ? "The number of vertices for polyhedron volume is less than 4" : "";
   if (ERR_GEOMETRY) return 0.0f;
-
-  std::vector<VECTOR3> v;
-  v.reserve(vertices_cart.size());
-  for (const VECTOR3& vertex : vertices_cart) v.push_back(XTAL::SUBTRACT(vertex, centre_cart));
   float volume = 0.0f;
   FACE face;
   for (std::size_t i = 0; i < v.size(); ++i)
@@ -78,13 +83,19 @@ float POLYHEDRON_VOLUME(std::span<const VECTOR3> vertices_cart, const VECTOR3& c
   return volume;
 }
 
+}  // namespace
+
+float POLYHEDRON_VOLUME(std::span<const VECTOR3> vertices_cart, const VECTOR3& centre_cart) {
+  std::vector<VECTOR3> v;
+  v.reserve(vertices_cart.size());
+  for (const VECTOR3& vertex : vertices_cart) v.push_back(XTAL::SUBTRACT(vertex, centre_cart));
+  return HULL_VOLUME(v);
+}
+
 float POLYHEDRON_VOLUME_XYZ(const MATRIX3& orthogonalisation,
                             std::span<const VECTOR3> vertices_frac, const VECTOR3& centre_frac) {
-  std::vector<VECTOR3> vertices_cart;
-  vertices_cart.reserve(vertices_frac.size());
-  for (const VECTOR3& vertex : vertices_frac)
-    vertices_cart.push_back(XTAL::MULTIPLY(orthogonalisation, vertex));
-  return POLYHEDRON_VOLUME(vertices_cart, XTAL::MULTIPLY(orthogonalisation, centre_frac));
+  return POLYHEDRON_VOLUME(IN_FRAME(orthogonalisation, vertices_frac),
+                           XTAL::MULTIPLY(orthogonalisation, centre_frac));
 }
 
 // ---- ligands of a centre ----
@@ -106,7 +117,7 @@ std::vector<VECTOR3> LIGAND_VECTORS(const CRYSTAL_STRUCTURE_TYPE& phase, int i) 
 }
 
 float VOLUME_IN_FRAME(const MATRIX3& orthogonalisation, const std::vector<VECTOR3>& vectors_frac) {
-  return POLYHEDRON_VOLUME_XYZ(orthogonalisation, vectors_frac, VECTOR3{});
+  return HULL_VOLUME(IN_FRAME(orthogonalisation, vectors_frac));
 }
 
 // ---- angles and edges ----
@@ -182,13 +193,17 @@ MATRIX LIGAND_COVARIANCE(const RULER& ruler, const std::vector<PLACED_ATOM>& lig
 std::vector<float> VOLUME_DERIVATIVES(const CRYSTAL_STRUCTURE_TYPE& phase,
                                       const std::vector<VECTOR3>& vectors_frac, float volume,
                                       const MATRIX& vcv) {
+  const MATRIX3& frame = phase.CELL.CR_ORTH_CEL;
+  std::vector<VECTOR3> vertices = IN_FRAME(frame, vectors_frac);
   std::vector<float> jacobian(vcv.size(), 0.0f);
   for (std::size_t p = 0; p < jacobian.size(); ++p) {
     if (!(vcv[p][p] > TINY_REAL)) continue;
     const float shift = std::sqrt(vcv[p][p]);
-    std::vector<VECTOR3> shifted = vectors_frac;
-    shifted[p / 3][p % 3] += shift;
-    jacobian[p] = (VOLUME_IN_FRAME(phase.CELL.CR_ORTH_CEL, shifted) - volume) / shift;
+    VECTOR3 shifted = vectors_frac[p / 3];
+    shifted[p % 3] += shift;
+    const VECTOR3 vertex = std::exchange(vertices[p / 3], XTAL::MULTIPLY(frame, shifted));
+    jacobian[p] = (HULL_VOLUME(vertices) - volume) / shift;
+    vertices[p / 3] = vertex;
   }
   return jacobian;
 }

@@ -16,14 +16,23 @@ using XTAL::SQUARE;
 
 // ---- lengths and angles of vectors ----
 
+namespace {
+
+float LENGTH_OF_SQUARE(float square) {
+  return std::sqrt(std::max(square, 0.0f));
+}
+
+}  // namespace
+
 float CRYST_DIST(const VECTOR3& v_frac, const MATRIX3& metric) {
-  return std::sqrt(std::max(XTAL::DOT(v_frac, XTAL::MULTIPLY(metric, v_frac)), 0.0f));
+  return LENGTH_OF_SQUARE(XTAL::DOT(v_frac, XTAL::MULTIPLY(metric, v_frac)));
 }
 
 float CRYST_ANGLE(const VECTOR3& v1_frac, const VECTOR3& v2_frac, const MATRIX3& metric) {
-  const float lengths = CRYST_DIST(v1_frac, metric) * CRYST_DIST(v2_frac, metric);
+  const VECTOR3 g_v2 = XTAL::MULTIPLY(metric, v2_frac);
+  const float lengths = CRYST_DIST(v1_frac, metric) * LENGTH_OF_SQUARE(XTAL::DOT(v2_frac, g_v2));
   if (!(lengths > 0.0f)) return 0.0f;
-  const float cosine = XTAL::DOT(v1_frac, XTAL::MULTIPLY(metric, v2_frac)) / lengths;
+  const float cosine = XTAL::DOT(v1_frac, g_v2) / lengths;
   if (cosine <= -1.0f) return 180.0f;
   if (cosine >= 1.0f) return 0.0f;
   return XTAL::ACOSD(cosine);
