@@ -4,6 +4,7 @@ CALC valences
 1
 
 2
+2
 0
 LIST valences
 CLEAR
