@@ -44,7 +44,7 @@ for target in $targets; do
   mkdir -p "$corpus" "$finds"
   status=0
   "$build/tests/fuzz/fuzz_$target" "$corpus" $(seeds "$target") -dict="$PWD/tests/fuzz/$target.dict" \
-    -max_len="$(longest "$target")" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
+    -max_len="$(longest "$target")" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=4096 \
     -print_final_stats=1 -artifact_prefix="$finds/" >"$log" 2>&1 || status=$?
   executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
   printf '%-16s %10s executions, %s\n' "$target" "${executions:-0}" \
