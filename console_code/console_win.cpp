@@ -90,6 +90,12 @@ bool OVERWRITE(const std::string& path, std::string_view content) {
 
 // ---- standard streams ----
 
+// The terminal is said to be one that takes more than text.
+bool TAKES_SEQUENCES() {
+  std::string terminal;
+  return GET_ENVIRONMENT("TERM", terminal) && !terminal.empty() && terminal != "dumb";
+}
+
 std::array<int, 3> STREAM_FLAGS() {
   return {::fcntl(STDIN_FILENO, F_GETFL), ::fcntl(STDOUT_FILENO, F_GETFL),
           ::fcntl(STDERR_FILENO, F_GETFL)};
@@ -118,10 +124,12 @@ int CONSOLE_COLUMNS() {
   return size.ws_col;
 }
 
+bool AT_TERMINAL() {
+  return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0 && TAKES_SEQUENCES();
+}
+
 void SET_CONSOLE_TITLE(std::string_view title) {
-  std::string terminal;
-  if (::isatty(STDOUT_FILENO) == 0 || !GET_ENVIRONMENT("TERM", terminal)) return;
-  if (terminal.empty() || terminal == "dumb") return;
+  if (::isatty(STDOUT_FILENO) == 0 || !TAKES_SEQUENCES()) return;
   WRITE_CONSOLE("\033]0;" + std::string(title) + "\007");
 }
 
@@ -199,6 +207,20 @@ bool MAKE_DIRECTORY(const std::string& path) {
   return ::mkdir(path.c_str(), settings_folder_mode) == 0;
 }
 
+std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_view start) {
+  namespace fs = std::filesystem;
+  std::vector<std::string> names;
+  std::error_code error;
+  std::error_code ignored;
+  fs::directory_iterator file(directory, error);
+  for (; !error && file != fs::directory_iterator(); file.increment(error)) {
+    const std::string name = file->path().filename().string();
+    if (!name.starts_with(start)) continue;
+    names.push_back(name + (file->is_directory(ignored) ? "/" : ""));
+  }
+  return names;
+}
+
 // ---- system commands ----
 
 // std::system ignores an interrupt on our side while the command runs, so that Ctrl-C ends the
@@ -228,6 +250,15 @@ bool REPLACE_FILE(const std::string& path, const std::string& content) {
   if (complete && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
   ::unlink(temporary.c_str());
   return complete && OVERWRITE(target, content);
+}
+
+bool APPEND_TO_FILE(const std::string& path, std::string_view text) {
+  constexpr mode_t owner_alone = 0600;
+  const int descriptor =
+      ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, owner_alone);
+  if (descriptor < 0) return false;
+  const bool written = WRITE_ALL(descriptor, text);
+  return ::close(descriptor) == 0 && written;
 }
 
 }  // namespace KVA_CONSOLE

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace KVA_CONSOLE {
 
@@ -13,6 +14,9 @@ void FILL_STANDARD_STREAMS();
 
 // Columns of the terminal on standard output; 0 when it is none.
 int CONSOLE_COLUMNS();
+
+// Standard input and output are both a terminal on which a cursor can be moved.
+bool AT_TERMINAL();
 
 // Sets the terminal's title, when there is a terminal that can.
 void SET_CONSOLE_TITLE(std::string_view title);
@@ -41,6 +45,9 @@ std::string GET_DIRECTORY();
 bool CHANGE_DIRECTORY(const std::string& path);
 bool MAKE_DIRECTORY(const std::string& path);
 
+// Names in a directory that begin with start, "/" behind those of directories; none on failure.
+std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_view start);
+
 // Runs a command line with /bin/sh on our own input and output. Its status is ignored.
 void RUN_COMMAND_LINE(const std::string& line);
 
@@ -48,5 +55,9 @@ void RUN_COMMAND_LINE(const std::string& line);
 // Where the folder takes no second file, and for devices and pipes, it is written in place.
 // Returns false when the new content is not there.
 bool REPLACE_FILE(const std::string& path, const std::string& content);
+
+// Adds text at the end of a file, in one piece also when others do so at the same time. A new file
+// is its owner's alone. False on failure.
+bool APPEND_TO_FILE(const std::string& path, std::string_view text);
 
 }  // namespace KVA_CONSOLE

@@ -8,7 +8,6 @@
 #include "console_code/console/input.h"
 #include "console_code/console/open_file.h"
 #include "console_code/console/output.h"
-#include "console_code/console/prompts.h"
 #include "console_code/console/settings.h"
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
@@ -86,11 +85,17 @@ BUILT_IN FIND_BUILT_IN(std::string_view word) {
   return BUILT_IN::NONE;
 }
 
+bool PASSWORD_IS_GIVEN() {
+  WRITE_OUT_BLANK(1);
+  GET_INPUT("     Password:", {.SECRET = true});
+  return EQUAL_TEXT(INSTRING, gate_word);
+}
+
 void RUN_PRIV() {
   if (RESERVED_ON)
     RESERVED_ON = false;
   else
-    RESERVED_ON = EQUAL_TEXT(GET_INPUT_STRING("     Password:"), gate_word);
+    RESERVED_ON = PASSWORD_IS_GIVEN();
 }
 
 void ENTER_SYSTEM_MODE() {
@@ -209,6 +214,23 @@ int FIND_COMMAND(std::string_view word) {
   return found;
 }
 
+// ---- what TAB offers ----
+
+// Those that HELP shows. A line for the operating system has no words of ours.
+LINE_HELP HELP_WITH_COMMANDS() {
+  LINE_HELP help{.FILES = true};
+  if (SYSTEM_MODE == 1) return help;
+  for (const BUILT_IN_WORD& built_in : built_ins) {
+    const bool hidden = built_in.CODE == BUILT_IN::PRIV || built_in.CODE == BUILT_IN::X ||
+                        (built_in.CODE == BUILT_IN::END && MACRO_STATE != -1) ||
+                        (built_in.CODE == BUILT_IN::MODE && OPERATION_MODE < 0);
+    if (!hidden) help.WORDS.push_back({std::string(built_in.WORD)});
+  }
+  for (const COMMAND_ENTRY& entry : COMMANDS)
+    if (!IS_HIDDEN(entry)) help.WORDS.push_back({entry.CLIST, entry.MENU});
+  return help;
+}
+
 // ---- help ----
 
 void HELP_GROUP(int group) {
@@ -256,7 +278,7 @@ void COMMAND(int& icom) {
   icom = 0;
   while (true) {
     WRITE_OUT_BLANK(1);
-    GET_INPUT(SET_CMD_PROMPT_DATE());
+    GET_INPUT(SET_CMD_PROMPT_DATE(), HELP_WITH_COMMANDS());
     if (INSTRING_LEN == 0) continue;
     INCOM = U_CASE(INSTRING.substr(0, INSTRING.find(' ')));
     if (SYSTEM_MODE == 1) {

@@ -5,6 +5,7 @@
 #include <cstdlib>  // for exit
 #include <iostream>
 
+#include "console_code/console/line_editor.h"
 #include "console_code/console/output.h"
 #include "console_code/console/state.h"
 #include "console_code/console_win.h"
@@ -54,6 +55,12 @@ void RECORD_LINE() {
   CLOSE_FILE(MACRO_FILE);
 }
 
+bool READ_TYPED_LINE(const std::string& prompt, const LINE_HELP& help) {
+  if (EDITING_POSSIBLE(prompt)) return EDIT_LINE(prompt, help, INSTRING);
+  WRITE_CONSOLE(prompt);
+  return READ_CONSOLE(INSTRING);
+}
+
 }  // namespace
 
 void CLEAR_INPUT() {
@@ -67,20 +74,20 @@ std::string TAKE_WORD() {
   return word;
 }
 
-bool GET_INPUT_CMD(std::string_view prompt) {
-  WRITE_CONSOLE(TRIM(prompt));
-  const bool read = READ_CONSOLE(INSTRING);
+bool GET_INPUT_CMD(std::string_view prompt, const LINE_HELP& help) {
+  const bool read = READ_TYPED_LINE(TRIM(prompt), help);
   MACRO_CHAIN = 0;
   CONTROL_TO_BLANKS(INSTRING);
+  if (!help.SECRET) REMEMBER_LINE(INSTRING);
   return read;
 }
 
-void GET_INPUT(std::string_view prompt) {
+void GET_INPUT(std::string_view prompt, const LINE_HELP& help) {
   const std::string shown = TRIM(prompt);
   CLEAR_INPUT();
   if (MACRO_STATE == 1)
     READ_MACRO_LINE(shown);
-  else if (!GET_INPUT_CMD(prompt))
+  else if (!GET_INPUT_CMD(prompt, help))
     END_OF_INPUT();
   WRITE_LOG(shown + TRIM(INSTRING));
   STRIP_FRONT_BLANK(INSTRING, INSTRING_LEN);

@@ -4,14 +4,17 @@
 #include <string>
 #include <string_view>
 
+#include "console_code/console/completion.h"
+
 namespace KVA_CONSOLE {
 
 // Reads one line into INSTRING and INSTRING_LEN. At the end of standard input it closes the log
-// and the macro file and ends the program with status 2.
-void GET_INPUT(std::string_view prompt);
+// and the macro file and ends the program with status 2. help: what a user at a terminal is helped
+// with while he types.
+void GET_INPUT(std::string_view prompt, const LINE_HELP& help = {});
 
 // The console alone: prompt and line. False at the end of input.
-bool GET_INPUT_CMD(std::string_view prompt);
+bool GET_INPUT_CMD(std::string_view prompt, const LINE_HELP& help = {});
 
 void CLEAR_INPUT();
 

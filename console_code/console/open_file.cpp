@@ -171,7 +171,8 @@ std::string WITH_EXTENSION(const std::string& name, std::string_view ext) {
 }
 
 void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std::string_view ext) {
-  GET_INPUT("     " + TRIM(word) + " " + TRIM(descriptor) + " (*." + TRIM(ext) + "):");
+  GET_INPUT("     " + TRIM(word) + " " + TRIM(descriptor) + " (*." + TRIM(ext) + "):",
+            {.FILES = true});
 }
 
 bool OPEN_FILE(FILE_RECORD& file, std::string_view control) {

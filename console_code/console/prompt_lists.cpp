@@ -92,7 +92,7 @@ std::vector<int> GET_LIST(std::string_view prompt, int nmax) {
   while (true) {
     if (INSTRING_LEN == 0) {
       WRITE_OUT_BLANK(1);
-      GET_INPUT(prompt);
+      GET_INPUT(prompt, {.WORDS = {{"all"}}});
       if (INSTRING_LEN == 0) return list;
     }
     WORK_LIST work;

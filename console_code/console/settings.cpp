@@ -53,13 +53,18 @@ void MAKE_SETTINGS_FOLDER(const std::string& path, bool below_home) {
     MAKE_DIRECTORY(path.substr(0, path.find_last_of('/')));
 }
 
+// The settings file; blank: none.
+std::string SETTINGS_PATH(bool& below_home) {
+  const std::string root = SETTINGS_ROOT(below_home);
+  return root.empty() ? "" : root + PROGRAM_INI_FILE;
+}
+
 // Opens the settings file on its unit, made if absent. Returns its path; ierr is 0 on success.
 std::string OPEN_INI(int& ierr) {
   ierr = 1;
   bool below_home = false;
-  const std::string root = SETTINGS_ROOT(below_home);
-  if (root.empty()) return "";
-  const std::string path = root + PROGRAM_INI_FILE;
+  const std::string path = SETTINGS_PATH(below_home);
+  if (path.empty()) return "";
   ierr = OPEN_UNIT(settings_unit, path, UNIT_MODE::UNKNOWN);
   if (ierr != ENOENT) return path;
   MAKE_SETTINGS_FOLDER(path, below_home);
@@ -79,6 +84,17 @@ void WRITE_PARAMS() {
     content += line + "\n";
   }
   REPLACE_FILE(path, content);
+}
+
+// From the root, since the working directory will change.
+void SET_HISTORY_FILE() {
+  bool below_home = false;
+  const std::string path = SETTINGS_PATH(below_home);
+  HISTORY_FILE = path.substr(0, path.rfind('.')) + ".history";
+  if (path.empty())
+    HISTORY_FILE.clear();
+  else if (!path.starts_with('/'))
+    HISTORY_FILE = GET_DIRECTORY() + "/" + HISTORY_FILE;
 }
 
 // ---- entries ----
@@ -294,6 +310,7 @@ void INIT_CONSOLE(const std::string& argument) {
   SET_WIDTH();
   SET_CONSOLE_TITLE(PROGRAM_NAME + " ");
   INIT_PARAMS();
+  SET_HISTORY_FILE();
   IGNORE_STORED_DIRECTORY();
   if (LENTRIM(argument) == 0) {
     INIT_WORK_DIR();

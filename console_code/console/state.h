@@ -2,7 +2,9 @@
 // mode. State only.
 #pragma once
 
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "console_code/kva_utilities/files.h"
 #include "console_code/kva_utilities/table.h"
@@ -20,6 +22,7 @@ inline std::string PROGRAM_VERSION_DATE;      // 20 characters
 inline std::string PROGRAM_AUTHORS;           // 255 characters
 inline std::string PROGRAM_INI_FILE;          // settings file below the user's settings folder
 inline ROW<std::string, 10> PROGRAM_COMMENT;  // what the program does, in short lines
+inline std::string HISTORY_FILE;              // typed lines; blank: none are kept between runs
 inline int RUN_TYPE = 1;                      // 1: console program; no other value is set
 
 // ---- unit numbers ----
@@ -57,6 +60,7 @@ struct COMMAND_ENTRY {
   std::string CLIST_DESCRIPT;  // one line for HELP, 60 characters
   int CLIST_GROUP = 0;         // group under which HELP shows it; 0: before the first group
   bool CPRIV = false;          // reserved: hidden and refused until unlocked
+  std::span<const std::string_view> MENU = {};  // entries that may follow on the line
 };
 inline LIST<COMMAND_ENTRY> COMMANDS;
 inline LIST<std::string> CLIST_GROUP_TITLE;  // 40 characters each

@@ -58,6 +58,8 @@ void SET_CLIST_ATOMEDIT() {
   COMMANDS.CLEAR();
   for (const EDIT_ENTRY& entry : edit_table)
     COMMANDS.ADD({std::string(entry.WORD), std::string(entry.DESCRIPTION), entry.GROUP, false});
+  COMMANDS(EDIT_LIST).MENU = FACETOR_LIST::LIST_MENU();
+  COMMANDS(EDIT_SET).MENU = SET_MENU();
   CLIST_GROUP_TITLE.CLEAR();
   CLIST_GROUP_TITLE.ADD("Program and data settings");
   CLIST_GROUP_TITLE.ADD("Atom editing");
@@ -146,7 +148,8 @@ void RUN_SET_ATOM_USE(bool use) {
     WRITE_OUT("*****These are the atom names in the reference block:");
     FACETOR_LIST::FACETOR_LIST_ATOMS("", IREFERENCE);
     GET_INPUT(use ? "     Input the element or atom name to be used (blank to exit):"
-                  : "     Input the element or atom name to be omitted (blank to exit):");
+                  : "     Input the element or atom name to be omitted (blank to exit):",
+              HELP_WITH_LABELS());
     if (INSTRING_LEN == 0) return;
     CHANGE_USE(CUT_TEXT(LEFT_ADJUST(INSTRING), name_length), blocks, use);
     WRITE_OUT(NPHASES > 1 ? "|*****These are the atom names and their updated status in all blocks:"

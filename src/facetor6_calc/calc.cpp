@@ -106,12 +106,17 @@ bool CALC_VALENCES() {
   return true;
 }
 
+enum OPTION { POLYHEDRA = 1, VALENCES };
+constexpr std::array<std::string_view, 2> menu{"polyhedra and bonds",
+                                               "valences of bonds"};  // ORDER OPTION
+
 }  // namespace
 
+std::span<const std::string_view> CALC_MENU() {
+  return menu;
+}
+
 void RUN_FACETOR_CALC() {
-  enum OPTION { POLYHEDRA = 1, VALENCES };
-  constexpr std::array<std::string_view, 2> menu{"polyhedra and bonds",
-                                                 "valences of bonds"};  // ORDER OPTION
   if (CHECK_NOPHASES()) return;
   bool again = true;
   while (again) {

@@ -165,12 +165,21 @@ void CHEMSYMB_PRESENT() {
 
 // ---- the commands ----
 
+namespace {
+
+enum OPTION { HIDE_UNUSED = 1, SHOW_ALL, DISTANCES, REFERENCE_BLOCK, EXCLUDE, SYMCODES };
+constexpr std::array<std::string_view, 6> options{// ORDER OPTION
+                                                  "hide unused blocks", "show all data blocks",
+                                                  "dmin and dmax",      "reference block",
+                                                  "exclude bond types", "output symcodes"};
+
+}  // namespace
+
+std::span<const std::string_view> SET_MENU() {
+  return options;
+}
+
 void RUN_SET_FACETOR_PARAMS() {
-  enum OPTION { HIDE_UNUSED = 1, SHOW_ALL, DISTANCES, REFERENCE_BLOCK, EXCLUDE, SYMCODES };
-  constexpr std::array<std::string_view, 6> options{// ORDER OPTION
-                                                    "hide unused blocks", "show all data blocks",
-                                                    "dmin and dmax",      "reference block",
-                                                    "exclude bond types", "output symcodes"};
   switch (GET_LIST_SELECTION("Setting program parameters", options)) {
     case HIDE_UNUSED:
       RUN.LIST_ALL_BLOCKS = false;

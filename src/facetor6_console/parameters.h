@@ -1,7 +1,9 @@
 // The run parameters, and the commands SET and SHOW.
 #pragma once
 
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "src/kva_crystal_structures/bonds.h"
 
@@ -20,6 +22,7 @@ inline RUN_PARAMETERS RUN;
 
 void RUN_SET_FACETOR_PARAMS();
 void RUN_SHOW_FACETOR_PARAMS();
+std::span<const std::string_view> SET_MENU();
 
 void GET_INPUT_DMIN_DMAX();
 void SET_REFERENCE();

@@ -118,6 +118,13 @@ void EQUAL_ATOMS() {
 
 // ---- forgetting ----
 
+KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS() {
+  KVA_CONSOLE::LINE_HELP help;
+  if (NPHASES == 0) return help;
+  for (int i = 1; i <= REFERENCE().NATOMS; ++i) help.WORDS.push_back({REFERENCE().ATOM(i).LAB});
+  return help;
+}
+
 void CLEAR_FACETOR_BONDS() {
   for (CRYSTAL_STRUCTURE_TYPE& phase : PHASE) CLEAR_GEOMETRY(phase);
   CLEAR_FACETOR_VALENCE();

@@ -1,6 +1,7 @@
 // The phase list, the program's central store, and the commands that manage it.
 #pragma once
 
+#include "console_code/console/completion.h"
 #include "src/kva_crystal_structures/records.h"
 
 namespace FACETOR_CONSOLE {
@@ -35,6 +36,9 @@ void OMIT_FACETOR_LIST();
 void SORT_FACETOR_LIST();
 void UNSORT_FACETOR_LIST();
 void CLEAR_FACETOR_LIST();
+
+// Labels of the reference block, for a prompt that takes one.
+KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS();
 
 int NUMPHASES_USED();
 bool CHECK_NOPHASES();  // true, with a warning, when no block is used

@@ -110,7 +110,7 @@ void EXPORT_POLYVOL_EOSDAT(const STRUCTURE_LIST& phases, int n) {
   WRITE_OUT("|");
   constexpr int name_length = 10;
   while (true) {
-    GET_INPUT("    Enter central atom name:");
+    GET_INPUT("    Enter central atom name:", HELP_WITH_LABELS());
     if (INSTRING_LEN == 0) return;
     const int i = FIND_SITE(CUT_TEXT(INSTRING, name_length));
     CLEAR_INPUT();

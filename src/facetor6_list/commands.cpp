@@ -16,11 +16,56 @@ using namespace KVA_CRYSTAL_STRUCTURES;
 
 namespace {
 
-// The choice of a menu that is longer when the reference block has bonds.
-int CHOOSE(std::string_view title, std::span<const std::string_view> menu,
-           std::size_t without_bonds) {
-  const bool bonds = SUM_NBONDS(REFERENCE()) > 0;
-  return GET_LIST_SELECTION(title, bonds ? menu : menu.first(without_bonds));
+enum LIST_ROW {
+  LIST_NAMES = 1,
+  LIST_CELLS,
+  LIST_SYMMETRY,
+  LIST_SITES,
+  LIST_FACTORS,
+  LIST_XYZ,
+  LIST_ADPS,
+  LIST_BONDS,
+  LIST_ANGLES,
+  LIST_EDGES,
+  LIST_ORBIX,
+  LIST_SRB,
+  LIST_DISPL,
+  LIST_BONDVALENCES
+};
+constexpr std::array<std::string_view, 14> list_menu{// ORDER LIST_ROW
+                                                     "block names",
+                                                     "cells",
+                                                     "symmetry",
+                                                     "site names",
+                                                     "scattering factors",
+                                                     "xyz",
+                                                     "adps",
+                                                     "bond lengths",
+                                                     "angles between bonds",
+                                                     "edges of polyhedra",
+                                                     "orbix poly params",
+                                                     "rigid bond lengths",
+                                                     "displace along bonds",
+                                                     "valences of bonds"};
+
+enum TABLE_ROW {
+  TABLE_CELLS = 1,
+  TABLE_XYZ,
+  TABLE_ADPS,
+  TABLE_BONDS,
+  TABLE_ANGLES,
+  TABLE_EDGES,
+  TABLE_VALENCES
+};
+constexpr std::array<std::string_view, 7> table_menu{
+    // ORDER TABLE_ROW
+    "cells", "xyz", "adps", "bond lengths", "angles between bonds", "edges", "valences of bonds"};
+
+// A menu is longer when the reference block has bonds.
+std::span<const std::string_view> NOW_OFFERED(std::span<const std::string_view> menu,
+                                              std::size_t without_bonds) {
+  const bool bonds = NPHASES > 0 && SUM_NBONDS(REFERENCE()) > 0;
+  return bonds ? menu : menu.first(without_bonds);
 }
 
 // "U" or "BETA", as the user wants.
@@ -37,67 +82,44 @@ void LIST_VALENCES(std::string_view option) {
 
 }  // namespace
 
+std::span<const std::string_view> LIST_MENU() {
+  return NOW_OFFERED(list_menu, LIST_ADPS);
+}
+
+std::span<const std::string_view> TABLE_MENU() {
+  return NOW_OFFERED(table_menu, TABLE_ADPS);
+}
+
 void RUN_FACETOR_LIST() {
-  enum LIST_ROW {
-    NAMES = 1,
-    CELLS,
-    SYMMETRY,
-    SITES,
-    FACTORS,
-    XYZ,
-    ADPS,
-    BONDS,
-    ANGLES,
-    EDGES,
-    ORBIX,
-    SRB,
-    DISPL,
-    VALENCES
-  };
-  constexpr std::array<std::string_view, 14> menu{// ORDER LIST_ROW
-                                                  "block names",
-                                                  "cells",
-                                                  "symmetry",
-                                                  "site names",
-                                                  "scattering factors",
-                                                  "xyz",
-                                                  "adps",
-                                                  "bond lengths",
-                                                  "angles between bonds",
-                                                  "edges of polyhedra",
-                                                  "orbix poly params",
-                                                  "rigid bond lengths",
-                                                  "displace along bonds",
-                                                  "valences of bonds"};
   if (CHECK_NOPHASES()) return;
-  switch (CHOOSE("List", menu, ADPS)) {
-    case NAMES:
+  switch (GET_LIST_SELECTION("List", LIST_MENU())) {
+    case LIST_NAMES:
       return FACETOR_LIST_PHASE();
-    case CELLS:
+    case LIST_CELLS:
       return FACETOR_LIST_CELLS();
-    case SYMMETRY:
+    case LIST_SYMMETRY:
       return FACETOR_LIST_SYMM();
-    case SITES:
+    case LIST_SITES:
       return FACETOR_LIST_ATOMS();
-    case FACTORS:
+    case LIST_FACTORS:
       return FACETOR_LIST_ATOMS("SCAT");
-    case XYZ:
+    case LIST_XYZ:
       return RUN_FACETOR_LIST_GEOM(REPORT_XYZ);
-    case ADPS:
+    case LIST_ADPS:
       return RUN_FACETOR_LIST_GEOM(REPORT_ADPS, ASK_TENSOR());
-    case BONDS:
+    case LIST_BONDS:
       return RUN_FACETOR_LIST_GEOM(REPORT_BONDS);
-    case ANGLES:
+    case LIST_ANGLES:
       return RUN_FACETOR_LIST_GEOM(REPORT_ANGLES);
-    case EDGES:
+    case LIST_EDGES:
       return RUN_FACETOR_LIST_GEOM(REPORT_EDGES);
-    case ORBIX:
+    case LIST_ORBIX:
       return RUN_FACETOR_LIST_GEOM(REPORT_ORBIX);
-    case SRB:
+    case LIST_SRB:
       return RUN_FACETOR_LIST_GEOM(REPORT_SRB);
-    case DISPL:
+    case LIST_DISPL:
       return RUN_FACETOR_LIST_GEOM(REPORT_DISPL);
-    case VALENCES:
+    case LIST_BONDVALENCES:
       return LIST_VALENCES("");
     default:
       return;
@@ -105,25 +127,21 @@ void RUN_FACETOR_LIST() {
 }
 
 void RUN_FACETOR_TABLE() {
-  enum TABLE_ROW { CELLS = 1, XYZ, ADPS, BONDS, ANGLES, EDGES, VALENCES };
-  constexpr std::array<std::string_view, 7> menu{
-      // ORDER TABLE_ROW
-      "cells", "xyz", "adps", "bond lengths", "angles between bonds", "edges", "valences of bonds"};
   if (CHECK_NOPHASES()) return;
-  switch (CHOOSE("Table", menu, ADPS)) {
-    case CELLS:
+  switch (GET_LIST_SELECTION("Table", TABLE_MENU())) {
+    case TABLE_CELLS:
       return FACETOR_LIST_CELLS("ESD");
-    case XYZ:
+    case TABLE_XYZ:
       return RUN_FACETOR_LIST_GEOM(REPORT_XYZ, "ESD");
-    case ADPS:
+    case TABLE_ADPS:
       return RUN_FACETOR_LIST_GEOM(REPORT_ADPS, "ESD, " + ASK_TENSOR());
-    case BONDS:
+    case TABLE_BONDS:
       return RUN_FACETOR_LIST_GEOM(REPORT_BONDS, "ESD");
-    case ANGLES:
+    case TABLE_ANGLES:
       return RUN_FACETOR_LIST_GEOM(REPORT_ANGLES, "ESD");
-    case EDGES:
+    case TABLE_EDGES:
       return RUN_FACETOR_LIST_GEOM(REPORT_EDGES, "ESD");
-    case VALENCES:
+    case TABLE_VALENCES:
       return LIST_VALENCES("ESD");
     default:
       return;

@@ -116,7 +116,9 @@ void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option) {
         "     The central atom is at the position for the reference block and given by list/table "
         "xyz");
     WRITE_OUT("||");
-    GET_INPUT("    Enter central site name (or ALL):");
+    LINE_HELP help = HELP_WITH_LABELS();
+    help.WORDS.push_back({"ALL"});
+    GET_INPUT("    Enter central site name (or ALL):", help);
     if (INSTRING_LEN == 0) return;
     if (INDEXALL(INSTRING, "ALL") > 0)
       LIST_ALL_SITES(code, option);

@@ -1,6 +1,7 @@
 // The LIST and TABLE commands and all their reports.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,9 @@ enum REPORT_CODE {
 // ---- commands ----
 void RUN_FACETOR_LIST();
 void RUN_FACETOR_TABLE();
+// Their menus as they are now.
+std::span<const std::string_view> LIST_MENU();
+std::span<const std::string_view> TABLE_MENU();
 
 // ---- summaries and cells ----
 void FACETOR_LIST_PHASE();

@@ -2,10 +2,12 @@
 // report, and no question of its own.
 #include <array>
 #include <new>  // for bad_alloc
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "console_code/console/command.h"
+#include "console_code/console/line_editor.h"
 #include "console_code/console/output.h"
 #include "console_code/console/settings.h"
 #include "console_code/console/state.h"
@@ -99,11 +101,32 @@ constexpr bool ROWS_STAND_IN_ORDER() {
 }
 static_assert(ROWS_STAND_IN_ORDER(), "a command's number is its place in the table");
 
+// The menu that the rest of a command's line may name an entry of.
+std::span<const std::string_view> MENU_OF(MAIN_COMMAND command) {
+  switch (command) {
+    case COMMAND_READ:
+      return FACETOR_READFILES::READ_MENU();
+    case COMMAND_WRITE:
+      return FACETOR_WRITEFILES::WRITE_MENU();
+    case COMMAND_LIST:
+      return FACETOR_LIST::LIST_MENU();
+    case COMMAND_TABLE:
+      return FACETOR_LIST::TABLE_MENU();
+    case COMMAND_SET:
+      return FACETOR_CONSOLE::SET_MENU();
+    case COMMAND_CALC:
+      return FACETOR_CALC::CALC_MENU();
+    default:
+      return {};
+  }
+}
+
 // Called before every command, since the atom editor puts its own table in place of this one.
 void SET_CLIST_MAIN() {
   COMMANDS.CLEAR();
   for (const MAIN_ROW& row : main_table)
-    COMMANDS.ADD({std::string(row.WORD), std::string(row.DESCRIPTION), row.GROUP, row.RESERVED});
+    COMMANDS.ADD({std::string(row.WORD), std::string(row.DESCRIPTION), row.GROUP, row.RESERVED,
+                  MENU_OF(row.CODE)});
   CLIST_GROUP_TITLE.CLEAR();
   for (const std::string_view title : group_titles) CLIST_GROUP_TITLE.ADD(std::string(title));
 }
@@ -204,6 +227,7 @@ void START_UP(const std::string& macro) {
   FACETOR_CONSOLE::INIT_PHASE_LIST();
   FACETOR_CONSOLE::SET_DEFAULT_CHARGES();
   INIT_CONSOLE(macro);
+  START_LINE_EDITOR();
   WRITE_HEADER();
 }
 

@@ -133,6 +133,10 @@ void READ_BLOCKS(int type, const std::string& name, FILE_LINES& flines, STRUCTUR
 
 }  // namespace
 
+std::span<const std::string_view> READ_MENU() {
+  return type_menu;
+}
+
 void READ_PHASE_FROM_FILE() {
   FILE_RECORD file;
   const int type = CHOOSE_FILE(file);

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "console_code/kva_utilities/files.h"
@@ -17,6 +19,7 @@ using KVA_UTILITIES::VECTOR3;
 
 // The command READ.
 void READ_PHASE_FROM_FILE();
+std::span<const std::string_view> READ_MENU();
 
 // Every block of a CIF into newx; nblocks receives their count.
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);

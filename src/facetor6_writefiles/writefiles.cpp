@@ -152,10 +152,19 @@ void WRITE_CIF_FACETOR(int unit, int& nwrite) {
   if (ERR_KVACIF) WARNING(ERR_KVACIF_MESS);
 }
 
+namespace {
+
+enum FILE_TYPE { CIF_FILE = 1, RFINE_FILE, CCSL_FILE };
+constexpr std::array<std::string_view, 3> menu{"cif", "RFINE prm", "CCSL cnt"};  // same order
+
+}  // namespace
+
+std::span<const std::string_view> WRITE_MENU() {
+  return menu;
+}
+
 void WRITE_PHASE_TO_FILE() {
   if (CHECK_NOPHASES()) return;
-  enum FILE_TYPE { CIF_FILE = 1, RFINE_FILE, CCSL_FILE };
-  constexpr std::array<std::string_view, 3> menu{"cif", "RFINE prm", "CCSL cnt"};  // same order
   while (true) {
     const int choice = GET_LIST_SELECTION("File type", menu);
     if (choice <= 0) return;

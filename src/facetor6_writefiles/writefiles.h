@@ -1,11 +1,15 @@
 // The WRITE command: the used blocks as one CIF, with the calculated geometry.
 #pragma once
 
+#include <span>
+#include <string_view>
+
 #include "common_code/Raman_module.h"
 
 namespace FACETOR_WRITEFILES {
 
 void WRITE_PHASE_TO_FILE();
+std::span<const std::string_view> WRITE_MENU();
 
 // Asks what to write, and writes the used blocks in display order to the unit. nwrite receives
 // their count, -1 when the user wants none. Failures are told by the CIF error state.

@@ -1,0 +1,197 @@
+// Editing a line at a terminal with libedit. Nothing else in the program uses that library, and
+// nothing here reaches the log or a recorded macro.
+#include "console_code/console/line_editor.h"
+
+#include <histedit.h>
+#include <langinfo.h>  // for nl_langinfo_l
+#include <locale.h>    // for newlocale, uselocale
+
+#include <algorithm>  // for max, min
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>  // for mbstowcs
+
+#include "console_code/console/history.h"
+#include "console_code/console_win.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/text.h"
+
+namespace KVA_CONSOLE {
+
+using namespace KVA_UTILITIES;
+
+namespace {
+
+// They live to the end of the process: to end them would throw away what was typed ahead.
+EditLine* editor = nullptr;
+History* history_lines = nullptr;
+bool editor_works = false;
+
+std::string last_line;  // of the history
+
+// Of the line that is being edited, for the routines that libedit calls.
+std::string shown_prompt;
+const LINE_HELP* line_help = nullptr;
+
+// ---- characters ----
+
+locale_t terminal_locale = nullptr;
+
+// That of the user; where it knows ASCII alone, UTF-8, as terminals have it.
+locale_t FIND_TERMINAL_LOCALE() {
+  constexpr std::string_view ascii = "ANSI_X3.4-1968";
+  const locale_t usual = ::newlocale(LC_CTYPE_MASK, "", nullptr);
+  if (usual != nullptr && ::nl_langinfo_l(CODESET, usual) != ascii) return usual;
+  const locale_t utf_8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  if (utf_8 == nullptr) return usual;
+  if (usual != nullptr) ::freelocale(usual);
+  return utf_8;
+}
+
+// The characters are those of the terminal to the end of the scope, and for this file alone:
+// elsewhere in the program a text is its bytes.
+struct TERMINAL_CHARACTERS {
+  TERMINAL_CHARACTERS() : BEFORE(::uselocale(terminal_locale)) {}
+  ~TERMINAL_CHARACTERS() { ::uselocale(BEFORE); }
+  TERMINAL_CHARACTERS(const TERMINAL_CHARACTERS&) = delete;
+  TERMINAL_CHARACTERS& operator=(const TERMINAL_CHARACTERS&) = delete;
+
+  locale_t BEFORE;  // what holds outside the scope
+};
+
+constexpr int no_characters = -1;
+
+// How many characters the bytes are; no_characters when they are none of the terminal's.
+int CHARACTERS(const std::string& text) {
+  return static_cast<int>(std::mbstowcs(nullptr, text.c_str(), 0));
+}
+
+// ---- TAB ----
+
+void SHOW_CANDIDATES(const std::vector<std::string>& candidates) {
+  constexpr std::size_t most_shown = 200;
+  constexpr int gap = 2;
+  constexpr int usual_columns = 80;
+  const std::size_t shown = std::min(candidates.size(), most_shown);
+  int longest = 0;
+  for (std::size_t i = 0; i < shown; ++i) longest = std::max(longest, LENTRIM(candidates[i]));
+  const int width = longest + gap;
+  const int columns = CONSOLE_COLUMNS() > 0 ? CONSOLE_COLUMNS() : usual_columns;
+  const auto in_row = static_cast<std::size_t>(std::max(columns / width, 1));
+  std::string text;
+  for (std::size_t i = 0; i < shown; ++i) {
+    text += i % in_row == 0 ? "\n" : "";
+    text += TEXT_COLUMNS(candidates[i], width);
+  }
+  if (shown < candidates.size())
+    text += "\n... and " + std::to_string(candidates.size() - shown) + " more";
+  WRITE_CONSOLE(text + "\n");
+}
+
+unsigned char ADD_COMPLETION(EditLine* line, int /*key*/) {
+  const LineInfo* const info = ::el_line(line);
+  const std::string before(info->buffer, info->cursor);
+  const COMPLETION completion = COMPLETE(before, *line_help);
+  const std::string typed = before.substr(before.size() - completion.TYPED);
+  if (completion.CANDIDATES.empty() || CHARACTERS(completion.TEXT) == no_characters)
+    return CC_ERROR;
+  if (completion.TEXT == typed && completion.CANDIDATES.size() == 1) return CC_ERROR;
+  if (completion.TEXT == typed) {
+    SHOW_CANDIDATES(completion.CANDIDATES);
+    return CC_REDISPLAY;
+  }
+  ::el_deletestr(line, CHARACTERS(typed));
+  ::el_insertstr(line, completion.TEXT.c_str());
+  return CC_REFRESH;
+}
+
+// ---- the editor ----
+
+char* PROMPT_OF_LINE(EditLine* /*line*/) {
+  return shown_prompt.data();
+}
+
+// One that it has no description of, or that cannot clear the rest of a line, shows a muddle.
+bool TERMINAL_CAN_EDIT() {
+  constexpr char clear_rest[] = "ce";
+  char* sequence = nullptr;
+  return ::el_get(editor, EL_GETTC, clear_rest, &sequence, nullptr) == 0 && sequence != nullptr;
+}
+
+void SET_KEYS() {
+  constexpr char tab_routine[] = "add-completion";
+  ::el_set(editor, EL_EDITOR, "emacs");
+  ::el_set(editor, EL_ADDFN, tab_routine, "Complete the word before the cursor", ADD_COMPLETION);
+  ::el_set(editor, EL_BIND, "^I", tab_routine, nullptr);
+  ::el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+  ::el_set(editor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
+}
+
+void PUT_IN_HISTORY(const std::string& line) {
+  HistEvent event{};
+  last_line = line;
+  // A line in other characters would stand in the way to those before it.
+  if (CHARACTERS(line) != no_characters) ::history(history_lines, &event, H_ENTER, line.c_str());
+}
+
+void START_HISTORY() {
+  HistEvent event{};
+  history_lines = ::history_init();
+  if (history_lines == nullptr) return;
+  ::history(history_lines, &event, H_SETSIZE, static_cast<int>(HISTORY_LENGTH));
+  ::el_set(editor, EL_HIST, ::history, history_lines);
+  for (const std::string& line : READ_HISTORY()) PUT_IN_HISTORY(line);
+}
+
+}  // namespace
+
+void START_LINE_EDITOR() {
+  if (editor != nullptr || !AT_TERMINAL()) return;
+  // The library's own messages would stand in the dialogue.
+  std::FILE* const unseen = std::fopen("/dev/null", "we");
+  if (unseen == nullptr) return;
+  terminal_locale = FIND_TERMINAL_LOCALE();
+  const TERMINAL_CHARACTERS scope;
+  editor = ::el_init("gemmara", stdin, stdout, unseen);
+  if (editor == nullptr || !TERMINAL_CAN_EDIT()) return;
+  SET_KEYS();
+  START_HISTORY();
+  ::el_set(editor, EL_PROMPT, PROMPT_OF_LINE);
+  ::el_set(editor, EL_SIGNAL, 1);  // a signal finds the terminal as the program found it
+  ::el_source(editor, nullptr);    // the user's own keys
+  editor_works = true;
+}
+
+bool EDITING_POSSIBLE(const std::string& prompt) {
+  if (!editor_works) return false;
+  const TERMINAL_CHARACTERS scope;
+  return CHARACTERS(prompt) != no_characters;
+}
+
+bool EDIT_LINE(const std::string& prompt, const LINE_HELP& help, std::string& line) {
+  const TERMINAL_CHARACTERS scope;
+  shown_prompt = prompt;
+  line_help = &help;
+  ::el_resize(editor);
+  const char* typed = nullptr;
+  int count = 0;
+  do typed = ::el_gets(editor, &count);
+  while (typed == nullptr && count < 0 && errno == EINTR);
+  line_help = nullptr;
+  line = typed != nullptr && count > 0 ? typed : "";
+  const bool read = !line.empty();
+  if (line.ends_with('\n')) line.pop_back();
+  line = CUT_LINE(line);
+  return read;
+}
+
+void REMEMBER_LINE(std::string_view line) {
+  const std::string kept = LEFT_ADJUST(line);
+  if (history_lines == nullptr || kept.empty() || kept == last_line) return;
+  const TERMINAL_CHARACTERS scope;
+  PUT_IN_HISTORY(kept);
+  ADD_TO_HISTORY(kept);
+}
+
+}  // namespace KVA_CONSOLE
