@@ -1,5 +1,6 @@
-// The operating system, behind one small header: the terminal, environment, directories, system
-// commands. Knows nothing of the program's records.
+// The operating system, behind one small header: the terminal, environment, directories, the file
+// dialogue, system commands. Each system has a source of its own for it. Knows nothing of the
+// program's records. Texts are UTF-8.
 #pragma once
 
 #include <string>
@@ -9,8 +10,11 @@
 namespace KVA_CONSOLE {
 
 // Puts the null device in place of a standard stream that is closed, so that no file that is opened
-// later is taken for it. Called before any file is opened.
+// later is taken for it, and lets bytes through as they are. Called before any file is opened.
 void FILL_STANDARD_STREAMS();
+
+// Gives the console window its size, where it is the program that does so.
+void SIZE_CONSOLE();
 
 // Columns of the terminal on standard output; 0 when it is none.
 int CONSOLE_COLUMNS();
@@ -36,8 +40,17 @@ void LISTEN_FOR_INTERRUPT();
 void STOP_LISTENING();
 bool INTERRUPTED();
 
+// The program's name and arguments.
+std::vector<std::string> COMMAND_LINE(int argc, char** argv);
+
 // Value of an environment variable. False when it is unset.
 bool GET_ENVIRONMENT(const std::string& name, std::string& value);
+
+// The user's home directory. False when the system tells none.
+bool GET_HOME(std::string& path);
+
+// Characters that divide a path; the program writes the first.
+extern const std::string_view PATH_SEPARATORS;
 
 // The current directory; blank when the system cannot tell. Changing and making one: true on
 // success.
@@ -48,7 +61,25 @@ bool MAKE_DIRECTORY(const std::string& path);
 // Names in a directory that begin with start, "/" behind those of directories; none on failure.
 std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_view start);
 
-// Runs a command line with /bin/sh on our own input and output. Its status is ignored.
+// What the system's own dialogue for choosing a file shows, and whether the file must exist.
+struct FILE_QUESTION {
+  std::string TITLE;
+  std::string DESCRIPTOR;  // of the files with the extension
+  std::string EXT;
+  std::string FOLDER;  // where it begins; blank: where the system likes
+  bool MUST_EXIST = false;
+};
+enum class FILE_CHOICE { CHOSEN, CANCELLED, NO_DIALOGUE };
+
+// Lets the user choose; name is the whole path. NO_DIALOGUE when the system has none or nobody sits
+// at the console.
+FILE_CHOICE CHOOSE_FILE(const FILE_QUESTION& question, std::string& name);
+
+// The system's command that lists a directory.
+extern const std::string_view LISTING_COMMAND;
+
+// Runs a command line with the system's command processor on our own input and output. Its status
+// is ignored.
 void RUN_COMMAND_LINE(const std::string& line);
 
 // Replaces the file's content in one step: the old or the new content is there, never half of it.

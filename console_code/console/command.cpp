@@ -10,6 +10,7 @@
 #include "console_code/console/output.h"
 #include "console_code/console/settings.h"
 #include "console_code/console/state.h"
+#include "console_code/console_win.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/files.h"
 #include "console_code/kva_utilities/text.h"
@@ -169,7 +170,8 @@ void RUN_BUILT_IN(BUILT_IN built_in) {
     case BUILT_IN::SYS:
       return ENTER_SYSTEM_MODE();
     case BUILT_IN::DIR:
-      return RUN_SYSTEM_COMMAND("ls " + INSTRING, "LS command returned an error");
+      return RUN_SYSTEM_COMMAND(std::string(LISTING_COMMAND) + " " + INSTRING,
+                                "LS command returned an error");
     case BUILT_IN::CD:
       RUN_SYSTEM_COMMAND("chdir " + INSTRING, "CD command returned an error");
       return WRITE_WDIR();

@@ -7,8 +7,10 @@
 #include "console_code/console/input.h"
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
+#include "console_code/console/settings.h"
 #include "console_code/console/state.h"
 #include "console_code/console_win.h"
+#include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
 
 namespace KVA_CONSOLE {
@@ -59,7 +61,7 @@ bool NAME_IS_PENDING(const FILE_RECORD& file, const OPEN_REQUEST& request) {
     WRITE_OUT(" *****For recording enter the filename with the command");
   }
   WRITE_OUT_BLANK(1);
-  GET_INPUT_FILENAME(request.WORD, file.DESCRIPTOR, file.EXT);
+  GET_INPUT_FILENAME(request.WORD, file.DESCRIPTOR, file.EXT, request.MODE == OPEN_MODE::OLD);
   return INSTRING_LEN > 0;
 }
 
@@ -72,8 +74,8 @@ std::string UNQUOTED(std::string_view typed) {
 
 std::string HOME_EXPANDED(std::string path) {
   std::string home;
-  if ((path == "~" || path.starts_with("~/")) && GET_ENVIRONMENT("HOME", home))
-    path.replace(0, 1, home);
+  const bool at_home = path.starts_with('~') && path.find_first_of(PATH_SEPARATORS) == 1;
+  if ((path == "~" || at_home) && GET_HOME(home)) path.replace(0, 1, home);
   return path;
 }
 
@@ -162,6 +164,10 @@ void REPORT_OPEN(const FILE_RECORD& file, const std::string& name) {
 
 }  // namespace
 
+std::string IN_DIRECTORY(const std::string& name) {
+  return GET_DIRECTORY() + PATH_SEPARATORS.front() + name;
+}
+
 std::string USER_PATH(std::string_view typed) {
   return HOME_EXPANDED(UNQUOTED(typed));
 }
@@ -170,7 +176,35 @@ std::string WITH_EXTENSION(const std::string& name, std::string_view ext) {
   return name.find('.') == std::string::npos ? name + "." + TRIM(ext) : name;
 }
 
-void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std::string_view ext) {
+namespace {
+
+// The chosen path as pending text. Its folder becomes the working directory.
+void TAKE_CHOSEN(const std::string& path) {
+  const std::string name = FILENAME(path);
+  const bool moved = CHANGE_DIRECTORY(path.substr(0, path.size() - name.size()));
+  if (moved) SAVE_WORK_DIR();
+  INSTRING = moved && name.size() <= INPUT_LENGTH ? name : path;
+  INSTRING_LEN = LENTRIM(INSTRING);
+}
+
+// Asks by the system's dialogue. False when the question must be put at the prompt: a macro answers
+// it by a line.
+bool CHOSEN_BY_DIALOGUE(const FILE_QUESTION& question) {
+  if (MACRO_STATE == 1) return false;
+  std::string path;
+  const FILE_CHOICE choice = CHOOSE_FILE(question, path);
+  if (choice == FILE_CHOICE::CHOSEN) TAKE_CHOSEN(path);
+  return choice != FILE_CHOICE::NO_DIALOGUE;
+}
+
+}  // namespace
+
+void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std::string_view ext,
+                        bool must_exist) {
+  int ierr = 0;
+  FILE_QUESTION question{TRIM(word) + " " + TRIM(descriptor), TRIM(descriptor), TRIM(ext),
+                         GET_PARAM("WDIR", ierr), must_exist};
+  if (CHOSEN_BY_DIALOGUE(question)) return;
   GET_INPUT("     " + TRIM(word) + " " + TRIM(descriptor) + " (*." + TRIM(ext) + "):",
             {.FILES = true});
 }
@@ -200,7 +234,7 @@ bool OPEN_FILE(FILE_RECORD& file, std::string_view control) {
 namespace {
 
 std::string FULL_PATH(const std::string& name) {
-  return name.starts_with('/') ? name : GET_DIRECTORY() + "/" + name;
+  return SYSTEM_PATH(name).is_absolute() ? name : IN_DIRECTORY(name);
 }
 
 }  // namespace

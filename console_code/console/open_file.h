@@ -13,13 +13,19 @@ namespace KVA_CONSOLE {
 // True when this call opened the file; file.OPEN is true as well when one was kept open.
 bool OPEN_FILE(KVA_UTILITIES::FILE_RECORD& file, std::string_view control = "");
 
-// Asks for a file name. A blank answer means none.
-void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std::string_view ext);
+// Asks for a file name, by the system's dialogue where there is one and no macro answers, else at
+// the prompt. A blank answer means none. A folder that is chosen in the dialogue becomes the
+// working directory.
+void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std::string_view ext,
+                        bool must_exist = false);
 
 void OPEN_LOG_FILE();
 
 // Opens the macro file, control as for OPEN_FILE.
 bool OPEN_MACRO_FILE(std::string_view control);
+
+// The path of a name in the current directory.
+std::string IN_DIRECTORY(const std::string& name);
 
 // The path that a typed name means: without quotes around it, "~" as the home directory.
 std::string USER_PATH(std::string_view typed);

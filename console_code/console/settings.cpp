@@ -47,10 +47,11 @@ std::string SETTINGS_ROOT(bool& below_home) {
 // Makes the folder of the settings file; those above it only where the place is our own choice.
 void MAKE_SETTINGS_FOLDER(const std::string& path, bool below_home) {
   if (below_home)
-    for (std::size_t at = path.find('/', 1); at != std::string::npos; at = path.find('/', at + 1))
+    for (std::size_t at = path.find_first_of(PATH_SEPARATORS, 1); at != std::string::npos;
+         at = path.find_first_of(PATH_SEPARATORS, at + 1))
       MAKE_DIRECTORY(path.substr(0, at));
   else
-    MAKE_DIRECTORY(path.substr(0, path.find_last_of('/')));
+    MAKE_DIRECTORY(path.substr(0, path.find_last_of(PATH_SEPARATORS)));
 }
 
 // The settings file; blank: none.
@@ -161,16 +162,18 @@ void IGNORE_STORED_DIRECTORY() {
 
 // The path that an upper-case copy of what was typed means, as on systems that ignore case.
 std::string UPPER_CASE_PATH(std::string_view typed) {
+  const char separator = PATH_SEPARATORS.front();
   std::string rest = U_CASE(typed);
-  REPLACE_CHAR(rest, '\\', '/');
+  for (const char other : {'\\', '/'}) REPLACE_CHAR(rest, other, separator);
   const std::string directory = GET_DIRECTORY();
   if (rest.find("..") != std::string::npos) {
-    const std::size_t separator = directory.find_last_of('/');
-    if (separator == std::string::npos) return "";
-    const std::string parent = directory.substr(0, separator) + rest.substr(2);
-    return parent.empty() ? "/" : parent;
+    const std::size_t at = directory.find_last_of(separator);
+    if (at == std::string::npos) return "";
+    const std::string parent = directory.substr(0, at) + rest.substr(2);
+    // The root, "/" or "C:\", keeps its separator.
+    return parent.empty() || parent.ends_with(':') ? parent + separator : parent;
   }
-  if (rest.find('/') == std::string::npos) return directory + "/" + rest;
+  if (rest.find(separator) == std::string::npos) return IN_DIRECTORY(rest);
   return rest;
 }
 
@@ -193,7 +196,7 @@ void SET_WIDTH() {
 // The name of a macro file given at start, in the current directory when it names none.
 std::string MACRO_PATH(const std::string& argument) {
   if (argument.find_first_of("/\\") != std::string::npos) return argument;
-  const std::string path = GET_DIRECTORY() + "/" + WITH_EXTENSION(argument, "mcr");
+  const std::string path = IN_DIRECTORY(WITH_EXTENSION(argument, "mcr"));
   return path.size() > INPUT_LENGTH ? argument : path;
 }
 
@@ -307,6 +310,7 @@ void SYSTEM_COMMAND(std::string_view line, bool& err) {
 void INIT_CONSOLE(const std::string& argument) {
   RUN_TYPE = 1;
   FILL_STANDARD_STREAMS();
+  SIZE_CONSOLE();
   SET_WIDTH();
   SET_CONSOLE_TITLE(PROGRAM_NAME + " ");
   INIT_PARAMS();

@@ -1,35 +1,17 @@
 // Files by unit number, file names, and whole files as lines. Asks and prints nothing.
 #include "console_code/kva_utilities/files.h"
 
-#include <fcntl.h>     // for open
-#include <sys/stat.h>  // for stat
-#include <unistd.h>    // for read
-
 #include <algorithm>  // for min
 #include <cerrno>
-#include <cstdio>
 #include <cstring>  // for memchr
 #include <map>
-#include <memory>
 
+#include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
 
 namespace KVA_UTILITIES {
 
 namespace {
-
-struct CLOSE_STREAM {
-  void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
-using STREAM = std::unique_ptr<std::FILE, CLOSE_STREAM>;
-
-// What tells one file from another, whatever it is called. Devices and pipes may be shared.
-struct FILE_IDENTITY {
-  bool REGULAR = false;
-  dev_t DEVICE = 0;
-  ino_t NODE = 0;
-  std::size_t SIZE = 0;  // bytes
-};
 
 // Bytes that were read ahead of the lines.
 struct READ_AHEAD {
@@ -39,10 +21,8 @@ struct READ_AHEAD {
 };
 
 struct OPENED_UNIT {
-  STREAM FILE;
+  OPENED_FILE OPENED;
   FILE_IDENTITY IDENTITY;
-  bool READABLE = false;
-  bool WRITABLE = false;
   bool AT_START = true;  // no line has been read yet
   READ_AHEAD AHEAD;
 };
@@ -53,13 +33,6 @@ std::map<int, OPENED_UNIT>& UNITS() {
 }
 
 constexpr int reading_unit = -1;  // of READ_FILE, which may read what another unit has open
-
-FILE_IDENTITY IDENTITY_OF(const std::string& name) {
-  struct stat status {};
-  if (::stat(name.c_str(), &status) != 0) return {};
-  return {S_ISREG(status.st_mode), status.st_dev, status.st_ino,
-          static_cast<std::size_t>(status.st_size)};
-}
 
 // Two units that write to one file would destroy each other's lines.
 bool IN_USE_ELSEWHERE(int unit, const std::string& name) {
@@ -73,56 +46,6 @@ bool IN_USE_ELSEWHERE(int unit, const std::string& name) {
   return false;
 }
 
-// One way to open a file, and the stream's mode for it.
-struct ACCESS {
-  int FLAGS;
-  const char* MODE;
-  bool READABLE;
-  bool WRITABLE;
-};
-
-constexpr ACCESS both_ways{O_RDWR, "r+", true, true};
-constexpr ACCESS read_only{O_RDONLY, "r", true, false};
-constexpr ACCESS write_only{O_WRONLY, "w", false, true};
-
-// Flags of the mode, and whether the file is to be made.
-int MODE_FLAGS(UNIT_MODE mode) {
-  switch (mode) {
-    case UNIT_MODE::UNKNOWN:
-      return O_CREAT;
-    case UNIT_MODE::OLD:
-      return 0;
-    case UNIT_MODE::NEW:
-      return O_CREAT | O_EXCL;
-    case UNIT_MODE::APPEND:
-      return O_CREAT | O_APPEND;
-    default:
-      return O_CREAT | O_TRUNC;
-  }
-}
-
-// Opens the file as far as the system lets; 0 or the error number.
-int OPEN_AS_ALLOWED(const std::string& name, int flags, OPENED_UNIT& opened) {
-  constexpr mode_t rights = 0666;
-  int error = 0;
-  for (const ACCESS& access : {both_ways, read_only, write_only}) {
-    // A file that is replaced or added to must be written.
-    if (!access.WRITABLE && (flags & ~O_CREAT) != 0) continue;
-    // Without O_NONBLOCK a pipe without a partner would never come back.
-    const int descriptor =
-        ::open(name.c_str(), access.FLAGS | flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, rights);
-    if (descriptor >= 0) {
-      opened.FILE.reset(::fdopen(descriptor, access.MODE));
-      opened.READABLE = access.READABLE;
-      opened.WRITABLE = access.WRITABLE;
-      return opened.FILE ? 0 : errno;
-    }
-    if (error == 0) error = errno;
-    if (errno != EACCES && errno != EPERM && errno != EROFS) break;
-  }
-  return error;
-}
-
 }  // namespace
 
 // ---- units ----
@@ -132,7 +55,7 @@ int OPEN_UNIT(int unit, const std::string& name, UNIT_MODE mode) {
   if (IS_DIRECTORY(name)) return EISDIR;
   if (IN_USE_ELSEWHERE(unit, name)) return EBUSY;
   OPENED_UNIT opened;
-  const int error = OPEN_AS_ALLOWED(name, MODE_FLAGS(mode), opened);
+  const int error = OPEN_AS_ALLOWED(name, mode, opened.OPENED);
   if (error != 0) return error;
   opened.IDENTITY = IDENTITY_OF(name);
   UNITS()[unit] = std::move(opened);
@@ -145,12 +68,12 @@ void CLOSE_UNIT(int unit) {
 
 bool UNIT_READABLE(int unit) {
   const auto found = UNITS().find(unit);
-  return found != UNITS().end() && found->second.READABLE;
+  return found != UNITS().end() && found->second.OPENED.READABLE;
 }
 
 bool UNIT_WRITABLE(int unit) {
   const auto found = UNITS().find(unit);
-  return found != UNITS().end() && found->second.WRITABLE;
+  return found != UNITS().end() && found->second.OPENED.WRITABLE;
 }
 
 namespace {
@@ -168,11 +91,7 @@ READ_STATUS FILL(OPENED_UNIT& opened) {
   ahead.BYTES.resize(buffer_size);
   ahead.NEXT = 0;
   ahead.END = 0;
-  const int descriptor = ::fileno(opened.FILE.get());
-  ssize_t read = -1;
-  do {
-    read = ::read(descriptor, ahead.BYTES.data(), buffer_size);
-  } while (read < 0 && errno == EINTR);
+  const std::ptrdiff_t read = READ_BYTES(opened.OPENED.FILE.get(), ahead.BYTES);
   if (read < 0) return READ_STATUS::FAILED;
   ahead.END = static_cast<std::size_t>(read);
   return read > 0 ? READ_STATUS::LINE : READ_STATUS::END;
@@ -210,7 +129,7 @@ READ_STATUS READ_LINE(OPENED_UNIT& opened, std::string& line) {
 READ_STATUS READ_UNIT(int unit, std::string& line) {
   line.clear();
   const auto found = UNITS().find(unit);
-  if (found == UNITS().end() || !found->second.READABLE) return READ_STATUS::FAILED;
+  if (found == UNITS().end() || !found->second.OPENED.READABLE) return READ_STATUS::FAILED;
   OPENED_UNIT& opened = found->second;
   const READ_STATUS status = READ_LINE(opened, line);
   if (opened.AT_START) DROP_BYTE_ORDER_MARK(line);
@@ -221,21 +140,11 @@ READ_STATUS READ_UNIT(int unit, std::string& line) {
 
 bool WRITE_UNIT(int unit, std::string_view line) {
   const auto found = UNITS().find(unit);
-  if (found == UNITS().end() || !found->second.WRITABLE) return false;
-  std::FILE* const stream = found->second.FILE.get();
+  if (found == UNITS().end() || !found->second.OPENED.WRITABLE) return false;
+  std::FILE* const stream = found->second.OPENED.FILE.get();
   const std::string text = std::string(line) + "\n";
   return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
          std::fflush(stream) == 0;
-}
-
-bool FILE_EXISTS(const std::string& name) {
-  struct stat status {};
-  return ::stat(name.c_str(), &status) == 0;
-}
-
-bool IS_DIRECTORY(const std::string& name) {
-  struct stat status {};
-  return ::stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 // ---- names ----

@@ -23,9 +23,8 @@ constexpr bool IS_CONTINUATION(char c) {
 
 std::tm LOCAL_TIME() {
   const std::time_t now = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&now, &local);
-  return local;
+  const std::tm* const local = std::localtime(&now);
+  return local != nullptr ? *local : std::tm{};
 }
 
 std::string DIGITS(int value, std::size_t width) {

@@ -11,6 +11,7 @@
 #include "console_code/console/output.h"
 #include "console_code/console/settings.h"
 #include "console_code/console/state.h"
+#include "console_code/console_win.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_atomedit/atomedit.h"
@@ -216,7 +217,8 @@ void SET_IDENTITY() {
   PROGRAM_VERSION = 6.1f;
   PROGRAM_VERSION_DATE = "1-FEBRUARY-2025";
   PROGRAM_AUTHORS = "The Gemmara developers";
-  PROGRAM_INI_FILE = "/quorvansoftware/gemmara.ini";
+  const std::string separator(1, PATH_SEPARATORS.front());
+  PROGRAM_INI_FILE = separator + "quorvansoftware" + separator + "gemmara.ini";
   PROGRAM_COMMENT.FILL("");
   int line = 0;
   for (const std::string_view comment : comments) PROGRAM_COMMENT(++line) = comment;
@@ -247,7 +249,8 @@ void START_UP(const std::string& macro) {
 
 int main(int argc, char** argv) {
   SET_IDENTITY();
-  const FACETOR_MAIN::PROGRAM_ARGUMENTS arguments = FACETOR_MAIN::READ_ARGUMENTS(argc, argv);
+  const FACETOR_MAIN::PROGRAM_ARGUMENTS arguments =
+      FACETOR_MAIN::READ_ARGUMENTS(COMMAND_LINE(argc, argv));
   if (arguments.ANSWERED) return arguments.STATUS;
   START_UP(arguments.MACRO);
   COMMAND_LOOP();

@@ -59,16 +59,16 @@ PROGRAM_STATUS ANSWER_OPTION(std::string_view option) {
 
 }  // namespace
 
-PROGRAM_ARGUMENTS READ_ARGUMENTS(int argc, char** argv) {
+PROGRAM_ARGUMENTS READ_ARGUMENTS(const std::vector<std::string>& command_line) {
   PROGRAM_ARGUMENTS arguments;
-  for (int i = 1; i < argc; ++i) {
-    const std::string_view argument = argv[i];
+  for (std::size_t i = 1; i < command_line.size(); ++i) {
+    const std::string_view argument = command_line[i];
     if (!argument.starts_with("--")) continue;
     arguments.ANSWERED = true;
     arguments.STATUS = ANSWER_OPTION(argument);
     return arguments;
   }
-  if (argc > 1) arguments.MACRO = argv[1];
+  if (command_line.size() > 1) arguments.MACRO = command_line[1];
   return arguments;
 }
 

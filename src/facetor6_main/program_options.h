@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace FACETOR_MAIN {
 
@@ -19,8 +20,8 @@ struct PROGRAM_ARGUMENTS {
 };
 
 // An argument that begins with "--" is an option, wherever it stands, and the first one counts;
-// else the first argument names a macro. Uses the program's identity and nothing else of the
-// console.
-PROGRAM_ARGUMENTS READ_ARGUMENTS(int argc, char** argv);
+// else the first argument names a macro. The program's name stands before them. Uses the program's
+// identity and nothing else of the console.
+PROGRAM_ARGUMENTS READ_ARGUMENTS(const std::vector<std::string>& command_line);
 
 }  // namespace FACETOR_MAIN

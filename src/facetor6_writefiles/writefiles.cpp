@@ -11,6 +11,7 @@
 #include "console_code/console/prompts.h"
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
@@ -111,7 +112,7 @@ std::vector<int> ASK_CENTRES() {
 // Closes the file; one that this command made and wrote nothing to is not left behind.
 void CLOSE_OR_REMOVE(FILE_RECORD& file) {
   std::error_code ignored;
-  const std::filesystem::path path = std::filesystem::canonical(file.NAME, ignored);
+  const std::filesystem::path path = std::filesystem::canonical(SYSTEM_PATH(file.NAME), ignored);
   CLOSE_FILE(file);
   if (file.MADE && std::filesystem::file_size(path, ignored) == 0)
     std::filesystem::remove(path, ignored);

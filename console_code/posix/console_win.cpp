@@ -10,15 +10,14 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <csignal>     // for sig_atomic_t
 #include <cstdio>      // for fflush, rename
 #include <cstdlib>     // for getenv, mkstemp, realpath, system
-#include <filesystem>  // for current_path, directory_iterator
+#include <filesystem>  // for current_path
 #include <iostream>
 #include <memory>  // for unique_ptr
 
-#include "console_code/kva_utilities/files.h"
+#include "console_code/console_streams.h"
 
 namespace KVA_CONSOLE {
 
@@ -57,25 +56,6 @@ mode_t MODE_OF(const std::string& path) {
 bool MAY_BE_REPLACED(const std::string& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
-}
-
-constexpr std::string_view temporary_mark = ".saving-";  // behind the name, before six characters
-
-// A program that is killed while it saves leaves its temporary file. A young one may be that of a
-// program that is still at it.
-void REMOVE_STALE_TEMPORARIES(const std::string& target) {
-  namespace fs = std::filesystem;
-  constexpr std::chrono::minutes stale{1};
-  const std::string start = target + std::string(temporary_mark);
-  std::error_code error;
-  std::error_code ignored;
-  fs::directory_iterator file(fs::path(target).parent_path(), error);
-  for (; !error && file != fs::directory_iterator(); file.increment(error)) {
-    if (!file->path().string().starts_with(start)) continue;
-    const fs::file_time_type written = fs::last_write_time(file->path(), ignored);
-    if (ignored) continue;  // its program has finished meanwhile
-    if (fs::file_time_type::clock::now() - written > stale) fs::remove(file->path(), ignored);
-  }
 }
 
 // For a folder that takes no new file while the file itself may be written. A pipe that nobody
@@ -118,6 +98,9 @@ void FILL_STANDARD_STREAMS() {
     if (::fcntl(stream, F_GETFD) == -1 && errno == EBADF) ::open("/dev/null", O_RDWR);
 }
 
+// A terminal's window belongs to the user.
+void SIZE_CONSOLE() {}
+
 int CONSOLE_COLUMNS() {
   winsize size{};
   if (::isatty(STDOUT_FILENO) == 0 || ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return 0;
@@ -133,22 +116,12 @@ void SET_CONSOLE_TITLE(std::string_view title) {
   WRITE_CONSOLE("\033]0;" + std::string(title) + "\007");
 }
 
-// One line that could not be written must not silence those that follow.
 void WRITE_CONSOLE(std::string_view text) {
-  std::cout.clear();
-  std::cout << text << std::flush;
+  WRITE_STREAM(text);
 }
 
 bool READ_CONSOLE(std::string& line) {
-  using TRAITS = std::char_traits<char>;
-  line.clear();
-  std::streambuf& input = *std::cin.rdbuf();
-  TRAITS::int_type c = input.sbumpc();
-  if (TRAITS::eq_int_type(c, TRAITS::eof())) return false;
-  for (; !TRAITS::eq_int_type(c, TRAITS::eof()) && c != '\n'; c = input.sbumpc())
-    if (line.size() <= KVA_UTILITIES::LINE_LENGTH) line += TRAITS::to_char_type(c);
-  line = KVA_UTILITIES::CUT_LINE(line);
-  return true;
+  return READ_STREAM(line);
 }
 
 void SHOW_STATUS(std::string_view text) {
@@ -186,12 +159,29 @@ bool INTERRUPTED() {
   return interrupt_seen != 0;
 }
 
-// ---- environment and directories ----
+// ---- arguments and environment ----
+
+std::vector<std::string> COMMAND_LINE(int argc, char** argv) {
+  return {argv, argv + argc};
+}
 
 bool GET_ENVIRONMENT(const std::string& name, std::string& value) {
   const char* const found = std::getenv(name.c_str());
   value = found != nullptr ? found : "";
   return found != nullptr;
+}
+
+bool GET_HOME(std::string& path) {
+  return GET_ENVIRONMENT("HOME", path);
+}
+
+// ---- files and directories ----
+
+const std::string_view PATH_SEPARATORS = "/";
+
+FILE_CHOICE CHOOSE_FILE(const FILE_QUESTION& /*question*/, std::string& name) {
+  name.clear();
+  return FILE_CHOICE::NO_DIALOGUE;
 }
 
 std::string GET_DIRECTORY() {
@@ -223,6 +213,8 @@ std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_vi
 
 // ---- system commands ----
 
+const std::string_view LISTING_COMMAND = "ls";
+
 // std::system ignores an interrupt on our side while the command runs, so that Ctrl-C ends the
 // command and not the program.
 void RUN_COMMAND_LINE(const std::string& line) {
@@ -240,7 +232,7 @@ bool REPLACE_FILE(const std::string& path, const std::string& content) {
   const std::string target = REAL_PATH(path);
   if (!MAY_BE_REPLACED(target)) return OVERWRITE(target, content);
   REMOVE_STALE_TEMPORARIES(target);
-  std::string temporary = target + std::string(temporary_mark) + "XXXXXX";
+  std::string temporary = target + std::string(TEMPORARY_MARK) + "XXXXXX";
   const int descriptor = ::mkstemp(temporary.data());
   if (descriptor < 0) return OVERWRITE(target, content);
   const bool written = ::fchmod(descriptor, MODE_OF(target)) == 0 &&
