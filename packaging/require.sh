@@ -1,4 +1,4 @@
-# Sourced by demo.sh and test.sh: require TOOL=PACKAGE ... installs what is missing with apt-get,
+# Sourced by the scripts that build: require TOOL=PACKAGE ... installs what is missing with apt-get,
 # or names it. A TOOL with a slash is a file that must exist.
 missing_packages() {
   local pair tool

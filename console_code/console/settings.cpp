@@ -14,6 +14,7 @@
 #include "console_code/console/state.h"
 #include "console_code/console_win.h"
 #include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
 
 namespace KVA_CONSOLE {
@@ -94,8 +95,8 @@ void SET_HISTORY_FILE() {
   HISTORY_FILE = path.substr(0, path.rfind('.')) + ".history";
   if (path.empty())
     HISTORY_FILE.clear();
-  else if (!path.starts_with('/'))
-    HISTORY_FILE = GET_DIRECTORY() + "/" + HISTORY_FILE;
+  else if (!SYSTEM_PATH(path).is_absolute())
+    HISTORY_FILE = IN_DIRECTORY(HISTORY_FILE);
 }
 
 // ---- entries ----

@@ -219,6 +219,15 @@ const std::string_view PATH_SEPARATORS = "\\/";
 
 namespace {
 
+// Whether windows can be seen: not so in a session over the network that has a console alone.
+bool WINDOWS_ARE_SHOWN() {
+  USEROBJECTFLAGS flags{};
+  DWORD length = 0;
+  return ::GetUserObjectInformationW(::GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags,
+                                     &length) != 0 &&
+         (flags.dwFlags & WSF_VISIBLE) != 0;
+}
+
 // Pairs of a name and a pattern, each ended by a null, and one more at the end.
 std::wstring DIALOGUE_FILTER(const FILE_QUESTION& question) {
   const std::wstring null(1, L'\0');
@@ -230,7 +239,8 @@ std::wstring DIALOGUE_FILTER(const FILE_QUESTION& question) {
 
 FILE_CHOICE CHOOSE_FILE(const FILE_QUESTION& question, std::string& name) {
   name.clear();
-  if (!IS_CONSOLE(INPUT()) || !IS_CONSOLE(OUTPUT())) return FILE_CHOICE::NO_DIALOGUE;
+  if (!IS_CONSOLE(INPUT()) || !IS_CONSOLE(OUTPUT()) || !WINDOWS_ARE_SHOWN())
+    return FILE_CHOICE::NO_DIALOGUE;
   const std::wstring title = WIDE_TEXT(question.TITLE);
   const std::wstring filter = DIALOGUE_FILTER(question);
   const std::wstring folder = WIDE_TEXT(question.FOLDER);

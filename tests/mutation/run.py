@@ -30,6 +30,7 @@ TEST_LIMIT = 300
 # Calculation, scanner, listings, writers and the text routines below them; no tables of data.
 SOURCES = [
     "console_code/kva_utilities/*.cpp",
+    "console_code/posix/system_files.cpp",
     "foundations/XTAL_Small_Math.cpp",
     "foundations/XTAL_Unit_Cell.cpp",
     "foundations/XTAL_Space_Group_Closure.cpp",
