@@ -105,6 +105,8 @@ void FILL_STANDARD_STREAMS() {
   std::setvbuf(stdin, nullptr, _IONBF, 0);
 }
 
+// A terminal that shows the console in a window of its own takes no size from us: the console's
+// window is hidden then.
 void SIZE_CONSOLE() {
   constexpr int wanted_columns = 120;
   constexpr int wanted_rows = 80;
@@ -112,8 +114,8 @@ void SIZE_CONSOLE() {
   constexpr int spare_rows = 7;
   constexpr int screens = 5;  // that can be scrolled through
   const auto state = CONSOLE_STATE(OUTPUT());
-  if (!state) return;
-  const COORD largest = state->dwMaximumWindowSize;
+  if (!state || ::IsWindowVisible(::GetConsoleWindow()) == 0) return;
+  const COORD largest = ::GetLargestConsoleWindowSize(OUTPUT());  // that the screen has room for
   const int columns = largest.X < wanted_columns ? largest.X - spare_columns : wanted_columns;
   const int rows = std::min(largest.Y - spare_rows, wanted_rows);
   if (columns < 1 || rows < 1) return;

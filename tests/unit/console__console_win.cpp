@@ -54,6 +54,31 @@ TEST_F(CONSOLE_WIN, ENVIRONMENT_TELLS_UNSET_FROM_BLANK) {
   EXPECT_FALSE(GET_ENVIRONMENT("GEMMARA_TEST", value));
 }
 
+TEST_F(CONSOLE_WIN, HOME_IS_THAT_OF_THE_ENVIRONMENT) {
+  std::string home;
+  ::setenv("HOME", "/home/curie", 1);
+  EXPECT_TRUE(GET_HOME(home));
+  EXPECT_EQ(home, "/home/curie");
+  ::unsetenv("HOME");
+  EXPECT_FALSE(GET_HOME(home));
+}
+
+TEST_F(CONSOLE_WIN, ARGUMENTS_COME_AS_THEY_ARE) {
+  std::string name = "gemmara";
+  std::string argument = "gr\xC3\xBC n.mcr";
+  std::vector<char*> arguments{name.data(), argument.data()};
+  EXPECT_EQ(COMMAND_LINE(2, arguments.data()), (std::vector<std::string>{name, argument}));
+  EXPECT_TRUE(COMMAND_LINE(0, arguments.data()).empty());
+}
+
+// The prompt takes the name then.
+TEST_F(CONSOLE_WIN, NO_DIALOGUE_FOR_FILES_HERE) {
+  std::string name = "old";
+  EXPECT_EQ(CHOOSE_FILE({"Open cif file", "cif file", "cif", "", true}, name),
+            FILE_CHOICE::NO_DIALOGUE);
+  EXPECT_EQ(name, "");
+}
+
 TEST_F(CONSOLE_WIN, DIRECTORIES_ARE_MADE_CHANGED_AND_TOLD) {
   EXPECT_EQ(GET_DIRECTORY(), folder.string());
   EXPECT_TRUE(MAKE_DIRECTORY("sub"));
