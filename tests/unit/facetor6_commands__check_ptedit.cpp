@@ -268,6 +268,12 @@ TEST_F(CHECK, LINES_OF_DATA_GLOBAL_COUNT_FOR_THE_BLOCK_BEFORE_IT) {
   EXPECT_FALSE(HOLDS(said, "#  3"));
 }
 
+TEST_F(CHECK, A_BLOCK_ENDS_BEFORE_THE_FIRST_LINE_OF_THE_NEXT) {
+  const std::string said = CHECKED("data_one\n_a 1\ndata_two\n_a 2\n", "data_two\n");
+  EXPECT_TRUE(HOLDS(said, HEADING("  1", "one") + "\n   MISSING items:\n   data_two\n"));
+  EXPECT_TRUE(HOLDS(said, HEADING("  2", "two") + "   data_two\n"));
+}
+
 TEST_F(CHECK, OLDER_OPERATOR_NAME_IN_FILE_OR_LIST_IS_THE_NEWER_ONE) {
   const std::string said =
       CHECKED("data_one\n_space_group_symop_operation_xyz\n", "_symmetry_equiv_pos_as_xyz\n");

@@ -217,6 +217,13 @@ TEST_F(EXPORT, A_SYSTEM_IS_FOUND_WITHIN_A_LONGER_TEXT_AND_IN_ANY_CASE) {
             HEADER(" v sigv", "CUBIC") + conditions + volume + "\n" + conditions + volume + "\n");
 }
 
+TEST_F(EXPORT, TWELVE_CHARACTERS_OF_THE_FIRST_SYSTEM_COUNT) {
+  ADD_CELL("Orthorhombic, of other axes");
+  ADD_CELL("Orthorhombic");
+  EXPORT_CELLS();
+  EXPECT_NE(TEXT_OF("out.dat").find("\nSystem ORTHORHOMBIC\n"), std::string::npos);
+}
+
 TEST_F(EXPORT, POINTS_STAND_IN_DISPLAY_ORDER_AND_IN_COLUMNS) {
   ADD_CELL("Cubic");
   ADD_CELL("Cubic");

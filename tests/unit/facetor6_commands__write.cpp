@@ -181,6 +181,8 @@ TEST_F(WRITE, EVERY_LINE_OF_A_BLOCK) {
   phase.METADATA(2, 2) = " first line|  second line";
   phase.METADATA(4, 1) = "_chemical_name_mineral";
   phase.METADATA(5, 2) = "a text without a name is not written";
+  phase.METADATA(10, 1) = "_the_last_of_ten";
+  phase.METADATA(10, 2) = "word";
   ADD("a made up block ", phase);
   PHASE(1).PT(PRESSURE, PT_VALUE) = 3.5f;
   PHASE(1).PT(PRESSURE, PT_ESD) = 0.002f;
@@ -193,7 +195,7 @@ TEST_F(WRITE, EVERY_LINE_OF_A_BLOCK) {
           ITEM("_cell_angle_gamma", "90.0000") + ITEM("_cell_volume", "220.48(12)") + " \n" +
           ITEM("_computing_structure_solution", "'DFT simulation with CRYSTAL17'") +
           "_refine_special_details\n;\nfirst line\n  second line\n;\n" +
-          ITEM("_chemical_name_mineral", "?") +
+          ITEM("_chemical_name_mineral", "?") + ITEM("_the_last_of_ten", "word") +
           " \n"
           "_space_group_crystal_system          'Mono b-uni'\n"
           "_symmetry_space_group_name_H-M       'P 1 21/c 1'\n"
