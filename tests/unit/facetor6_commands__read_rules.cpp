@@ -117,6 +117,12 @@ TEST_F(READ_RULES, THE_VOLUME_IS_THAT_OF_THE_CELL_WITH_THE_ESD_OF_THE_FILE) {
   EXPECT_NEAR(BLOCKS(1).CELL.STDVOL, 4.2f, 1e-4f) << "without an esd that of the cell's stands";
 }
 
+TEST_F(READ_RULES, THE_VOLUME_OF_A_CELL_THAT_IS_NOT_TAKEN_IS_NOT_COMPARED) {
+  EXPECT_EQ(READ("data_x\n" + HM("P 1") + "_cell_length_a -5\n_cell_volume 125(3)\n" + atoms),
+            "\n*****WARNING: Bad cell parameters in block #  1 in the cif\n\n");
+  EXPECT_EQ(BLOCKS(1).CELL.STDVOL, 0.0f);
+}
+
 // Half a percent of 200 is 1, three esds of 1 are 3.
 TEST_F(READ_RULES, A_VOLUME_MAY_DIFFER_BY_THREE_ESDS_AND_HALF_A_PERCENT) {
   const auto told = [&](const std::string& a, const std::string& volume) {
