@@ -1,11 +1,11 @@
 // Symbols met in structure databases that are no tabulated setting: centred triclinic cells, older
-// short symbols, R groups named by H, non-standard cells, full symbols. 127 rows with Hall symbols.
+// short symbols, R groups named by H, non-standard cells, full symbols. 130 rows with Hall symbols.
 #include "foundations/XTAL_Space_Group_Tables.h"
 
 // clang-format off
 namespace XTAL {
 
-const std::array<EXTRA_SYMBOL, 127> EXTRA_SYMBOLS{{
+const std::array<EXTRA_SYMBOL, 130> EXTRA_SYMBOLS{{
     {"A 1",                   1, "A 1"},
     {"B 1",                   1, "B 1"},
     {"C 1",                   1, "C 1"},
@@ -75,11 +75,14 @@ const std::array<EXTRA_SYMBOL, 127> EXTRA_SYMBOLS{{
     {"P 21/b 21/c 21/a",     61, "-P 2ac 2ab"},
     {"P 21/n 21/m 21/a",     62, "-P 2ac 2n"},
     {"C 2/m 2/c 21/m",       63, "-C 2c 2"},
+    {"C 2/m 2/c 21/a",       64, "-C 2ac 2"},
     {"C 2/m 2/c 21/e",       64, "-C 2ac 2"},
     {"C 2/m 2/m 2/m",        65, "-C 2 2"},
     {"C 2/c 2/c 2/m",        66, "-C 2 2c"},
     {"C 2/m 2/m 2/a",        67, "-C 2a 2"},
+    {"C 2/m 2/m 2/e",        67, "-C 2a 2"},
     {"C 2/c 2/c 2/a",        68, "-C 2a 2ac"},
+    {"C 2/c 2/c 2/e",        68, "-C 2a 2ac"},
     {"F 2/m 2/m 2/m",        69, "-F 2 2"},
     {"F 2/d 2/d 2/d",        70, "-F 2uv 2vw"},
     {"I 2/m 2/m 2/m",        71, "-I 2 2"},

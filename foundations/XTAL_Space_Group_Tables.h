@@ -49,6 +49,6 @@ struct EXTRA_SYMBOL {
   int N;
   std::string_view HALL;
 };
-extern const std::array<EXTRA_SYMBOL, 127> EXTRA_SYMBOLS;
+extern const std::array<EXTRA_SYMBOL, 130> EXTRA_SYMBOLS;
 
 }  // namespace XTAL

@@ -2,7 +2,7 @@
 // records.
 #include "cifcode/cif_code_new/atom_table.h"
 
-#include <algorithm>  // for max, min
+#include <algorithm>  // for find_if_not, max, min
 #include <unordered_map>
 
 #include "console_code/kva_utilities/text.h"
@@ -212,9 +212,10 @@ std::string SCAT_FORMAT(std::string_view sin) {
   if (sign + 1 == last) return text;
   if (sign != last || sign == 0) return "";
   const std::string before = text.substr(0, sign);
-  const std::size_t letters = std::min(before.find_first_of("0123456789"), before.size());
-  const std::string charge = letters == before.size() ? "1" : before.substr(letters);
-  return before.substr(0, letters) + text[sign] + charge;
+  const auto letters_end = std::find_if_not(before.begin(), before.end(), ISLETTER);
+  const std::string charge =
+      letters_end == before.end() ? "1" : std::string(letters_end, before.end());
+  return std::string(before.begin(), letters_end) + text[sign] + charge;
 }
 
 void READ_CIF_ATOMARRAY(const FILE_LINES& flines, int start, int end, LIST<ATOM_TYPE>& atom,
@@ -224,8 +225,8 @@ void READ_CIF_ATOMARRAY(const FILE_LINES& flines, int start, int end, LIST<ATOM_
   atom.CLEAR();
   const BLOCK block{flines, std::max(start, 1), std::min(end, flines.COUNT())};
   if (block.START > block.END) return;
+  // A file need not have the loop of atom types; reading the sites forgets that it was missed.
   const std::vector<ATOM_TYPE_ROW> types = READ_ATOM_TYPES(block);
-  INIT_ERR_KVACIF();  // a file need not have the loop of atom types
   if (!READ_SITES(block, types, atom)) return;
   natoms = atom.COUNT();
   READ_TENSORS(block, atom);

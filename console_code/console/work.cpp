@@ -15,11 +15,11 @@ using std::chrono::steady_clock;
 constexpr std::chrono::milliseconds before_first_show{500};
 constexpr std::chrono::milliseconds between_shows{200};
 
-void SHOW(WORK& work, int done) {
+void SHOW(WORK& work, int step) {
   if (steady_clock::now() < work.NEXT_SHOW) return;
   work.SHOWN = true;
   work.NEXT_SHOW = steady_clock::now() + between_shows;
-  SHOW_STATUS(work.WORDS + " " + std::to_string(done) + " of " + std::to_string(work.TOTAL));
+  SHOW_STATUS(work.WORDS + " " + std::to_string(step) + " of " + std::to_string(work.TOTAL));
 }
 
 void STOP_MACRO() {
@@ -41,8 +41,8 @@ WORK::~WORK() {
   STOP_LISTENING();
 }
 
-bool GO_ON(WORK& work, int done) {
-  SHOW(work, done);
+bool GO_ON(WORK& work, int step) {
+  SHOW(work, step);
   if (!INTERRUPTED()) return true;
   STOP_MACRO();
   return false;

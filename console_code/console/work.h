@@ -22,8 +22,9 @@ struct WORK {
   std::chrono::steady_clock::time_point NEXT_SHOW;  // when the line is shown or renewed
 };
 
-// Called before each step with the number of those done. False when the user has stopped the work;
-// a running macro is stopped then as well.
-bool GO_ON(WORK& work, int done);
+// Called before each step with its number, the first being 1, and behind the last step once more
+// with the number of that. False when the user has stopped the work; a running macro is stopped
+// then as well.
+bool GO_ON(WORK& work, int step);
 
 }  // namespace KVA_CONSOLE

@@ -230,8 +230,14 @@ std::size_t LEFT_PART(const std::string& cell) {
   return std::min(cell.find_first_of(".("), cell.size());
 }
 
+// What stands for a number that did not fit its columns, or that is none.
+bool IS_WORD_FOR_NUMBER(const std::string& cell) {
+  if (cell == "NaN" || cell == "Inf" || cell == "-Inf") return true;
+  return !cell.empty() && cell.find_first_not_of('*') == std::string::npos;
+}
+
 bool IS_NUMERIC_CELL(const std::string& cell) {
-  if (cell.empty() || cell == "." || cell == "?") return true;
+  if (cell == "." || cell == "?" || IS_WORD_FOR_NUMBER(cell)) return true;
   const std::size_t open = cell.find('(');
   NUMBER number;
   if (!GETNUM(cell.substr(0, open), number)) return false;
@@ -251,19 +257,31 @@ COLUMN_LAYOUT LAYOUT_OF_COLUMN(const std::vector<std::vector<std::string>>& rows
   COLUMN_LAYOUT layout;
   for (const auto& row : rows)
     if (column < row.size() && !IS_NUMERIC_CELL(row[column])) layout.NUMERIC = false;
+  std::size_t longest_word = 0;
   for (const auto& row : rows) {
     if (column >= row.size()) continue;
     const std::string& cell = row[column];
+    if (layout.NUMERIC && IS_WORD_FOR_NUMBER(cell)) {
+      longest_word = std::max(longest_word, cell.size());
+      continue;
+    }
     const std::size_t left = layout.NUMERIC ? LEFT_PART(cell) : CHARACTERS(cell);
     layout.LEFT = std::max(layout.LEFT, left);
     layout.RIGHT = std::max(layout.RIGHT, layout.NUMERIC ? cell.size() - left : 0);
   }
+  layout.LEFT = std::max(layout.LEFT, longest_word - std::min(longest_word, layout.RIGHT));
   return layout;
 }
 
+// Blanks before a cell: a number stands at its point, a word in place of one at the right end.
+std::size_t INDENT(const std::string& cell, const COLUMN_LAYOUT& layout) {
+  if (!layout.NUMERIC) return 0;
+  if (IS_WORD_FOR_NUMBER(cell)) return layout.LEFT + layout.RIGHT - cell.size();
+  return layout.LEFT - LEFT_PART(cell);
+}
+
 std::string ALIGNED_CELL(const std::string& cell, const COLUMN_LAYOUT& layout) {
-  std::string text = cell;
-  if (layout.NUMERIC) text.insert(0, layout.LEFT - LEFT_PART(cell), ' ');
+  std::string text = std::string(INDENT(cell, layout), ' ') + cell;
   text.append(layout.LEFT + layout.RIGHT - CHARACTERS(text), ' ');
   return text;
 }

@@ -2,7 +2,6 @@
 // names.
 #include "src/facetor6_atomedit/atomedit.h"
 
-#include <algorithm>  // for sort, unique
 #include <array>
 #include <string>
 #include <vector>
@@ -63,14 +62,6 @@ void SET_CLIST_ATOMEDIT() {
   CLIST_GROUP_TITLE.CLEAR();
   CLIST_GROUP_TITLE.ADD("Program and data settings");
   CLIST_GROUP_TITLE.ADD("Atom editing");
-}
-
-// Blocks that the user chooses, each once.
-std::vector<int> ASK_BLOCKS(std::string_view prompt) {
-  std::vector<int> blocks = GET_LIST(prompt, NPHASES);
-  std::sort(blocks.begin(), blocks.end());
-  blocks.erase(std::unique(blocks.begin(), blocks.end()), blocks.end());
-  return blocks;
 }
 
 // ---- use of atoms ----

@@ -1,7 +1,7 @@
 // Upkeep of the phase list and the commands USE, OMIT, SORT, UNSORT and CLEAR.
 #include "src/facetor6_console/phase_list.h"
 
-#include <algorithm>  // for max, reverse, count
+#include <algorithm>  // for count, max, min, reverse, sort, unique
 #include <exception>
 #include <utility>  // for move
 
@@ -87,6 +87,13 @@ void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error) {
 }
 
 // ---- questions ----
+
+std::vector<int> ASK_BLOCKS(std::string_view prompt) {
+  std::vector<int> blocks = GET_LIST(prompt, NPHASES);
+  std::sort(blocks.begin(), blocks.end());
+  blocks.erase(std::unique(blocks.begin(), blocks.end()), blocks.end());
+  return blocks;
+}
 
 int NUMPHASES_USED() {
   return static_cast<int>(std::count(IUSE.begin(), IUSE.begin() + NPHASES, 1));

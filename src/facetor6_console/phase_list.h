@@ -1,6 +1,9 @@
 // The phase list, the program's central store, and the commands that manage it.
 #pragma once
 
+#include <string_view>
+#include <vector>
+
 #include "console_code/console/completion.h"
 #include "src/kva_crystal_structures/records.h"
 
@@ -39,6 +42,9 @@ void CLEAR_FACETOR_LIST();
 
 // Labels of the reference block, for a prompt that takes one.
 KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS();
+
+// Numbers of the blocks that the user chooses, each once, in increasing order.
+std::vector<int> ASK_BLOCKS(std::string_view prompt);
 
 int NUMPHASES_USED();
 bool CHECK_NOPHASES();  // true, with a warning, when no block is used

@@ -1,7 +1,7 @@
 // The dialogue of TRANSFORM, the new coordinates and their esds. Cell and operators stay.
 #include "src/facetor6_transform/transform.h"
 
-#include <algorithm>  // for sort, unique
+#include <algorithm>  // for max
 #include <cmath>      // for abs, sqrt
 #include <string>
 #include <vector>
@@ -67,16 +67,11 @@ bool ASK_MATRIX(MATRIX3& t) {
   }
 }
 
-// Blocks to transform, each once.
-std::vector<int> ASK_BLOCKS() {
+std::vector<int> BLOCKS_TO_TRANSFORM() {
   WRITE_OUT("|*****These are all the datablocks:|");
   FACETOR_LIST::FACETOR_LIST_PHASE();
   CLEAR_INPUT();
-  std::vector<int> blocks =
-      GET_LIST("Input the datablock numbers to transform, <CR> to exit: ", NPHASES);
-  std::sort(blocks.begin(), blocks.end());
-  blocks.erase(std::unique(blocks.begin(), blocks.end()), blocks.end());
-  return blocks;
+  return ASK_BLOCKS("Input the datablock numbers to transform, <CR> to exit: ");
 }
 
 // ---- coordinates ----
@@ -163,7 +158,7 @@ void RUN_TRANSFORM() {
   if (!ASK_MATRIX(transformation.T)) return;
   GET_INPUT_NVALUES("Input the origin shift for x,y, & z:", transformation.OFFSET);
   do {
-    const std::vector<int> blocks = ASK_BLOCKS();
+    const std::vector<int> blocks = BLOCKS_TO_TRANSFORM();
     if (blocks.empty() || !TRANSFORM_BLOCKS(blocks, transformation)) return;
   } while (GET_ANSWER_YN("    Do you want to apply the same transformation to other datablocks",
                          "N") == 'Y');

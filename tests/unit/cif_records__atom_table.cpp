@@ -86,6 +86,18 @@ TEST(ELEMENTS, BY_THE_TABLE_OF_ATOM_TYPES) {
   EXPECT_EQ(atoms.ATOM(2).CHARGE, -2.0f);
 }
 
+TEST(ELEMENTS, BY_THE_FIRST_EQUAL_ROW_OF_THE_TABLE) {
+  const ATOM_TYPE atom = READ(types + "M Fe2+\nM Mg2+\n\n" + sites + "M1 M 0 0 0\n").ATOM(1);
+  EXPECT_EQ(atom.SFACSYMB, "Fe+2");
+  EXPECT_EQ(atom.CHEMSYMB, "Fe");
+}
+
+TEST(ELEMENTS, SCATTERING_NAMES_HAVE_FOUR_CHARACTERS) {
+  const ATOM_TYPE atom = READ(types + "Na+ Nat+\n\n" + sites + "Na1 Na+ 0 0 0\n").ATOM(1);
+  EXPECT_EQ(atom.SFACSYMB, "Nat+") << "Nat+1 is cut";
+  EXPECT_EQ(atom.CHARGE, 1.0f) << "but its charge is known";
+}
+
 TEST(ELEMENTS, BY_THE_TYPE_SYMBOL_OF_THE_SITE) {
   const ATOM_TYPE atom = READ(sites + "Ow O2- 0 0 0\n").ATOM(1);
   EXPECT_EQ(atom.CHEMSYMB, "O");
@@ -107,6 +119,10 @@ TEST(ELEMENTS, BY_THE_LABEL) {
   EXPECT_EQ(unknown.CHEMSYMB, "");
   EXPECT_EQ(unknown.SFACSYMB, "");
   EXPECT_EQ(unknown.Z, 0);
+  const ATOM_TYPE odd_type = READ(sites + "Si1 Xx 0 0 0\n").ATOM(1);
+  EXPECT_EQ(odd_type.CHEMSYMB, "Si")
+      << "a type symbol that names no element leaves it to the label";
+  EXPECT_EQ(odd_type.SFACSYMB, "SI");
 }
 
 // ---- anisotropic displacements ----
@@ -151,6 +167,8 @@ TEST(SCAT_FORMAT, ELEMENT_SIGN_NUMBER) {
   EXPECT_EQ(SCAT_FORMAT("Si"), "Si");
   EXPECT_EQ(SCAT_FORMAT("+2Fe"), "") << "the sign anywhere else";
   EXPECT_EQ(SCAT_FORMAT("+"), "");
+  EXPECT_EQ(SCAT_FORMAT("Fe-+"), "Fe-+") << "the minus sign counts: one before the end";
+  EXPECT_EQ(SCAT_FORMAT("F+2-"), "F-+2") << "letters, sign, and all between them";
   EXPECT_EQ(SCAT_FORMAT(""), "");
 }
 

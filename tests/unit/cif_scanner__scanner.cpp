@@ -173,6 +173,9 @@ TEST(SCALARS, CRYSTAL_SYSTEMS) {
   };
   EXPECT_EQ(system("_space_group_crystal_system  Cubic\n"), "cubic");
   EXPECT_EQ(system("_symmetry_cell_setting monoclinic\n"), "monoclinic");
+  for (const char* name :
+       {"triclinic", "monoclinic", "orthorhombic", "tetragonal", "trigonal", "hexagonal", "cubic"})
+    EXPECT_EQ(system("_space_group_crystal_system " + std::string(name) + "\n"), name);
   EXPECT_EQ(system("_space_group_crystal_system 'cubic'\n"), "") << "quotes do not match";
   EXPECT_EQ(system("_space_group_crystal_system rhombohedral\n"), "");
   EXPECT_EQ(system("_x 1\n"), "");
@@ -221,6 +224,20 @@ TEST(LOOPS, COMMENT_BLANK_AND_QUESTION_LINES_ARE_SKIPPED) {
   EXPECT_EQ(loop.CVAL(2, label), "O1");
 }
 
+TEST(LOOPS, QUESTION_LINES_AMONG_THE_NAMES_COUNT_NOTHING) {
+  const CIFDATA_TYPE loop = READ("_a_label\n? _a_y\n_a_x\nSi1 1\n");
+  ASSERT_EQ(loop.N, 1);
+  EXPECT_EQ(loop.IND(x), 2);
+  EXPECT_EQ(loop.IND(y), 0);
+  EXPECT_EQ(loop.VAL(1, x), 1.0f);
+}
+
+TEST(LOOPS, A_BANG_STARTS_NO_COMMENT) {
+  const CIFDATA_TYPE loop = READ("_a_label\n_a_x\n!1 2\n");
+  ASSERT_EQ(loop.N, 1);
+  EXPECT_EQ(loop.CVAL(1, label), "!1");
+}
+
 TEST(LOOPS, UNKNOWN_VALUES_READ_AS_0) {
   const CIFDATA_TYPE loop = READ("_a_label\n_a_x\n_a_y\nSi1 ? .\n");
   EXPECT_EQ(loop.VAL(1, x), 0.0f);
@@ -234,6 +251,10 @@ TEST(LOOPS, CAPITAL_WORDS_END_THEM_AND_A_SMALL_LOOP_IS_TAKEN_FOR_DATA) {
   const CIFDATA_TYPE one_column = READ("_a_label\nSi1\nloop_\n_b_x\n");
   ASSERT_EQ(one_column.N, 2);
   EXPECT_EQ(one_column.CVAL(2, label), "loop_");
+  const CIFDATA_TYPE mixed_case = READ("_a_label\nSi1\nLoop_\nData_x\nLOOP_\nO1\n");
+  ASSERT_EQ(mixed_case.N, 3) << "only words all in capitals end a loop";
+  EXPECT_EQ(mixed_case.CVAL(2, label), "Loop_");
+  EXPECT_EQ(mixed_case.CVAL(3, label), "Data_x");
 }
 
 TEST(LOOPS, ONLY_DOUBLE_QUOTES_GROUP_AND_APOSTROPHES_BECOME_BLANKS) {
@@ -297,6 +318,42 @@ TEST(LOOPS, A_RECORD_CAN_BE_USED_AGAIN) {
   READ_LOOP_CIF(second, loop);
   EXPECT_EQ(loop.N, 1);
   EXPECT_EQ(loop.CVAL.COUNT(), 1);
+}
+
+TEST(LOOPS, COLUMNS_OF_AN_EARLIER_LOOP_ARE_FORGOTTEN) {
+  CIFDATA_TYPE loop = READ("_a_x\n_a_label\n1 Si1\n");
+  ASSERT_EQ(loop.IND(x), 1);
+  FILE_LINES second = LINES("_a_label\n2\n");
+  READ_LOOP_CIF(second, loop);
+  ASSERT_EQ(loop.N, 1);
+  EXPECT_EQ(loop.IND(x), 0);
+  EXPECT_EQ(loop.VAL(1, x), 0.0f);
+}
+
+TEST(LOOPS, AN_ABSENT_LOOP_LEAVES_THE_VALUES_OF_THE_EARLIER_ONE) {
+  CIFDATA_TYPE loop = READ("_a_label\n_a_x\nSi1 2\n");
+  FILE_LINES other = LINES("_b_label\nO1\n");
+  READ_LOOP_CIF(other, loop);
+  EXPECT_TRUE(ERR_KVACIF);
+  EXPECT_EQ(loop.N, 0);
+  ASSERT_EQ(loop.CVAL.COUNT(), 1);
+  EXPECT_EQ(loop.CVAL(1, label), "Si1");
+  EXPECT_EQ(loop.VAL(1, x), 2.0f);
+}
+
+TEST(LOOPS, LINES_AND_KEY_ARE_LEFT_ADJUSTED) {
+  CIFDATA_TYPE loop;
+  loop.KEY = "  _a_";
+  loop.NLABELS = 1;
+  loop.LABELS(1) = "_a_label";
+  loop.VTYPE(1) = 'C';
+  FILE_LINES lines = LINES("  _a_label\n   Si1\n");
+  READ_LOOP_CIF(lines, loop);
+  EXPECT_FALSE(ERR_KVACIF);
+  ASSERT_EQ(loop.N, 1);
+  EXPECT_EQ(loop.CVAL(1, label), "Si1");
+  EXPECT_EQ(loop.KEY, "_a_");
+  EXPECT_EQ(lines.ITEMS, (std::vector<std::string>{"_a_label", "Si1"}));
 }
 
 // ---- real files ----

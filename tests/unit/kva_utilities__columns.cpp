@@ -97,6 +97,10 @@ TEST(SETNUM_STD, THE_ESD_LIES_BETWEEN_2_AND_19) {
 TEST(SETNUM_STD, A_REMAINDER_UP_TO_A_TENTH_COUNTS_AS_NONE) {
   EXPECT_EQ(SETNUM_STD(1.0f, 0.01205f), " 1.000(12)") << "12.05";
   EXPECT_EQ(SETNUM_STD(1.0f, 0.01215f), " 1.000(13)") << "12.15";
+  // From 2 on an esd is not scaled, so that nothing is lost on the way.
+  EXPECT_EQ(SETNUM_STD(100.0f, 12.0625f), " 100(12)");
+  EXPECT_EQ(SETNUM_STD(100.0f, 12.09f), " 100(12)");
+  EXPECT_EQ(SETNUM_STD(100.0f, 12.1f), " 100(13)") << "0.1 is above 0.09999";
 }
 
 TEST(SETNUM_STD, WHOLE_ESDS) {
@@ -106,6 +110,8 @@ TEST(SETNUM_STD, WHOLE_ESDS) {
   EXPECT_EQ(SETNUM_STD(1000.0f, 123.4f), " 1000(124)");
   EXPECT_EQ(SETNUM_STD(123.0f, 20.0f), " 123(20)") << "a field cannot have -1 decimals";
   EXPECT_EQ(SETNUM_STD(2.0e6f, 1.0e6f), " 2000000(1000000)");
+  EXPECT_EQ(SETNUM_STD(2.0e6f, 300000.25f), " 2000000(300001)") << "below 1e6 it is rounded up";
+  EXPECT_EQ(SETNUM_STD(2.0e6f, 1000000.25f), " 2000000(1000000)") << "from 1e6 on to the nearest";
 }
 
 TEST(SETNUM_STD, WITHOUT_AN_ESD_ABOUT_8_COLUMNS) {
@@ -119,6 +125,17 @@ TEST(SETNUM_STD, WITHOUT_AN_ESD_ABOUT_8_COLUMNS) {
   EXPECT_EQ(SETNUM_STD(2.0e7f, 0.0f), " 2.00E+07");
   EXPECT_EQ(SETNUM_STD(-2.0e6f, 0.0f), "-2.00E+06");
   EXPECT_EQ(SETNUM_STD(1.5f, 5e-9f), SETNUM_STD(1.5f, 0.0f)) << "an esd below 1e-8 is none";
+  // 1e-8 times 10 is below 2 eight times: 10 at the ninth. 2e-8 is 2 at the eighth.
+  EXPECT_EQ(SETNUM_STD(1.5f, 1e-8f), " 1.500000000(10)") << "1e-8 itself is one";
+  EXPECT_EQ(SETNUM_STD(1.5f, 2.5e-8f), " 1.50000000(3)");
+  EXPECT_EQ(SETNUM_STD(1.5f, nan_value), " 1.50000") << "an esd that is no number is none";
+  EXPECT_EQ(SETNUM_STD(0.001f, 0.0f), " 0.001000") << "0.001 is not below 0.001";
+  EXPECT_EQ(SETNUM_STD(0.0007f, 0.0f), " 7.00E-04");
+  EXPECT_EQ(SETNUM_STD(9.5e6f, 0.0f), " 9500000");
+  EXPECT_EQ(SETNUM_STD(1e7f, 0.0f), " 10000000") << "1e7 is not above 1e7";
+  EXPECT_EQ(SETNUM_STD(-600000.0f, 0.0f), "-600000");
+  EXPECT_EQ(SETNUM_STD(-999999.0f, 0.0f), "-999999");
+  EXPECT_EQ(SETNUM_STD(-1.0e6f, 0.0f), "-1.00E+06");
 }
 
 TEST(SETNUM_STD, WHAT_HAS_NO_TEXT) {
@@ -128,6 +145,7 @@ TEST(SETNUM_STD, WHAT_HAS_NO_TEXT) {
   EXPECT_EQ(ERR_TEXT_MESS, "A negative standard deviation was passed on SetNum_Std procedure!");
   EXPECT_EQ(SETNUM_STD(nan_value, 0.0f), " NaN");
   EXPECT_EQ(SETNUM_STD(infinity, 0.0f), " INF");
+  EXPECT_EQ(SETNUM_STD(-infinity, 0.0f), "-INF");
 }
 
 TEST(SETNUM_STD, IS_READ_BACK_AS_IT_WAS) {
@@ -146,11 +164,16 @@ TEST(RFORM, DECIMALS_FILL_THE_WIDTH) {
   EXPECT_EQ(RFORM(123.456f, 8), "123.456");
   EXPECT_EQ(RFORM(0.0f, 8), "0.00000") << "zero takes the branch of what is not positive";
   EXPECT_EQ(RFORM(-1.5f, 8), "-1.5000");
+  EXPECT_EQ(RFORM(1.0f, 8), "1.00000") << "1 is not below 1: 3 places are taken";
+  EXPECT_EQ(RFORM(10.0f, 8), "10.0000");
   EXPECT_EQ(RFORM(-0.25f, 8), " -.250000") << "the leading zero of a negative fraction goes";
 }
 
 TEST(RFORM, LARGE_NUMBERS_TAKE_AN_EXPONENT) {
   EXPECT_EQ(RFORM(2.0e8f, 8), "2.00E+08") << "8 - 6 = 2 decimals";
+  EXPECT_EQ(RFORM(1.0e7f, 8), "1.00E+07") << "more than 10 to the 7th less 1";
+  EXPECT_EQ(RFORM(9999999.0f, 8), "9999999") << "not more than that";
+  EXPECT_EQ(RFORM(2.0e8f, 6), "2E+08") << "6 - 6 = 0 decimals";
   EXPECT_EQ(RFORM(-2.0e8f, 8), "-2.0E+08");
   EXPECT_EQ(RFORM(2.0e8f, 5), "2.0E+08") << "never fewer than 1";
   EXPECT_EQ(RFORM(nan_value, 8), "NaN");
@@ -170,8 +193,33 @@ TEST(WRITE_COLS, NUMBERS_STAND_AT_THEIR_POINT_AND_TEXTS_AT_THE_LEFT) {
 }
 
 TEST(WRITE_COLS, A_COLUMN_WITH_ONE_WORD_IS_A_COLUMN_OF_TEXTS) {
-  const std::vector<std::string> lines = WRITE_COLS({{"1.5", "x"}, {"***", "y"}});
-  EXPECT_EQ(lines[0], " 1.5  x");
-  EXPECT_EQ(lines[1], " ***  y");
+  const std::vector<std::string> lines = WRITE_COLS({{"1.5", "x"}, {"150", "y"}, {"abcd", "z"}});
+  EXPECT_EQ(lines[0], " 1.5   x");
+  EXPECT_EQ(lines[1], " 150   y");
+  EXPECT_EQ(lines[2], " abcd  z");
   EXPECT_TRUE(WRITE_COLS({}).empty());
+}
+
+TEST(WRITE_COLS, A_BLANK_CELL_IS_NO_NUMBER) {
+  const std::vector<std::string> lines = WRITE_COLS({{"1.5", "x"}, {"", "y"}, {"150", "z"}});
+  EXPECT_EQ(lines[0], " 1.5  x");
+  EXPECT_EQ(lines[1], "      y");
+  EXPECT_EQ(lines[2], " 150  z");
+}
+
+TEST(WRITE_COLS, CELLS_ARE_LEFT_ADJUSTED_FIRST) {
+  const std::vector<std::string> lines = WRITE_COLS({{" 1.5", " x"}, {"   150", "y"}});
+  EXPECT_EQ(lines[0], "   1.5  x");
+  EXPECT_EQ(lines[1], " 150    y");
+}
+
+// Stars are a number that does not fit: the others stay at their point, the stars at the right end.
+TEST(WRITE_COLS, STARS_LEAVE_NUMBERS_AT_THEIR_POINT) {
+  const std::vector<std::string> lines =
+      WRITE_COLS({{"298.0", "55.25", "1.5"}, {"4.2", "**", "150"}, {"***********", "1.5", "NaN"}});
+  EXPECT_EQ(lines[0], "       298.0  55.25    1.5");
+  EXPECT_EQ(lines[1], "         4.2     **  150");
+  EXPECT_EQ(lines[2], " ***********   1.5     NaN");
+  EXPECT_EQ(WRITE_COLS({{"-Inf", "1"}, {"Inf", "1"}, {"1.25", "1"}}),
+            (std::vector<std::string>{" -Inf  1", "  Inf  1", " 1.25  1"}));
 }

@@ -137,6 +137,10 @@ TEST(GETNUM_STD, SEVERAL_NUMBERS_AND_COMMENTS) {
   EXPECT_EQ(read.COUNT, 2);
   EXPECT_EQ(read.VALUES[1], 7.0f);
   EXPECT_EQ(READ_STD("1 ! 2 # 3").COUNT, 1);
+  EXPECT_FALSE(ERR_TEXT);
+  EXPECT_EQ(READ_STD("1#2 ! 3").COUNT, 0) << "only a line without ! ends at #";
+  EXPECT_EQ(ERR_TEXT_MESS, "Bad format");
+  EXPECT_EQ(READ_STD("1#2 3").COUNT, 1);
   EXPECT_EQ(READ_STD("1 2 3 4 5").COUNT, 5) << "more numbers than there is room for are counted";
 }
 
@@ -149,10 +153,25 @@ TEST(GETNUM_STD, ERRORS_KEEP_WHAT_WAS_COMPLETE) {
   EXPECT_EQ(READ_STD("1.5)").COUNT, 0);
   EXPECT_EQ(ERR_TEXT_MESS, "Wrong format using Standard values");
   EXPECT_EQ(READ_STD("1)5(").COUNT, 0);
+  EXPECT_EQ(ERR_TEXT_MESS, "Wrong format using Standard values");
   EXPECT_EQ(READ_STD("1.5()").COUNT, 0);
   EXPECT_EQ(ERR_TEXT_MESS, "Bad format");
   EXPECT_EQ(READ_STD("?").COUNT, 0);
   EXPECT_EQ(READ_STD("2 abc 3").COUNT, 1);
+}
+
+TEST(GETNUM_STD, STARTS_FROM_0_AND_WITHOUT_AN_ERROR) {
+  std::array<float, 2> values{7.0f, 8.0f};
+  std::array<float, 2> stds{9.0f, 10.0f};
+  int count = 3;
+  ERR_TEXT = true;
+  ERR_TEXT_MESS = "an earlier error";
+  GETNUM_STD("1.5", values, stds, count);
+  EXPECT_FALSE(ERR_TEXT);
+  EXPECT_EQ(ERR_TEXT_MESS, "");
+  EXPECT_EQ(count, 1);
+  EXPECT_EQ(values, (std::array<float, 2>{1.5f, 0.0f}));
+  EXPECT_EQ(stds, (std::array<float, 2>{0.0f, 0.0f}));
 }
 
 TEST(NUM_FROM_TEXT, TAKES_THE_NUMBERS_AND_SKIPS_THE_REST) {
@@ -164,6 +183,14 @@ TEST(NUM_FROM_TEXT, TAKES_THE_NUMBERS_AND_SKIPS_THE_REST) {
   EXPECT_EQ(numbers[3].IVAL, 2);
   EXPECT_EQ(numbers[4].IVAL, 7);
   EXPECT_TRUE(NUM_FROM_TEXT("").empty());
+}
+
+TEST(NUM_FROM_TEXT, TAKES_AT_MOST_50_WORDS) {
+  std::string line;
+  for (int i = 1; i <= 60; ++i) line += std::to_string(i) + " ";
+  const std::vector<NUMBER> numbers = NUM_FROM_TEXT(line);
+  ASSERT_EQ(numbers.size(), 50u);
+  EXPECT_EQ(numbers[49].IVAL, 50);
 }
 
 // ---- list-directed reading ----

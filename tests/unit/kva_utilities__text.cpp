@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <ctime>
 #include <regex>
 
 using namespace KVA_UTILITIES;
@@ -90,4 +92,18 @@ TEST(TEXT, DATES_HAVE_A_FIXED_FORM) {
   EXPECT_TRUE(std::regex_match(DATE_KVA(), std::regex("[0-3][0-9]-[A-Z]{3}-[0-9]{4}")));
   EXPECT_TRUE(std::regex_match(DATE_ISO(), std::regex("[0-9]{4}-[01][0-9]-[0-3][0-9]")));
   EXPECT_TRUE(std::regex_match(CLOCK_KVA(), std::regex("[0-2][0-9]:[0-5][0-9]:[0-6][0-9]")));
+}
+
+// The system's own calendar is the judge; midnight may pass between the two.
+TEST(TEXT, DATES_ARE_THOSE_OF_TODAY) {
+  const auto today = [](const char* format) {
+    const std::time_t now = std::time(nullptr);
+    std::array<char, 40> text{};
+    std::strftime(text.data(), text.size(), format, std::localtime(&now));
+    return std::string(text.data());
+  };
+  const std::string before = U_CASE(today("%d-%b-%Y")) + today("%Y-%m-%d");
+  const std::string told = DATE_KVA() + DATE_ISO();
+  const std::string after = U_CASE(today("%d-%b-%Y")) + today("%Y-%m-%d");
+  EXPECT_TRUE(told == before || told == after) << told << " " << after;
 }
