@@ -38,15 +38,16 @@ bool IS_RESERVED(std::string_view text) {
                      [text](std::string_view word) { return BEGINS_WITH(text, word); });
 }
 
-std::string CIF_WORD(std::string_view text) {
-  const std::string word = LEFT_ADJUST(text);
-  // A row that begins with "?" is passed over on reading.
-  const bool plain =
-      word.find(' ') == std::string::npos && !IS_RESERVED(word) && !word.starts_with('?');
-  if (plain) return word;
+std::string IN_QUOTES(const std::string& word) {
   // Only double quotes group words on reading.
   const char quote = word.find('"') == std::string::npos ? '"' : '\'';
   return quote + word + quote;
+}
+
+std::string CIF_WORD(std::string_view text) {
+  const std::string word = LEFT_ADJUST(text);
+  const bool plain = word.find(' ') == std::string::npos && !IS_RESERVED(word);
+  return plain ? word : IN_QUOTES(word);
 }
 
 }  // namespace KVA_CIFNEW

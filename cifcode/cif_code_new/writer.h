@@ -21,6 +21,8 @@ std::string CIF_NUMBER(float value, float esd);
 // A text as one word of a loop: in quotes where it would be cut or taken for something else.
 std::string CIF_WORD(std::string_view text);
 
+std::string IN_QUOTES(const std::string& word);
+
 // True when the text, without quotes, would be read as something else.
 bool IS_RESERVED(std::string_view text);
 
@@ -30,7 +32,8 @@ void WRITE_CIF_LINE(std::string_view line, int unit);
 // "loop_" with an empty line before it, and its data names, four blanks before each.
 void WRITE_CIF_LOOP_HEAD(const std::vector<std::string>& names, int unit);
 
-// Rows of a loop in aligned columns; blank cells as ".".
+// Rows of a loop in aligned columns; blank cells as ".". A row that begins with "?" would be passed
+// over on reading: such a word stands in quotes.
 void WRITE_CIF_ROWS(std::vector<std::vector<std::string>> rows, int unit);
 
 void WRITE_CIF_VALUE(std::string_view name, float value, float esd, int unit);

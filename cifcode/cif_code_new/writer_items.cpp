@@ -66,9 +66,11 @@ void WRITE_CIF_LOOP_HEAD(const std::vector<std::string>& names, int unit) {
 }
 
 void WRITE_CIF_ROWS(std::vector<std::vector<std::string>> rows, int unit) {
-  for (std::vector<std::string>& row : rows)
+  for (std::vector<std::string>& row : rows) {
     for (std::string& cell : row)
       if (LENTRIM(cell) == 0) cell = ".";
+    if (!row.empty() && row[0].starts_with('?')) row[0] = IN_QUOTES(row[0]);
+  }
   for (const std::string& line : WRITE_COLS(rows)) WRITE_CIF_LINE(line, unit);
 }
 

@@ -111,10 +111,10 @@ void TRANSFORM_ESDS(const CRYSTAL_STRUCTURE_TYPE& before, CRYSTAL_STRUCTURE_TYPE
 
 void FINISH_BLOCK(CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<VECTOR3>& saved,
                   const MATRIX3& t) {
-  CRYSTAL_STRUCTURE_TYPE before = COPY_CRYSTAL_STRUCTURE(phase);
-  RESTORE_COORDINATES(before, saved);
   CLEAR_GEOMETRY(phase);
   phase.BOND_CEN.ASSIGN(CAPACITY(phase));
+  CRYSTAL_STRUCTURE_TYPE before = COPY_CRYSTAL_STRUCTURE(phase);  // without the tables, to be small
+  RESTORE_COORDINATES(before, saved);
   TRANSFORM_ESDS(before, phase, t);
   SET_ALLATOM_MULTIP(phase);
 }

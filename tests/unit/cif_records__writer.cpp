@@ -180,7 +180,7 @@ TEST(WRITER, A_WORD_THAT_WOULD_BE_MISREAD_IS_QUOTED) {
   EXPECT_EQ(CIF_WORD(""), "");
   EXPECT_EQ(CIF_WORD("A\""), "A\"");
   EXPECT_EQ(CIF_WORD("Si 1"), "\"Si 1\"");
-  EXPECT_EQ(CIF_WORD("?"), "\"?\"") << "a row that begins so is passed over on reading";
+  EXPECT_EQ(CIF_WORD("?"), "?") << "what is not known";
   EXPECT_EQ(CIF_WORD("data_1"), "\"data_1\"");
   EXPECT_EQ(CIF_WORD("_1"), "\"_1\"");
   EXPECT_EQ(CIF_WORD("A\" 1"), "'A\" 1'");
@@ -192,6 +192,13 @@ TEST(WRITER, ROWS_STAND_IN_COLUMNS_AND_A_BLANK_CELL_IS_A_POINT) {
               WRITE_CIF_ROWS({{"Si1", "1.5(2)"}, {"", "10"}, {"O", " "}}, unit);
             }),
             " \nloop_\n    _a\n    _b \n Si1   1.5(2)\n .    10\n O     .\n");
+}
+
+TEST(WRITER, A_QUESTION_MARK_IS_QUOTED_ONLY_WHERE_IT_WOULD_HIDE_ITS_ROW) {
+  EXPECT_EQ(WRITTEN([] {
+              WRITE_CIF_ROWS({{"?", "?", "1"}, {"?2", "?2", "2"}}, unit);
+            }),
+            " \"?\"   ?   1\n \"?2\"  ?2  2\n");
 }
 
 // ---- the cell, the audit ----

@@ -1,6 +1,8 @@
 // CALC: its menu, its messages, and what makes no difference to a table of bond lengths.
 #include "src/facetor6_calc/calc.h"
 
+#include <csignal>
+
 #include "console__dialogue.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
@@ -40,6 +42,28 @@ class CALCULATION : public CONSOLE_TESTS::CONSOLE_TEST {
       if (line.size() > 44 && line[3] == ':') rows.push_back(line.substr(44));
     return rows;
   }
+};
+
+// While it lives, raises the interrupt when the text comes out, and passes all output on.
+class INTERRUPT_AT : public std::streambuf {
+ public:
+  explicit INTERRUPT_AT(std::string text) : wanted(std::move(text)) {
+    next = std::cout.rdbuf(this);
+  }
+  ~INTERRUPT_AT() override { std::cout.rdbuf(next); }
+  INTERRUPT_AT(const INTERRUPT_AT&) = delete;
+  INTERRUPT_AT& operator=(const INTERRUPT_AT&) = delete;
+
+ private:
+  int_type overflow(int_type c) override {
+    said += traits_type::to_char_type(c);
+    if (said.ends_with(wanted)) ::raise(SIGINT);
+    return next->sputc(traits_type::to_char_type(c));
+  }
+
+  std::string wanted;
+  std::string said;
+  std::streambuf* next;
 };
 
 const std::vector<SITE> quartz{{"Si1", {0.4697f, 0, 0.66667f}, {0.0002f, 0, 0}},
@@ -107,6 +131,23 @@ TEST_F(CALCULATION, TOO_MANY_NEIGHBOURS_ARE_REPORTED_AND_THE_RUN_GOES_ON) {
       "     The warning message included: Too many distances around atom: try decreasing "
       "dmax-dmin\n"));
   EXPECT_EQ(PHASE(1).NBONDS(1), 20);
+}
+
+// The user presses Ctrl-C in the middle of the work, when the search has just told of its errors.
+TEST_F(CALCULATION, AN_INTERRUPTED_CALCULATION_LEAVES_NO_BONDS) {
+  ADD(MADE({2.5f, 2.5f, 2.5f}, {90, 90, 90}, "P 1",
+           {{"Si1", {0, 0, 0}}, {"O1", {0.5f, 0.5f, 0.5f}}}));
+  RUN.BONDEX = {};
+  CONSOLE_TESTS::PEND("poly");
+  const std::string said = SAID("0.5 4.5\n", [] {
+    INTERRUPT_AT interrupt("Bond calculation error(s)");
+    RUN_FACETOR_CALC();
+  });
+  const std::string stopped =
+      "\n*****WARNING: The calculation was stopped: there are no bond lengths\n\n";
+  EXPECT_TRUE(said.ends_with(stopped)) << "and the command ends: " << said;
+  EXPECT_EQ(PHASE(1).NBONDS(1), 0);
+  EXPECT_EQ(PHASE(1).NBONDS(2), 0);
 }
 
 TEST_F(CALCULATION, UNUSED_BLOCKS_STAY_EMPTY_AND_OLD_RESULTS_GO) {

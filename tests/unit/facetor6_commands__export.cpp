@@ -254,6 +254,24 @@ TEST_F(EXPORT, WHAT_DOES_NOT_FIT_IS_STARS_AND_TOLD) {
             HEADER(" v sigv", "CUBIC") + " 298.0  ****  ********  0.002  **********  0.2500\n");
 }
 
+TEST_F(EXPORT, STARS_LEAVE_THE_OTHER_ROWS_IN_THEIR_COLUMNS) {
+  ADD_CELL("Cubic");
+  ADD_CELL("Cubic");
+  PHASE(2).PT(PRESSURE, PT_VALUE) = -1000.5f;  // 9 of 8 columns
+  PHASE(2).CELL.CELLVOL = 123456.0f;           // 11 of 10 columns
+  EXPORT_CELLS();
+  const std::string text = TEXT_OF("out.dat");
+  const std::string first = text.substr(HEADER(" v sigv", "CUBIC").size());
+  const std::size_t end = first.find('\n');
+  ASSERT_NE(end, std::string::npos);
+  const std::string second = first.substr(end + 1);
+  // Pressures end where the stars of the other row do, and so do volumes.
+  EXPECT_EQ(second.find("********") + 8, first.find("0.002") - 2) << text;
+  EXPECT_EQ(first[first.find("0.002") - 3], '0') << text;
+  EXPECT_EQ(second.find("**********") + 10, first.find("0.2500") - 2) << text;
+  EXPECT_NE(first[first.find("0.2500") - 3], ' ') << text;
+}
+
 // ---- volumes of polyhedra ----
 
 TEST_F(EXPORT, VOLUMES_OF_A_POLYHEDRON) {

@@ -227,3 +227,17 @@ TEST_F(MODES, A_NAME_THAT_WOULD_HIDE_ITS_ROW_COMES_BACK) {
   EXPECT_EQ(PHASE(1).MODE_LIST.MODE(1).NAME, "?");
   EXPECT_EQ(PHASE(1).MODE_LIST.MODE(1).W0, 464.5f);
 }
+
+// Only the first word of a line hides it: behind it "?" says that the symmetry is not known.
+TEST_F(MODES, AN_UNKNOWN_SYMMETRY_STAYS_UNKNOWN) {
+  READ_TEXT("data_a\n" + cell + sites +
+            "loop_\n_mode_name\n_mode_symmetry\n_mode_w0\nm1 ? 464.5\n");
+  WRITE("out.cif");
+  EXPECT_NE(TEXT_OF("out.cif").find("\n m1  ?  464.50000  "), std::string::npos)
+      << TEXT_OF("out.cif");
+  INIT_PHASE_LIST();
+  PEND("cif out.cif");
+  SAID("y\n", FACETOR_READFILES::READ_PHASE_FROM_FILE);
+  ASSERT_EQ(PHASE(1).MODE_LIST.NMODES, 1);
+  EXPECT_EQ(PHASE(1).MODE_LIST.MODE(1).SYMMETRY, "?");
+}

@@ -78,6 +78,13 @@ TEST_F(READING, TEMPERATURE_AND_PRESSURE_BY_EITHER_NAME) {
                 2, v, s);
   EXPECT_EQ(v, 100.0f);
   EXPECT_EQ(s, 2.0f);
+  READ_CIF_TEMP(LINES("_cell_measurement_temperature 100(2)\n_diffrn_ambient_temperature 200\n"), 1,
+                2, v, s);
+  EXPECT_EQ(v, 200.0f) << "that of the diffraction counts when there are both";
+  EXPECT_EQ(s, 0.0f);
+  READ_CIF_PRESSURE(LINES("_cell_measurement_pressure 1e6\n_diffrn_ambient_pressure 2e6\n"), 1, 2,
+                    v, s);
+  EXPECT_FLOAT_EQ(v, 2.0f);
   READ_CIF_PRESSURE(LINES("_x 1\n"), 1, 1, v, s);
   EXPECT_EQ(v, 0.0f);
   EXPECT_EQ(s, 0.00001f);
@@ -103,6 +110,13 @@ TEST_F(READING, SYMBOLS_AND_THEIR_SETTINGS) {
   EXPECT_EQ(SYMBOL("'R -3 m H'"), "R -3 m");
   EXPECT_EQ(SYMBOL("'R -3 m HR'"), "R -3 m");
   EXPECT_EQ(SYMBOL("'R -3 m HZ'"), "R -3 m");
+  EXPECT_EQ(SYMBOL("'R -3 m HS'"), "R -3 m");
+  EXPECT_EQ(SYMBOL("'R -3 m h'"), "R -3 m") << "in any case";
+  EXPECT_EQ(SYMBOL("'R 3 :r'"), "R 3:R");
+  EXPECT_EQ(SYMBOL("'R 3 RZ'"), "R 3:R");
+  EXPECT_EQ(SYMBOL("'F d -3 m S1'"), "F d -3 m:1");
+  EXPECT_EQ(SYMBOL("'F d -3 m z1'"), "F d -3 m:1");
+  EXPECT_EQ(SYMBOL("\"P 'n m a'\""), "n m a") << "apostrophes are looked for first";
   EXPECT_EQ(SYMBOL("'R 3 :R'"), "R 3:R");
   EXPECT_EQ(SYMBOL("'R 3 R'"), "R 3:R");
   EXPECT_EQ(SYMBOL("'R 3 RS'"), "R 3:R");
@@ -275,6 +289,33 @@ TEST_F(READING, VOLUMES_ARE_COMPARED_ONLY_WITH_AN_ESD) {
       << "one esd, but more than half a percent";
 }
 
+TEST_F(READING, VOLUMES_MAY_BE_3_ESDS_AND_HALF_A_PERCENT_OFF) {
+  const auto warns = [&](const std::string& volume) {
+    return !READ(
+                "data_x\n_symmetry_space_group_name_H-M 'P 1'\n_cell_length_a 5\n"
+                "_cell_length_b 6\n_cell_length_c 7\n_cell_volume " +
+                volume + "\n" + atoms)
+                .empty();
+  };
+  // The cell has 210.
+  EXPECT_FALSE(warns("210.028(10)")) << "2.8 esds";
+  EXPECT_TRUE(warns("210.032(10)")) << "3.2 esds";
+  EXPECT_TRUE(warns("209.968(10)"));
+  EXPECT_FALSE(warns("210.84(200)")) << "0.84 of 210.84 are 0.40 percent";
+  EXPECT_TRUE(warns("211.3(20)")) << "1.3 of 211.3 are 0.62 percent";
+  EXPECT_FLOAT_EQ(BLOCKS(1).CELL.CELLVOL, 210.0f) << "the cell's own volume stays";
+  EXPECT_FLOAT_EQ(BLOCKS(1).CELL.STDVOL, 2.0f);
+}
+
+TEST_F(READING, THE_VOLUME_OF_A_SENSELESS_CELL_IS_NOT_COMPARED) {
+  EXPECT_EQ(READ("data_bad\n_symmetry_space_group_name_H-M 'P 1'\n_cell_length_a 0\n"
+                 "_cell_volume 125(3)\n" +
+                 atoms),
+            WARNED("Bad cell parameters in block #  1 in the cif"));
+  EXPECT_EQ(BLOCKS(1).CELL.CELLVOL, 1.0f);
+  EXPECT_EQ(BLOCKS(1).CELL.STDVOL, 0.0f);
+}
+
 // ---- space group ----
 
 TEST_F(READING, THE_SYMBOL_ALONE_AND_THE_OPERATORS_ALONE_ARE_ENOUGH) {
@@ -294,6 +335,22 @@ TEST_F(READING, OPERATORS_WIN_OVER_A_SYMBOL_THAT_DIFFERS) {
             WARNED("HM symbol in CIF block #  1, does not agree with operators, space group set "
                    "to P -1 from operators"));
   EXPECT_EQ(BLOCKS(1).SPG.SPG_SYMB, "P -1");
+}
+
+TEST_F(READING, OPERATORS_WITHOUT_SYMMETRY_WIN_TOO) {
+  EXPECT_EQ(READ("data_x\n" + cell +
+                 "_symmetry_space_group_name_H-M 'P 21/c'\n"
+                 "_symmetry_equiv_pos_as_xyz\n'x,y,z'\n" +
+                 atoms),
+            WARNED("HM symbol in CIF block #  1, does not agree with operators, space group set "
+                   "to P 1 from operators"));
+  EXPECT_EQ(BLOCKS(1).SPG.MULTIP, 1);
+}
+
+TEST_F(READING, A_SYMBOL_IS_LEFT_ADJUSTED_BEFORE_ITS_BLANKS_COUNT) {
+  EXPECT_EQ(READ("data_x\n" + cell + "_symmetry_space_group_name_H-M ' P21/c'\n" + atoms),
+            WARNED("No symmetry detected in CIF block #  1, no operators and HM symbol not written "
+                   "with spaces, space group set to P1"));
 }
 
 TEST_F(READING, A_SYMBOL_THAT_AGREES_KEEPS_ITS_NAME) {
@@ -328,6 +385,16 @@ TEST_F(READING, NO_SYMMETRY_FALLS_TO_P1_WITH_A_REASON) {
 }
 
 // ---- atoms ----
+
+TEST_F(READING, AN_OCCUPANCY_BELOW_0_IS_UNSET) {
+  READ("data_x\n" + cell +
+       "_symmetry_space_group_name_H-M 'P 1'\n\nloop_\n_atom_site_label\n_atom_site_fract_x\n"
+       "_atom_site_fract_y\n_atom_site_fract_z\n_atom_site_occupancy\nSi1 0 0 0 -0.5\n"
+       "O1 0 0 0.5 0.25\n");
+  ASSERT_EQ(BLOCKS(1).NATOMS, 2);
+  EXPECT_EQ(BLOCKS(1).ATOM(1).OCC, 1.0f);
+  EXPECT_EQ(BLOCKS(1).ATOM(2).OCC, 0.25f);
+}
 
 TEST_F(READING, MESSAGES_ABOUT_ATOMS_BUT_NOT_ABOUT_ANISO) {
   const std::string head = "data_x\n" + cell + "_symmetry_space_group_name_H-M 'P 1'\n\n";

@@ -247,6 +247,17 @@ TEST_F(CRYSTAL_OUTPUT, A_NUMBER_MEANS_THE_SECOND_ORIGIN) {
   EXPECT_EQ(phase.SPG.SPG_SYMB, "F d -3 m:1");
 }
 
+// Of two origins the second lies on a centre of symmetry. Numbers of the groups with two, from
+// International Tables A.
+TEST_F(CRYSTAL_OUTPUT, NUMBERS_OF_ALL_GROUPS_WITH_TWO_ORIGINS_MEAN_THE_SECOND) {
+  for (int number : {48,  50,  59,  68,  70,  85,  86,  88,  125, 126, 129, 130,
+                     133, 134, 137, 138, 141, 142, 201, 203, 222, 224, 227, 228}) {
+    READ(banner + " SPACE  GROUP  N.                     :  " + std::to_string(number) + "\n");
+    EXPECT_EQ(phase.SPG.NUMSPG, number);
+    EXPECT_EQ(phase.SPG.CENTRED, 2) << number;
+  }
+}
+
 // ---- operators of the file ----
 
 namespace {
@@ -387,6 +398,18 @@ TEST_F(CRYSTAL_OUTPUT, MODES_ARE_ROWS_OF_THE_TABLE_UP_TO_A_BLANK_LINE) {
   EXPECT_FLOAT_EQ(second.W0, 465.6f);
   EXPECT_EQ(second.IR_ACTIVE, "I");
   EXPECT_EQ(second.RAMAN_ACTIVE, "A");
+}
+
+TEST_F(CRYSTAL_OUTPUT, A_COUNT_OF_MODES_HAS_2_COLUMNS) {
+  std::string rows = mode_heading;
+  for (int i = 1; i <= 99; ++i)
+    rows += "    4-   4    0.4E-05    465.6   13.9  (A1g)   I ( 0.00)   A\n";
+  EXPECT_EQ(READ(banner + number_225 + periclase + rows),
+            "     File also contained information on 99 modes\n");
+  rows += "    4-   4    0.4E-05    465.6   13.9  (A1g)   I ( 0.00)   A\n";
+  EXPECT_EQ(READ(banner + number_225 + periclase + rows),
+            "     File also contained information on ** modes\n");
+  EXPECT_EQ(phase.MODE_LIST.NMODES, 100);
 }
 
 TEST_F(CRYSTAL_OUTPUT, EIGENVALUES_OF_AN_OPTIMISER_ARE_NO_MODES) {
@@ -563,4 +586,67 @@ TEST_F(CRYSTAL_OUTPUT, EVERY_ATOM_OF_THE_UNIT_CELL_FOLLOWS_FROM_THOSE_READ) {
     for (int i = 1; i <= phase.NATOMS; ++i) atoms += phase.ATOM(i).MULT;
     EXPECT_EQ(atoms, content.ATOMS) << content.NAME;
   }
+}
+
+// Atoms, modes and texts read in the files by eye.
+TEST_F(CRYSTAL_OUTPUT, REAL_FILES_GIVE_THEIR_ATOMS_MODES_AND_ENERGIES) {
+  if (!std::filesystem::exists(samples)) GTEST_SKIP() << "no sample files in " << samples;
+  const auto expect_atom = [&](int i, const std::string& label, int z, const VECTOR3& x) {
+    ASSERT_LE(i, phase.NATOMS);
+    const ATOM_TYPE& atom = phase.ATOM(i);
+    EXPECT_EQ(atom.LAB, label);
+    EXPECT_EQ(atom.Z, z) << label;
+    for (std::size_t k = 0; k < 3; ++k) {
+      const float difference = atom.X[k] - x[k];
+      EXPECT_NEAR(difference, std::round(difference), 1e-6f) << label << " " << k;
+    }
+  };
+  const auto expect_mode = [&](int m, const std::string& name, const std::string& symmetry,
+                               float w0, const std::string& infrared, const std::string& raman) {
+    ASSERT_LE(m, phase.MODE_LIST.NMODES);
+    const RAMAN::MODE_TYPE& mode = phase.MODE_LIST.MODE(m);
+    EXPECT_EQ(mode.NAME, name);
+    EXPECT_EQ(mode.SYMMETRY, symmetry) << name;
+    EXPECT_FLOAT_EQ(mode.W0, w0) << name;
+    EXPECT_EQ(mode.IR_ACTIVE, infrared) << name;
+    EXPECT_EQ(mode.RAMAN_ACTIVE, raman) << name;
+  };
+
+  READ(SAMPLE("c06-quartz-freq"), "154\n");
+  EXPECT_EQ(phase.NATOMS, 2);
+  expect_atom(1, "Si1", 14, {0.4705925485842f, 0, 0});
+  expect_atom(2, "O2", 8, {0.4151440131428f, 0.2670973406544f, 0.1199927007933f});
+  EXPECT_EQ(phase.MODE_LIST.NMODES, 18);
+  expect_mode(1, "1", "A2", -1.8930f, "A", "I");
+  expect_mode(4, "6", "A1", 219.7171f, "I", "A");
+  expect_mode(18, "26-27", "E", 1234.6791f, "A", "A");
+  EXPECT_TRUE(phase.METADATA(3, 2).ends_with(
+      "| Final Energies were:|  Electronic energy = -3457002.71656049 KJ/MOL"
+      "|  Zero-point energy = 94.18458299 KJ/MOL"))
+      << phase.METADATA(3, 2);
+
+  READ(SAMPLE("c22-dryice-freq-ir"), "205\n");
+  EXPECT_EQ(phase.NATOMS, 2);
+  expect_atom(1, "C1", 6, {0, 0, 0});
+  expect_atom(2, "O2", 8, {0.1233375230529f, 0.1233375230529f, 0.1233375230529f});
+  EXPECT_EQ(phase.MODE_LIST.NMODES, 15);
+  expect_mode(1, "1-3", "Fu", 0.0f, "A", "I");
+  expect_mode(10, "23-25", "Fu", 659.4536f, "A", "I");
+  expect_mode(15, "34-36", "Fu", 2392.5167f, "A", "I");
+
+  // The crystallographic cell of a centred lattice, and a deck.
+  READ(SAMPLE("c17-zif8-p0"), "217\n");
+  for (float length : phase.CELL.CELL) EXPECT_FLOAT_EQ(length, 17.06628113f);
+  EXPECT_FLOAT_EQ(phase.CELL.CELLVOL, 4970.69008349f);
+  expect_atom(1, "N1", 7, {0.08999523110902f, 0.4713115851657f, -0.1822472005790f});
+  expect_atom(2, "C2", 6, {0.1298820258791f, 0.4014878141022f, -0.1864719316891f});
+  expect_atom(4, "H4", 1, {0.03429029211555f, -0.4020275436905f, -0.1077776386308f});
+  EXPECT_EQ(phase.METADATA(3, 2),
+            " Input control parameters for the CRYSTAL program "
+            "were:|EXCHSIZE|15000000|BIPOSIZE|15000000|MAXCYCLE|999|"
+            "SCFDIR|TOLINTEG|8 8 8 8 16|TOLDEE|8|SHRINK|4 4|END|END|");
+
+  // The last of several geometries.
+  READ(SAMPLE("c17-p4nmm-spin-opt"), "129\n");
+  expect_atom(3, "S3", 16, {0, 0.5f, 0.2623673089662f});
 }

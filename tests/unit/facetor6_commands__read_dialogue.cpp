@@ -181,6 +181,23 @@ TEST_F(READ_DIALOGUE, THE_FIRST_ANGLE_THAT_IS_NOT_RIGHT_NAMES_THE_AXIS) {
   EXPECT_EQ(PHASE(2).SPG.CRYSTALSYS, "Monoclinic");
 }
 
+TEST_F(READ_DIALOGUE, EACH_AXIS_CAN_BE_THE_UNIQUE_ONE_FROM_A_HUNDREDTH_OF_A_DEGREE_ON) {
+  const auto system = [&](const std::string& angle) {
+    INIT_PHASE_LIST();
+    READ("data_one\n_symmetry_space_group_name_H-M 'P 2'\n" + cell + angle + "\n" + atoms);
+    return PHASE(1).SPG.CRYSTALSYS;
+  };
+  EXPECT_EQ(system("_cell_angle_alpha 90.02"), "Mono a-uni");
+  EXPECT_EQ(system("_cell_angle_beta 89.98"), "Mono b-uni");
+  EXPECT_EQ(system("_cell_angle_gamma 95"), "Mono c-uni");
+  EXPECT_EQ(system("_cell_angle_gamma 90.005"), "Monoclinic");
+}
+
+TEST_F(READ_DIALOGUE, A_SMALL_PRESSURE_IS_ONE) {
+  READ("data_one\n" + p1 + cell + "_diffrn_ambient_pressure 20\n" + atoms);
+  EXPECT_FLOAT_EQ(PHASE(1).PT(PRESSURE, PT_VALUE), 0.00002f) << "20 kPa";
+}
+
 TEST_F(READ_DIALOGUE, WHAT_CANNOT_BE_READ_LEAVES_WHAT_IS_LOADED) {
   PUT_FILE("a.cif", "data_one\n_symmetry_space_group_name_H-M 'P 1'\n" + atoms);
   CONSOLE_TESTS::PEND("cif a");
@@ -214,6 +231,12 @@ TEST_F(READ_DIALOGUE, DISPLACEMENTS_COME_AS_BETA_WITH_THEIR_B) {
   EXPECT_EQ(atom.UTYPE, "beta");
   EXPECT_NEAR(atom.U[0], 0.197392f / 25.0f, 1e-6f);
   EXPECT_NEAR(atom.BISO, 0.789568f, 1e-5f);
+}
+
+TEST_F(READ_DIALOGUE, A_BLOCK_NAMED_GLOBAL_ANYHOW_IS_NONE) {
+  EXPECT_EQ(READ("data_myGlobal_1\n_x 1\ndata_one\n" + p1 + cell + atoms),
+            found + "  1: one                   298.0   0.000\n" + question + loaded +
+                "  1: one           : 298.0   0.000         1\n");
 }
 
 // ---- files that are wrong ----

@@ -75,12 +75,23 @@ TEST_F(PHASE_LIST, ALL_RECORDS_HAVE_ONE_CAPACITY_AND_GROWTH_DROPS_RESULTS) {
   EXPECT_EQ(PHASE(1).ATOM_USE(2), ATOM_USED) << "and all atoms are in use again";
 }
 
+TEST_F(PHASE_LIST, BLOCK_NUMBERS_COME_ONCE_AND_IN_ORDER) {
+  for (const char* title : {"a", "b", "c"}) ADD(title, 1);
+  CONSOLE_TESTS::PEND("3,1,-2,3");
+  std::vector<int> blocks;
+  SAID("", [&] { blocks = ASK_BLOCKS("Which ones? "); });
+  EXPECT_EQ(blocks, (std::vector<int>{1, 2, 3}));
+}
+
 TEST_F(PHASE_LIST, CLEAR_LEAVES_ROOM_FOR_ONE) {
   ADD("a", 1);
+  ADD("b", 1);
+  IREFERENCE = 2;
   VALENCES_DONE = true;
   EXPECT_EQ(SAID("", CLEAR_FACETOR_LIST), "\n     All data blocks deleted from list\n");
   EXPECT_EQ(NPHASES, 0);
   EXPECT_EQ(NPHASES_ALLOCATED, 1);
+  EXPECT_EQ(IREFERENCE, 1);
   EXPECT_FALSE(VALENCES_DONE);
   ADD("again", 3);
   EXPECT_EQ(NPHASES, 1);
@@ -199,6 +210,14 @@ TEST_F(PHASE_LIST, DISTANCE_LIMITS) {
             before +
                 "\n      Minimum distance cannot be negative, set to 0.01\n"
                 "\n        Current range of distances is now:  0.01 to  2.50\n");
+  RUN = RUN_PARAMETERS{};
+  EXPECT_EQ(SAID("0.005 2.5\n", GET_INPUT_DMIN_DMAX),
+            before +
+                "\n      Minimum distance cannot be negative, set to 0.01\n"
+                "\n        Current range of distances is now:  0.01 to  2.50\n");
+  EXPECT_EQ(RUN.DMIN, 0.01f);
+  SAID("0.02 2.5\n", GET_INPUT_DMIN_DMAX);
+  EXPECT_EQ(RUN.DMIN, 0.02f);
   RUN = RUN_PARAMETERS{};
   SAID("-5 -4\n", GET_INPUT_DMIN_DMAX);
   EXPECT_EQ(RUN.DMAX, RUN.DMIN) << "never a maximum below the minimum";

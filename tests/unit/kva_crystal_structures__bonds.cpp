@@ -328,6 +328,30 @@ TEST(MEASURING, DISPLACEMENTS_ALONG_THE_BOND) {
   EXPECT_NEAR(phase.BONDS(1, 1, BOND_DISPL_LIGAND), 0.2f, 1e-5f);
 }
 
+TEST(MEASURING, THE_CENTRE_SAYS_WHETHER_THERE_ARE_DISPLACEMENTS_ALONG_THE_BOND) {
+  auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Si1", {0, 0, 0}}, {"O1", {0.18f, 0, 0}}});
+  phase.ATOM(2).THTYPE = "Aniso";
+  phase.ATOM(2).UTYPE = "beta";
+  XTAL::U_TO_BETA({0.04f, 0.09f, 0.09f, 0, 0, 0}, phase.ATOM(2).U, phase.CELL);
+  CALC(phase);
+  EXPECT_EQ(phase.BONDS(1, 1, BOND_DISPL_CENTRE), 0.0f);
+  EXPECT_EQ(phase.BONDS(1, 1, BOND_DISPL_LIGAND), 0.0f) << "the centre is isotropic";
+  EXPECT_NEAR(phase.BONDS(2, 1, BOND_DISPL_CENTRE), 0.2f, 1e-5f);
+  EXPECT_EQ(phase.BONDS(2, 1, BOND_DISPL_LIGAND), 0.0f) << "the silicon does not move";
+}
+
+TEST(MEASURING, RIGID_BOND_LENGTHS_ARE_FOR_ANISOTROPIC_ATOMS_ALIKE) {
+  auto phase = PEROVSKITE();
+  phase.ATOM(2).BISO = 0.3f;
+  phase.ATOM(3).BISO = 0.5f;
+  for (int i : {2, 3}) {
+    phase.ATOM(i).THTYPE = "Aniso";
+    phase.ATOM(i).UTYPE = "beta";
+  }
+  CALC(phase);
+  EXPECT_NEAR(phase.BONDS(2, 1, BOND_LENGTH_SRB), std::sqrt(4.0f + 0.03799544f * 0.2f), 1e-6f);
+}
+
 TEST(MEASURING, SYMMETRY_CODES_BRING_THE_LIGAND_TO_ITS_PLACE) {
   auto quartz = QUARTZ(QUARTZ_SITES());
   CALC(quartz);
