@@ -1,0 +1,71 @@
+// Which prompts lose the text that is pending, what they leave, and lists over several lines.
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include "console_code/console/prompts.h"
+#include "tests/unit/console__dialogue.h"
+
+namespace CONSOLE_TESTS {
+
+using PENDING = CONSOLE_TEST;
+
+TEST_F(PENDING, IS_LOST_AT_EVERY_PROMPT_FOR_VALUES_AND_TEXTS) {
+  std::array<float, 2> v{};
+  PEND("1 2");
+  EXPECT_EQ(SAID("3 4\n", [&v] { GET_INPUT_NVALUES("V:", v); }), "V:");
+  EXPECT_EQ(v, (std::array<float, 2>{3.0f, 4.0f}));
+
+  float low = 0.0f;
+  float high = 0.0f;
+  PEND("1 2");
+  EXPECT_EQ(SAID("3 4\n", [&] { GET_INPUT_RANGE("R:", low, high); }), "\nR:");
+  EXPECT_EQ(low, 3.0f);
+  EXPECT_EQ(high, 4.0f);
+
+  std::vector<std::vector<float>> m(2, std::vector<float>(2));
+  int ierr = 5;
+  PEND("1 2");
+  EXPECT_EQ(SAID("3 4\n5 6\n", [&] { GET_INPUT_MATRIX("M", 2, 2, m, ierr); }),
+            "M:\n  Row 1:  Row 2:");
+  EXPECT_EQ(m, (std::vector<std::vector<float>>{{3.0f, 4.0f}, {5.0f, 6.0f}}));
+
+  std::string text;
+  PEND("pending");
+  EXPECT_EQ(SAID("typed\n", [&text] { text = GET_INPUT_STRING("T:", "R"); }), "\nT:");
+  EXPECT_EQ(text, "typed");
+}
+
+// So that callers can tell a blank answer from a zero.
+TEST_F(PENDING, IS_THE_LINE_JUST_READ_BEHIND_VALUES_AND_RANGES) {
+  float low = 9.0f;
+  float high = 9.0f;
+  SAID("0 0\n", [&] { GET_INPUT_VALUES("V:", low, &high); });
+  EXPECT_EQ(INSTRING, "0 0");
+  EXPECT_EQ(INSTRING_LEN, 3);
+  SAID("0 0 rest\n", [&] { GET_INPUT_RANGE("R:", low, high); });
+  EXPECT_EQ(INSTRING, "0 0 rest");
+  EXPECT_EQ(INSTRING_LEN, 8);
+}
+
+TEST_F(PENDING, WORD_MUST_FIT_AN_ENTRY_UP_TO_ITS_30TH_CHARACTER) {
+  constexpr std::array<std::string_view, 1> menu{"abcdefghijklmnopqrstuvwxyz0123 and more"};
+  PEND("abcdefghijklmnopqrstuvwxyz012x");
+  EXPECT_EQ(GET_LIST_INSTRING(menu), 0);
+  EXPECT_EQ(INSTRING, "abcdefghijklmnopqrstuvwxyz012x");
+}
+
+// The rule for the first number is one for each line, and a line that breaks it costs nothing of
+// the lines before it.
+TEST_F(PENDING, LINES_OF_A_LIST_EACH_BEGIN_WITH_A_POSITIVE_NUMBER) {
+  std::vector<int> list;
+  const std::string said =
+      SAID("2 3\n-5\n0 4\nabc\n7\n\n", [&list] { list = GET_LIST("List:", 10); });
+  EXPECT_EQ(list, (std::vector<int>{2, 3, 7}));
+  const std::string refused = "First input cannot be zero or negative - try again:\n";
+  EXPECT_TRUE(
+      said.ends_with("\nList:\nList:" + refused + "\nList:" + refused + "\nList:\nList:\nList:"))
+      << said;
+}
+
+}  // namespace CONSOLE_TESTS
