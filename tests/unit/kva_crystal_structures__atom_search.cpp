@@ -87,6 +87,20 @@ TEST(DISTANCE_ARRAY, A_21ST_NEIGHBOUR_STOPS_THE_SEARCH) {
   EXPECT_EQ(WARN_KVASTRUCTURES_MESS, "Too many distances around atom: try decreasing dmax-dmin");
 }
 
+TEST(DISTANCE_ARRAY, IMAGES_LESS_THAN_A_TENTH_OF_AN_ANGSTROM_APART_ARE_ONE_NEIGHBOUR) {
+  // The atom at x and its image at -x, edge 10: 20 x apart.
+  const auto neighbours = [](float x, std::string_view options) {
+    const auto phase = MADE({10, 10, 10}, {90, 90, 90}, "P -1", {{"O1", {x, 0, 0}}});
+    int count = 0;
+    NEIGHBOUR_TABLE table;
+    DISTANCE_ARRAY(phase, {0.1f, 0, 0}, 0.0f, 2.0f, count, table, options);
+    return count;
+  };
+  EXPECT_EQ(neighbours(0.00495f, ""), 1) << "0.099 angstroms";
+  EXPECT_EQ(neighbours(0.00495f, "FINDOPS"), 2);
+  EXPECT_EQ(neighbours(0.00505f, ""), 2) << "0.101 angstroms";
+}
+
 TEST(DISTANCE_ARRAY, NO_NUMBERS_FIND_NOTHING) {
   const auto phase = QUARTZ_LIKE();
   const float nan_value = std::numeric_limits<float>::quiet_NaN();
@@ -191,6 +205,7 @@ TEST(NAMES, LABELS_MATCH_FROM_THEIR_START) {
   EXPECT_EQ(FIND_ALLATOMS_BY_NAME(phase, "si1"), (std::vector<int>{1, 2}));
   EXPECT_EQ(FIND_ALLATOMS_BY_NAME(phase, "Si1", "omit"), (std::vector<int>{1, 2, 4}));
   EXPECT_EQ(FIND_ALLATOMS_BY_NAME(phase, "Si1", "dup"), (std::vector<int>{1, 2, 5}));
+  EXPECT_EQ(FIND_ALLATOMS_BY_NAME(phase, "Si1  "), (std::vector<int>{1, 2}));
   EXPECT_TRUE(FIND_ALLATOMS_BY_NAME(phase, "O").empty());
 }
 
@@ -205,6 +220,14 @@ TEST(MULTIPLICITIES, CENTRING_IS_NOT_COUNTED) {
       MADE({5, 5, 5}, {90, 90, 90}, "F m -3 m", {{"O1", {0.11f, 0.23f, 0.37f}}, {"O2", {0, 0, 0}}});
   EXPECT_EQ(centred.ATOM(1).MULT, 192 / 4);
   EXPECT_EQ(centred.ATOM(2).MULT, 1);
+}
+
+TEST(MULTIPLICITIES, AN_ATOM_IS_ON_A_SPECIAL_POSITION_UP_TO_0_0004_OF_AN_EDGE) {
+  // The mirror of P n m a takes y to 1/2 - y: 0.0003 and 0.0005 from y.
+  const auto phase = MADE({5, 6, 7}, {90, 90, 90}, "P n m a",
+                          {{"O1", {0.1f, 0.25015f, 0.3f}}, {"O2", {0.4f, 0.25025f, 0.3f}}});
+  EXPECT_EQ(phase.ATOM(1).MULT, 4);
+  EXPECT_EQ(phase.ATOM(2).MULT, 8);
 }
 
 TEST(CODES, OPERATOR_AND_NEAREST_CELLS) {

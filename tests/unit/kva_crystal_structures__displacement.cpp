@@ -77,15 +77,23 @@ TEST(ISOTROPIC, VALUES_BELOW_0_0001_WERE_NOT_GIVEN) {
 }
 
 TEST(ANISOTROPIC, BETA_ONCE_AND_NOT_TWICE) {
-  auto phase = WITH_U("P 1", {0, 0, 0}, {0.01f, 0.02f, 0.03f, 0, 0, 0});
+  auto phase = WITH_U("P 1", {0, 0, 0}, {0.01f, 0.02f, 0.03f, 0, 0, 0},
+                      {0.001f, 0.002f, 0.003f, 0.004f, 0.005f, 0.006f});
   SET_ATOM_ADP(phase, 1);
   EXPECT_EQ(phase.ATOM(1).UTYPE, "beta");
+  const VECTOR6 edges{25, 25, 49, 25, 35, 35};
+  for (std::size_t c = 0; c < 6; ++c)
+    EXPECT_NEAR(phase.ATOM(1).U_STD[c], 19.7392f * 0.001f * static_cast<float>(c + 1) / edges[c],
+                1e-9f)
+        << c;
   EXPECT_NEAR(phase.ATOM(1).U[0], 19.7392f * 0.01f / 25.0f, 1e-8f);
   EXPECT_NEAR(phase.ATOM(1).UEQ, 0.02f, 1e-7f);
   EXPECT_NEAR(phase.ATOM(1).BISO, 8 * 9.8696f * 0.02f, 1e-5f);
   const VECTOR6 once = phase.ATOM(1).U;
+  const VECTOR6 std_once = phase.ATOM(1).U_STD;
   SET_ATOM_ADP(phase, 1);
   EXPECT_EQ(phase.ATOM(1).U, once);
+  EXPECT_EQ(phase.ATOM(1).U_STD, std_once);
   EXPECT_NEAR(phase.ATOM(1).UEQ, 0.02f, 1e-7f);
 }
 
@@ -182,6 +190,19 @@ TEST(ESDS, THE_SITE_TIES_COMPONENTS_TOGETHER) {
   EXPECT_EQ(v[0][0], 4.0f);
   EXPECT_EQ(v[0][1], 4.0f);
   EXPECT_EQ(v[1][0], 4.0f);
+}
+
+// On the mirror -y, -x of P 3 m 1 the components 11 and 22 are one parameter. The three-fold axis
+// -y, x - y makes 11 - 2 * 12 + 22 of 22: its variance is 4 + 4 * 1 + 4, and 2 * 4 from the tie.
+TEST(ESDS, AN_IMAGE_KEEPS_WHAT_THE_SITE_TIES) {
+  auto phase = WITH_U("P 3 m 1", {0.1f, 0.9f, 0.3f}, {}, {2, 2, 1, 1, 1, 1});
+  int three_fold = 0;
+  for (int op = 1; op <= 6; ++op)
+    if (phase.SPG.SYMOPSYMB(op) == "-y,x-y,z") three_fold = op;
+  ASSERT_GT(three_fold, 0);
+  EXPECT_NEAR(CALC_ESD_BETA(phase, 1, three_fold)[1], std::sqrt(20.0f), 1e-5f);
+  const MATRIX3 same{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
+  EXPECT_NEAR(CALC_ESD_BETA(phase, 1, 1, &same)[1], std::sqrt(20.0f), 1e-5f);
 }
 
 // The two-fold axis -x-y-z, z, y of a primitive cell of a face-centred lattice. Its rows r give

@@ -138,6 +138,50 @@ TEST(COORDINATES, TWO_ATOMS) {
   EXPECT_NEAR(absent[3][3], 1e-4f, 1e-9f);
 }
 
+TEST(COORDINATES, OPPOSITE_ONES_OF_A_SITE_HAVE_A_NEGATIVE_COVARIANCE) {
+  // x, -x, z of P 4 m m: what x gains, y loses.
+  const auto phase =
+      MADE({5, 5, 7}, {90, 90, 90}, "P 4 m m", {{"O1", {0.1f, 0.9f, 0.3f}, {0.01f, 0.01f, 0.02f}}});
+  const MATRIX3 v = CALC_VCV_XYZ(phase, 1, 1);
+  EXPECT_NEAR(v[0][1], -1e-4f, 1e-9f);
+  EXPECT_NEAR(v[1][0], -1e-4f, 1e-9f);
+}
+
+// The four-fold axis takes x, y to -y, x, so that the image's y moves as x does and its x against
+// y; two steps of it take x and y to their opposites. The two-fold axis takes x, y, z to x, -y, -z:
+// the y, x, -z of what the four-fold axis makes.
+TEST(COORDINATES, IMAGES_OF_ONE_ATOM_MOVE_AS_THE_OPERATOR_TURNS_THEM) {
+  const auto phase =
+      MADE({5, 5, 7}, {90, 90, 90}, "P 4 2 2", {{"O1", {0.1f, 0.2f, 0.3f}, {0.01f, 0.02f, 0.03f}}});
+  const VECTOR3 first{0.1f, 0.2f, 0.3f};
+  const VECTOR3 second{-0.2f, 0.1f, 0.3f};
+  const VECTOR3 fourth{0.2f, -0.1f, 0.3f};
+  const VECTOR3 turned_over{0.1f, -0.2f, -0.3f};
+  const auto expect_link = [&phase](const VECTOR3& x1, const VECTOR3& x2, const MATRIX3& link) {
+    const MATRIX6 joint = CALC_VCV_TWO_ATOMS(phase, x1, x2);
+    for (std::size_t i = 0; i < 3; ++i)
+      for (std::size_t j = 0; j < 3; ++j) {
+        EXPECT_NEAR(joint[i][j + 3], link[i][j], 1e-9f) << i << j;
+        EXPECT_NEAR(joint[j + 3][i], link[i][j], 1e-9f) << j << i;
+      }
+  };
+  expect_link(first, second, {{{0, 1e-4f, 0}, {-4e-4f, 0, 0}, {0, 0, 9e-4f}}});
+  expect_link(second, first, {{{0, -4e-4f, 0}, {1e-4f, 0, 0}, {0, 0, 9e-4f}}});
+  expect_link(second, turned_over, {{{0, 4e-4f, 0}, {1e-4f, 0, 0}, {0, 0, -9e-4f}}});
+  expect_link(second, fourth, {{{-4e-4f, 0, 0}, {0, -1e-4f, 0}, {0, 0, 9e-4f}}});
+}
+
+TEST(COORDINATES, AN_ATOM_STANDS_FOR_A_POSITION_WITHIN_0_02_ANGSTROMS) {
+  const auto phase = MADE({10, 10, 10}, {90, 90, 90}, "P 1",
+                          {{"O1", {0.1f, 0.2f, 0.3f}, {0.01f, 0.01f, 0.01f}},
+                           {"O2", {0.6f, 0.2f, 0.3f}, {0.01f, 0.01f, 0.01f}}});
+  const auto variance = [&phase](float x) {
+    return CALC_VCV_TWO_ATOMS(phase, {x, 0.2f, 0.3f}, phase.ATOM(2).X)[0][0];
+  };
+  EXPECT_NEAR(variance(0.1019f), 1e-4f, 1e-9f) << "0.019 angstroms away";
+  EXPECT_EQ(variance(0.1021f), 0.0f) << "0.021 angstroms away";
+}
+
 // ---- distances ----
 
 TEST(DISTANCES, COORDINATES_ALONG_AN_EDGE_BY_HAND) {
@@ -172,6 +216,26 @@ TEST(DISTANCES, TO_THE_MIRROR_IMAGE_HAS_THE_FULL_ESD_OF_2X) {
   const VALUE_ESD d = DISTANCE_AND_SIGMA_VCV(phase, phase.ATOM(1).X, {-0.15f, 0.15f, 0.3f});
   EXPECT_NEAR(d.VALUE, 1.5f, 1e-6f);
   EXPECT_NEAR(d.ESD, 0.02f, 1e-6f);
+}
+
+// x, 2x, z of P 3 m 1 is one parameter. With u and v from it to a fixed point d^2 = a^2 (u^2 + v^2
+// - uv), which changes with x by -3 a^2 v: d^2 = 1.75, and 25 * 0.3 / (2 d) times the esd of x.
+TEST(DISTANCES, FROM_X_2X_HAVE_THE_ESD_OF_ONE_PARAMETER) {
+  const auto phase =
+      MADE({5, 5, 7}, {90, 90, 120}, "P 3 m 1",
+           {{"Si1", {0.3f, 0.1f, 0.3f}}, {"O1", {0.1f, 0.2f, 0.3f}, {0.001f, 0.002f, 0}}});
+  EXPECT_NEAR(DISTANCE(phase, 1, 2).VALUE, std::sqrt(1.75f), 1e-6f);
+  EXPECT_NEAR(DISTANCE(phase, 1, 2).ESD, 3.75f / std::sqrt(1.75f) * 0.001f, 1e-6f);
+}
+
+// From x, y to -y, x: d^2 = 2 a^2 (x^2 + y^2), so that the esd of x alone gives 2 a^2 x sigma / d.
+TEST(DISTANCES, TO_THE_IMAGE_UNDER_A_FOUR_FOLD_AXIS) {
+  const auto phase =
+      MADE({5, 5, 7}, {90, 90, 90}, "P 4", {{"O1", {0.2f, 0.1f, 0.3f}, {0.002f, 0, 0}}});
+  const VALUE_ESD d = DISTANCE_AND_SIGMA_VCV(phase, phase.ATOM(1).X, {-0.1f, 0.2f, 0.3f});
+  const float length = 5.0f * std::sqrt(0.1f);
+  EXPECT_NEAR(d.VALUE, length, 1e-6f);
+  EXPECT_NEAR(d.ESD, 50.0f * 0.2f * 0.002f / length, 1e-6f);
 }
 
 TEST(DISTANCES, TO_THE_OWN_LATTICE_TRANSLATE_HAS_THE_ESD_OF_THE_EDGE_ALONE) {
@@ -228,6 +292,53 @@ TEST(RANDOM_DRAWS, HAVE_THE_SPREAD_OF_DISTANCE_AND_ANGLE) {
   const VALUE_ESD ours =
       ANGLE_AND_SIGMA_VCV(phase, phase.ATOM(1).X, phase.ATOM(2).X, phase.ATOM(3).X);
   EXPECT_NEAR(ours.ESD, angle.STD(), 0.03f * angle.STD());
+}
+
+// A sulfate group as in gypsum: S on a two-fold axis of C 2/c at 0, y, 3/4, two oxygens and their
+// images at -x, y, 3/2 - z. Only what the symmetry leaves free is drawn.
+TEST(RANDOM_DRAWS, HAVE_THE_SPREAD_OF_A_GROUP_ON_AN_AXIS) {
+  const auto phase = MADE({6.28f, 15.18f, 5.67f}, {90, 114.1f, 90}, "C 2/c",
+                          {{"S1", {0, 0.3285f, 0.75f}, {0, 0.0007f, 0}},
+                           {"O1", {0.084f, 0.272f, 0.592f}, {0.002f, 0.0008f, 0.0025f}},
+                           {"O2", {0.2f, 0.383f, 0.914f}, {0.0015f, 0.001f, 0.002f}}},
+                          {0.006f, 0.012f, 0.005f}, {0, 0.08f, 0});
+  const auto image = [](const VECTOR3& x) { return VECTOR3{-x[0], x[1], 1.5f - x[2]}; };
+  // Of atoms s, a, b: the edge from a to b and the angle between them at s.
+  const auto edge = [](const VECTOR3& a, const VECTOR3& b, const MATRIX3& metric) {
+    return CRYST_DIST(XTAL::SUBTRACT(b, a), metric);
+  };
+  const auto angle = [](const VECTOR3& s, const VECTOR3& a, const VECTOR3& b,
+                        const MATRIX3& metric) {
+    return CRYST_ANGLE(XTAL::SUBTRACT(a, s), XTAL::SUBTRACT(b, s), metric);
+  };
+  DEVIATES draw;
+  std::array<SPREAD, 6> spread;
+  for (int n = 0; n < 20000; ++n) {
+    const MATRIX3 metric = XTAL::METRICTENSOR(draw.AROUND(phase.CELL.CELL, phase.CELL.CELL_STD),
+                                              draw.AROUND(phase.CELL.ANG, phase.CELL.ANG_STD));
+    std::array<VECTOR3, 3> x;
+    for (std::size_t i = 0; i < 3; ++i) {
+      const ATOM_TYPE& atom = phase.ATOM(static_cast<int>(i) + 1);
+      x[i] = draw.AROUND(atom.X, atom.X_STD);
+    }
+    spread[0].ADD(edge(x[0], x[1], metric));
+    spread[1].ADD(edge(x[1], image(x[1]), metric));
+    spread[2].ADD(edge(x[1], image(x[2]), metric));
+    spread[3].ADD(angle(x[0], x[1], x[2], metric));
+    spread[4].ADD(angle(x[0], x[1], image(x[1]), metric));
+    spread[5].ADD(angle(x[0], image(x[1]), x[2], metric));
+  }
+  const VECTOR3& s = phase.ATOM(1).X;
+  const VECTOR3& o1 = phase.ATOM(2).X;
+  const VECTOR3& o2 = phase.ATOM(3).X;
+  const std::array<float, 6> ours{DISTANCE_AND_SIGMA_VCV(phase, s, o1).ESD,
+                                  DISTANCE_AND_SIGMA_VCV(phase, o1, image(o1)).ESD,
+                                  DISTANCE_AND_SIGMA_VCV(phase, o1, image(o2)).ESD,
+                                  ANGLE_AND_SIGMA_VCV(phase, s, o1, o2).ESD,
+                                  ANGLE_AND_SIGMA_VCV(phase, s, o1, image(o1)).ESD,
+                                  ANGLE_AND_SIGMA_VCV(phase, s, image(o1), o2).ESD};
+  for (std::size_t k = 0; k < ours.size(); ++k)
+    EXPECT_NEAR(ours[k], spread[k].STD(), 0.03f * spread[k].STD()) << k;
 }
 
 // ---- angles ----
