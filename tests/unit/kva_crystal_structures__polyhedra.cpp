@@ -7,7 +7,6 @@
 #include <random>
 
 #include "kva_crystal_structures__polyhedra.h"
-#include "src/kva_crystal_structures/bonds.h"
 
 using namespace POLYHEDRA;
 
@@ -89,6 +88,20 @@ TEST(ANGLES, EVERY_PAIR_OF_LIGANDS) {
   EXPECT_EQ(straight, 3);
 }
 
+// Ligands along x and y, 1.5 and 2 angstroms away: the edge of 2.5 has the direction (-0.6, 0.8)
+// and takes 0.36 and 0.64 of the variances of x and y of both; the angle is turned by the first
+// ligand's y over 1.5 and by the second's x over 2.
+TEST(ANGLES, THE_TABLE_HOLDS_ANGLE_AND_EDGE_WITH_THEIR_ESDS) {
+  const auto phase = CALCULATED({{1.5f, 0, 0}, {0, 2, 0}}, {0.01f, 0.02f, 0.05f});
+  EXPECT_EQ(phase.NANGLES(1), 1);
+  EXPECT_NEAR(phase.BANGLES(1, 1, 2, ANGLE), 90.0f, 2e-4f);
+  EXPECT_NEAR(phase.BANGLES(1, 1, 2, ANGLE_STD),
+              std::hypot(0.02f / 1.5f, 0.01f / 2.0f) * XTAL::DEGREES_PER_RADIAN, 1e-3f);
+  EXPECT_NEAR(phase.BANGLES(1, 1, 2, EDGE), 2.5f, 1e-5f);
+  EXPECT_NEAR(phase.BANGLES(1, 1, 2, EDGE_STD),
+              std::sqrt(2.0f * (0.36f * 0.0001f + 0.64f * 0.0004f)), 1e-5f);
+}
+
 TEST(ANGLES, A_TRANS_ANGLE_BELOW_135_LEAVES_VARIANCE_AND_EDGE_AT_0) {
   std::vector<VECTOR3> bent = octahedron;
   bent[0] = {1.1547f, 1.1547f, 1.1547f};  // 125 degrees from its partner at -x: a 13th pair
@@ -123,6 +136,80 @@ TEST(ANGLES, A_VARIANCE_BY_HAND) {
   const float t = 10.0f / XTAL::DEGREES_PER_RADIAN;
   bent[0] = {2.0f * std::cos(t), 2.0f * std::sin(t), 0};
   EXPECT_NEAR(POLY(CALCULATED(bent), POLY_VARIANCE), 200.0f / 11.0f, 2e-3f);
+}
+
+// Two ligands at +-a along x, h above the centre, and two at +-a along y, h below: two edges 2a at
+// right angles and 2h apart, V = 4 a^2 h / 3. Two angles have the cosine (h^2 - a^2) / d^2, four
+// -h^2 / d^2. The regular tetrahedron of this volume has the edge cbrt(6 sqrt(2) V), and its
+// vertices lie sqrt(3/8) of that from its centre.
+TEST(ANGLES, A_FLATTENED_TETRAHEDRON_BY_HAND) {
+  constexpr float a = 1.2f;
+  constexpr float d_sq = 2.44f;  // with h = 1
+  const auto phase = CALCULATED({{a, 0, 1}, {-a, 0, 1}, {0, a, -1}, {0, -a, -1}});
+  EXPECT_NEAR(POLY(phase, POLY_VOLUME), 1.92f, 1e-4f);
+  const float two = XTAL::ACOSD((1.0f - a * a) / d_sq) - 109.47f;
+  const float four = XTAL::ACOSD(-1.0f / d_sq) - 109.47f;
+  EXPECT_NEAR(POLY(phase, POLY_VARIANCE), (2.0f * two * two + 4.0f * four * four) / 5.0f, 0.005f);
+  EXPECT_NEAR(POLY(phase, POLY_MEAN_EDGE), (4.0f * a + 4.0f * std::sqrt(2.0f * a * a + 4)) / 6.0f,
+              1e-5f);
+  const float r = std::sqrt(0.375f) * std::cbrt(6.0f * std::sqrt(2.0f) * 1.92f);
+  EXPECT_NEAR(POLY(phase, POLY_ELONGATION), d_sq / (r * r), 5e-5f);
+}
+
+// Half-axes a, b, c at right angles: V = 4 abc / 3, so that r^3 = abc.
+TEST(ANGLES, A_STRETCHED_OCTAHEDRON_BY_HAND) {
+  constexpr float a = 1.8f;
+  constexpr float b = 2.0f;
+  constexpr float c = 2.3f;
+  const auto phase = CALCULATED(SIGNED({{a, 0, 0}, {0, b, 0}, {0, 0, c}}));
+  EXPECT_NEAR(POLY(phase, POLY_MEAN_LENGTH), (a + b + c) / 3.0f, 1e-5f);
+  EXPECT_NEAR(POLY(phase, POLY_VOLUME), 4.0f * a * b * c / 3.0f, 1e-4f);
+  EXPECT_NEAR(POLY(phase, POLY_VARIANCE), 0.0f, 1e-4f);
+  EXPECT_NEAR(POLY(phase, POLY_MEAN_EDGE),
+              (std::hypot(a, b) + std::hypot(b, c) + std::hypot(a, c)) / 3.0f, 1e-5f);
+  const float r = std::cbrt(a * b * c);
+  EXPECT_NEAR(POLY(phase, POLY_ELONGATION), (a * a + b * b + c * c) / 3.0f / (r * r), 1e-5f);
+}
+
+namespace {
+
+// The polyhedron in a triclinic cell.
+CRYSTAL_STRUCTURE_TYPE IN_OBLIQUE_CELL(const std::vector<VECTOR3>& ligands_cart) {
+  auto phase = AROUND(ligands_cart);
+  XTAL::SET_CELL_RECORD({edge, 35, 30}, {80, 95, 103}, phase.CELL, " ");
+  for (int j = 1; j <= phase.NBONDS(1); ++j) {
+    const VECTOR3 v_frac =
+        XTAL::MULTIPLY(phase.CELL.ORTH_CR_CEL, ligands_cart[static_cast<std::size_t>(j - 1)]);
+    phase.ATOM(j + 1).X = XTAL::ADD(phase.ATOM(1).X, v_frac);
+    for (int k = 0; k < 3; ++k)
+      phase.BONDS(1, j, BOND_VECTOR_X + k) = v_frac[static_cast<std::size_t>(k)];
+  }
+  CALC_ANGLES_ALLATOMS(phase);
+  CALC_POLY_ALLATOMS(phase);
+  return phase;
+}
+
+}  // namespace
+
+// An octahedron around a point off the centre: the axes of the cell make no difference.
+TEST(ANGLES, AXES_THAT_ARE_NOT_AT_RIGHT_ANGLES) {
+  const VECTOR3 off{0.1f, -0.2f, 0.15f};
+  std::vector<VECTOR3> ligands = octahedron;
+  for (VECTOR3& v : ligands) v = XTAL::ADD(v, off);
+  const auto phase = IN_OBLIQUE_CELL(ligands);
+  EXPECT_NEAR(POLY(phase, POLY_VOLUME), 32.0f / 3.0f, 1e-4f);
+  EXPECT_NEAR(POLY(phase, POLY_VOLUME_SRB), 32.0f / 3.0f, 1e-4f);
+  EXPECT_NEAR(POLY(phase, POLY_MEAN_EDGE), 2.0f * std::sqrt(2.0f), 1e-5f);
+  EXPECT_NEAR(POLY(phase, POLY_VARIANCE), POLY(CALCULATED(ligands), POLY_VARIANCE), 0.005f);
+  EXPECT_NEAR(POLY(phase, POLY_RADIUS), 2.0f, 1e-5f);
+  EXPECT_NEAR(POLY(phase, POLY_RADIUS_SDEV), 0.0f, 2e-5f);
+  EXPECT_NEAR(POLY(phase, POLY_DELTA), XTAL::LENGTH(off), 1e-5f);
+  const VECTOR3 off_frac = XTAL::MULTIPLY(phase.CELL.ORTH_CR_CEL, off);
+  for (int k = 0; k < 3; ++k) {
+    const float expected = 0.5f + off_frac[static_cast<std::size_t>(k)];
+    EXPECT_NEAR(POLY(phase, POLY_SPHERE_X + k), expected, 1e-6f);
+    EXPECT_NEAR(POLY(phase, POLY_BARYCENTRE_X + k), expected, 1e-6f);
+  }
 }
 
 // ---- few, flat and other degenerate ligands ----
@@ -249,57 +336,12 @@ TEST(DEGENERATE, A_MISSING_RIGID_BOND_LENGTH_LEAVES_NO_CORRECTED_VOLUME) {
   EXPECT_EQ(CALC_POLYVOL_SRB(phase, 1), 0.0f);
 }
 
-// ---- esds ----
-
-TEST(VOLUME_ESDS, HAVE_THE_SPREAD_OF_RANDOM_DRAWS) {
-  const VECTOR3 std{0.004f, 0.005f, 0.006f};
-  const auto phase = CALCULATED(octahedron, std);
-  std::mt19937 random(99);
-  const auto uniform = [&random] { return (static_cast<double>(random()) + 0.5) / 4294967296.0; };
-  const auto normal = [&uniform] {
-    return static_cast<float>(std::sqrt(-2.0 * std::log(uniform())) *
-                              std::cos(6.283185307179586 * uniform()));
-  };
-  double sum = 0.0;
-  double sum_sq = 0.0;
-  constexpr int draws = 20000;
-  for (int n = 0; n < draws; ++n) {
-    std::vector<VECTOR3> moved = octahedron;
-    for (VECTOR3& v : moved)
-      for (std::size_t k = 0; k < 3; ++k) v[k] += std[k] * normal();
-    const auto volume = static_cast<double>(POLYHEDRON_VOLUME(moved, {0, 0, 0}));
-    sum += volume;
-    sum_sq += volume * volume;
-  }
-  const double mean = sum / draws;
-  const auto spread = static_cast<float>(std::sqrt(sum_sq / draws - mean * mean));
-  EXPECT_NEAR(POLY(phase, POLY_VOLUME_STD), spread, 0.03f * spread);
-}
-
-// A cell that its system would make rectangular, but which is not: without an esd anywhere the
-// volume has none either.
-TEST(VOLUME_ESDS, CELL_KEEPS_ITS_ANGLES) {
-  for (const char* symbol : {"P 2 2 2", "P 2 3", "P 4"}) {
-    auto phase = CALCULATED(SCALED(octahedron, 2.0f));
-    XTAL::SET_CELL_RECORD({edge, edge, edge}, {90, 91, 90}, phase.CELL);
-    XTAL::SET_SPACEGROUP(symbol, phase.SPG);
-    CALC_POLYVOL_VCV(phase, 1);
-    EXPECT_EQ(POLY(phase, POLY_VOLUME_STD), 0.0f) << symbol;
-  }
-}
-
-TEST(VOLUME_ESDS, SYMMETRY_KEEPS_ITS_CORRELATIONS) {
-  // BO6 of perovskite: nothing but the cell can change the volume, V = (a / 2)^3 * 4 / 3.
-  auto phase =
-      MADE({4, 4, 4}, {90, 90, 90}, "P m -3 m",
-           {{"Ti1", {0.5f, 0.5f, 0.5f}}, {"O1", {0.5f, 0.5f, 0}}}, {0.002f, 0.002f, 0.002f});
-  const BOND_EXCLUSION bondex{{true, true, true, true}};
-  CALC_BONDS_ALLATOMS(phase, 0.01f, 2.2f, &bondex);
-  MEASURE_BLOCK(phase, phase, true, MATCHING_RADIUS(phase));
+// One ligand of six moved out from 2 to 2.2 angstroms: (2 + 2.2) * 4 * 4 / 6.
+TEST(DEGENERATE, RIGID_BOND_LENGTHS_MOVE_EACH_LIGAND_ALONG_ITS_BOND) {
+  auto phase = AROUND(octahedron);
+  phase.BONDS(1, 1, BOND_LENGTH_SRB) = 2.2f;
   CALC_ANGLES_ALLATOMS(phase);
   CALC_POLY_ALLATOMS(phase);
-  EXPECT_NEAR(POLY(phase, POLY_VOLUME), 4.0f / 3.0f * 8.0f, 1e-4f);
-  // dV = V * 3 da / a.
-  EXPECT_NEAR(POLY(phase, POLY_VOLUME_STD), 10.6667f * 3.0f * 0.0005f, 1e-4f);
-  EXPECT_EQ(phase.BANGLES(1, 1, 2, ANGLE_STD), 0.0f) << "fixed at 90 or 180 by symmetry";
+  EXPECT_NEAR(POLY(phase, POLY_VOLUME), 32.0f / 3.0f, 1e-4f);
+  EXPECT_NEAR(POLY(phase, POLY_VOLUME_SRB), 11.2f, 1e-4f);
 }
