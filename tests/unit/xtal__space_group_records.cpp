@@ -124,6 +124,25 @@ TEST(RECORDS, A_HALL_SYMBOL_WITHOUT_A_ROW_IS_KEPT) {
   EXPECT_EQ(group.MULTIP, 8);
 }
 
+TEST(RECORDS, A_SYMBOL_TAKEN_FOR_A_HALL_SYMBOL_SAYS_SO) {
+  for (const char* mode : {"", "HMS", "hms"}) {
+    const SPACE_GROUP hall = GROUP("-P 2ybc", mode);
+    EXPECT_EQ(hall.INFO, "Generated from Hall symbol") << mode;
+    EXPECT_EQ(hall.SPG_SYMB, "P 21/c") << mode;
+    EXPECT_EQ(hall.SG_SETTING, tabulated) << mode;
+    const SPACE_GROUP symbol = GROUP("P 21/c", mode);
+    EXPECT_EQ(symbol.INFO, "IT (Generated from Hermann-Mauguin symbol)") << mode;
+    EXPECT_TRUE(SPGR_EQUAL(symbol, hall)) << mode;
+  }
+}
+
+TEST(RECORDS, MODES_MAY_BE_IN_LOWER_CASE) {
+  EXPECT_EQ(GROUP("P 21/c", "itc").INFO, "Generated from explicit IT generators");
+  EXPECT_EQ(GROUP("-P 2ybc", "hal").NUMSPG, 14);
+  EXPECT_EQ(FROM_LIST({"x,y,z", "-x,-y,-z"}, "gen").NUMSPG, 2);
+  EXPECT_EQ(FROM_LIST({"x,y,z", "-x,-y,-z"}, "fix").NUMSPG, 2);
+}
+
 // ---- operators exactly as they are given ----
 
 TEST(FIXED_LISTS, ARE_NAMED_AND_CLASSED_LIKE_OTHERS) {

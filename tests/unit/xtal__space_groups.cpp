@@ -374,6 +374,21 @@ TEST(OPERATOR_TEXTS, TERMS_IN_ANY_ORDER_AND_NUMBERS_IN_ANY_FORM) {
   EXPECT_EQ(READ("x,y,z-1/4").TR[2], -0.25f);
 }
 
+TEST(OPERATOR_TEXTS, A_TRANSLATION_WITHIN_0_002_OF_A_24TH_IS_THAT_FRACTION) {
+  // 1/3 is 0.33333, 7/24 is 0.29167.
+  for (const char* near : {"0.3333", "0.333", "0.3314", "0.3353"}) {
+    const SPACE_GROUP group = GROUP_OF({"-y,x-y,z+" + std::string(near)});
+    ASSERT_EQ(group.MULTIP, 3) << near;
+    EXPECT_EQ(group.SYMOPSYMB(2), "-y,x-y,z+1/3") << near;
+  }
+  for (const char* off : {"0.3313", "0.3354", "0.2896", "0.2937"}) {
+    GROUP_OF({"-y,x-y,z+" + std::string(off)});
+    EXPECT_TRUE(ERR_SYMM) << off << ": three of them are no whole cell";
+    EXPECT_EQ(READ("x,y,z+" + std::string(off)).TR[2], std::stof(off));
+  }
+  EXPECT_EQ(READ("x+1/4+1/4,y,z").TR[0], 0.5f) << "numbers add up";
+}
+
 TEST(OPERATOR_TEXTS, ERRORS) {
   READ("  ");
   EXPECT_EQ(ERR_SYMM_MESS, " Blank operator field");
@@ -466,6 +481,9 @@ TEST(QUESTIONS, SYMMETRY_CODES) {
   WRITE_SYMTRANS_CODE(2, {-5, -4, 4}, text, number);
   EXPECT_EQ(text, "2_019");
   EXPECT_FLOAT_EQ(number, 2.019f);
+  WRITE_SYMTRANS_CODE(196, {4, -5, 0}, text, number);
+  EXPECT_EQ(text, "196_905");
+  EXPECT_FLOAT_EQ(number, 196.905f);
   for (int op : {0, 197, -1}) {
     WRITE_SYMTRANS_CODE(op, {0, 0, 0}, text, number);
     EXPECT_EQ(text, "");

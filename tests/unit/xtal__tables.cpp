@@ -88,6 +88,19 @@ TEST(BOND_VALENCE_TABLE, PUBLISHED_PARAMETERS_OF_COMMON_CATIONS) {
   }
 }
 
+TEST(BOND_VALENCE_TABLE, THE_FIRST_ROW) {
+  const BVS_TABLE_TYPE& row = BVS_TABLE[0];
+  EXPECT_EQ(row.SYMB, "AC+3");
+  const std::array<float, 4> d0{2.24f, 2.13f, 2.63f, 2.75f};
+  const std::array<float, 4> b{0.37f, 0.37f, 0.37f, 0.4f};
+  const std::array<int, 4> references{2, 2, 2, 16};
+  for (std::size_t a = 0; a < d0.size(); ++a) {
+    EXPECT_EQ(row.D0[a], d0[a]) << BVS_ANIONS[a];
+    EXPECT_EQ(row.B[a], b[a]) << BVS_ANIONS[a];
+    EXPECT_EQ(row.REF[a], references[a]) << BVS_ANIONS[a];
+  }
+}
+
 TEST(BOND_VALENCE_TABLE, LABELS_ARE_AN_ELEMENT_AND_ITS_CHARGE_AND_STAND_ONCE) {
   std::map<std::string_view, int> seen;
   for (const BVS_TABLE_TYPE& row : BVS_TABLE) {
