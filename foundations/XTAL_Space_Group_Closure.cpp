@@ -20,23 +20,28 @@ namespace {
 struct GROUP_TABLE {
   std::vector<EXACT_OP> ORDER;
   std::set<EXACT_OP> KNOWN;
+  std::vector<std::size_t> MULTIPLIED;  // for each row how many of its products are known
 
-  void ADD(const EXACT_OP& op) {
-    if (KNOWN.insert(op).second) ORDER.push_back(op);
+  // False when it is known.
+  bool ADD(const EXACT_OP& op) {
+    if (!KNOWN.insert(op).second) return false;
+    ORDER.push_back(op);
+    MULTIPLIED.push_back(0);
+    return true;
   }
 };
 
 // Adds the products of all pairs, row by row; false when the group grows beyond every space group.
 bool ADD_PRODUCTS(GROUP_TABLE& table) {
-  for (std::size_t i = 0; i < table.ORDER.size(); ++i)
-    for (std::size_t j = 0; j < table.ORDER.size(); ++j) {
+  for (std::size_t i = 0; i < table.ORDER.size(); ++i) {
+    for (std::size_t j = table.MULTIPLIED[i]; j < table.ORDER.size(); ++j) {
       const EXACT_OP product = PRODUCT(table.ORDER[i], table.ORDER[j]);
-      const std::size_t before = table.ORDER.size();
-      table.ADD(product);
-      const bool is_new = table.ORDER.size() > before;
+      const bool is_new = table.ADD(product);
       if (is_new && (table.ORDER.size() > LARGEST_GROUP || ROTATION_TYPE(product.ROT) == 0))
         return false;
     }
+    table.MULTIPLIED[i] = table.ORDER.size();
+  }
   return true;
 }
 

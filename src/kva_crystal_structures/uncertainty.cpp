@@ -135,6 +135,15 @@ void TIE_COORDINATES(const XTAL::SYM_OP& op, const MATRIX3& variances, MATRIX3& 
       if (i != j && (c[i][j] > 0.0f || c[i][j] < 0.0f)) v[i][j] = c[i][j];
 }
 
+// An operator ties the coordinates of a site such as x, 2x, z one way only, with all of the
+// covariance on one side of the diagonal. Half of it belongs on each.
+MATRIX3 SYMMETRISED(const MATRIX3& v) {
+  MATRIX3 symmetric{};
+  for (std::size_t i = 0; i < 3; ++i)
+    for (std::size_t j = 0; j < 3; ++j) symmetric[i][j] = 0.5f * (v[i][j] + v[j][i]);
+  return symmetric;
+}
+
 // Covariance of an atom's image under an operator, v being that of the atom itself.
 MATRIX3 VCV_OF_IMAGE(const CRYSTAL_STRUCTURE_TYPE& phase, const MATRIX3& v, int op) {
   if (op == 1) return v;
@@ -151,7 +160,7 @@ MATRIX3 CALC_VCV_XYZ(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op) {
   if (atom.MULT != phase.SPG.MULTIP)
     for (const XTAL::SYM_OP* site_op : SITE_OPERATORS(phase, atom.X))
       TIE_COORDINATES(*site_op, variances, v);
-  return VCV_OF_IMAGE(phase, v, op);
+  return VCV_OF_IMAGE(phase, SYMMETRISED(v), op);
 }
 
 VECTOR3 CALC_ESD_XYZ(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op) {

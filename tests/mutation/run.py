@@ -30,6 +30,7 @@ TEST_LIMIT = 300
 # Calculation, scanner, listings, writers and the text routines below them; no tables of data.
 SOURCES = [
     "console_code/kva_utilities/*.cpp",
+    "console_code/console/*.cpp",
     "console_code/posix/system_files.cpp",
     "foundations/XTAL_Small_Math.cpp",
     "foundations/XTAL_Unit_Cell.cpp",
@@ -167,6 +168,8 @@ def main():
             else:
                 noticed += 1
         path.write_text(original)
+        if (noticed + len(survivors)) % 20 == 0:
+            print(f"{noticed} of {noticed + len(survivors)} noticed so far", flush=True)
     total = noticed + len(survivors)
     print(f"{noticed} of {total} faults noticed, {100 * noticed / total:.1f} percent, "
           f"in {time.time() - start:.0f} s")

@@ -396,6 +396,28 @@ TEST(ANGLES, COPIES_OF_ONE_ATOM_AS_LIGANDS_MOVE_TOGETHER) {
   EXPECT_NEAR(esd({0.002f, 0, 0}), 0.0f, 2e-4f);
 }
 
+// One structure of P 3 m 1 with its ligand given as x, 2x, as 2x, x, or as x, -x. The angle at the
+// axis between two of its images has cos = (z^2 c^2 - 3 x^2 a^2 / 2) / (z^2 c^2 + 3 x^2 a^2), so
+// that with p = 3 x^2 a^2 and q = z^2 c^2 it changes with x by 3 p q / (x (p + q)^2 sin).
+TEST(ANGLES, ANY_IMAGE_MAY_BE_GIVEN_FOR_A_SITE_ON_A_MIRROR) {
+  constexpr float p = 0.75f;
+  constexpr float q = 0.49f;
+  const float cosine = (q - 0.5f * p) / (p + q);
+  const float sine = std::sqrt(1.0f - cosine * cosine);
+  const float esd = 3.0f * p * q / (0.1f * (p + q) * (p + q) * sine) * 0.001f * degrees;
+  const auto angle = [](const VECTOR3& x, const VECTOR3& std) {
+    const auto phase =
+        MADE({5, 5, 7}, {90, 90, 120}, "P 3 m 1", {{"Si1", {0, 0, 0}}, {"O1", x, std}});
+    return ANGLE_AND_SIGMA_VCV(phase, {0, 0, 0}, x, {-x[1], x[0] - x[1], x[2]});
+  };
+  for (const VALUE_ESD& found : {angle({0.1f, 0.2f, 0.1f}, {0.001f, 0.002f, 0}),
+                                 angle({0.2f, 0.1f, 0.1f}, {0.002f, 0.001f, 0}),
+                                 angle({0.1f, -0.1f, 0.1f}, {0.001f, 0.001f, 0})}) {
+    EXPECT_NEAR(found.VALUE, XTAL::ACOSD(cosine), 1e-3f);
+    EXPECT_NEAR(found.ESD, esd, 0.01f * esd);
+  }
+}
+
 TEST(ANGLES, OF_THREE_ATOMS_HAVE_AN_ESD) {
   const auto phase = TRICLINIC();
   EXPECT_GT(ANGLE_AND_SIGMA_VCV(phase, phase.ATOM(1).X, phase.ATOM(2).X, phase.ATOM(3).X).ESD,
