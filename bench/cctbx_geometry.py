@@ -2,8 +2,8 @@
 """Distances and angles with esds of every block of a CIF by cctbx: what CALC is measured against.
 
 cctbx_geometry.py FILE DMAX prints the blocks, the bonds and angles of one block and the CPU time a
-block. Only the calculation is timed: the search for the bonds, their lengths, the angles between
-them, and the esds of both from coordinates and cell.
+block. Only the calculation is timed: the search for the bonds, the loops of their lengths and of the
+angles between them, and the esds of both from coordinates and cell.
 """
 import sys
 import time
@@ -11,6 +11,7 @@ import time
 from cctbx import crystal
 from cctbx.array_family import flex
 import iotbx.cif
+from iotbx.cif import geometry
 
 ANIONS = {"O", "F", "Cl", "Br", "I"}
 
@@ -60,10 +61,11 @@ def measure(structure, variances, cell, dmax):
         "cell_covariance_matrix": cell,
         "parameter_map": structure.parameter_map(),
     }
-    distances = list(
-        crystal.calculate_distances(table, structure.sites_frac(), **arguments))
-    angles = list(crystal.calculate_angles(table, structure.sites_frac(), **arguments))
-    return len(distances), len(angles)
+    labels = structure.scatterers().extract_labels()
+    sites = structure.sites_frac()
+    distances = geometry.distances_as_cif_loop(table, labels, sites_frac=sites, **arguments)
+    angles = geometry.angles_as_cif_loop(table, labels, sites_frac=sites, **arguments)
+    return distances.loop.size(), angles.loop.size()
 
 
 def main():
