@@ -1,33 +1,11 @@
-// CHECK when there is no room in memory for the blocks that it has read. The program's own
-// allocation is replaced here, so that one of them can be refused.
-#include <cstdlib>
-#include <new>
-
+// CHECK when there is no room in memory for the blocks that it has read.
 #include "facetor6_commands__check_ptedit.h"
+#include "refused_memory.h"
 #include "src/facetor6_readfiles/check.h"
 
 using namespace BLOCK_TESTS;
 using FACETOR_READFILES::RUN_CHECK_CIF;
-
-namespace {
-
-std::size_t refused = 0;  // bytes of the allocation that fails; 0: none
-
-}  // namespace
-
-void* operator new(std::size_t bytes) {
-  void* const memory = bytes == refused && bytes > 0 ? nullptr : std::malloc(bytes + 1);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
-  std::free(memory);
-}
+using REFUSED_MEMORY::refused;
 
 // The list has room for 8 blocks and holds 7; of 3 new ones, 2 need more room.
 TEST_F(BLOCK_COMMANDS, CHECK_WITHOUT_ROOM_FOR_THE_BLOCKS_SAYS_SO_AND_ADDS_NONE) {

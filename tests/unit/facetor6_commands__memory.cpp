@@ -1,37 +1,15 @@
-// READ and EXPORT when there is no room in memory for the blocks. The program's own allocation is
-// replaced here, so that one of them can be refused.
-#include <cstdlib>
-#include <new>
-
+// READ and EXPORT when there is no room in memory for the blocks.
 #include "facetor6_commands__check_ptedit.h"
+#include "refused_memory.h"
 #include "src/facetor6_exportfiles/exportfiles.h"
 #include "src/facetor6_readfiles/readfiles.h"
 
 using namespace BLOCK_TESTS;
+using REFUSED_MEMORY::refused;
 
 namespace {
-
-std::size_t refused = 0;  // bytes of the allocation that fails; 0: none
 
 constexpr std::size_t block_size = sizeof(CRYSTAL_STRUCTURE_TYPE);
-
-}  // namespace
-
-void* operator new(std::size_t bytes) {
-  void* const memory = bytes == refused && bytes > 0 ? nullptr : std::malloc(bytes + 1);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
-  std::free(memory);
-}
-
-namespace {
 
 const std::string no_room =
     "\n*****WARNING: error allocating arrays in Allocate_crystal_structurelist called from ";
