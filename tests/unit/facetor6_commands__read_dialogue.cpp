@@ -339,12 +339,13 @@ TEST_F(READ_DIALOGUE, OPERATORS_WITHOUT_QUOTES_THAT_CONTRADICT_THE_SYMBOL_ARE_TO
   EXPECT_EQ(PHASE(1).SPG.SYMOPSYMB(2), "-x,y+1/2,-z");
   INIT_PHASE_LIST();
   for (const char* told_too : {"1 x,y,z\n2 1/2-x,1/2+y,-z\n", "# two\nx,y,z\n1/2-x,1/2+y,-z\n",
-                               "_id\nx,y,z 1\n1/2-x,1/2+y,-z 2\n", "x, y, z\n1/2-x, 1/2+y, -z\n"}) {
+                               "_id\nx,y,z 1\n1/2-x,1/2+y,-z 2\n", "x, y, z\n1/2-x, 1/2+y, -z\n",
+                               "1/2-x,1/2+y,-z\nx,y,z\n"}) {
     INIT_PHASE_LIST();
     EXPECT_EQ(READ(with(told_too)), told + rest) << told_too;
   }
-  for (const char* agreeing :
-       {"x,y,z\n-x,1/2+y,-z\n", "-x,y+0.5,-z\n", "x,y\n", "a,b,c\n", "'x,y,z\n"}) {
+  for (const char* agreeing : {"x,y,z\n-x,1/2+y,-z\n", "_id\nx,y,z 1\n-x,1/2+y,-z 2\n",
+                               "-x,y+0.5,-z\n", "x,y\n", "a,b,c\n", "'x,y,z\n"}) {
     INIT_PHASE_LIST();
     EXPECT_EQ(READ(with(agreeing)), rest) << agreeing;
   }

@@ -200,6 +200,14 @@ TEST(WRITE_COLS, A_COLUMN_WITH_ONE_WORD_IS_A_COLUMN_OF_TEXTS) {
   EXPECT_TRUE(WRITE_COLS({}).empty());
 }
 
+TEST(WRITE_COLS, BRACKETS_WITHOUT_AN_ESD_ARE_NO_NUMBER) {
+  for (const std::string word : {"1.2(x)", "1.2(5"}) {
+    const std::vector<std::string> lines = WRITE_COLS({{word}, {"150"}});
+    EXPECT_EQ(lines[0], " " + word);
+    EXPECT_EQ(lines[1], " 150") << "at the left, as texts stand";
+  }
+}
+
 TEST(WRITE_COLS, A_BLANK_CELL_IS_NO_NUMBER) {
   const std::vector<std::string> lines = WRITE_COLS({{"1.5", "x"}, {"", "y"}, {"150", "z"}});
   EXPECT_EQ(lines[0], " 1.5  x");
