@@ -463,6 +463,10 @@ TEST(QUESTIONS, ROTATION_TYPES) {
   EXPECT_EQ(ROTATION_TYPE(READ("y,-x,-z").ROT), -4);
   EXPECT_EQ(ROTATION_TYPE(READ("x-y,x,z").ROT), 6);
   EXPECT_EQ(ROTATION_TYPE(READ("x+y,y,z").ROT), 0) << "a shear is no rotation";
+  EXPECT_EQ(ROTATION_TYPE({{{2, 0, 0}, {0, 1, 0}, {0, 0, 1}}}), 0) << "determinant 2";
+  EXPECT_EQ(ROTATION_TYPE({}), 0) << "determinant 0";
+  EXPECT_EQ(ROTATION_TYPE({{{1, 3, 0}, {0, -1, 0}, {0, 0, 1}}}), -2);
+  EXPECT_EQ(ROTATION_TYPE({{{1, 4, 0}, {0, -1, 0}, {0, 0, 1}}}), 0) << "an element above 3";
 }
 
 TEST(QUESTIONS, AN_OPERATOR_IS_APPLIED_WITHOUT_REDUCTION) {
