@@ -210,6 +210,14 @@ TEST_F(SELECTION, TWO_FITS_ARE_AMBIGUOUS_AND_CLEAR_THE_LINE) {
   EXPECT_EQ(FROM_PENDING("atoms"), 2);
 }
 
+TEST_F(SELECTION, THE_FIRST_ENTRY_CAN_BE_ONE_OF_TWO_FITS) {
+  constexpr std::array<std::string_view, 2> alike{"bonds", "bond valences"};
+  PEND("bon");
+  said = SAID("", [&] { choice = GET_LIST_INSTRING(alike); });
+  EXPECT_EQ(choice, -1);
+  EXPECT_EQ(said, "\n*****WARNING: Ambiguous option\n\n");
+}
+
 TEST_F(SELECTION, NOTHING_PENDING_OR_NO_ENTRY_CHOOSES_NOTHING) {
   EXPECT_EQ(FROM_PENDING(""), 0);
   PEND("cells");
