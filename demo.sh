@@ -5,6 +5,7 @@ cd "$(dirname "$0")"
 . packaging/require.sh
 require g++=g++ cmake=cmake make=make
 
+[ -x build/gemmara ] || echo "Building the program; this takes some minutes ..." >&2
 cmake --preset release -DGEMMARA_TESTS=OFF >/dev/null
 cmake --build build --target gemmara --parallel "$(nproc)" >/dev/null
 

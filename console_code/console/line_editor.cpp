@@ -126,6 +126,9 @@ void SET_KEYS() {
   ::el_set(editor, EL_BIND, "^I", tab_routine, nullptr);
   ::el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
   ::el_set(editor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
+  // Home and End as some terminals send them, whatever their description says.
+  ::el_set(editor, EL_BIND, "\033[1~", "ed-move-to-beg", nullptr);
+  ::el_set(editor, EL_BIND, "\033[4~", "ed-move-to-end", nullptr);
 }
 
 void PUT_IN_HISTORY(const std::string& line) {

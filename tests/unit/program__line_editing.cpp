@@ -100,11 +100,12 @@ TEST_F(AT_TERMINAL, KEYS_MOVE_AND_CHANGE) {
   TYPE("EL" + start_of_line + "H" + "\005" + "X" + backspace + "P" + enter);  // ^E: to the end
   EXPECT_NE(said.find("General Commands"), std::string::npos);
   TYPE("ac" + left + "b" + enter);
-  TYPE("one two\027three" + enter);  // ^W: the word before
-  TYPE("gone\025kept" + enter);      // ^U: the line
+  TYPE("one two\027three" + enter);    // ^W: the word before
+  TYPE("gone\025kept" + enter);        // ^U: the line
+  TYPE("ne\033[1~o\033[4~s" + enter);  // Home and End
   END_BY();
   const std::string logged = LOGGED();
-  for (const char* line : {"HELP", "abc", "one three", "kept", "EXIT"})
+  for (const char* line : {"HELP", "abc", "one three", "kept", "ones", "EXIT"})
     EXPECT_EQ(COUNT_OF(logged, "\nG_MARA-6.1>" + std::string(line) + "\n"), 1u) << line;
 }
 
