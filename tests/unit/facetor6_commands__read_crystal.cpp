@@ -293,6 +293,17 @@ TEST_F(CRYSTAL_OUTPUT, OPERATORS_OF_THE_FILE_STAND_IN_FOR_A_GROUP_THAT_DOES_NOT_
   EXPECT_EQ(phase.SPG.SYMOPSYMB(2), "-x,y,-z");
 }
 
+// Cartesian matrices have the same heading of columns.
+TEST_F(CRYSTAL_OUTPUT, OPERATORS_OF_ANOTHER_FRAME_ARE_PASSED_OVER) {
+  std::string other = printed_p2;
+  other.replace(0, other.find('\n'), " ****   2 SYMMOPS - TRANSLATORS IN BOHR");
+  other.replace(other.rfind("0.50"), 4, "0.25");
+  EXPECT_EQ(READ(banner + " SPACE  GROUP  N.                     :    3\n" + shifted_p2 + other +
+                 printed_p2),
+            WARNED(misfit + ", the operators in the file are used") + no_modes);
+  EXPECT_EQ(phase.SPG.SYMOPSYMB(2), "-x,y,-z+1/2");
+}
+
 TEST_F(CRYSTAL_OUTPUT, OPERATORS_THAT_DO_NOT_FIT_EITHER_ARE_NOT_TAKEN) {
   std::string wrong = printed_p2;
   wrong.replace(wrong.rfind("0.50"), 4, "0.25");

@@ -344,6 +344,11 @@ TEST_F(READ_DIALOGUE, OPERATORS_WITHOUT_QUOTES_THAT_CONTRADICT_THE_SYMBOL_ARE_TO
     INIT_PHASE_LIST();
     EXPECT_EQ(READ(with(told_too)), told + rest) << told_too;
   }
+  INIT_PHASE_LIST();
+  EXPECT_EQ(READ("data_one\n_symmetry_space_group_name_H-M 'P 21'\n" + cell + atoms +
+                 "\nloop_\n_space_group_symop_operation_xyz\nx,y,z\n1/2-x,1/2+y,-z\n"),
+            told + rest)
+      << "on the last line of the file";
   for (const char* agreeing : {"x,y,z\n-x,1/2+y,-z\n", "_id\nx,y,z 1\n-x,1/2+y,-z 2\n",
                                "-x,y+0.5,-z\n", "x,y\n", "a,b,c\n", "'x,y,z\n"}) {
     INIT_PHASE_LIST();
