@@ -63,7 +63,7 @@ def constant_changed(match):
 # (what is done, where, by what)
 FAULTS = [
     ("comparison flipped", re.compile(r" (<=|>=|<|>) (?=[\w(-])"),
-     lambda m: {" < ": " <= ", " <= ": " < ", " > ": " >= ", " >= ": " > "}[m.group(0)]),
+     lambda m: {" < ": " > ", " <= ": " >= ", " > ": " < ", " >= ": " <= "}[m.group(0)]),
     ("equality flipped", re.compile(r" (==|!=) "),
      lambda m: " != " if "==" in m.group(0) else " == "),
     ("sign changed", re.compile(r"(?<=[\w)\]]) ([+-]) (?=[\w(])"),
