@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds before_first_show{500};
 constexpr std::chrono::milliseconds between_shows{200};
 
 void SHOW(WORK& work, int step) {
-  if (steady_clock::now() < work.NEXT_SHOW) return;
+  if (work.WORDS.empty() || steady_clock::now() < work.NEXT_SHOW) return;
   work.SHOWN = true;
   work.NEXT_SHOW = steady_clock::now() + between_shows;
   SHOW_STATUS(work.WORDS + " " + std::to_string(step) + " of " + std::to_string(work.TOTAL));

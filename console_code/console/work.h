@@ -16,7 +16,7 @@ struct WORK {
   WORK(const WORK&) = delete;
   WORK& operator=(const WORK&) = delete;
 
-  std::string WORDS;  // what is being done, as "Reading structures"
+  std::string WORDS;  // what is being done, as "Reading structures"; blank: nothing is shown
   int TOTAL = 0;      // steps in all
   bool SHOWN = false;
   std::chrono::steady_clock::time_point NEXT_SHOW;  // when the line is shown or renewed

@@ -129,7 +129,11 @@ using TABLE_WRITER = void (*)(int i, std::string_view option, const LISTED_ATOMS
 
 void WRITE_TABLES(TABLE_WRITER write, const std::vector<int>& of, std::string_view option) {
   const std::vector<LISTED_ATOMS> atoms = EQUIVALENT_ATOMS(of);
-  for (std::size_t k = 0; k < of.size(); ++k) write(of[k], option, atoms[k]);
+  WORK work("", static_cast<int>(of.size()));
+  for (std::size_t k = 0; k < of.size(); ++k) {
+    if (LIST_STOPPED(work, static_cast<int>(k) + 1)) return;
+    write(of[k], option, atoms[k]);
+  }
 }
 
 // Line start, operator, label and scattering factor of the atom of a row.

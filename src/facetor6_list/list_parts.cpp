@@ -2,6 +2,7 @@
 #include "src/facetor6_list/list_parts.h"
 
 #include "cifcode/cif_code_new/writer.h"
+#include "console_code/console/output.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
@@ -10,6 +11,7 @@
 namespace FACETOR_LIST {
 
 using namespace FACETOR_CONSOLE;
+using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 using namespace KVA_UTILITIES;
 
@@ -51,8 +53,20 @@ std::vector<int> USED_ATOMS() {
   return atoms;
 }
 
+bool LIST_STOPPED(WORK& work, int step) {
+  if (GO_ON(work, step)) return false;
+  WRITE_OUT("|*****The list was stopped");
+  return true;
+}
+
 void FOR_EACH_USED_ATOM(void (*report)(int, std::string_view), std::string_view option) {
-  for (int i : USED_ATOMS()) report(i, option);
+  const std::vector<int> atoms = USED_ATOMS();
+  WORK work("", static_cast<int>(atoms.size()));
+  int step = 0;
+  for (int i : atoms) {
+    if (LIST_STOPPED(work, ++step)) return;
+    report(i, option);
+  }
 }
 
 std::string FIRST_CHARACTERS(std::string_view text, int n) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "console_code/console/work.h"
 #include "src/facetor6_list/list.h"
 
 namespace FACETOR_LIST {
@@ -47,7 +48,11 @@ void PUT_NO_VALUE(std::string& line, int m, bool esd);
 std::string LIGAND_LABEL(int i, int m);
 std::string LIGAND_CODE(int i, int m);
 
-// Numbers of the atoms of the reference block that are in use; calls a routine for each.
+// Whether the user has stopped a list of many tables, which is told. step: the next table, from 1.
+bool LIST_STOPPED(KVA_CONSOLE::WORK& work, int step);
+
+// Numbers of the atoms of the reference block that are in use; calls a routine for each, unless the
+// user stops the list.
 std::vector<int> USED_ATOMS();
 void FOR_EACH_USED_ATOM(void (*report)(int, std::string_view), std::string_view option);
 

@@ -1,0 +1,61 @@
+// The interrupt key while lists of many atoms are printed.
+#include <csignal>
+
+#include "facetor6_commands__list_blocks.h"
+
+using namespace LIST_TESTS;
+
+namespace {
+
+// The key is pressed at every line that is written.
+struct INTERRUPTING : std::stringbuf {
+  int sync() override {
+    std::raise(SIGINT);
+    return 0;
+  }
+};
+
+class STOPPED_LIST : public BLOCKS {
+ protected:
+  void SetUp() override {
+    BLOCKS::SetUp();
+    ADD("first");
+    // Outside of a list the key does nothing here.
+    usual = std::signal(SIGINT, SIG_IGN);
+  }
+  void TearDown() override {
+    std::signal(SIGINT, usual);
+    BLOCKS::TearDown();
+  }
+
+  template <class COMMAND>
+  static std::string SAID_AND_STOPPED(COMMAND command) {
+    INTERRUPTING output;
+    std::streambuf* const old_output = std::cout.rdbuf(&output);
+    command();
+    std::cout.rdbuf(old_output);
+    return output.str();
+  }
+
+  void (*usual)(int) = SIG_DFL;
+};
+
+const std::string stopped = "\n*****The list was stopped\n";
+
+}  // namespace
+
+TEST_F(STOPPED_LIST, THE_TABLE_OF_ONE_ATOM_IS_FINISHED_AND_NO_OTHER_BEGUN) {
+  EXPECT_EQ(SAID_AND_STOPPED([] { FACETOR_LIST_ALL_XYZ(); }),
+            SAID("", [] { FACETOR_LIST_XYZ(1); }) + stopped);
+  EXPECT_EQ(SAID_AND_STOPPED([] { FACETOR_LIST_ALL_ADPS("U"); }),
+            SAID("", [] { FACETOR_LIST_ADPS(1, "U"); }) + stopped);
+  BOND(1, {1.5f, 1.6f});
+  BOND(1, {1.5f}, 0.003f, 2);
+  EXPECT_EQ(SAID_AND_STOPPED([] { FACETOR_LIST_ALL_BONDS(); }),
+            SAID("", [] { FACETOR_LIST_BONDS(1); }) + stopped);
+}
+
+TEST_F(STOPPED_LIST, THE_KEY_IS_OURS_AGAIN_BEHIND_THE_LIST) {
+  SAID("", [] { FACETOR_LIST_ALL_XYZ(); });
+  EXPECT_EQ(std::signal(SIGINT, SIG_IGN), SIG_IGN);
+}
