@@ -25,9 +25,9 @@ bool CALC_FACETOR_ALL_POLY(WORK& work) {
   for (int block = 1; block <= NPHASES; ++block) {
     if (!GO_ON(work, block)) return false;
     if (IUSE(block) == 0) continue;
-    const RULER ruler = RULER_FOR(PHASE(block));
-    CALC_ANGLES_ALLATOMS(ruler, PHASE(block));
-    CALC_POLY_ALLATOMS(ruler, PHASE(block));
+    const COORDINATIONS around = COORDINATIONS_OF(PHASE(block));
+    CALC_ANGLES_ALLATOMS(around, PHASE(block));
+    CALC_POLY_ALLATOMS(around, PHASE(block));
   }
   return GO_ON(work, NPHASES);
 }

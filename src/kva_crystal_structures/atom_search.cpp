@@ -30,23 +30,33 @@ bool IS_FINITE(const VECTOR3& v) {
   return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
 }
 
-// Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty. A few
-// images are looked through sooner than boxes. Images that are no numbers have no place, so that
-// all then go into one box.
+int BOXES_ALONG(float edge_reciprocal, float box_width, float most) {
+  const float wanted = 1.0f / (edge_reciprocal * box_width);
+  return wanted > 1.0f ? static_cast<int>(std::min(wanted, most)) : 1;
+}
+
+// Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty; a few
+// images are only cut into slices across the longest axis. Images that are no numbers have no
+// place, so that all then go into one box.
 std::array<int, 3> BOXES_FOR(const XTAL::CRYSTAL_CELL& cell,
                              const std::vector<ATOM_IMAGE>& images) {
   constexpr float box_width = 1.5f;
+  constexpr float slice_width = 1.0f;
   constexpr std::size_t few = 100;
   std::array<int, 3> boxes{1, 1, 1};
-  if (images.size() < few) return boxes;
   const bool finite = std::all_of(images.begin(), images.end(),
                                   [](const ATOM_IMAGE& image) { return IS_FINITE(image.X); });
   if (!finite) return boxes;
-  const float most = 1.0f + std::cbrt(static_cast<float>(images.size()));
-  for (std::size_t k = 0; k < 3; ++k) {
-    const float wanted = 1.0f / (cell.RCELL[k] * box_width);
-    if (wanted > 1.0f) boxes[k] = static_cast<int>(std::min(wanted, most));
+  const float count = static_cast<float>(images.size());
+  const VECTOR3& reciprocal = cell.RCELL;
+  if (images.size() < few) {
+    const auto longest = static_cast<std::size_t>(
+        std::min_element(reciprocal.begin(), reciprocal.end()) - reciprocal.begin());
+    boxes[longest] = BOXES_ALONG(reciprocal[longest], slice_width, 1.0f + count);
+    return boxes;
   }
+  for (std::size_t k = 0; k < 3; ++k)
+    boxes[k] = BOXES_ALONG(reciprocal[k], box_width, 1.0f + std::cbrt(count));
   return boxes;
 }
 
@@ -210,18 +220,38 @@ struct BOX_RANGE {
 BOX_RANGE BOXES_IN_REACH(float x, float reach, int boxes) {
   constexpr float margin = 1e-4f;  // more than the rounding of a coordinate
   const float half = std::max(reach, 0.0f) + margin;
-  if (!(half < 0.5f)) return {0, boxes};
+  if (boxes == 1 || !(half < 0.5f)) return {0, boxes};
   const float n = static_cast<float>(boxes);
-  const int first = static_cast<int>(std::floor((x - half) * n));
-  const int last = static_cast<int>(std::floor((x + half) * n));
-  return {first < 0 ? first + boxes : first, std::min(last - first + 1, boxes)};
+  // One cell further on, where cutting off the fraction rounds down.
+  const int first = static_cast<int>((x - half + 1.0f) * n);
+  const int last = static_cast<int>((x + half + 1.0f) * n);
+  return {first < boxes ? first : first - boxes, std::min(last - first + 1, boxes)};
 }
 
 int WRAPPED(int box, int boxes) {
   return box < boxes ? box : box - boxes;
 }
 
-// Appends what the boxes hold that lie within reach of x.
+// Whether the image comes within reach of x along every axis, in whatever cell.
+bool WITHIN_REACH(const VECTOR3& image, const VECTOR3& x, const VECTOR3& reach) {
+  for (std::size_t k = 0; k < 3; ++k) {
+    const float apart = std::abs(image[k] - x[k]);
+    if (std::min(apart, 1.0f - apart) > reach[k]) return false;
+  }
+  return true;
+}
+
+// Appends what one box holds within reach of x.
+void ADD_FROM_BOX(const ATOM_IMAGES& images, int box, const VECTOR3& x, const VECTOR3& reach,
+                  std::vector<int>& near) {
+  const auto start = images.BOX_START.begin() + box;
+  for (int at = start[0]; at < start[1]; ++at) {
+    const int i = images.BOXED[static_cast<std::size_t>(at)];
+    if (WITHIN_REACH(images.IMAGES[static_cast<std::size_t>(i)].X, x, reach)) near.push_back(i);
+  }
+}
+
+// Appends what the boxes near x hold within reach of it.
 void ADD_FROM_BOXES(const ATOM_IMAGES& images, const VECTOR3& x, const VECTOR3& reach,
                     std::vector<int>& near) {
   const std::array<int, 3>& n = images.BOXES;
@@ -229,19 +259,17 @@ void ADD_FROM_BOXES(const ATOM_IMAGES& images, const VECTOR3& x, const VECTOR3& 
   for (std::size_t k = 0; k < 3; ++k) r[k] = BOXES_IN_REACH(x[k], reach[k], n[k]);
   for (int i = 0; i < r[0].COUNT; ++i)
     for (int j = 0; j < r[1].COUNT; ++j)
-      for (int k = 0; k < r[2].COUNT; ++k) {
-        const int box = BOX_NUMBER(images, WRAPPED(r[0].FIRST + i, n[0]),
-                                   WRAPPED(r[1].FIRST + j, n[1]), WRAPPED(r[2].FIRST + k, n[2]));
-        const auto start = images.BOX_START.begin() + box;
-        for (int at = start[0]; at < start[1]; ++at)
-          near.push_back(images.BOXED[static_cast<std::size_t>(at)]);
-      }
+      for (int k = 0; k < r[2].COUNT; ++k)
+        ADD_FROM_BOX(images,
+                     BOX_NUMBER(images, WRAPPED(r[0].FIRST + i, n[0]),
+                                WRAPPED(r[1].FIRST + j, n[1]), WRAPPED(r[2].FIRST + k, n[2])),
+                     x, reach, near);
 }
 
 // Positions of the images that can come into reach, in the order of discovery.
 std::vector<int> IMAGES_IN_REACH(const SEARCH& search, const ATOM_IMAGES& images) {
-  if (images.BOXES == std::array<int, 3>{1, 1, 1}) return images.BOXED;
   std::vector<int> near;
+  near.reserve(MAX_BONDS);
   for (const VECTOR3& centring : search.PHASE.SPG.LATT_TRANS)
     ADD_FROM_BOXES(images, XTAL::MODULO_LAT(XTAL::SUBTRACT(search.ORIGIN, centring)), search.REACH,
                    near);

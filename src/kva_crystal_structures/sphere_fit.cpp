@@ -9,7 +9,7 @@
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/matrix.h"
 #include "console_code/kva_utilities/numbers.h"
-#include "src/kva_crystal_structures/polyhedra.h"
+#include "src/kva_crystal_structures/coordination.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -99,8 +99,7 @@ void SET_RADII(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<VECTOR3>&
 }  // namespace
 
 void CALC_POLY_ORBIX(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  std::vector<VECTOR3> vectors_frac;
-  for (int j : BONDS_PRESENT(phase, i)) vectors_frac.push_back(phase.BONDS.VECTOR(i, j));
+  const std::vector<VECTOR3> vectors_frac = LIGAND_VECTORS(phase, i);
   if (vectors_frac.empty()) return;
 
   const VECTOR3 centre = CENTRE_POSITION(phase, i);

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <set>
 
-#include "src/kva_crystal_structures/uncertainty.h"
+#include "src/kva_crystal_structures/angles.h"
 #include "structures.h"
 
 using namespace STRUCTURES;

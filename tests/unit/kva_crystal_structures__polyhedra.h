@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "src/kva_crystal_structures/polyhedra.h"
+#include "src/kva_crystal_structures/polyhedron_volume.h"
 #include "src/kva_crystal_structures/uncertainty.h"
 #include "structures.h"
 
@@ -31,6 +32,7 @@ inline CRYSTAL_STRUCTURE_TYPE AROUND(const std::vector<VECTOR3>& ligands_cart,
     phase.BONDS(1, j, BOND_LENGTH) = CRYST_DIST(v, phase.CELL.GD);
     phase.BONDS(1, j, BOND_LENGTH_SRB) = phase.BONDS(1, j, BOND_LENGTH);
     phase.BONDS(1, j, BOND_LIGAND) = static_cast<float>(j + 1);
+    phase.BONDS(1, j, BOND_OPERATOR) = 1;
     for (int k = 0; k < 3; ++k)
       phase.BONDS(1, j, BOND_VECTOR_X + k) = v[static_cast<std::size_t>(k)];
   }

@@ -1,5 +1,7 @@
 // Distances and angles with their esds: by hand, by analytic derivatives, and by drawing
 // coordinates and cells at random.
+#include "src/kva_crystal_structures/angles.h"
+#include "src/kva_crystal_structures/cell_shifts.h"
 #include "src/kva_crystal_structures/uncertainty.h"
 
 #include <gtest/gtest.h>

@@ -34,6 +34,35 @@ TEST(VOLUME_ESDS, HAVE_THE_SPREAD_OF_RANDOM_DRAWS) {
   EXPECT_NEAR(POLY(phase, POLY_VOLUME_STD), spread, 0.03f * spread);
 }
 
+// Every coordinate is moved by its esd, so far that faces come and go, and the whole hull is made
+// again: without correlations the variance is the sum of the squared changes of the volume.
+TEST(VOLUME_ESDS, ARE_THOSE_OF_THE_HULL_MADE_AGAIN) {
+  std::mt19937 random(7);
+  const auto uniform = [&random] { return static_cast<float>(random() % 20001) / 10000.0f - 1.0f; };
+  for (std::size_t n = 4; n <= 12; ++n)
+    for (int trial = 0; trial < 20; ++trial) {
+      std::vector<VECTOR3> ligands;
+      while (ligands.size() < n) {
+        const VECTOR3 v{uniform(), uniform(), uniform()};
+        if (XTAL::LENGTH(v) > 0.3f) ligands.push_back(v);
+      }
+      ligands = SCALED(ligands, 2.5f);
+      const VECTOR3 std{0.5f, 0.6f, 0.7f};
+      const auto phase = CALCULATED(ligands, std);
+      const float volume = POLYHEDRON_VOLUME(ligands, {});
+      float variance = 0.0f;
+      for (VECTOR3& v : ligands)
+        for (std::size_t k = 0; k < 3; ++k) {
+          const float old = v[k];
+          v[k] += std[k];
+          variance += XTAL::SQUARE(POLYHEDRON_VOLUME(ligands, {}) - volume);
+          v[k] = old;
+        }
+      EXPECT_NEAR(POLY(phase, POLY_VOLUME), volume, 1e-3f) << n;
+      EXPECT_NEAR(POLY(phase, POLY_VOLUME_STD), std::sqrt(variance), 2e-3f) << n;
+    }
+}
+
 // A cell that its system would make rectangular, but which is not: without an esd anywhere the
 // volume has none either.
 TEST(VOLUME_ESDS, CELL_KEEPS_ITS_ANGLES) {

@@ -1,0 +1,25 @@
+// Crystal systems, and the cells that differ from a record's own by the esd of one parameter.
+#pragma once
+
+#include <vector>
+
+#include "src/kva_crystal_structures/records.h"
+
+namespace KVA_CRYSTAL_STRUCTURES {
+
+// UNIAXIAL: tetragonal, trigonal and hexagonal.
+enum class SYSTEM { CUBIC, UNIAXIAL, ORTHORHOMBIC, MONOCLINIC, TRICLINIC, UNKNOWN };
+
+SYSTEM SYSTEM_OF(const XTAL::SPACE_GROUP& group);
+
+// Cells that differ from the record's own by one esd of one independent parameter each, as the
+// crystal system has them: the terms of every esd that comes from the cell. A parameter without an
+// esd has no term. Cubic and orthorhombic cells have their angles set to 90 degrees, or to the
+// cell's own with keep_angles.
+struct CELL_SHIFT {
+  VECTOR3 CELL{};
+  VECTOR3 ANG{};
+};
+std::vector<CELL_SHIFT> CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase, bool keep_angles = false);
+
+}  // namespace KVA_CRYSTAL_STRUCTURES
