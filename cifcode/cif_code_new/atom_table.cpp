@@ -90,8 +90,8 @@ struct ATOM_TYPE_ROW {
 float CHARGE_OF(const std::string& scat) {
   std::size_t sign = scat.find('+');
   if (sign == std::string::npos) sign = scat.find('-');
-  if (sign == std::string::npos || sign + 1 >= scat.size()) return 0.0f;
-  const char digit = scat[sign + 1];
+  if (sign == std::string::npos) return 0.0f;
+  const char digit = scat[sign + 1];  // the end of the text has none
   if (digit < '0' || digit > '9') return 0.0f;
   const auto charge = static_cast<float>(digit - '0');
   return scat[sign] == '-' ? -charge : charge;

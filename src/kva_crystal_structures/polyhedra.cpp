@@ -18,7 +18,6 @@ constexpr float no_volume = 0.1f;     // cubic angstroms; below: no distortion p
 constexpr float trans_limit = 45.0f;  // degrees; how far a trans angle lies from 180
 
 // Angles of the regular polyhedra in degrees, and constants of their volumes.
-constexpr float triangle_angle = 120.0f;
 constexpr float tetrahedron_angle = 109.47f;
 constexpr float octahedron_angle = 90.0f;
 constexpr float tetrahedron_radius = 0.612372f;  // centre to vertex, edge 1
@@ -76,14 +75,6 @@ float MEAN_LENGTH(const CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<
   return sum / static_cast<float>(present.size());
 }
 
-// Spread of the bond lengths relative to their mean, for polyhedra without a volume.
-float LENGTH_SPREAD(const CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>& present,
-                    float mean) {
-  float sum = 0.0f;
-  for (int j : present) sum += SQUARE(phase.BONDS(i, j, BOND_LENGTH) - mean);
-  return std::sqrt(sum) / static_cast<float>(present.size()) / mean;
-}
-
 // Mean of (d / r)^2: the quadratic elongation of K. Robinson, G. V. Gibbs and P. H. Ribbe, Science
 // 172 (1971) 567-570, with r the bond length of the regular polyhedron of the same volume.
 float ELONGATION(const CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>& present,
@@ -116,24 +107,21 @@ PAIR_SUMS SUM_PAIRS(const CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vecto
 
 constexpr float skip_none = -1.0f;
 
-void CALC_TRIANGLE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>& present) {
-  const PAIR_SUMS sums = SUM_PAIRS(phase, i, present, triangle_angle, skip_none);
-  phase.POLYHEDRON(i, POLY_VARIANCE) = sums.DEVIATION_SQ * 0.5f;
-  phase.POLYHEDRON(i, POLY_VOLUME) = 0.0f;
-  phase.POLYHEDRON(i, POLY_MEAN_EDGE) = sums.EDGE / 3.0f;
-}
-
 void CALC_VOLUMES(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   CALC_POLYVOL_VCV(around, phase, i);
   phase.POLYHEDRON(i, POLY_VOLUME_SRB) = CALC_POLYVOL_SRB(phase, i);
 }
 
-void CALC_TETRAHEDRON(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase, int i,
-                      const std::vector<int>& present) {
+void CALC_TRIANGLE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>& present) {
+  constexpr float any_angle = 0.0f;  // its deviations are not used
+  phase.POLYHEDRON(i, POLY_MEAN_EDGE) =
+      SUM_PAIRS(phase, i, present, any_angle, skip_none).EDGE / 3.0f;
+}
+
+void CALC_TETRAHEDRON(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>& present) {
   const PAIR_SUMS sums = SUM_PAIRS(phase, i, present, tetrahedron_angle, skip_none);
   phase.POLYHEDRON(i, POLY_VARIANCE) = sums.DEVIATION_SQ / 5.0f;
   phase.POLYHEDRON(i, POLY_MEAN_EDGE) = sums.EDGE / 6.0f;
-  CALC_VOLUMES(around, phase, i);
   const float r =
       tetrahedron_radius * CUBE_ROOT(12.0f * phase.POLYHEDRON(i, POLY_VOLUME) / root_two);
   phase.POLYHEDRON(i, POLY_ELONGATION) = ELONGATION(phase, i, present, r);
@@ -150,18 +138,17 @@ void CALC_OCTAHEDRON(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int
   phase.POLYHEDRON(i, POLY_ELONGATION) = ELONGATION(phase, i, present, r);
 }
 
+// Without a volume, as with two or three ligands, there are no distortion parameters.
 void CALC_POLY_OF_CENTRE(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   const std::vector<int> present = BONDS_PRESENT(phase, i);
   const std::size_t n = present.size();
   if (n == 0) return;
-  const float mean = MEAN_LENGTH(phase, i, present);
-  phase.POLYHEDRON(i, POLY_MEAN_LENGTH) = mean;
+  phase.POLYHEDRON(i, POLY_MEAN_LENGTH) = MEAN_LENGTH(phase, i, present);
   if (n == 1) return;
-  if (n < 4) phase.POLYHEDRON(i, POLY_ELONGATION) = LENGTH_SPREAD(phase, i, present, mean);
   CALC_POLY_ORBIX(phase, i);
+  if (n > 3) CALC_VOLUMES(around, phase, i);
   if (n == 3) CALC_TRIANGLE(phase, i, present);
-  if (n == 4) CALC_TETRAHEDRON(around, phase, i, present);
-  if (n != 3 && n != 4) CALC_VOLUMES(around, phase, i);
+  if (n == 4) CALC_TETRAHEDRON(phase, i, present);
   if (n == 6) CALC_OCTAHEDRON(phase, i, present);
   if (phase.POLYHEDRON(i, POLY_VOLUME) < no_volume) {
     phase.POLYHEDRON(i, POLY_ELONGATION) = 0.0f;

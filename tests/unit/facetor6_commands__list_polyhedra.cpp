@@ -345,6 +345,23 @@ TEST_F(POLYHEDRA, SPHERES_STAND_IN_DISPLAY_ORDER_WITHOUT_THE_HIDDEN_BLOCKS) {
   EXPECT_EQ(ROWS(ORBIX(), start_3), start_3 + "  6" + fit_values + start_2 + "  5" + fit_values);
 }
 
+// 1 - 0.4 / 0.5 = 0.2 and 1 - 3 (0.1 / 0.5) = 0.4: a small sphere is a sphere.
+TEST_F(POLYHEDRA, A_SMALL_SPHERE_HAS_ITS_ROW) {
+  SURROUND(1, 4);
+  FIT(1);
+  PHASE(1).POLYHEDRON(1, POLY_DELTA) = 0.4f;
+  PHASE(1).POLYHEDRON(1, POLY_RADIUS) = 0.5f;
+  PHASE(1).POLYHEDRON(1, POLY_RADIUS_SDEV) = 0.1f;
+  PHASE(1).POLYHEDRON(1, POLY_VOLUME) = 0.11f;
+  PHASE(1).POLYHEDRON(1, POLY_IDEAL_VOLUME) = 0.22f;
+  // Block 2 has no bonds at all.
+  EXPECT_EQ(ROWS(ORBIX(), start_1),
+            start_1 +
+                "  4  0.1250  0.2500  0.3750  0.400  0.500  0.100  2.050  0.110  0.220  "
+                "0.500  0.992  0.400  0.5000  0.6250  0.7500\n" +
+                start_2 + "  0" + no_volume);
+}
+
 TEST_F(POLYHEDRA, ALL_SPHERES_OF_THE_ATOMS_IN_USE) {
   IUSE(2) = 0;
   RUN.LIST_ALL_BLOCKS = false;
