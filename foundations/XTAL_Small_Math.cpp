@@ -34,18 +34,6 @@ float ACOSD(float cosine) {
 
 // ---- matrices ----
 
-MATRIX3 TRANSPOSE(const MATRIX3& m) {
-  return {{{m[0][0], m[1][0], m[2][0]}, {m[0][1], m[1][1], m[2][1]}, {m[0][2], m[1][2], m[2][2]}}};
-}
-
-MATRIX3 MULTIPLY(const MATRIX3& a, const MATRIX3& b) {
-  const MATRIX3 columns = TRANSPOSE(b);
-  MATRIX3 product{};
-  for (std::size_t i = 0; i < 3; ++i)
-    for (std::size_t j = 0; j < 3; ++j) product[i][j] = DOT(a[i], columns[j]);
-  return product;
-}
-
 IMATRIX3 MULTIPLY(const IMATRIX3& a, const IMATRIX3& b) {
   IMATRIX3 product{};
   for (std::size_t i = 0; i < 3; ++i)

@@ -43,9 +43,13 @@ inline float LENGTH(const VECTOR3& v) {
 inline VECTOR3 MULTIPLY(const MATRIX3& m, const VECTOR3& v) {
   return {DOT(m[0], v), DOT(m[1], v), DOT(m[2], v)};
 }
-
-MATRIX3 MULTIPLY(const MATRIX3& a, const MATRIX3& b);
-MATRIX3 TRANSPOSE(const MATRIX3& m);
+inline MATRIX3 TRANSPOSE(const MATRIX3& m) {
+  return {{{m[0][0], m[1][0], m[2][0]}, {m[0][1], m[1][1], m[2][1]}, {m[0][2], m[1][2], m[2][2]}}};
+}
+inline MATRIX3 MULTIPLY(const MATRIX3& a, const MATRIX3& b) {
+  const MATRIX3 columns = TRANSPOSE(b);
+  return {MULTIPLY(columns, a[0]), MULTIPLY(columns, a[1]), MULTIPLY(columns, a[2])};
+}
 
 IMATRIX3 MULTIPLY(const IMATRIX3& a, const IMATRIX3& b);
 MATRIX3 REAL_MATRIX(const IMATRIX3& m);

@@ -58,7 +58,7 @@ SPOKE SPOKE_TO(const RULER& ruler, const APEX_ATOM& apex, const PLACED_ATOM& lig
   const VECTOR3& x0 = apex.PLACED.X;
   SPOKE spoke;
   spoke.LIGAND = ligand;
-  spoke.WITH_APEX = CALC_VCV_TWO_ATOMS(ruler, apex.PLACED, ligand);
+  spoke.WITH_APEX = CALC_VCV_TWO_ATOMS(apex.PLACED, ligand);
   spoke.ESDS = SHIFTS_OF(ligand.VCV);
   spoke.AS_IS = LEG_OF(XTAL::SUBTRACT(ligand.X, x0), metric);
   for (std::size_t k = 0; k < 3; ++k) {
@@ -69,6 +69,7 @@ SPOKE SPOKE_TO(const RULER& ruler, const APEX_ATOM& apex, const PLACED_ATOM& lig
     shifted_apex[k] += apex.ESDS[k];
     spoke.APEX_SHIFTED[k] = LEG_OF(XTAL::SUBTRACT(ligand.X, shifted_apex), metric);
   }
+  spoke.IN_SHIFTED_CELLS.reserve(ruler.SHIFTED_METRICS.size());
   for (const MATRIX3& shifted_metric : ruler.SHIFTED_METRICS)
     spoke.IN_SHIFTED_CELLS.push_back(LEG_OF(spoke.AS_IS.V, shifted_metric));
   return spoke;
@@ -218,7 +219,7 @@ VALUE_ESD ANGLE_AND_SIGMA_VCV(const RULER& ruler, const APEX_ATOM& apex, const S
     return result;
 
   const MATRIX9 v =
-      TRIPLET_COVARIANCE(spoke1.WITH_APEX, CALC_VCV_TWO_ATOMS(ruler, spoke1.LIGAND, spoke2.LIGAND));
+      TRIPLET_COVARIANCE(spoke1.WITH_APEX, CALC_VCV_TWO_ATOMS(spoke1.LIGAND, spoke2.LIGAND));
   const std::array<float, 9> d = ANGLE_DERIVATIVES(apex.ESDS, spoke1, spoke2, result.VALUE);
   float variance = 0.0f;
   for (std::size_t i = 0; i < 9; ++i)

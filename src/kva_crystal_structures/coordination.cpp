@@ -8,6 +8,7 @@ namespace KVA_CRYSTAL_STRUCTURES {
 std::vector<int> BONDS_PRESENT(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   std::vector<int> present;
   const int rows = static_cast<int>(phase.BONDS.CENTRES(i).size());
+  present.reserve(static_cast<std::size_t>(rows));
   for (int j = 1; j <= rows; ++j)
     if (phase.BONDS(i, j, BOND_CENTRE) > 0.0f) present.push_back(j);
   return present;

@@ -34,6 +34,7 @@ void CALC_ANGLES_OF_CENTRE(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& 
   const std::vector<PLACED_ATOM>& ligands = around.LIGANDS(i);
   const APEX_ATOM centre = APEX_AT(around.SCALE, CENTRE_POSITION(phase, i));
   std::vector<SPOKE> spokes;
+  spokes.reserve(ligands.size());
   for (const PLACED_ATOM& ligand : ligands)
     spokes.push_back(SPOKE_TO(around.SCALE, centre, ligand));
   for (std::size_t first = 0; first < present.size(); ++first) {

@@ -161,12 +161,12 @@ void PLACE_PAIR(const MATRIX6& pair, std::size_t j, std::size_t k, SQUARE_MATRIX
 
 // Covariance of the coordinates of all ligands, 3n by 3n, with the correlations that symmetry
 // imposes between them.
-SQUARE_MATRIX LIGAND_COVARIANCE(const RULER& ruler, const std::vector<PLACED_ATOM>& ligands) {
+SQUARE_MATRIX LIGAND_COVARIANCE(const std::vector<PLACED_ATOM>& ligands) {
   const std::size_t n = ligands.size();
   SQUARE_MATRIX vcv(3 * n);
   for (std::size_t j = 0; j < n; ++j)
     for (std::size_t k = j + 1; k < n; ++k)
-      PLACE_PAIR(CALC_VCV_TWO_ATOMS(ruler, ligands[j], ligands[k]), j, k, vcv);
+      PLACE_PAIR(CALC_VCV_TWO_ATOMS(ligands[j], ligands[k]), j, k, vcv);
   return vcv;
 }
 
@@ -247,7 +247,7 @@ void CALC_POLYVOL_VCV(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase
   const POLYHEDRON_ABOUT_ZERO polyhedron = POLYHEDRON_OF(phase, i);
   phase.POLYHEDRON(i, POLY_VOLUME) = polyhedron.VOLUME;
 
-  const SQUARE_MATRIX vcv = LIGAND_COVARIANCE(around.SCALE, around.LIGANDS(i));
+  const SQUARE_MATRIX vcv = LIGAND_COVARIANCE(around.LIGANDS(i));
   const std::vector<float> jacobian = VOLUME_DERIVATIVES(polyhedron, phase.CELL.CR_ORTH_CEL, vcv);
   const float variance =
       VARIANCE(jacobian, vcv) + VOLUME_VARIANCE_OF_CELL(polyhedron, around.SHIFTED_FRAMES);

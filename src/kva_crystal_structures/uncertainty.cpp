@@ -99,10 +99,13 @@ RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase) {
 }
 
 PLACED_ATOM PLACED(const RULER& ruler, int atom, int op, const VECTOR3& x_frac) {
-  PLACED_ATOM placed{x_frac, atom, op, {}};
-  if (atom > 0)
-    placed.VCV =
-        VCV_OF_IMAGE(ruler.IMAGES.PHASE, ruler.ATOM_VCV[static_cast<std::size_t>(atom - 1)], op);
+  PLACED_ATOM placed{x_frac, atom, op};
+  if (atom == 0) return placed;
+  bool singular = false;
+  placed.ROTATION = XTAL::REAL_MATRIX(ruler.IMAGES.PHASE.SPG.SYMOP(op).ROT);
+  placed.INVERSE = XTAL::INVERT_MATRIX(placed.ROTATION, singular);
+  placed.VCV =
+      VCV_OF_IMAGE(ruler.IMAGES.PHASE, ruler.ATOM_VCV[static_cast<std::size_t>(atom - 1)], op);
   return placed;
 }
 
@@ -113,12 +116,9 @@ PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac) {
 
 namespace {
 
-// Rotation that takes the image under the first operator to that under the second.
-MATRIX3 ROTATION_BETWEEN(const CRYSTAL_STRUCTURE_TYPE& phase, int first, int second) {
-  bool singular = false;
-  const MATRIX3 inverse =
-      XTAL::INVERT_MATRIX(XTAL::REAL_MATRIX(phase.SPG.SYMOP(first).ROT), singular);
-  return XTAL::MULTIPLY(XTAL::REAL_MATRIX(phase.SPG.SYMOP(second).ROT), inverse);
+// Rotation that takes the first image of an atom to the second.
+MATRIX3 ROTATION_BETWEEN(const PLACED_ATOM& first, const PLACED_ATOM& second) {
+  return XTAL::MULTIPLY(second.ROTATION, first.INVERSE);
 }
 
 void PUT_BLOCK(MATRIX6& matrix, std::size_t row, std::size_t column, const MATRIX3& block) {
@@ -128,12 +128,12 @@ void PUT_BLOCK(MATRIX6& matrix, std::size_t row, std::size_t column, const MATRI
 
 }  // namespace
 
-MATRIX6 CALC_VCV_TWO_ATOMS(const RULER& ruler, const PLACED_ATOM& atom1, const PLACED_ATOM& atom2) {
+MATRIX6 CALC_VCV_TWO_ATOMS(const PLACED_ATOM& atom1, const PLACED_ATOM& atom2) {
   MATRIX6 joint{};
   PUT_BLOCK(joint, 0, 0, atom1.VCV);
   PUT_BLOCK(joint, 3, 3, atom2.VCV);
   if (atom1.ATOM == 0 || atom1.ATOM != atom2.ATOM) return joint;
-  const MATRIX3 r = ROTATION_BETWEEN(ruler.IMAGES.PHASE, atom1.OPERATOR, atom2.OPERATOR);
+  const MATRIX3 r = ROTATION_BETWEEN(atom1, atom2);
   const MATRIX3 linked = XTAL::MULTIPLY(atom1.VCV, XTAL::TRANSPOSE(r));
   PUT_BLOCK(joint, 0, 3, linked);
   PUT_BLOCK(joint, 3, 0, XTAL::TRANSPOSE(linked));
@@ -146,13 +146,12 @@ namespace {
 
 // Covariance of the vector between two atoms. A vector between images of one atom that symmetry
 // fixes has none.
-MATRIX3 VECTOR_COVARIANCE(const CRYSTAL_STRUCTURE_TYPE& phase, const PLACED_ATOM& atom0,
-                          const PLACED_ATOM& atom1) {
+MATRIX3 VECTOR_COVARIANCE(const PLACED_ATOM& atom0, const PLACED_ATOM& atom1) {
   const MATRIX3& v0 = atom0.VCV;
   const MATRIX3& v1 = atom1.VCV;
   if (atom0.ATOM == 0 || atom0.ATOM != atom1.ATOM)
     return {{XTAL::ADD(v0[0], v1[0]), XTAL::ADD(v0[1], v1[1]), XTAL::ADD(v0[2], v1[2])}};
-  MATRIX3 r = ROTATION_BETWEEN(phase, atom0.OPERATOR, atom1.OPERATOR);
+  MATRIX3 r = ROTATION_BETWEEN(atom0, atom1);
   for (std::size_t k = 0; k < 3; ++k) r[k][k] -= 1.0f;
   return TRANSFORM(r, v0);
 }
@@ -179,7 +178,7 @@ VALUE_ESD DISTANCE_AND_SIGMA_VCV(const RULER& ruler, const PLACED_ATOM& atom0,
   const VECTOR3 delta_frac = XTAL::SUBTRACT(atom1.X, atom0.X);
   const float distance = CRYST_DIST(delta_frac, phase.CELL.GD);
   if (!(distance > 0.0f)) return {};
-  const MATRIX3 v = VECTOR_COVARIANCE(phase, atom0, atom1);
+  const MATRIX3 v = VECTOR_COVARIANCE(atom0, atom1);
   const float variance = POSITIONAL_VARIANCE(delta_frac, phase.CELL.GD, v, distance) +
                          CELL_VARIANCE_OF_DISTANCE(ruler, delta_frac, distance);
   return {distance, ESD_OF(variance)};
@@ -190,7 +189,7 @@ VALUE_ESD DISTANCE_AND_SIGMA_VCV(const RULER& ruler, const PLACED_ATOM& atom0,
 MATRIX6 CALC_VCV_TWO_ATOMS(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x1_frac,
                            const VECTOR3& x2_frac) {
   const RULER ruler = RULER_FOR(phase);
-  return CALC_VCV_TWO_ATOMS(ruler, ATOM_AT(ruler, x1_frac), ATOM_AT(ruler, x2_frac));
+  return CALC_VCV_TWO_ATOMS(ATOM_AT(ruler, x1_frac), ATOM_AT(ruler, x2_frac));
 }
 
 VALUE_ESD DISTANCE_AND_SIGMA_VCV(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x0_frac,

@@ -48,12 +48,14 @@ struct PLACED_ATOM {
   int ATOM = 0;
   int OPERATOR = 0;
   MATRIX3 VCV{};
+  MATRIX3 ROTATION{};  // of the operator
+  MATRIX3 INVERSE{};   // and its inverse; zero when it has none
 };
 PLACED_ATOM PLACED(const RULER& ruler, int atom, int op, const VECTOR3& x_frac);
 PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac);  // whichever atom is there
 
 // Joint covariance of two atoms.
-MATRIX6 CALC_VCV_TWO_ATOMS(const RULER& ruler, const PLACED_ATOM& atom1, const PLACED_ATOM& atom2);
+MATRIX6 CALC_VCV_TWO_ATOMS(const PLACED_ATOM& atom1, const PLACED_ATOM& atom2);
 
 // Distance between two positions in angstroms, with its esd.
 VALUE_ESD DISTANCE_AND_SIGMA_VCV(const RULER& ruler, const PLACED_ATOM& atom0,
