@@ -61,6 +61,10 @@ TEST_F(HISTORY, LAST_THOUSAND_LINES_ARE_GIVEN_AND_A_LONG_FILE_IS_CUT_TO_THEM) {
   EXPECT_EQ(READ_HISTORY().front(), "line 101");
   EXPECT_EQ(TEXT_OF("typed"), numbered(1, 1100));  // not yet long enough
 
+  PUT_FILE("typed", numbered(1, 1200));
+  EXPECT_EQ(READ_HISTORY().size(), 1000u);
+  EXPECT_EQ(TEXT_OF("typed"), numbered(1, 1200));
+
   PUT_FILE("typed", numbered(1, 1201));
   EXPECT_EQ(READ_HISTORY().size(), 1000u);
   EXPECT_EQ(READ_HISTORY().back(), "line 1201");

@@ -106,6 +106,7 @@ TEST(SETNUM_STD, A_REMAINDER_UP_TO_A_TENTH_COUNTS_AS_NONE) {
 TEST(SETNUM_STD, WHOLE_ESDS) {
   EXPECT_EQ(SETNUM_STD(10.0f, 2.0f), " 10(2)");
   EXPECT_EQ(SETNUM_STD(10.0f, 1.9f), " 10.0(19)") << "19 at one decimal";
+  EXPECT_EQ(SETNUM_STD(10.0f, 1.99f), " 10(2)") << "19.9 rounds up to 20 tenths";
   EXPECT_EQ(SETNUM_STD(1000.0f, 25.0f), " 1000(25)");
   EXPECT_EQ(SETNUM_STD(1000.0f, 123.4f), " 1000(124)");
   EXPECT_EQ(SETNUM_STD(123.0f, 20.0f), " 123(20)") << "a field cannot have -1 decimals";

@@ -233,6 +233,16 @@ TEST_F(AT_TERMINAL, TAB_SHOWS_WHAT_FITS_WHERE_SEVERAL_DO) {
   EXPECT_EQ(LOGGED().find("SHOW"), std::string::npos);  // what TAB shows is not logged
 }
 
+TEST_F(AT_TERMINAL, TAB_BEHIND_A_WHOLE_NAME_SHOWS_AND_CHANGES_NOTHING) {
+  BEGIN();
+  TYPE("READ cif" + enter, "Open cif file (*.cif):");
+  TYPE("salt.cif\t" + enter, "(Y/N) <Y>?");
+  EXPECT_NE(said.find("Named salt.cif"), std::string::npos);
+  EXPECT_EQ(said.find("\nsalt.cif"), std::string::npos) << said;
+  TYPE("N" + enter);
+  END_BY();
+}
+
 // ---- what is said ----
 
 // The same session by keys and by a pipe.
