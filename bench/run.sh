@@ -10,5 +10,5 @@ require g++=g++ cmake=cmake make=make python3=python3 \
 cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DGEMMARA_TESTS=OFF -DGEMMARA_BENCH=ON
 cmake --build build-bench --parallel "$(nproc)"
 build-bench/bench/gemmara_bench --benchmark_out=build-bench/cases.json \
-  --benchmark_out_format=json "$@" >/dev/null
+  --benchmark_out_format=json --benchmark_min_time=2 "$@" >/dev/null
 python3 bench/tables.py build-bench

@@ -13,13 +13,14 @@ CCTBX_PYTHON = "/usr/bin/python3"  # Debian's packages belong to it
 REPEATS = 5
 
 READ_ONLY = "READ cif {file}\nY\nEXIT\n"
+VALENCES = ("READ cif {file}\nY\nCALC polyhedra\n0.01,{dmax}\n0\nCALC valences\nN\n0\nEXIT\n")
 EVERYTHING = ("READ cif {file}\nY\nCALC polyhedra\n0.01,{dmax}\n0\nTABLE bond lengths\nALL\n\n"
               "TABLE angles\nALL\n\nEXIT\n")
 RADII = {"garnet": 2.5, "pyroxene": 2.8}
 
 
 def row(*cells):
-    print("%-16s %-10s %7s" % cells[:3] + "".join("%12s" % cell for cell in cells[3:]))
+    print("%-18s %-10s %7s" % cells[:3] + "".join("%12s" % cell for cell in cells[3:]))
 
 
 # ---- cases ----
@@ -69,7 +70,8 @@ def show_sessions(build):
     start, _ = session(build, "EXIT\n")
     print("\nWhole sessions into a file; start and end of the program: %.1f ms\n" % (1000 * start))
     row("session", "series", "blocks", "seconds", "us/block", "peak MB", "KB/block")
-    for title, macro in (("READ", READ_ONLY), ("READ CALC TABLE", EVERYTHING)):
+    for title, macro in (("READ", READ_ONLY), ("READ CALC VALENCE", VALENCES),
+                         ("READ CALC TABLE", EVERYTHING)):
         for kind in RADII:
             fewer = None
             for blocks in (100, 1000, 10000):

@@ -48,7 +48,8 @@ std::string L_CASE(std::string_view text) {
 }
 
 std::string_view TRIM_VIEW(std::string_view text) {
-  return text.substr(0, text.find_last_not_of(' ') + 1);
+  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  return text;
 }
 
 int LENTRIM(std::string_view text) {
@@ -60,8 +61,8 @@ std::string TRIM(std::string_view text) {
 }
 
 std::string_view LEFT_ADJUST_VIEW(std::string_view text) {
-  const std::string_view trimmed = TRIM_VIEW(text);
-  return trimmed.substr(std::min(trimmed.find_first_not_of(' '), trimmed.size()));
+  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+  return TRIM_VIEW(text);
 }
 
 std::string LEFT_ADJUST(std::string_view text) {

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <charconv>
+#include <random>
+#include <string>
 
 using namespace KVA_UTILITIES;
 
@@ -36,8 +39,20 @@ TEST(GETNUM, FORMS_THAT_FILES_HOLD) {
   EXPECT_EQ(VALUE_OF("-.001230"), -0.00123f);
 }
 
+// Digits with a point at every place, against the library's own conversion, bit by bit.
 TEST(GETNUM, VALUES_ARE_CORRECTLY_ROUNDED) {
   EXPECT_EQ(VALUE_OF("0.1"), 0.1f);
+  EXPECT_EQ(VALUE_OF("16777217.0"), 16777216.0f) << "half way: to the even neighbour";
+  std::mt19937 random(1);
+  for (int trial = 0; trial < 20000; ++trial) {
+    std::string text;
+    const std::size_t digits = 1 + random() % 11;
+    for (std::size_t i = 0; i < digits; ++i) text += static_cast<char>('0' + random() % 10);
+    text.insert(random() % (digits + 1), ".");
+    float expected = 0.0f;
+    std::from_chars(text.data(), text.data() + text.size(), expected);
+    ASSERT_EQ(VALUE_OF(text), expected) << text;
+  }
 }
 
 TEST(GETNUM, WHOLE_NUMBERS_ARE_KNOWN_AS_SUCH) {
