@@ -221,8 +221,8 @@ constexpr int searches_of_distance = 2;
 constexpr int searches_of_angle = 6;
 constexpr int searches_of_volume_pair = 2;
 
-// All searches that CALC makes for one block when each is made by plain loops and none is made only
-// once: a bound from below for what a program that follows the rules to the letter would need.
+// All searches that the rules of CALC ask for in one block, each made by plain loops and none
+// spared: a bound from below for what a program that follows the rules to the letter would need.
 void SEARCHES_OF_CALC_BY_LOOPS() {
   const CRYSTAL_STRUCTURE_TYPE& phase = REFERENCE();
   for (int i = 1; i <= phase.NATOMS; ++i) {

@@ -102,9 +102,9 @@ bool READ_WHOLE(const NUMBER_TEXT& parts, NUMBER& number) {
   return number.WHOLE;
 }
 
-// Most numbers are short. Up to seven digits and the power of ten are reals without rounding, so
-// that their quotient is rounded just once (W. D. Clinger, ACM SIGPLAN Notices 25 (1990) 92-101).
-// False for longer ones.
+// Most numbers are short. Seven digits with a point among them and the power of ten are reals
+// without rounding, so that their quotient is rounded just once (W. D. Clinger, ACM SIGPLAN Notices
+// 25 (1990) 92-101). False for longer ones.
 bool READ_SHORT(std::string_view mantissa, float& value) {
   constexpr std::array<float, 8> powers{1.0f, 1e1f, 1e2f, 1e3f, 1e4f, 1e5f, 1e6f, 1e7f};
   if (mantissa.size() > powers.size()) return false;

@@ -1,8 +1,8 @@
 // The neighbour search, the search for an atom by position or name, and site multiplicities.
 #include "src/kva_crystal_structures/atom_search.h"
 
-#include <algorithm>  // for any_of, all_of, clamp, max, min, sort, unique
-#include <cmath>      // for abs, cbrt, floor, isfinite, round
+#include <algorithm>  // for any_of, all_of, max, min, min_element, sort, unique
+#include <cmath>      // for abs, cbrt, isfinite, round
 
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/matrix.h"
@@ -36,8 +36,8 @@ int BOXES_ALONG(float edge_reciprocal, float box_width, float most) {
 }
 
 // Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty; a few
-// images are only cut into slices across the longest axis. Images that are no numbers have no
-// place, so that all then go into one box.
+// images are only cut into slices along the axis with the widest spacing of lattice planes. Images
+// that are no numbers have no place, so that all then go into one box.
 std::array<int, 3> BOXES_FOR(const XTAL::CRYSTAL_CELL& cell,
                              const std::vector<ATOM_IMAGE>& images) {
   constexpr float box_width = 1.5f;
@@ -50,9 +50,9 @@ std::array<int, 3> BOXES_FOR(const XTAL::CRYSTAL_CELL& cell,
   const float count = static_cast<float>(images.size());
   const VECTOR3& reciprocal = cell.RCELL;
   if (images.size() < few) {
-    const auto longest = static_cast<std::size_t>(
+    const auto widest = static_cast<std::size_t>(
         std::min_element(reciprocal.begin(), reciprocal.end()) - reciprocal.begin());
-    boxes[longest] = BOXES_ALONG(reciprocal[longest], slice_width, 1.0f + count);
+    boxes[widest] = BOXES_ALONG(reciprocal[widest], slice_width, 1.0f + count);
     return boxes;
   }
   for (std::size_t k = 0; k < 3; ++k)

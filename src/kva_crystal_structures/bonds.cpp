@@ -161,7 +161,7 @@ void MEASURE_CENTRE(const RULER& ruler, const VECTOR3& centre_frac,
   if (block.ATOM_USE(centre.ATOM) != ATOM_USED) return;
   SET_CENTRE(block, a, centre);
   if (!is_reference) block.NBONDS(a) = 0;
-  const PLACED_ATOM placed_centre = PLACED(ruler, centre.ATOM, centre.OPERATOR, centre.X);
+  const PLACED_ATOM placed_centre = PLACE_ATOM(ruler, centre.ATOM, centre.OPERATOR, centre.X);
   for (int j = 1; j <= static_cast<int>(targets_frac.size()); ++j) {
     const FOUND_ATOM ligand =
         FIND_ATOM(ruler.IMAGES, targets_frac[static_cast<std::size_t>(j - 1)], "", radius);
@@ -171,7 +171,7 @@ void MEASURE_CENTRE(const RULER& ruler, const VECTOR3& centre_frac,
     if (!is_reference) ++block.NBONDS(a);
     MEASURE_BOND(block, a, j, centre, ligand,
                  DISTANCE_AND_SIGMA_VCV(ruler, placed_centre,
-                                        PLACED(ruler, ligand.ATOM, ligand.OPERATOR, ligand.X)));
+                                        PLACE_ATOM(ruler, ligand.ATOM, ligand.OPERATOR, ligand.X)));
   }
 }
 

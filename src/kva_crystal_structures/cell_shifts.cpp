@@ -47,10 +47,6 @@ std::vector<CELL_SHIFT> UNIAXIAL_SHIFTS(const XTAL::CRYSTAL_CELL& cell) {
   return {base, LENGTH_SHIFT(cell, 2, cell.ANG)};
 }
 
-}  // namespace
-
-namespace {
-
 std::vector<CELL_SHIFT> SHIFTS_OF_SYSTEM(const CRYSTAL_STRUCTURE_TYPE& phase, bool keep_angles) {
   const XTAL::CRYSTAL_CELL& cell = phase.CELL;
   const VECTOR3& orthogonal_angles = keep_angles ? cell.ANG : right_angles;

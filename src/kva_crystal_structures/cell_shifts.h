@@ -13,9 +13,9 @@ enum class SYSTEM { CUBIC, UNIAXIAL, ORTHORHOMBIC, MONOCLINIC, TRICLINIC, UNKNOW
 SYSTEM SYSTEM_OF(const XTAL::SPACE_GROUP& group);
 
 // Cells that differ from the record's own by one esd of one independent parameter each, as the
-// crystal system has them: the terms of every esd that comes from the cell. A parameter without an
-// esd has no term. Cubic and orthorhombic cells have their angles set to 90 degrees, or to the
-// cell's own with keep_angles.
+// crystal system has them: the terms of every esd that comes from the cell. A shift that
+// leaves the cell as it is, for want of an esd, is left out. Cubic and orthorhombic cells have
+// their angles set to 90 degrees, or to the cell's own with keep_angles.
 struct CELL_SHIFT {
   VECTOR3 CELL{};
   VECTOR3 ANG{};

@@ -28,9 +28,9 @@ std::vector<PLACED_ATOM> LIGANDS_OF_CENTRE(const RULER& ruler, int i) {
   const VECTOR3 centre = CENTRE_POSITION(phase, i);
   std::vector<PLACED_ATOM> ligands;
   for (int j : BONDS_PRESENT(phase, i))
-    ligands.push_back(PLACED(ruler, static_cast<int>(phase.BONDS(i, j, BOND_LIGAND)),
-                             static_cast<int>(phase.BONDS(i, j, BOND_OPERATOR)),
-                             XTAL::ADD(centre, phase.BONDS.VECTOR(i, j))));
+    ligands.push_back(PLACE_ATOM(ruler, static_cast<int>(phase.BONDS(i, j, BOND_LIGAND)),
+                                 static_cast<int>(phase.BONDS(i, j, BOND_OPERATOR)),
+                                 XTAL::ADD(centre, phase.BONDS.VECTOR(i, j))));
   return ligands;
 }
 
@@ -40,7 +40,7 @@ COORDINATIONS COORDINATIONS_OF(const CRYSTAL_STRUCTURE_TYPE& phase) {
   COORDINATIONS around{RULER_FOR(phase), {}, {}};
   around.LIGANDS.ASSIGN(CAPACITY(phase), {});
   for (int i = 1; i <= CAPACITY(phase); ++i)
-    if (phase.NBONDS(i) > 0) around.LIGANDS(i) = LIGANDS_OF_CENTRE(around.SCALE, i);
+    around.LIGANDS(i) = LIGANDS_OF_CENTRE(around.OWN_RULER, i);
   for (const CELL_SHIFT& shift : CELL_SHIFTS(phase, true)) {
     XTAL::CRYSTAL_CELL cell;
     XTAL::SET_CELL_RECORD(shift.CELL, shift.ANG, cell, phase.CELL.CARTTYPE);

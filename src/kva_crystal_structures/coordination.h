@@ -14,7 +14,7 @@ std::vector<VECTOR3> LIGAND_VECTORS(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
 // What the angles and the polyhedra of one record share. It holds as its ruler does, until a bond
 // changes.
 struct COORDINATIONS {
-  RULER SCALE;
+  RULER OWN_RULER;
   LIST<std::vector<PLACED_ATOM>> LIGANDS;  // of each centre, in the order of BONDS_PRESENT
   std::vector<MATRIX3> SHIFTED_FRAMES;  // fractional to Cartesian, shifted cells with their angles
 };

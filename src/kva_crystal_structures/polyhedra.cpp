@@ -32,18 +32,19 @@ float CUBE_ROOT(float x) {
 void CALC_ANGLES_OF_CENTRE(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   const std::vector<int> present = BONDS_PRESENT(phase, i);
   const std::vector<PLACED_ATOM>& ligands = around.LIGANDS(i);
-  const APEX_ATOM centre = APEX_AT(around.SCALE, CENTRE_POSITION(phase, i));
+  const APEX_ATOM centre = APEX_AT(around.OWN_RULER, CENTRE_POSITION(phase, i));
   std::vector<SPOKE> spokes;
   spokes.reserve(ligands.size());
   for (const PLACED_ATOM& ligand : ligands)
-    spokes.push_back(SPOKE_TO(around.SCALE, centre, ligand));
+    spokes.push_back(SPOKE_TO(around.OWN_RULER, centre, ligand));
   for (std::size_t first = 0; first < present.size(); ++first) {
     const int j = present[first];
     for (std::size_t second = first + 1; second < present.size(); ++second) {
       const int k = present[second];
       const VALUE_ESD angle =
-          ANGLE_AND_SIGMA_VCV(around.SCALE, centre, spokes[first], spokes[second]);
-      const VALUE_ESD edge = DISTANCE_AND_SIGMA_VCV(around.SCALE, ligands[first], ligands[second]);
+          ANGLE_AND_SIGMA_VCV(around.OWN_RULER, centre, spokes[first], spokes[second]);
+      const VALUE_ESD edge =
+          DISTANCE_AND_SIGMA_VCV(around.OWN_RULER, ligands[first], ligands[second]);
       phase.BANGLES(i, j, k, ANGLE) = angle.VALUE;
       phase.BANGLES(i, j, k, ANGLE_STD) = angle.ESD;
       phase.BANGLES(i, j, k, EDGE) = edge.VALUE;

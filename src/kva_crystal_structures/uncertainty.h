@@ -38,6 +38,7 @@ struct RULER {
   ATOM_IMAGES IMAGES;
   std::vector<MATRIX3> ATOM_VCV;         // covariance of the coordinates of each atom as listed
   std::vector<MATRIX3> SHIFTED_METRICS;  // metric tensors of the shifted cells
+  bool SPLIT_SITES = false;              // atoms so close that a position may mean either
 };
 RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase);
 
@@ -51,8 +52,10 @@ struct PLACED_ATOM {
   MATRIX3 ROTATION{};  // of the operator
   MATRIX3 INVERSE{};   // and its inverse; zero when it has none
 };
-PLACED_ATOM PLACED(const RULER& ruler, int atom, int op, const VECTOR3& x_frac);
-PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac);  // whichever atom is there
+PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac);
+
+// The same for a position where a wider search has found the atom with the operator.
+PLACED_ATOM PLACE_ATOM(const RULER& ruler, int atom, int op, const VECTOR3& x_frac);
 
 // Joint covariance of two atoms.
 MATRIX6 CALC_VCV_TWO_ATOMS(const PLACED_ATOM& atom1, const PLACED_ATOM& atom2);

@@ -101,6 +101,23 @@ TEST(CELL_TERMS, BY_CRYSTAL_SYSTEM) {
   EXPECT_TRUE(shifts("P 1", {90, 90, 90}, "unheard of").empty());
 }
 
+TEST(CELL_TERMS, A_SHIFT_THAT_CHANGES_NOTHING_IS_LEFT_OUT) {
+  const auto shifts = [](const char* symbol, const VECTOR3& angles, const VECTOR3& length_esds,
+                         const VECTOR3& angle_esds) {
+    return CELL_SHIFTS(
+        MADE({5, 6, 7}, angles, symbol, {{"O1", {0, 0, 0}}}, length_esds, angle_esds));
+  };
+  const auto monoclinic = shifts("P 2", {90, 100, 90}, {0.1f, 0, 0.3f}, {0, 0.5f, 0});
+  ASSERT_EQ(monoclinic.size(), 3u);
+  EXPECT_EQ(monoclinic[0].CELL, (VECTOR3{5.1f, 6, 7}));
+  EXPECT_EQ(monoclinic[1].CELL, (VECTOR3{5, 6, 7.3f}));
+  EXPECT_EQ(monoclinic[2].ANG, (VECTOR3{90, 100.5f, 90}));
+  EXPECT_TRUE(shifts("P 1", {80, 85, 95}, {}, {}).empty());
+  // These come from angles made right and axes made equal, not from an esd.
+  EXPECT_EQ(shifts("P 2 2 2", {90, 91, 90}, {}, {}).size(), 3u);
+  EXPECT_EQ(shifts("P 4", {90, 90, 90}, {}, {}).size(), 1u);
+}
+
 // ---- coordinates ----
 
 TEST(COORDINATES, ESDS_TURN_WITH_THE_OPERATOR) {
