@@ -100,7 +100,8 @@ bool HAS_SPLIT_SITES(const ATOM_IMAGES& images) {
   int count = 0;
   NEIGHBOUR_TABLE table;
   for (int i = 1; i <= images.PHASE.NATOMS && count == 0; ++i)
-    DISTANCE_ARRAY(images, images.PHASE.ATOM(i).X, one_place, near, count, table);
+    if (images.PHASE.ATOM_USE(i) == ATOM_USED)
+      DISTANCE_ARRAY(images, images.PHASE.ATOM(i).X, one_place, near, count, table);
   return count > 0;
 }
 
