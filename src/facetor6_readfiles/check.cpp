@@ -37,7 +37,7 @@ bool READ_CHOSEN_CIF(FILE_LINES& lines) {
   if (!file.OPEN) return false;
   std::string message;
   READ_FILE(file, lines, message);
-  if (file.OPEN) CLOSE_FILE(file);
+  CLOSE_FILE(file);
   if (message.empty()) return true;
   WRITE_OUT_BLANK(1);
   WRITE_OUT(message);

@@ -115,7 +115,7 @@ bool READ_CHOSEN_FILE(FILE_RECORD& file, FILE_LINES& flines) {
   WORK work("Reading the file", 1);
   std::string message;
   READ_FILE(file, flines, message);
-  if (file.OPEN) CLOSE_FILE(file);
+  CLOSE_FILE(file);
   if (message.empty()) return GO_ON(work, 1);
   WRITE_OUT_BLANK(1);
   WRITE_OUT(message);

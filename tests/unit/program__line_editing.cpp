@@ -233,6 +233,15 @@ TEST_F(AT_TERMINAL, TAB_SHOWS_WHAT_FITS_WHERE_SEVERAL_DO) {
   EXPECT_EQ(LOGGED().find("SHOW"), std::string::npos);  // what TAB shows is not logged
 }
 
+TEST_F(AT_TERMINAL, TAB_OFFERS_MODE_IN_EVERY_MODE) {
+  BEGIN();
+  TYPE("MODE" + enter, "Input operation mode:");
+  TYPE("1" + enter, "Now running in Expert Mode");
+  TYPE("MO\t" + enter, "Input operation mode:");
+  TYPE("0" + enter, "Now running in Default Mode");
+  END_BY();
+}
+
 TEST_F(AT_TERMINAL, TAB_BEHIND_A_WHOLE_NAME_SHOWS_AND_CHANGES_NOTHING) {
   BEGIN();
   TYPE("READ cif" + enter, "Open cif file (*.cif):");
