@@ -132,6 +132,14 @@ TEST(COORDINATES, ESDS_TURN_WITH_THE_OPERATOR) {
   EXPECT_NEAR(esd[2], 0.03f, 1e-8f);
 }
 
+// Each of the two operators of the axis ties half of the pairs, and keeps what the other has tied.
+TEST(COORDINATES, A_SITE_ON_A_THREE_FOLD_AXIS_HAS_ONE) {
+  const auto phase =
+      MADE({5, 5, 5}, {90, 90, 90}, "P 2 3", {{"O1", {0.1f, 0.1f, 0.1f}, {0.01f, 0.01f, 0.01f}}});
+  for (const VECTOR3& row : CALC_VCV_XYZ(phase, 1, 1))
+    for (float v : row) EXPECT_NEAR(v, 1e-4f, 1e-9f);
+}
+
 TEST(COORDINATES, A_SITE_TIES_ITS_COORDINATES) {
   const auto phase =
       MADE({5, 5, 7}, {90, 90, 90}, "P 4 m m", {{"O1", {0.1f, 0.1f, 0.3f}, {0.01f, 0.01f, 0.02f}}});

@@ -233,6 +233,16 @@ TEST_F(AT_TERMINAL, TAB_SHOWS_WHAT_FITS_WHERE_SEVERAL_DO) {
   EXPECT_EQ(LOGGED().find("SHOW"), std::string::npos);  // what TAB shows is not logged
 }
 
+TEST_F(AT_TERMINAL, TAB_OFFERS_NO_COMMANDS_TO_THE_SYSTEM) {
+  BEGIN();
+  TYPE("LOG run" + enter);
+  TYPE("SYS" + enter, "\nSYSTEM>");
+  TYPE("TIM\t" + enter, "\nSYSTEM>");
+  TYPE("PROG" + enter);
+  END_BY();
+  EXPECT_EQ(COUNT_OF(LOGGED(), "SYSTEM>TIM\n"), 1u) << LOGGED();
+}
+
 TEST_F(AT_TERMINAL, TAB_OFFERS_MODE_IN_EVERY_MODE) {
   BEGIN();
   TYPE("MODE" + enter, "Input operation mode:");
