@@ -125,6 +125,17 @@ TEST_F(AT_TERMINAL, LONG_LINES_AND_LETTERS_BEYOND_ASCII) {
   EXPECT_NE(logged.find(">a b\n"), std::string::npos);
 }
 
+// Where the user's locale knows ASCII alone, as on a bare system.
+TEST_F(AT_TERMINAL, A_LETTER_IS_ONE_LETTER_IN_THE_C_LOCALE) {
+  ::setenv("LC_ALL", "C", 1);
+  BEGIN();
+  ::unsetenv("LC_ALL");
+  TYPE("LOG run" + enter);
+  TYPE("c\303\251" + backspace + "d" + enter);
+  END_BY();
+  EXPECT_NE(LOGGED().find(">cd\n"), std::string::npos) << LOGGED();
+}
+
 TEST_F(AT_TERMINAL, TERMINAL_IS_AS_BEFORE_WHILE_A_COMMAND_RUNS_AND_AT_THE_END) {
   BEGIN();
   TYPE("SYS" + enter, "\nSYSTEM>");
@@ -231,6 +242,18 @@ TEST_F(AT_TERMINAL, TAB_SHOWS_WHAT_FITS_WHERE_SEVERAL_DO) {
   TYPE("PROG" + enter);
   END_BY();
   EXPECT_EQ(LOGGED().find("SHOW"), std::string::npos);  // what TAB shows is not logged
+}
+
+TEST_F(AT_TERMINAL, TAB_SHOWS_TWO_HUNDRED_AND_COUNTS_THE_REST) {
+  for (int i = 101; i <= 303; ++i) PUT_FILE(work / ("n" + std::to_string(i) + ".cif"), "");
+  BEGIN();
+  TYPE("READ cif" + enter, "Open cif file (*.cif):");
+  TYPE("n\t", "... and 3 more");
+  EXPECT_NE(said.find("n300.cif"), std::string::npos);
+  EXPECT_EQ(said.find("n301.cif"), std::string::npos);
+  TYPE("1" + backspace + backspace + "salt.cif" + enter, "(Y/N) <Y>?");
+  TYPE("N" + enter);
+  END_BY();
 }
 
 TEST_F(AT_TERMINAL, TAB_OFFERS_NO_COMMANDS_TO_THE_SYSTEM) {
