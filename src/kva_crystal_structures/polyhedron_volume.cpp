@@ -20,16 +20,10 @@ namespace {
 constexpr float plane_through_centre = 1e-5f;  // angstroms; such a face has no pyramid
 constexpr float in_plane = 1e-3f;              // square angstroms, tolerance of the face test
 
-// A triangle of vertices, and what is known of the vertices beyond its plane.
-struct TRIANGLE {
-  std::array<std::size_t, 3> CORNERS{};  // their numbers, from 0
-  int BEYOND = 0;                        // none, one, or 2 for more than one
-  std::size_t LAST_BEYOND = 0;           // the last that was looked at
-};
+using CORNERS = std::array<std::size_t, 3>;  // numbers of vertices, from 0
 
-bool HAS_CORNER(const TRIANGLE& triangle, std::size_t vertex) {
-  const auto& [i, j, k] = triangle.CORNERS;
-  return i == vertex || j == vertex || k == vertex;
+bool HAS_CORNER(const CORNERS& corners, std::size_t vertex) {
+  return corners[0] == vertex || corners[1] == vertex || corners[2] == vertex;
 }
 
 struct PLANE {
@@ -40,8 +34,8 @@ struct PLANE {
 };
 
 // Inline: CALC spends more time here than anywhere else.
-inline PLANE PLANE_OF(const std::vector<VECTOR3>& v, const TRIANGLE& triangle) {
-  const auto& [i, j, k] = triangle.CORNERS;
+inline PLANE PLANE_OF(const std::vector<VECTOR3>& v, const CORNERS& corners) {
+  const auto& [i, j, k] = corners;
   PLANE plane{v[i], XTAL::CROSS(XTAL::SUBTRACT(v[j], v[i]), XTAL::SUBTRACT(v[k], v[i]))};
   plane.AREA = 0.5f * XTAL::LENGTH(plane.NORMAL);
   plane.HEIGHT = 0.5f * XTAL::DOT(v[i], plane.NORMAL) / plane.AREA;
@@ -59,18 +53,49 @@ float SIDE_OF(const PLANE& plane, const VECTOR3& vertex) {
          plane.HEIGHT;
 }
 
-bool IS_BEYOND(const PLANE& plane, const VECTOR3& vertex) {
-  return SIDE_OF(plane, vertex) < -in_plane;
+bool IS_BEYOND(float side) {
+  return side < -in_plane;
 }
 
-TRIANGLE TRIANGLE_OF(const std::vector<VECTOR3>& v, std::size_t i, std::size_t j, std::size_t k) {
-  TRIANGLE triangle{{i, j, k}};
-  const PLANE plane = PLANE_OF(v, triangle);
-  for (std::size_t l = 0; l < v.size() && triangle.BEYOND < 2; ++l)
-    if (!HAS_CORNER(triangle, l) && IS_BEYOND(plane, v[l])) {
-      ++triangle.BEYOND;
-      triangle.LAST_BEYOND = l;
-    }
+bool IS_WITHIN(float side) {
+  return std::abs(side) < in_plane;
+}
+
+// Volume of the pyramid from the centre over a face. With a fourth vertex in its plane it counts
+// half, as two pairs of triangles make the face up.
+float PYRAMID(const PLANE& plane, bool fourth_vertex) {
+  return plane.AREA * std::abs(plane.HEIGHT) / (fourth_vertex ? 6.0f : 3.0f);
+}
+
+// None, one or more vertices: how many, and the last that was met.
+struct SOME_VERTICES {
+  int COUNT = 0;
+  std::size_t LAST = 0;
+
+  void ADD(std::size_t vertex) {
+    ++COUNT;
+    LAST = vertex;
+  }
+  bool ANY_BUT(std::size_t vertex) const { return COUNT > 1 || (COUNT == 1 && LAST != vertex); }
+};
+
+// A triangle of vertices, and where the others lie: those in its plane are known as long as no more
+// than one lies beyond it.
+struct TRIANGLE {
+  CORNERS AT{};
+  PLANE IN{};
+  SOME_VERTICES BEYOND;
+  SOME_VERTICES WITHIN;
+};
+
+TRIANGLE TRIANGLE_OF(const std::vector<VECTOR3>& v, const CORNERS& corners) {
+  TRIANGLE triangle{corners, PLANE_OF(v, corners), {}, {}};
+  for (std::size_t l = 0; l < v.size() && triangle.BEYOND.COUNT < 2; ++l) {
+    if (HAS_CORNER(corners, l)) continue;
+    const float side = SIDE_OF(triangle.IN, v[l]);
+    if (IS_BEYOND(side)) triangle.BEYOND.ADD(l);
+    if (IS_WITHIN(side)) triangle.WITHIN.ADD(l);
+  }
   return triangle;
 }
 
@@ -85,31 +110,16 @@ std::vector<TRIANGLE> TRIANGLES_OF(const std::vector<VECTOR3>& v) {
   triangles.reserve(n * (n - 1) * (n - 2) / 6);
   for (std::size_t i = 0; i < n; ++i)
     for (std::size_t j = i + 1; j < n; ++j)
-      for (std::size_t k = j + 1; k < n; ++k) triangles.push_back(TRIANGLE_OF(v, i, j, k));
+      for (std::size_t k = j + 1; k < n; ++k) triangles.push_back(TRIANGLE_OF(v, {i, j, k}));
   return triangles;
 }
 
-// Volume of the pyramid from the centre over a triangle; 0 when it is no face of the hull. A face
-// with a fourth vertex in its plane counts half, as two pairs of triangles make it up. Vertices may
-// have moved since the triangle was made: what lay beyond it is looked at first.
-float PYRAMID(const std::vector<VECTOR3>& v, const TRIANGLE& triangle) {
-  const PLANE plane = PLANE_OF(v, triangle);
-  if (HOLDS_CENTRE(plane)) return 0.0f;
-  if (triangle.BEYOND > 0 && IS_BEYOND(plane, v[triangle.LAST_BEYOND])) return 0.0f;
-  float divisor = 3.0f;
-  for (std::size_t l = 0; l < v.size(); ++l) {
-    if (HAS_CORNER(triangle, l)) continue;
-    const float side = SIDE_OF(plane, v[l]);
-    if (side < -in_plane) return 0.0f;
-    if (std::abs(side) < in_plane) divisor = 6.0f;
-  }
-  return plane.AREA * std::abs(plane.HEIGHT) / divisor;
-}
-
 // Volume of the hull of the vertices about the centre at 0.
-float SUM_OF_PYRAMIDS(const std::vector<VECTOR3>& v, const std::vector<TRIANGLE>& triangles) {
+float HULL_VOLUME(const std::vector<TRIANGLE>& triangles) {
   float volume = 0.0f;
-  for (const TRIANGLE& triangle : triangles) volume += PYRAMID(v, triangle);
+  for (const TRIANGLE& triangle : triangles)
+    if (triangle.BEYOND.COUNT == 0 && !HOLDS_CENTRE(triangle.IN))
+      volume += PYRAMID(triangle.IN, triangle.WITHIN.COUNT > 0);
   return volume;
 }
 
@@ -128,7 +138,7 @@ float POLYHEDRON_VOLUME(std::span<const VECTOR3> vertices_cart, const VECTOR3& c
   std::vector<VECTOR3> v;
   v.reserve(vertices_cart.size());
   for (const VECTOR3& vertex : vertices_cart) v.push_back(XTAL::SUBTRACT(vertex, centre_cart));
-  return SUM_OF_PYRAMIDS(v, TRIANGLES_OF(v));
+  return HULL_VOLUME(TRIANGLES_OF(v));
 }
 
 float POLYHEDRON_VOLUME_XYZ(const MATRIX3& orthogonalisation,
@@ -171,16 +181,45 @@ SQUARE_MATRIX LIGAND_COVARIANCE(const std::vector<PLACED_ATOM>& ligands) {
   return vcv;
 }
 
-// The triangles that may be faces of the hull wherever one vertex moves while the others stay:
-// those at the vertex, and those with no other vertex beyond them.
-std::vector<TRIANGLE> POSSIBLE_FACES(const std::vector<TRIANGLE>& triangles, std::size_t moving) {
-  std::vector<TRIANGLE> possible;
-  possible.reserve(triangles.size());
+// Pyramid over a triangle whose corners have moved, and others perhaps as well; 0 when it is no
+// face of the hull. What lay beyond it is looked at first.
+float MOVED_PYRAMID(const std::vector<VECTOR3>& v, const TRIANGLE& triangle) {
+  const PLANE plane = PLANE_OF(v, triangle.AT);
+  if (HOLDS_CENTRE(plane)) return 0.0f;
+  if (triangle.BEYOND.COUNT > 0 && IS_BEYOND(SIDE_OF(plane, v[triangle.BEYOND.LAST]))) return 0.0f;
+  bool fourth_vertex = false;
+  for (std::size_t l = 0; l < v.size(); ++l) {
+    if (HAS_CORNER(triangle.AT, l)) continue;
+    const float side = SIDE_OF(plane, v[l]);
+    if (IS_BEYOND(side)) return 0.0f;
+    fourth_vertex = fourth_vertex || IS_WITHIN(side);
+  }
+  return PYRAMID(plane, fourth_vertex);
+}
+
+// Pyramid over a triangle when only one vertex has moved, which is none of its corners.
+float UNMOVED_PYRAMID(const TRIANGLE& triangle, std::size_t moved, const VECTOR3& vertex) {
+  if (triangle.BEYOND.ANY_BUT(moved) || HOLDS_CENTRE(triangle.IN)) return 0.0f;
+  const float side = SIDE_OF(triangle.IN, vertex);
+  if (IS_BEYOND(side)) return 0.0f;
+  return PYRAMID(triangle.IN, IS_WITHIN(side) || triangle.WITHIN.ANY_BUT(moved));
+}
+
+// Volume of the hull when only one vertex has moved since the triangles were made.
+float HULL_VOLUME(const std::vector<VECTOR3>& v, const std::vector<TRIANGLE>& triangles,
+                  std::size_t moved) {
+  float volume = 0.0f;
   for (const TRIANGLE& triangle : triangles)
-    if (HAS_CORNER(triangle, moving) || triangle.BEYOND == 0 ||
-        (triangle.BEYOND == 1 && triangle.LAST_BEYOND == moving))
-      possible.push_back(triangle);
-  return possible;
+    volume += HAS_CORNER(triangle.AT, moved) ? MOVED_PYRAMID(v, triangle)
+                                             : UNMOVED_PYRAMID(triangle, moved, v[moved]);
+  return volume;
+}
+
+// The same when all vertices have.
+float HULL_VOLUME(const std::vector<VECTOR3>& v, const std::vector<TRIANGLE>& triangles) {
+  float volume = 0.0f;
+  for (const TRIANGLE& triangle : triangles) volume += MOVED_PYRAMID(v, triangle);
+  return volume;
 }
 
 // A polyhedron about its centre at 0: the ligands as fractional vectors, the same as Cartesian
@@ -197,7 +236,7 @@ POLYHEDRON_ABOUT_ZERO POLYHEDRON_OF(const CRYSTAL_STRUCTURE_TYPE& phase, int i) 
   polyhedron.VECTORS_FRAC = LIGAND_VECTORS(phase, i);
   polyhedron.VERTICES = IN_FRAME(phase.CELL.CR_ORTH_CEL, polyhedron.VECTORS_FRAC);
   polyhedron.TRIANGLES = TRIANGLES_OF(polyhedron.VERTICES);
-  polyhedron.VOLUME = SUM_OF_PYRAMIDS(polyhedron.VERTICES, polyhedron.TRIANGLES);
+  polyhedron.VOLUME = HULL_VOLUME(polyhedron.TRIANGLES);
   return polyhedron;
 }
 
@@ -207,7 +246,6 @@ std::vector<float> VOLUME_DERIVATIVES(const POLYHEDRON_ABOUT_ZERO& polyhedron, c
   std::vector<float> jacobian(vcv.SIDE, 0.0f);
   std::vector<VECTOR3> vertices = polyhedron.VERTICES;
   for (std::size_t j = 0; j < vertices.size(); ++j) {
-    const std::vector<TRIANGLE> possible = POSSIBLE_FACES(polyhedron.TRIANGLES, j);
     for (std::size_t c = 0; c < 3; ++c) {
       const std::size_t p = 3 * j + c;
       if (!(vcv(p, p) > TINY_REAL)) continue;
@@ -215,7 +253,7 @@ std::vector<float> VOLUME_DERIVATIVES(const POLYHEDRON_ABOUT_ZERO& polyhedron, c
       VECTOR3 shifted = polyhedron.VECTORS_FRAC[j];
       shifted[c] += shift;
       vertices[j] = XTAL::MULTIPLY(frame, shifted);
-      jacobian[p] = (SUM_OF_PYRAMIDS(vertices, possible) - polyhedron.VOLUME) / shift;
+      jacobian[p] = (HULL_VOLUME(vertices, polyhedron.TRIANGLES, j) - polyhedron.VOLUME) / shift;
     }
     vertices[j] = polyhedron.VERTICES[j];
   }
@@ -236,9 +274,8 @@ float VOLUME_VARIANCE_OF_CELL(const POLYHEDRON_ABOUT_ZERO& polyhedron,
   if (NOTNUM(polyhedron.VOLUME)) return polyhedron.VOLUME;
   float variance = 0.0f;
   for (const MATRIX3& frame : shifted_frames)
-    variance +=
-        SQUARE(SUM_OF_PYRAMIDS(IN_FRAME(frame, polyhedron.VECTORS_FRAC), polyhedron.TRIANGLES) -
-               polyhedron.VOLUME);
+    variance += SQUARE(HULL_VOLUME(IN_FRAME(frame, polyhedron.VECTORS_FRAC), polyhedron.TRIANGLES) -
+                       polyhedron.VOLUME);
   return variance;
 }
 
