@@ -2,7 +2,7 @@
 #include "src/kva_crystal_structures/records.h"
 
 #include <algorithm>  // for lower_bound, max, sort
-#include <cmath>      // for isfinite
+#include <cmath>      // for abs, isfinite
 #include <exception>
 #include <numeric>  // for accumulate
 #include <utility>  // for pair
@@ -134,23 +134,28 @@ ATOMS_ALONG_X SORTED_ALONG_X(const CRYSTAL_STRUCTURE_TYPE& phase) {
 
 // Atoms behind atom i on its site, in order.
 std::vector<int> ON_SITE_OF(const CRYSTAL_STRUCTURE_TYPE& phase, const ATOMS_ALONG_X& along_x,
-                            float reach, int i) {
+                            const VECTOR3& reach, int i) {
   const VECTOR3& x = phase.ATOM(i).X;
   std::vector<int> behind;
-  auto near = std::lower_bound(along_x.begin(), along_x.end(), std::pair(x[0] - reach, 0));
-  for (; near != along_x.end() && near->first <= x[0] + reach; ++near) {
+  auto near = std::lower_bound(along_x.begin(), along_x.end(), std::pair(x[0] - reach[0], 0));
+  for (; near != along_x.end() && near->first <= x[0] + reach[0]; ++near) {
     const int j = near->second;
-    if (j > i && XTAL::DISTANCE_FRAC(x, phase.ATOM(j).X, phase.CELL) < SAME_SITE)
-      behind.push_back(j);
+    if (j <= i) continue;
+    const VECTOR3& other = phase.ATOM(j).X;
+    if (std::abs(other[1] - x[1]) > reach[1]) continue;
+    if (XTAL::DISTANCE_FRAC(x, other, phase.CELL) < SAME_SITE) behind.push_back(j);
   }
   std::sort(behind.begin(), behind.end());
   return behind;
 }
 
-// Only atoms that follow each other along x can share a site, so that not every pair is measured.
+// Only atoms that follow each other along x, at nearly the same y, can share a site, so that not
+// every pair is measured.
 void MARK_DUPLICATES(CRYSTAL_STRUCTURE_TYPE& phase) {
   constexpr float margin = 1e-4f;  // more than the rounding of a coordinate difference
-  const float reach = SAME_SITE * phase.CELL.RCELL[0] * (1.0f + margin) + margin;
+  VECTOR3 reach{};
+  for (std::size_t k = 0; k < 3; ++k)
+    reach[k] = SAME_SITE * phase.CELL.RCELL[k] * (1.0f + margin) + margin;
   const ATOMS_ALONG_X along_x = SORTED_ALONG_X(phase);
   for (int i = 1; i < phase.NATOMS; ++i) {
     if (phase.ATOM_USE(i) <= ATOM_OMITTED) continue;
