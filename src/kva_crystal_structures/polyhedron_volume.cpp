@@ -289,7 +289,7 @@ void CALC_POLYVOL_VCV(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase
   const std::vector<float> jacobian = VOLUME_DERIVATIVES(polyhedron, phase.CELL.CR_ORTH_CEL, vcv);
   const float variance =
       VARIANCE(jacobian, vcv) + VOLUME_VARIANCE_OF_CELL(polyhedron, around.SHIFTED_FRAMES);
-  // Not as ESD_OF does it: the esd of a volume that is no number is none.
+  // Unlike ESD_OF: a volume that is no number has an esd that is none either.
   phase.POLYHEDRON(i, POLY_VOLUME_STD) = variance < 0.0f ? 0.0f : std::sqrt(variance);
 }
 

@@ -54,7 +54,8 @@ struct PLACED_ATOM {
 };
 PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac);
 
-// The same for a position where a wider search has found the atom with the operator.
+// The same where a wider search has found the atom with the operator: looked up by the position
+// only where sites are split.
 PLACED_ATOM PLACE_ATOM(const RULER& ruler, int atom, int op, const VECTOR3& x_frac);
 
 // Joint covariance of two atoms.
