@@ -5,6 +5,6 @@ cd "$(dirname "$0")"
 . packaging/require.sh
 require g++=g++ cmake=cmake make=make /usr/include/gtest/gtest.h=libgtest-dev
 
-cmake --preset release -DGEMMARA_TESTS=ON
+cmake --preset release -DGEMMARA_TESTS=ON ${GEMMARA_SAMPLES:+"-DGEMMARA_SAMPLES=$GEMMARA_SAMPLES"}
 cmake --build build --parallel "$(nproc)"
 ctest --preset release --parallel "$(nproc)" "$@"

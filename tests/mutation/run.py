@@ -144,7 +144,7 @@ def prepare(work):
         shutil.rmtree(tree)
     shutil.copytree(ROOT, tree, ignore=shutil.ignore_patterns("build*", ".git"))
     build = work / "build"
-    samples = ROOT.parent / "shared" / "samples"
+    samples = os.environ.get("GEMMARA_SAMPLES") or next(ROOT.parent.glob("*/samples"), "")
     configured = run(["cmake", "-S", tree, "-B", build, "-DCMAKE_BUILD_TYPE=None",
                       "-DCMAKE_CXX_FLAGS=-O2 -D_GLIBCXX_ASSERTIONS", "-DBUILD_SHARED_LIBS=ON",
                       "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DGEMMARA_WERROR=OFF",
