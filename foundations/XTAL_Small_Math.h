@@ -3,7 +3,7 @@
 // that every machine gives the same digits.
 #pragma once
 
-#include <cmath>  // for sqrt
+#include <cmath>  // for isfinite, sqrt
 
 #include "console_code/kva_utilities/table.h"
 
@@ -39,6 +39,9 @@ inline VECTOR3 CROSS(const VECTOR3& a, const VECTOR3& b) {
 }
 inline float LENGTH(const VECTOR3& v) {
   return std::sqrt(DOT(v, v));
+}
+inline bool IS_FINITE(const VECTOR3& v) {
+  return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
 }
 inline VECTOR3 MULTIPLY(const MATRIX3& m, const VECTOR3& v) {
   return {DOT(m[0], v), DOT(m[1], v), DOT(m[2], v)};

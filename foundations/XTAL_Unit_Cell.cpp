@@ -218,4 +218,12 @@ bool IS_SENSIBLE(const CRYSTAL_CELL& cell) {
   return sensible;
 }
 
+VECTOR3 REACH_OF(const CRYSTAL_CELL& celda, float distance) {
+  constexpr float margin = 1e-4f;
+  VECTOR3 reach{};
+  for (std::size_t k = 0; k < 3; ++k)
+    reach[k] = distance * celda.RCELL[k] * (1.0f + margin) + margin;
+  return reach;
+}
+
 }  // namespace XTAL

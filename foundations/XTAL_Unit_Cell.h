@@ -59,4 +59,9 @@ MATRIX3 METRICTENSOR(const VECTOR3& cellv, const VECTOR3& angl);
 // Length in angstroms of y - x; no symmetry, no lattice translation.
 float DISTANCE_FRAC(const VECTOR3& x_frac, const VECTOR3& y_frac, const CRYSTAL_CELL& celda);
 
+// How far along each cell edge, as a fraction of it, something can lie that is within a distance
+// (angstroms) of a point: the distance of the lattice planes across each axis tells. The margin is
+// wider than the rounding of a coordinate difference.
+VECTOR3 REACH_OF(const CRYSTAL_CELL& celda, float distance);
+
 }  // namespace XTAL

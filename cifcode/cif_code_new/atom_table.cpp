@@ -146,10 +146,8 @@ ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_
   ATOM_TYPE atom;
   atom.LAB = CUT_TEXT(LEFT_ADJUST(loop.CVAL(row, SITE_NAME)), label_length);
   CHOOSE_ELEMENT(LEFT_ADJUST(loop.CVAL(row, SITE_TYPE_SYMBOL)), types, atom);
-  for (int k = 0; k < 3; ++k) {
-    atom.X[static_cast<std::size_t>(k)] = loop.VAL(row, SITE_X + k);
-    atom.X_STD[static_cast<std::size_t>(k)] = loop.VAL_STD(row, SITE_X + k);
-  }
+  atom.X = VECTOR_AT<3>(loop.VAL(row), SITE_X);
+  atom.X_STD = VECTOR_AT<3>(loop.VAL_STD(row), SITE_X);
   atom.OCC = loop.VAL(row, SITE_OCCUPANCY);
   atom.OCC_STD = loop.VAL_STD(row, SITE_OCCUPANCY);
   atom.UEQ = loop.VAL(row, SITE_U_ISO);
@@ -176,10 +174,8 @@ bool READ_SITES(const BLOCK& block, const std::vector<ATOM_TYPE_ROW>& types,
 // ---- anisotropic displacements ----
 
 void SET_TENSOR(const CIFDATA_TYPE& loop, int row, ATOM_TYPE& atom) {
-  for (int k = 0; k < 6; ++k) {
-    atom.U[static_cast<std::size_t>(k)] = loop.VAL(row, ANISO_U + k);
-    atom.U_STD[static_cast<std::size_t>(k)] = loop.VAL_STD(row, ANISO_U + k);
-  }
+  atom.U = VECTOR_AT<6>(loop.VAL(row), ANISO_U);
+  atom.U_STD = VECTOR_AT<6>(loop.VAL_STD(row), ANISO_U);
   atom.THTYPE = "Aniso";
   atom.UTYPE = "u_ij";
 }

@@ -66,11 +66,25 @@ struct ROW {
   auto end() const { return ITEMS.end(); }
 };
 
-// Rows of NCOL columns each, A(i, column), both from 1.
+// N neighbouring columns of a row as a vector, and a vector put into them.
+template <std::size_t N, int NCOL>
+constexpr std::array<float, N> VECTOR_AT(const ROW<float, NCOL>& row, int first_column) {
+  std::array<float, N> v{};
+  for (float& component : v) component = row(first_column++);
+  return v;
+}
+template <std::size_t N, int NCOL>
+constexpr void PUT_VECTOR(ROW<float, NCOL>& row, int first_column, const std::array<float, N>& v) {
+  for (float component : v) row(first_column++) = component;
+}
+
+// Rows of NCOL columns each, A(i) and A(i, column), both from 1.
 template <class T, int NCOL>
 struct TABLE {
   std::vector<ROW<T, NCOL>> ROWS;
 
+  ROW<T, NCOL>& operator()(int i) { return ROWS[POSITION(i, ROWS.size())]; }
+  const ROW<T, NCOL>& operator()(int i) const { return ROWS[POSITION(i, ROWS.size())]; }
   T& operator()(int i, int column) { return ROWS[POSITION(i, ROWS.size())](column); }
   const T& operator()(int i, int column) const { return ROWS[POSITION(i, ROWS.size())](column); }
   int COUNT() const { return static_cast<int>(ROWS.size()); }

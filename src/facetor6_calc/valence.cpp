@@ -16,6 +16,7 @@
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
 #include "src/facetor6_list/list.h"
+#include "src/kva_crystal_structures/coordination.h"
 
 namespace FACETOR_CALC {
 
@@ -108,20 +109,11 @@ void FIND_BVS_PAIR(std::string_view w1, std::string_view w2) {
 }
 
 void ADD_PAIRS_OF_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
-  const int centre = static_cast<int>(phase.BONDS(i, j, BOND_CENTRE));
-  const int ligand = static_cast<int>(phase.BONDS(i, j, BOND_LIGAND));
-  if (centre <= 0 || ligand <= 0) return;
-  const std::string& ligand_label = phase.ATOM(ligand).SFACSYMB;
+  const int centre = phase.BONDS.CENTRE(i, j);
+  const std::string& ligand_label = phase.ATOM(phase.BONDS.LIGAND(i, j)).SFACSYMB;
   FIND_BVS_PAIR(phase.ATOM(centre).SFACSYMB, ligand_label);
-  for (int k = 1; k <= MAX_DUPLICATES; ++k) {
-    const int duplicate = phase.ATOM_DUP(centre, k);
+  for (int duplicate : phase.ATOM_DUP(centre))
     if (duplicate > 0) FIND_BVS_PAIR(phase.ATOM(duplicate).SFACSYMB, ligand_label);
-  }
-}
-
-// Bond rows of centre i, those without a bond included.
-int BOND_ROWS(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  return static_cast<int>(phase.BONDS.CENTRES(i).size());
 }
 
 void BUILD_BVTABLE() {
@@ -135,7 +127,7 @@ void BUILD_BVTABLE() {
   for (int block = 1; block <= NPHASES; ++block) {
     const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
     for (int i = 1; i <= CAPACITY(phase); ++i)
-      for (int j = 1; j <= BOND_ROWS(phase, i); ++j) ADD_PAIRS_OF_BOND(phase, i, j);
+      for (int j : BONDS_PRESENT(phase, i)) ADD_PAIRS_OF_BOND(phase, i, j);
   }
 }
 
@@ -216,13 +208,10 @@ void CHANGE_PARAMETERS() {
 
 void FLAG_MULTIPLE_SITES(const CRYSTAL_STRUCTURE_TYPE& phase) {
   for (int i = 1; i <= CAPACITY(phase); ++i)
-    for (int j = 1; j <= BOND_ROWS(phase, i); ++j) {
-      const int centre = static_cast<int>(phase.BONDS(i, j, BOND_CENTRE));
-      const int ligand = static_cast<int>(phase.BONDS(i, j, BOND_LIGAND));
-      if (centre > 0 && ligand > 0 && phase.ATOM_DUP(centre, 1) > 0 &&
-          phase.ATOM_DUP(ligand, 1) > 0)
+    for (int j : BONDS_PRESENT(phase, i))
+      if (phase.ATOM_DUP(phase.BONDS.CENTRE(i, j), 1) > 0 &&
+          phase.ATOM_DUP(phase.BONDS.LIGAND(i, j), 1) > 0)
         BV_FLAGS(BV_MULTIPLE_SITES) = true;
-    }
 }
 
 void CALC_VALENCES_OF_ALL_BLOCKS() {

@@ -78,11 +78,9 @@ bool SAME_CENTRES_AND_BONDS(const CRYSTAL_STRUCTURE_TYPE& old_reference,
   for (int a = 1; a <= old_reference.NATOMS; ++a) {
     if (old_reference.NBONDS(a) <= 0) continue;
     if (new_reference.NBONDS(a) != old_reference.NBONDS(a)) return false;
-    if (static_cast<int>(new_reference.BOND_CEN(a, CENTRE_ATOM)) != a) return false;
+    if (CENTRE_NUMBER(new_reference, a) != a) return false;
     for (int j = 1; j <= old_reference.NBONDS(a); ++j)
-      if (static_cast<int>(new_reference.BONDS(a, j, BOND_LIGAND)) !=
-          static_cast<int>(old_reference.BONDS(a, j, BOND_LIGAND)))
-        return false;
+      if (new_reference.BONDS.LIGAND(a, j) != old_reference.BONDS.LIGAND(a, j)) return false;
   }
   return true;
 }

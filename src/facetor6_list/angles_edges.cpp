@@ -102,7 +102,7 @@ void WRITE_PAIR_HEAD(int i, const std::vector<PAIR>& pairs, const PAIR_TABLE& ta
 }
 
 bool HAS_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m) {
-  return phase.BONDS(i, m, BOND_CENTRE) > 0.0f;
+  return phase.BONDS.HAS_BOND(i, m);
 }
 
 std::string PAIR_ROW(int place, int i, const std::vector<PAIR>& pairs, const PAIR_TABLE& table,

@@ -121,7 +121,6 @@ std::vector<LISTED_ATOMS> EQUIVALENT_ATOMS(const std::vector<int>& of) {
     for (std::size_t k = 0; k < of.size(); ++k)
       atoms[k].push_back({place, FIND_ATOM(images, REFERENCE().ATOM(of[k]).X, "OMIT")});
   }
-  INIT_ERR_KVASTRUCTURES();  // none found is told in the table
   return atoms;
 }
 

@@ -131,7 +131,7 @@ void PUT_NO_VALUE(std::string& line, int m, bool esd) {
 
 std::string LIGAND_LABEL(int i, int m) {
   const CRYSTAL_STRUCTURE_TYPE& reference = REFERENCE();
-  const int ligand = static_cast<int>(reference.BONDS(i, m, BOND_LIGAND));
+  const int ligand = reference.BONDS.LIGAND(i, m);
   return ligand > 0 ? reference.ATOM(ligand).LAB : "";
 }
 

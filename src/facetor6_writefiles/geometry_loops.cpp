@@ -21,11 +21,11 @@ std::string VALUE_TEXT(float value, float std, int plain_decimals) {
 }
 
 std::string CENTRE_LABEL(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
-  return CIF_WORD(phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_CENTRE))).LAB);
+  return CIF_WORD(phase.ATOM(phase.BONDS.CENTRE(i, j)).LAB);
 }
 
 std::string LIGAND_LABEL(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
-  return CIF_WORD(phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_LIGAND))).LAB);
+  return CIF_WORD(phase.ATOM(phase.BONDS.LIGAND(i, j)).LAB);
 }
 
 std::string LIGAND_CODE(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {

@@ -1,11 +1,11 @@
 // Which atoms lie around a point, which atom lies at a position or bears a name, and how many
-// distinct positions an atom has. DISTANCE_ARRAY is the only neighbour search of the program.
+// distinct positions an atom has. These are the only searches under the symmetry of a record.
 #pragma once
 
 #include <string_view>
 #include <vector>
 
-#include "src/kva_crystal_structures/records.h"
+#include "src/kva_crystal_structures/image_boxes.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -22,24 +22,6 @@ using NEIGHBOUR_TABLE = KVA_UTILITIES::TABLE<float, NEIGHBOUR_COLUMNS>;
 inline constexpr float SAME_NEIGHBOUR_SQ = 0.01f;  // square angstroms: closer images are one atom
 inline constexpr float DEFAULT_RADIUS = 1.0f;      // angstroms, of FIND_ATOM
 inline constexpr float MATCH_RADIUS = 0.02f;       // angstroms: an atom is at a position
-
-// An atom as one operator puts it into the cell.
-struct ATOM_IMAGE {
-  VECTOR3 X{};  // each coordinate 0 up to 1
-  int ATOM = 0;
-  int OPERATOR = 0;
-};
-
-// The images of all atoms of a record, sorted into boxes: what all searches of one record share.
-// They hold until an atom moves or the cell or the group changes; use flags may change.
-struct ATOM_IMAGES {
-  const CRYSTAL_STRUCTURE_TYPE& PHASE;
-  std::vector<ATOM_IMAGE> IMAGES;     // in the order of discovery: by atom, then by operator
-  std::array<int, 3> BOXES{1, 1, 1};  // boxes along each cell edge
-  std::vector<int> BOX_START;         // where each box begins in BOXED, and behind them the end
-  std::vector<int> BOXED;             // positions in IMAGES, box by box
-};
-ATOM_IMAGES IMAGES_OF(const CRYSTAL_STRUCTURE_TYPE& phase);
 
 // All atoms from dmin to dmax angstroms (limits included) around x_frac, in the order of discovery:
 // atom, operator, cell offset, centring vector; of coincident ones the first. table gets MAX_BONDS
@@ -59,8 +41,7 @@ struct FOUND_ATOM {
   int OPERATOR = 0;  // operator that brings it there
 };
 
-// Nearest atom to x_frac within dmax angstroms; of equal ones the lowest number. Nothing found sets
-// the error "No atom found near to xyz = ...".
+// Nearest atom to x_frac within dmax angstroms; of equal ones the lowest number.
 FOUND_ATOM FIND_ATOM(const ATOM_IMAGES& images, const VECTOR3& x_frac,
                      std::string_view options = "", float dmax = DEFAULT_RADIUS);
 

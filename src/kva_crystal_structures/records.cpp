@@ -1,13 +1,12 @@
 // Upkeep of the phase record: initial values, room for atoms, copies, cleaning.
 #include "src/kva_crystal_structures/records.h"
 
-#include <algorithm>  // for lower_bound, max, sort
-#include <cmath>      // for abs, isfinite
+#include <algorithm>  // for max
 #include <exception>
 #include <numeric>  // for accumulate
-#include <utility>  // for pair
 
 #include "console_code/kva_utilities/text.h"
+#include "src/kva_crystal_structures/shared_sites.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -53,14 +52,39 @@ void BOND_TABLE::ASSIGN(int n) {
   CENTRES.ASSIGN(n, {});
 }
 
+int BOND_TABLE::ROWS_OF(int i) const {
+  return static_cast<int>(CENTRES(i).size());
+}
+
 void BOND_TABLE::CLEAR_ROW(int i, int j) {
-  auto& rows = CENTRES(i);
-  const auto row = static_cast<std::size_t>(j - 1);
-  if (row < rows.size()) rows[row].FILL(0.0f);
+  (*this)(i, j, BOND_CENTRE) = 0.0f;  // makes the row
+  CENTRES(i)[KVA_UTILITIES::POSITION(j, MAX_BONDS)].FILL(0.0f);
+}
+
+bool BOND_TABLE::HAS_BOND(int i, int j) const {
+  return (*this)(i, j, BOND_CENTRE) > 0.0f;
+}
+
+int BOND_TABLE::CENTRE(int i, int j) const {
+  return static_cast<int>((*this)(i, j, BOND_CENTRE));
+}
+
+int BOND_TABLE::LIGAND(int i, int j) const {
+  return static_cast<int>((*this)(i, j, BOND_LIGAND));
+}
+
+int BOND_TABLE::OPERATOR(int i, int j) const {
+  return static_cast<int>((*this)(i, j, BOND_OPERATOR));
 }
 
 VECTOR3 BOND_TABLE::VECTOR(int i, int j) const {
   return {(*this)(i, j, BOND_VECTOR_X), (*this)(i, j, BOND_VECTOR_Y), (*this)(i, j, BOND_VECTOR_Z)};
+}
+
+void BOND_TABLE::PUT_VECTOR(int i, int j, const VECTOR3& v) {
+  (*this)(i, j, BOND_VECTOR_X) = v[0];
+  (*this)(i, j, BOND_VECTOR_Y) = v[1];
+  (*this)(i, j, BOND_VECTOR_Z) = v[2];
 }
 
 namespace {
@@ -109,58 +133,6 @@ void ALLOCATE_TABLES(CRYSTAL_STRUCTURE_TYPE& phase, int n) {
   phase.NANGLES.ASSIGN(n, 0);
   phase.BANGLES.ASSIGN(n);
   phase.POLYHEDRON.ASSIGN(n);
-}
-
-// Puts atom j on the list of the duplicates of atom i, if there is room.
-void NOTE_DUPLICATE(CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
-  phase.ATOM_USE(j) = -i;
-  for (int slot = 1; slot <= MAX_DUPLICATES; ++slot) {
-    if (phase.ATOM_DUP(i, slot) != 0) continue;
-    phase.ATOM_DUP(i, slot) = j;
-    return;
-  }
-}
-
-// Atoms by their place along x, without those that have none.
-using ATOMS_ALONG_X = std::vector<std::pair<float, int>>;
-
-ATOMS_ALONG_X SORTED_ALONG_X(const CRYSTAL_STRUCTURE_TYPE& phase) {
-  ATOMS_ALONG_X along_x;
-  for (int i = 1; i <= phase.NATOMS; ++i)
-    if (std::isfinite(phase.ATOM(i).X[0])) along_x.emplace_back(phase.ATOM(i).X[0], i);
-  std::sort(along_x.begin(), along_x.end());
-  return along_x;
-}
-
-// Atoms behind atom i on its site, in order.
-std::vector<int> ON_SITE_OF(const CRYSTAL_STRUCTURE_TYPE& phase, const ATOMS_ALONG_X& along_x,
-                            const VECTOR3& reach, int i) {
-  const VECTOR3& x = phase.ATOM(i).X;
-  std::vector<int> behind;
-  auto near = std::lower_bound(along_x.begin(), along_x.end(), std::pair(x[0] - reach[0], 0));
-  for (; near != along_x.end() && near->first <= x[0] + reach[0]; ++near) {
-    const int j = near->second;
-    if (j <= i) continue;
-    const VECTOR3& other = phase.ATOM(j).X;
-    if (std::abs(other[1] - x[1]) > reach[1]) continue;
-    if (XTAL::DISTANCE_FRAC(x, other, phase.CELL) < SAME_SITE) behind.push_back(j);
-  }
-  std::sort(behind.begin(), behind.end());
-  return behind;
-}
-
-// Only atoms that follow each other along x, at nearly the same y, can share a site, so that not
-// every pair is measured.
-void MARK_DUPLICATES(CRYSTAL_STRUCTURE_TYPE& phase) {
-  constexpr float margin = 1e-4f;  // more than the rounding of a coordinate difference
-  VECTOR3 reach{};
-  for (std::size_t k = 0; k < 3; ++k)
-    reach[k] = SAME_SITE * phase.CELL.RCELL[k] * (1.0f + margin) + margin;
-  const ATOMS_ALONG_X along_x = SORTED_ALONG_X(phase);
-  for (int i = 1; i < phase.NATOMS; ++i) {
-    if (phase.ATOM_USE(i) <= ATOM_OMITTED) continue;
-    for (int j : ON_SITE_OF(phase, along_x, reach, i)) NOTE_DUPLICATE(phase, i, j);
-  }
 }
 
 CRYSTAL_STRUCTURE_TYPE EMPTY_RECORD() {
@@ -243,8 +215,17 @@ void CLEAR_GEOMETRY(CRYSTAL_STRUCTURE_TYPE& phase) {
   phase.POLYHEDRON.ASSIGN(n);
 }
 
+int CENTRE_NUMBER(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  return static_cast<int>(phase.BOND_CEN(i, CENTRE_ATOM));
+}
+
 VECTOR3 CENTRE_POSITION(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  return {phase.BOND_CEN(i, CENTRE_X), phase.BOND_CEN(i, CENTRE_Y), phase.BOND_CEN(i, CENTRE_Z)};
+  return KVA_UTILITIES::VECTOR_AT<3>(phase.BOND_CEN(i), CENTRE_X);
+}
+
+void SET_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, int atom, const VECTOR3& x_frac) {
+  phase.BOND_CEN(i, CENTRE_ATOM) = static_cast<float>(atom);
+  KVA_UTILITIES::PUT_VECTOR(phase.BOND_CEN(i), CENTRE_X, x_frac);
 }
 
 int SUM_NBONDS(const CRYSTAL_STRUCTURE_TYPE& phase) {

@@ -20,10 +20,9 @@ using KVA_UTILITIES::VECTOR3;
 using KVA_UTILITIES::VECTOR6;
 using MATRIX6 = std::array<VECTOR6, 6>;  // 0-based, row first
 
-inline constexpr int MAX_BONDS = 20;       // bonds of a centre
-inline constexpr int MAX_DUPLICATES = 2;   // further atoms of a site that are remembered
-inline constexpr int START_CAPACITY = 8;   // atoms that an empty record has room for
-inline constexpr float SAME_SITE = 0.01f;  // angstroms; two labels closer than this share a site
+inline constexpr int MAX_BONDS = 20;      // bonds of a centre
+inline constexpr int MAX_DUPLICATES = 2;  // further atoms of a site that are remembered
+inline constexpr int START_CAPACITY = 8;  // atoms that an empty record has room for
 
 // Values of ATOM_USE; a negative value -k marks a duplicate of atom k.
 inline constexpr int ATOM_OMITTED = 0;
@@ -96,9 +95,15 @@ struct BOND_TABLE {
 
   float operator()(int i, int j, int column) const;
   float& operator()(int i, int j, int column);
-  void ASSIGN(int n);                  // n centres without rows
-  void CLEAR_ROW(int i, int j);        // zeros in row j of centre i, if it is there
+  void ASSIGN(int n);                 // n centres without rows
+  int ROWS_OF(int i) const;           // rows of centre i, those without a bond included
+  void CLEAR_ROW(int i, int j);       // zeros in row j of centre i, which is made if need be
+  bool HAS_BOND(int i, int j) const;  // whether row j of centre i holds a bond
+  int CENTRE(int i, int j) const;     // atom numbers in this block; 0 when there is no bond
+  int LIGAND(int i, int j) const;
+  int OPERATOR(int i, int j) const;    // that produced the ligand
   VECTOR3 VECTOR(int i, int j) const;  // columns 4 to 6
+  void PUT_VECTOR(int i, int j, const VECTOR3& v);
 };
 
 // Angles and edges by centre, ligand pair j < k and column, stored as far as written.
@@ -186,8 +191,10 @@ int CAPACITY(const CRYSTAL_STRUCTURE_TYPE& phase);
 // Zeroes NBONDS, BONDS, NANGLES, BANGLES and POLYHEDRON; BOND_CEN stays.
 void CLEAR_GEOMETRY(CRYSTAL_STRUCTURE_TYPE& phase);
 
-// Fractional position of reference centre i as matched in this block.
+// Number and fractional position of reference centre i as matched in this block.
+int CENTRE_NUMBER(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
 VECTOR3 CENTRE_POSITION(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
+void SET_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, int atom, const VECTOR3& x_frac);
 
 // Sum of the bonds of all atoms.
 int SUM_NBONDS(const CRYSTAL_STRUCTURE_TYPE& phase);

@@ -13,6 +13,7 @@
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
+using KVA_UTILITIES::PUT_VECTOR;
 using KVA_UTILITIES::TINY_REAL;
 
 namespace {
@@ -25,11 +26,6 @@ constexpr std::array<float, 9> VFACT{0.5132f, 0.86603f, 1.33333f, 1.58509f, 1.81
 float IDEAL_VOLUME(std::size_t n, float radius) {
   const std::size_t last = VFACT.size() - 1;
   return VFACT[std::min(n - vfact_first, last)] * radius * radius * radius;
-}
-
-void SET_VECTOR(CRYSTAL_STRUCTURE_TYPE& phase, int i, int first_column, const VECTOR3& x_frac) {
-  for (int c = 0; c < 3; ++c)
-    phase.POLYHEDRON(i, first_column + c) = x_frac[static_cast<std::size_t>(c)];
 }
 
 VECTOR3 MEAN(const std::vector<VECTOR3>& vectors) {
@@ -103,8 +99,8 @@ void CALC_POLY_ORBIX(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   if (vectors_frac.empty()) return;
 
   const VECTOR3 centre = CENTRE_POSITION(phase, i);
-  SET_VECTOR(phase, i, POLY_CENTRE_X, centre);
-  SET_VECTOR(phase, i, POLY_BARYCENTRE_X, XTAL::ADD(MEAN(vectors_frac), centre));
+  PUT_VECTOR(phase.POLYHEDRON(i), POLY_CENTRE_X, centre);
+  PUT_VECTOR(phase.POLYHEDRON(i), POLY_BARYCENTRE_X, XTAL::ADD(MEAN(vectors_frac), centre));
   if (vectors_frac.size() < vfact_first) return;
 
   std::vector<VECTOR3> v_cart;
@@ -118,7 +114,7 @@ void CALC_POLY_ORBIX(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   }
   const VECTOR3 sphere_frac = XTAL::MULTIPLY(phase.CELL.ORTH_CR_CEL, sphere_cart);
   const VECTOR3 sphere_position = XTAL::ADD(sphere_frac, centre);
-  SET_VECTOR(phase, i, POLY_SPHERE_X, sphere_position);
+  PUT_VECTOR(phase.POLYHEDRON(i), POLY_SPHERE_X, sphere_position);
   phase.POLYHEDRON(i, POLY_DELTA) = XTAL::DISTANCE_FRAC(centre, sphere_position, phase.CELL);
   SET_RADII(phase, i, vectors_frac, XTAL::SUBTRACT(sphere_position, centre));
 }

@@ -5,6 +5,7 @@
 #include <cmath>  // for exp
 
 #include "console_code/kva_utilities/text.h"
+#include "src/kva_crystal_structures/coordination.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -26,11 +27,12 @@ SITE SPECIES_OF_SITE(const CRYSTAL_STRUCTURE_TYPE& phase, int atom) {
   SITE site;
   site.LABEL[0] = phase.ATOM(atom).SFACSYMB;
   site.OCC[0] = phase.ATOM(atom).OCC;
-  for (int k = 1; k <= MAX_DUPLICATES; ++k) {
-    const int duplicate = phase.ATOM_DUP(atom, k);
+  std::size_t slot = 0;
+  for (int duplicate : phase.ATOM_DUP(atom)) {
+    ++slot;
     if (duplicate <= 0) continue;
-    site.LABEL[static_cast<std::size_t>(k)] = phase.ATOM(duplicate).SFACSYMB;
-    site.OCC[static_cast<std::size_t>(k)] = phase.ATOM(duplicate).OCC;
+    site.LABEL[slot] = phase.ATOM(duplicate).SFACSYMB;
+    site.OCC[slot] = phase.ATOM(duplicate).OCC;
   }
   return site;
 }
@@ -70,15 +72,11 @@ float BOND_VALENCE_OF_SITES(const SITE& centre, const SITE& ligand, bool centre_
 }
 
 void CALC_VALENCE_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const LIST<BV_PAIR>& pairs) {
-  const int rows = static_cast<int>(phase.BONDS.CENTRES(i).size());
   float sum = 0.0f;
   float sum_std = 0.0f;
-  for (int m = 1; m <= rows; ++m) {
-    const int centre_atom = static_cast<int>(phase.BONDS(i, m, BOND_CENTRE));
-    const int ligand_atom = static_cast<int>(phase.BONDS(i, m, BOND_LIGAND));
-    if (centre_atom <= 0 || ligand_atom <= 0) continue;
-    const SITE centre = SPECIES_OF_SITE(phase, centre_atom);
-    const SITE ligand = SPECIES_OF_SITE(phase, ligand_atom);
+  for (int m : BONDS_PRESENT(phase, i)) {
+    const SITE centre = SPECIES_OF_SITE(phase, phase.BONDS.CENTRE(i, m));
+    const SITE ligand = SPECIES_OF_SITE(phase, phase.BONDS.LIGAND(i, m));
     const bool centre_is_cation = IS_CATION_LABEL(centre.LABEL[0], pairs);
     const float valence = BOND_VALENCE_OF_SITES(centre, ligand, centre_is_cation,
                                                 phase.BONDS(i, m, BOND_LENGTH), pairs);

@@ -4,6 +4,7 @@
 #include <ctime>  // for clock
 #include <random>
 
+#include "src/kva_crystal_structures/shared_sites.h"
 #include "structures.h"
 
 using namespace STRUCTURES;
