@@ -2,14 +2,13 @@
 #include "src/facetor6_calc/calc.h"
 
 #include <array>
+#include <utility>  // for move
 
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
-#include "console_code/console/work.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
-#include "src/kva_crystal_structures/bonds.h"
 #include "src/kva_crystal_structures/polyhedra.h"
 
 namespace FACETOR_CALC {
@@ -19,18 +18,6 @@ using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 
 // ---- bonds, angles and polyhedra ----
-
-bool CALC_FACETOR_ALL_POLY(WORK& work) {
-  work.WORDS = "Calculating polyhedra: block";
-  for (int block = 1; block <= NPHASES; ++block) {
-    if (!GO_ON(work, block)) return false;
-    if (IUSE(block) == 0) continue;
-    const COORDINATIONS around = COORDINATIONS_OF(PHASE(block));
-    CALC_ANGLES_ALLATOMS(around, PHASE(block));
-    CALC_POLY_ALLATOMS(around, PHASE(block));
-  }
-  return GO_ON(work, NPHASES);
-}
 
 namespace {
 
@@ -43,16 +30,25 @@ void REPORT_SEARCH_ERRORS() {
     WRITE_OUT("     The warning message included: " + WARN_KVASTRUCTURES_MESS);
 }
 
-// The bonds of the reference block in every used block; false when the user stopped the work.
-bool MEASURE_USED_BLOCKS(float radius, WORK& work) {
-  for (int block = 1; block <= NPHASES; ++block) {
-    if (!GO_ON(work, block)) return false;
-    if (IUSE(block) != 0) MEASURE_BLOCK(REFERENCE(), PHASE(block), block == IREFERENCE, radius);
-  }
-  return true;
+// All that is measured in one block is measured with one ruler.
+void CALC_BLOCK(const std::vector<BOND_TARGETS>& targets, CRYSTAL_STRUCTURE_TYPE& block,
+                float radius) {
+  RULER ruler = RULER_FOR(block);
+  MEASURE_BLOCK(targets, ruler, block, radius);
+  const COORDINATIONS around = COORDINATIONS_OF(std::move(ruler));
+  CALC_ANGLES_ALLATOMS(around, block);
+  CALC_POLY_ALLATOMS(around, block);
 }
 
 }  // namespace
+
+bool CALC_FACETOR_ALL_POLY(const std::vector<BOND_TARGETS>& targets, float radius, WORK& work) {
+  for (int block = 1; block <= NPHASES; ++block) {
+    if (!GO_ON(work, block)) return false;
+    if (IUSE(block) != 0) CALC_BLOCK(targets, PHASE(block), radius);
+  }
+  return GO_ON(work, NPHASES);
+}
 
 bool RUN_FACETOR_CALC_BONDS() {
   ANNOUNCE("Bond lengths and angles limited by dmin and dmax in reference structure");
@@ -63,9 +59,9 @@ bool RUN_FACETOR_CALC_BONDS() {
   CLEAR_FACETOR_BONDS();
   WORK work("Measuring bonds: block", NPHASES);
   CALC_BONDS_ALLATOMS(REFERENCE(), RUN.DMIN, RUN.DMAX, &RUN.BONDEX);
-  const float radius = MATCHING_RADIUS(REFERENCE());
   REPORT_SEARCH_ERRORS();
-  if (MEASURE_USED_BLOCKS(radius, work) && CALC_FACETOR_ALL_POLY(work)) return true;
+  const std::vector<BOND_TARGETS> targets = TARGETS_OF(REFERENCE());
+  if (CALC_FACETOR_ALL_POLY(targets, MATCHING_RADIUS(REFERENCE()), work)) return true;
   CLEAR_FACETOR_BONDS();
   WARNING("The calculation was stopped: there are no bond lengths");
   return false;

@@ -3,8 +3,10 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "console_code/console/work.h"
+#include "src/kva_crystal_structures/bonds.h"
 
 namespace FACETOR_CALC {
 
@@ -15,8 +17,10 @@ std::span<const std::string_view> CALC_MENU();
 // stopped the work.
 bool RUN_FACETOR_CALC_BONDS();
 
-// Angles and polyhedra of all used blocks; false when the user has stopped the work.
-bool CALC_FACETOR_ALL_POLY(KVA_CONSOLE::WORK& work);
+// Measures the reference's bonds, and the angles and polyhedra that they make, in all used blocks;
+// false when the user has stopped the work.
+bool CALC_FACETOR_ALL_POLY(const std::vector<KVA_CRYSTAL_STRUCTURES::BOND_TARGETS>& targets,
+                           float radius, KVA_CONSOLE::WORK& work);
 
 void RUN_FACETOR_CALC_VALENCE();
 

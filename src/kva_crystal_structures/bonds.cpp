@@ -7,11 +7,11 @@
 #include "console_code/kva_utilities/text.h"
 #include "src/kva_crystal_structures/atom_search.h"
 #include "src/kva_crystal_structures/displacement.h"
-#include "src/kva_crystal_structures/uncertainty.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
 using KVA_UTILITIES::EQUAL_TEXT;
+using KVA_UTILITIES::VECTOR_AT;
 
 // ---- classes of atom pairs ----
 
@@ -36,8 +36,7 @@ void EXCLUDE_BOND_TYPES(CRYSTAL_STRUCTURE_TYPE& phase, const BOND_EXCLUSION* bon
   if (bondex == nullptr) return;
   for (int i = 1; i <= phase.NATOMS; ++i) {
     const auto excluded = [&](const ROW<float, BOND_COLUMNS>& row) {
-      return EXCLUDEBOND(phase, static_cast<int>(row(BOND_CENTRE)),
-                         static_cast<int>(row(BOND_LIGAND)), *bondex);
+      return EXCLUDEBOND(phase, i, static_cast<int>(row(BOND_LIGAND)), *bondex);
     };
     auto& rows = phase.BONDS.CENTRES(i);
     rows.erase(std::remove_if(rows.begin(), rows.end(), excluded), rows.end());
@@ -58,12 +57,12 @@ void CALC_BONDS_OF_CENTRE(const ATOM_IMAGES& images, CRYSTAL_STRUCTURE_TYPE& pha
   phase.BONDS.CENTRES(i).clear();
   for (int r = 1; r <= count; ++r) {
     phase.BONDS(i, r, BOND_CENTRE) = static_cast<float>(i);
-    for (int column = BOND_LENGTH; column <= BOND_OPERATOR; ++column)
-      phase.BONDS(i, r, column) = table(r, column);
+    phase.BONDS(i, r, BOND_LENGTH) = table(r, NEIGHBOUR_DISTANCE);
+    phase.BONDS.PUT_VECTOR(i, r, VECTOR_AT<3>(table(r), NEIGHBOUR_VECTOR_X));
+    phase.BONDS(i, r, BOND_LIGAND) = table(r, NEIGHBOUR_ATOM);
+    phase.BONDS(i, r, BOND_OPERATOR) = table(r, NEIGHBOUR_OPERATOR);
   }
-  phase.BOND_CEN(i, CENTRE_ATOM) = static_cast<float>(i);
-  for (int k = 0; k < 3; ++k)
-    phase.BOND_CEN(i, CENTRE_X + k) = phase.ATOM(i).X[static_cast<std::size_t>(k)];
+  SET_CENTRE(phase, i, i, phase.ATOM(i).X);
 }
 
 // The shortest bond of a sensible length, at most LONGEST_SHORT_BOND.
@@ -129,8 +128,7 @@ void MEASURE_BOND(CRYSTAL_STRUCTURE_TYPE& block, int a, int j, const FOUND_ATOM&
   block.BONDS(a, j, BOND_CENTRE) = static_cast<float>(centre.ATOM);
   block.BONDS(a, j, BOND_LENGTH) = distance.VALUE;
   block.BONDS(a, j, BOND_LENGTH_STD) = distance.ESD;
-  for (int k = 0; k < 3; ++k)
-    block.BONDS(a, j, BOND_VECTOR_X + k) = v_frac[static_cast<std::size_t>(k)];
+  block.BONDS.PUT_VECTOR(a, j, v_frac);
   block.BONDS(a, j, BOND_LIGAND) = static_cast<float>(ligand.ATOM);
   block.BONDS(a, j, BOND_OPERATOR) = static_cast<float>(ligand.OPERATOR);
   block.BONDS(a, j, BOND_SYMCODE) = SYMMETRY_CODE(block, ligand.ATOM, ligand.OPERATOR, ligand.X);
@@ -142,33 +140,26 @@ void MEASURE_BOND(CRYSTAL_STRUCTURE_TYPE& block, int a, int j, const FOUND_ATOM&
       RIGID_BOND_LENGTH(block.ATOM(centre.ATOM), block.ATOM(ligand.ATOM), distance.VALUE);
 }
 
-void SET_CENTRE(CRYSTAL_STRUCTURE_TYPE& block, int a, const FOUND_ATOM& centre) {
-  block.BOND_CEN(a, CENTRE_ATOM) = static_cast<float>(centre.ATOM);
-  for (int k = 0; k < 3; ++k)
-    block.BOND_CEN(a, CENTRE_X + k) = centre.X[static_cast<std::size_t>(k)];
-  block.BOND_CEN(a, CENTRE_SYMCODE) = SYMMETRY_CODE(block, centre.ATOM, centre.OPERATOR, centre.X);
-}
-
-// The bonds of reference centre a, whose ligands lie at the targets.
-void MEASURE_CENTRE(const RULER& ruler, const VECTOR3& centre_frac,
-                    const std::vector<VECTOR3>& targets_frac, CRYSTAL_STRUCTURE_TYPE& block, int a,
-                    bool is_reference, float radius) {
-  const FOUND_ATOM centre = FIND_ATOM(ruler.IMAGES, centre_frac, "OMIT", radius);
+// The bonds of one reference centre.
+void MEASURE_CENTRE(const BOND_TARGETS& targets, const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& block,
+                    float radius) {
+  const int a = targets.ATOM;
+  const FOUND_ATOM centre = FIND_ATOM(ruler.IMAGES, targets.CENTRE, "OMIT", radius);
   if (centre.ATOM == 0) {
     block.NBONDS(a) = NO_CENTRE;
     return;
   }
   if (block.ATOM_USE(centre.ATOM) != ATOM_USED) return;
-  SET_CENTRE(block, a, centre);
-  if (!is_reference) block.NBONDS(a) = 0;
+  SET_CENTRE(block, a, centre.ATOM, centre.X);
+  block.BOND_CEN(a, CENTRE_SYMCODE) = SYMMETRY_CODE(block, centre.ATOM, centre.OPERATOR, centre.X);
+  block.NBONDS(a) = 0;
   const PLACED_ATOM placed_centre = PLACE_ATOM(ruler, centre.ATOM, centre.OPERATOR, centre.X);
-  for (int j = 1; j <= static_cast<int>(targets_frac.size()); ++j) {
-    const FOUND_ATOM ligand =
-        FIND_ATOM(ruler.IMAGES, targets_frac[static_cast<std::size_t>(j - 1)], "", radius);
-    block.BONDS(a, j, BOND_CENTRE) = 0.0f;  // makes the row, so that rows stay aligned
-    block.BONDS.CLEAR_ROW(a, j);
+  int j = 0;
+  for (const VECTOR3& target : targets.LIGANDS) {
+    block.BONDS.CLEAR_ROW(a, ++j);  // a bond that is missing keeps its row
+    const FOUND_ATOM ligand = FIND_ATOM(ruler.IMAGES, target, "", radius);
     if (ligand.ATOM == 0) continue;
-    if (!is_reference) ++block.NBONDS(a);
+    ++block.NBONDS(a);
     MEASURE_BOND(block, a, j, centre, ligand,
                  DISTANCE_AND_SIGMA_VCV(ruler, placed_centre,
                                         PLACE_ATOM(ruler, ligand.ATOM, ligand.OPERATOR, ligand.X)));
@@ -177,19 +168,22 @@ void MEASURE_CENTRE(const RULER& ruler, const VECTOR3& centre_frac,
 
 }  // namespace
 
-void MEASURE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& reference, CRYSTAL_STRUCTURE_TYPE& block,
-                   bool is_reference, float radius) {
-  const RULER ruler = RULER_FOR(block);
-  const int last = std::min(reference.NATOMS, CAPACITY(block));
-  for (int a = 1; a <= last; ++a) {
+std::vector<BOND_TARGETS> TARGETS_OF(const CRYSTAL_STRUCTURE_TYPE& reference) {
+  std::vector<BOND_TARGETS> targets;
+  for (int a = 1; a <= reference.NATOMS; ++a) {
     if (reference.NBONDS(a) <= 0) continue;
-    // The reference's rows are rebuilt in place, so the targets are taken first.
-    const VECTOR3 centre_frac = reference.ATOM(a).X;
-    std::vector<VECTOR3> targets_frac;
+    targets.push_back({a, reference.ATOM(a).X, {}});
     for (int j = 1; j <= reference.NBONDS(a); ++j)
-      targets_frac.push_back(XTAL::ADD(centre_frac, reference.BONDS.VECTOR(a, j)));
-    MEASURE_CENTRE(ruler, centre_frac, targets_frac, block, a, is_reference, radius);
+      targets.back().LIGANDS.push_back(
+          XTAL::ADD(reference.ATOM(a).X, reference.BONDS.VECTOR(a, j)));
   }
+  return targets;
+}
+
+void MEASURE_BLOCK(const std::vector<BOND_TARGETS>& targets, const RULER& ruler,
+                   CRYSTAL_STRUCTURE_TYPE& block, float radius) {
+  for (const BOND_TARGETS& centre : targets)
+    if (centre.ATOM <= CAPACITY(block)) MEASURE_CENTRE(centre, ruler, block, radius);
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -4,8 +4,9 @@
 
 #include <array>
 #include <string_view>
+#include <vector>
 
-#include "src/kva_crystal_structures/records.h"
+#include "src/kva_crystal_structures/uncertainty.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -35,9 +36,18 @@ bool ISCATION(int z);
 // Radius in angstroms within which an atom of another block matches one of the reference block.
 float MATCHING_RADIUS(const CRYSTAL_STRUCTURE_TYPE& reference);
 
-// Measures in block every bond of the reference block: NBONDS, BONDS columns 1 to 12 and BOND_CEN.
-// is_reference: block is the reference block itself, whose rows are rebuilt in place.
-void MEASURE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& reference, CRYSTAL_STRUCTURE_TYPE& block,
-                   bool is_reference, float radius);
+// Where a centre of the reference block and its ligands lie there: what is looked for in every
+// block. Fractional; in the order of the bonds.
+struct BOND_TARGETS {
+  int ATOM = 0;
+  VECTOR3 CENTRE{};
+  std::vector<VECTOR3> LIGANDS;
+};
+std::vector<BOND_TARGETS> TARGETS_OF(const CRYSTAL_STRUCTURE_TYPE& reference);
+
+// Measures the reference's bonds in a block, the reference block included, with the block's own
+// ruler: NBONDS, BONDS columns 1 to 12 and BOND_CEN.
+void MEASURE_BLOCK(const std::vector<BOND_TARGETS>& targets, const RULER& ruler,
+                   CRYSTAL_STRUCTURE_TYPE& block, float radius);
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

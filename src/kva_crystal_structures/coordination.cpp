@@ -1,16 +1,17 @@
 // Ligands of the centres of one record.
 #include "src/kva_crystal_structures/coordination.h"
 
+#include <utility>  // for move
+
 #include "src/kva_crystal_structures/cell_shifts.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
 std::vector<int> BONDS_PRESENT(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   std::vector<int> present;
-  const int rows = static_cast<int>(phase.BONDS.CENTRES(i).size());
-  present.reserve(static_cast<std::size_t>(rows));
-  for (int j = 1; j <= rows; ++j)
-    if (phase.BONDS(i, j, BOND_CENTRE) > 0.0f) present.push_back(j);
+  present.reserve(MAX_BONDS);
+  for (int j = 1; j <= phase.BONDS.ROWS_OF(i); ++j)
+    if (phase.BONDS.HAS_BOND(i, j)) present.push_back(j);
   return present;
 }
 
@@ -28,16 +29,16 @@ std::vector<PLACED_ATOM> LIGANDS_OF_CENTRE(const RULER& ruler, int i) {
   const VECTOR3 centre = CENTRE_POSITION(phase, i);
   std::vector<PLACED_ATOM> ligands;
   for (int j : BONDS_PRESENT(phase, i))
-    ligands.push_back(PLACE_ATOM(ruler, static_cast<int>(phase.BONDS(i, j, BOND_LIGAND)),
-                                 static_cast<int>(phase.BONDS(i, j, BOND_OPERATOR)),
+    ligands.push_back(PLACE_ATOM(ruler, phase.BONDS.LIGAND(i, j), phase.BONDS.OPERATOR(i, j),
                                  XTAL::ADD(centre, phase.BONDS.VECTOR(i, j))));
   return ligands;
 }
 
 }  // namespace
 
-COORDINATIONS COORDINATIONS_OF(const CRYSTAL_STRUCTURE_TYPE& phase) {
-  COORDINATIONS around{RULER_FOR(phase), {}, {}};
+COORDINATIONS COORDINATIONS_OF(RULER ruler) {
+  COORDINATIONS around{std::move(ruler), {}, {}};
+  const CRYSTAL_STRUCTURE_TYPE& phase = around.OWN_RULER.IMAGES.PHASE;
   around.LIGANDS.ASSIGN(CAPACITY(phase), {});
   for (int i = 1; i <= CAPACITY(phase); ++i)
     around.LIGANDS(i) = LIGANDS_OF_CENTRE(around.OWN_RULER, i);

@@ -12,12 +12,12 @@ std::vector<int> BONDS_PRESENT(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
 std::vector<VECTOR3> LIGAND_VECTORS(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
 
 // What the angles and the polyhedra of one record share. It holds as its ruler does, until a bond
-// changes.
+// changes. Give it the ruler that has measured the bonds.
 struct COORDINATIONS {
   RULER OWN_RULER;
   LIST<std::vector<PLACED_ATOM>> LIGANDS;  // of each centre, in the order of BONDS_PRESENT
   std::vector<MATRIX3> SHIFTED_FRAMES;  // fractional to Cartesian, shifted cells with their angles
 };
-COORDINATIONS COORDINATIONS_OF(const CRYSTAL_STRUCTURE_TYPE& phase);
+COORDINATIONS COORDINATIONS_OF(RULER ruler);
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

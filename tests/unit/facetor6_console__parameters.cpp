@@ -39,8 +39,9 @@ class PARAMETERS : public CONSOLE_TESTS::CONSOLE_TEST {
   static void MEASURE() {
     CALC_BONDS_ALLATOMS(REFERENCE(), RUN.DMIN, RUN.DMAX, &RUN.BONDEX);
     const float radius = MATCHING_RADIUS(REFERENCE());
+    const std::vector<BOND_TARGETS> targets = TARGETS_OF(REFERENCE());
     for (int block = 1; block <= NPHASES; ++block)
-      MEASURE_BLOCK(REFERENCE(), PHASE(block), block == IREFERENCE, radius);
+      MEASURE_BLOCK(targets, RULER_FOR(PHASE(block)), PHASE(block), radius);
   }
 };
 

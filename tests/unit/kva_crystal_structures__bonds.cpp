@@ -35,12 +35,12 @@ CRYSTAL_STRUCTURE_TYPE QUARTZ(const std::vector<SITE>& sites) {
 // Finds the bonds of the reference block and measures it as CALC does.
 void CALC(CRYSTAL_STRUCTURE_TYPE& reference, float dmax = 2.2f) {
   CALC_BONDS_ALLATOMS(reference, 0.01f, dmax, &exclude_all);
-  MEASURE_BLOCK(reference, reference, true, MATCHING_RADIUS(reference));
+  MEASURE_BLOCK(TARGETS_OF(reference), RULER_FOR(reference), reference, MATCHING_RADIUS(reference));
 }
 
 CRYSTAL_STRUCTURE_TYPE MEASURED(const CRYSTAL_STRUCTURE_TYPE& reference,
                                 CRYSTAL_STRUCTURE_TYPE block) {
-  MEASURE_BLOCK(reference, block, false, MATCHING_RADIUS(reference));
+  MEASURE_BLOCK(TARGETS_OF(reference), RULER_FOR(block), block, MATCHING_RADIUS(reference));
   return block;
 }
 

@@ -18,7 +18,7 @@ constexpr float dmax = 2.6f;
 
 void CALCULATE(CRYSTAL_STRUCTURE_TYPE& phase) {
   CALC_BONDS_ALLATOMS(phase, dmin, dmax);
-  MEASURE_BLOCK(phase, phase, true, MATCHING_RADIUS(phase));
+  MEASURE_BLOCK(TARGETS_OF(phase), RULER_FOR(phase), phase, MATCHING_RADIUS(phase));
   CALC_ANGLES_ALLATOMS(phase);
 }
 
@@ -26,7 +26,7 @@ void CALCULATE(CRYSTAL_STRUCTURE_TYPE& phase) {
 int EXPECT_AS_BETWEEN_POSITIONS(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   int compared = 0;
   const VECTOR3 centre = CENTRE_POSITION(phase, i);
-  const COORDINATIONS around = COORDINATIONS_OF(phase);
+  const COORDINATIONS around = COORDINATIONS_OF(RULER_FOR(phase));
   const std::vector<PLACED_ATOM>& ligands = around.LIGANDS(i);
   const std::vector<int> present = BONDS_PRESENT(phase, i);
   for (std::size_t n = 0; n < ligands.size(); ++n) {

@@ -97,7 +97,7 @@ TEST(VOLUME_ESDS, SYMMETRY_KEEPS_ITS_CORRELATIONS) {
            {{"Ti1", {0.5f, 0.5f, 0.5f}}, {"O1", {0.5f, 0.5f, 0}}}, {0.002f, 0.002f, 0.002f});
   const BOND_EXCLUSION bondex{{true, true, true, true}};
   CALC_BONDS_ALLATOMS(phase, 0.01f, 2.2f, &bondex);
-  MEASURE_BLOCK(phase, phase, true, MATCHING_RADIUS(phase));
+  MEASURE_BLOCK(TARGETS_OF(phase), RULER_FOR(phase), phase, MATCHING_RADIUS(phase));
   CALC_ANGLES_ALLATOMS(phase);
   CALC_POLY_ALLATOMS(phase);
   EXPECT_NEAR(POLY(phase, POLY_VOLUME), 4.0f / 3.0f * 8.0f, 1e-4f);
