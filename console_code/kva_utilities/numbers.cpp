@@ -200,10 +200,32 @@ std::string_view WITHOUT_COMMENT(std::string_view text) {
   return text.substr(0, mark != std::string_view::npos ? mark : text.find('#'));
 }
 
-// Decimals of the text of a value: what stands behind its point.
-std::size_t DECIMALS(std::string_view value) {
-  const std::size_t point = value.find('.');
-  return point == std::string_view::npos ? 0 : value.size() - point - 1;
+// Farther than any digit of a real lies from its point.
+constexpr int most_places = 400;
+
+// Power of ten of a number, 0 when it has none.
+int EXPONENT_OF(const NUMBER_TEXT& parts) {
+  if (parts.EXPONENT.empty()) return 0;
+  int exponent = most_places;  // one that is no int
+  const std::string_view text = parts.EXPONENT;
+  std::from_chars(text.data(), text.data() + text.size(), exponent);
+  exponent = std::min(exponent, most_places);
+  return parts.NEGATIVE_EXPONENT ? -exponent : exponent;
+}
+
+// Digits of a number behind its point. The exponent is not counted.
+int DECIMALS_OF(const NUMBER_TEXT& parts) {
+  if (!parts.POINT) return 0;
+  const std::size_t decimals = parts.MANTISSA.size() - parts.MANTISSA.find('.') - 1;
+  return static_cast<int>(std::min<std::size_t>(decimals, most_places));
+}
+
+// value times a power of ten.
+float SCALED(float value, int power) {
+  if (!(value > 0.0f)) return 0.0f;
+  float scale = 1.0f;
+  for (int k = 0; k < std::abs(power); ++k) scale *= 10.0f;
+  return power < 0 ? value / scale : value * scale;
 }
 
 // Brackets that do not pair are told from other faults.
@@ -216,26 +238,34 @@ bool FAIL_STD(std::string_view word) {
   return FAIL(pair ? "Bad format" : "Wrong format using Standard values");
 }
 
-// A word such as 1.234(5) or 1.234. What stands behind the closing bracket does not count.
-bool READ_VALUE_STD(std::string_view word, float& value, float& std) {
-  std::string_view rest = word;
+// Takes a number with its esd, 1.234(5) or 1.234, off the front of a word. False, with the error
+// set, when there is none or it is too large.
+bool TAKE_NUMBER_STD(std::string_view& rest, NUMBER_STD& number) {
+  const std::string_view word = rest;
+  number = NUMBER_STD{};
   NUMBER_TEXT parts;
-  NUMBER number;
-  if (!TAKE_NUMBER(rest, parts) || !VALUE_OF(parts, number)) return FAIL_STD(word);
-  value = number.VAL;
-  std = 0.0f;
+  if (!TAKE_NUMBER(rest, parts) || !VALUE_OF(parts, number.VALUE)) return FAIL_STD(word);
   if (rest.empty()) return true;
-  const std::size_t decimals = DECIMALS(word.substr(0, word.size() - rest.size()));
-  if (TAKE_FRONT(rest, 1) != "(" || !TAKE_NUMBER(rest, parts = {}) || !rest.starts_with(')') ||
-      !VALUE_OF(parts, number) || number.VAL < 0.0f)
+  NUMBER_TEXT units;
+  NUMBER esd;
+  if (TAKE_FRONT(rest, 1) != "(" || !TAKE_NUMBER(rest, units) || !rest.starts_with(')') ||
+      !VALUE_OF(units, esd) || esd.VAL < 0.0f)
     return FAIL_STD(word);
-  float scale = 1.0f;
-  for (std::size_t d = 0; d < decimals; ++d) scale *= 10.0f;
-  std = number.VAL / scale;
-  return true;
+  rest.remove_prefix(1);
+  // Without a point the esd counts units of the last digit, with one it is the esd: 12.5(1.2)
+  const int unit = units.POINT ? 0 : -DECIMALS_OF(parts);
+  number.HAS_STD = true;
+  number.STD = SCALED(esd.VAL, EXPONENT_OF(parts) + unit);
+  return number.STD <= LARGEST_REAL || FAIL_STD(word);
 }
 
 }  // namespace
+
+bool GETNUM_STD(std::string_view word, NUMBER_STD& number) {
+  INIT_ERR_TEXT();
+  std::string_view rest = word;
+  return TAKE_NUMBER_STD(rest, number) && (rest.empty() || FAIL_STD(word));
+}
 
 void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float> stds, int& count) {
   INIT_ERR_TEXT();
@@ -248,14 +278,14 @@ void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float>
   }
   std::string_view rest = LEFT_ADJUST_VIEW(WITHOUT_COMMENT(text));
   while (!rest.empty()) {
-    float value = 0.0f;
-    float std = 0.0f;
-    const std::string_view word = rest.substr(0, rest.find(' '));
-    if (!READ_VALUE_STD(word, value, std)) return;
+    NUMBER_STD number;
+    std::string_view word = rest.substr(0, rest.find(' '));
     rest = LEFT_ADJUST_VIEW(rest.substr(word.size()));
+    // What stands behind the closing bracket does not count.
+    if (!TAKE_NUMBER_STD(word, number)) return;
     const auto place = static_cast<std::size_t>(count);
-    if (place < values.size()) values[place] = value;
-    if (place < stds.size()) stds[place] = std;
+    if (place < values.size()) values[place] = number.VALUE.VAL;
+    if (place < stds.size()) stds[place] = number.STD;
     ++count;
   }
 }

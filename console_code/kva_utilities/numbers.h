@@ -28,13 +28,26 @@ struct NUMBER {
 // number; nan and inf are none.
 bool GETNUM(std::string_view word, NUMBER& number);
 
+// A number with its esd, if the word has one.
+struct NUMBER_STD {
+  NUMBER VALUE;
+  float STD = 0.0f;
+  bool HAS_STD = false;
+};
+
+// Reads one word such as 1.234(5), which is 1.234 with 0.005, or 1.234. The esd counts units of the
+// mantissa's last digit, or stands as it is when it has a point; both times the power of ten:
+// 3.00E+2(2) is 300 with 2, and 12.5(1.2) 12.5 with 1.2. False with the error set when the word is
+// something else.
+bool GETNUM_STD(std::string_view word, NUMBER_STD& number);
+
 // Splits a text at blanks; double quotes keep a word whole. Fills words from the first and sets
 // count, also when it is larger than there is room (error "Dimension of DIRE exceeded").
 void GETWORDS(std::string_view text, std::span<std::string> words, int& count);
 // The same with the words as parts of the text itself.
 void GETWORDS(std::string_view text, std::span<std::string_view> words, int& count);
 
-// Numbers with esds, as in CIF: 1.234(5) is 1.234 and 0.005. "!" ends the text, or else "#".
+// Numbers with esds, as in CIF: 1.234(5) 0.25 and so on. "!" ends the text, or else "#".
 // count: numbers complete before an error; at most as many as values has room for are stored.
 void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float> stds, int& count);
 

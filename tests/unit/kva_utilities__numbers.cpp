@@ -147,6 +147,50 @@ TEST(GETNUM_STD, THE_ESD_COUNTS_IN_UNITS_OF_THE_LAST_DIGIT) {
   EXPECT_EQ(READ_STD(".26185(2)").STDS[0], 0.00002f);
 }
 
+// Units of the last digit of the mantissa, times the power of ten.
+TEST(GETNUM_STD, AN_EXPONENT_MOVES_THE_ESD_AS_IT_MOVES_THE_VALUE) {
+  const auto expect = [](std::string_view text, float value, float std) {
+    const READ_BACK read = READ_STD(text);
+    EXPECT_EQ(read.COUNT, 1) << text;
+    EXPECT_FLOAT_EQ(read.VALUES[0], value) << text;
+    EXPECT_FLOAT_EQ(read.STDS[0], std) << text;
+  };
+  expect("5.00E0(2)", 5.0f, 0.02f);
+  expect("3.00E+2(2)", 300.0f, 2.0f);
+  expect("3E2(2)", 300.0f, 200.0f);
+  expect("1.5e-3(4)", 0.0015f, 0.0004f);
+  expect("-1.25D+01(12)", -12.5f, 1.2f);
+  expect("2.50E+06(3)", 2500000.0f, 30000.0f);
+  expect("1.E1(3)", 10.0f, 30.0f);
+  expect("0.0E-99999999999(5)", 0.0f, 0.0f);
+  expect("0.0E99(0)", 0.0f, 0.0f);
+  EXPECT_EQ(READ_STD("0.0E99(5)").COUNT, 0) << "an esd of 5e98 is no 32-bit real";
+  EXPECT_EQ(READ_STD("0.0E99999999999(5)").COUNT, 0);
+}
+
+TEST(GETNUM_STD, AN_ESD_WITH_A_POINT_STANDS_AS_IT_IS) {
+  EXPECT_EQ(READ_STD("12.5(1.2)").STDS[0], 1.2f);
+  EXPECT_EQ(READ_STD("2.50(0.1)").STDS[0], 0.1f);
+  EXPECT_FLOAT_EQ(READ_STD("5.0E2(0.1)").STDS[0], 10.0f);
+}
+
+TEST(GETNUM_STD, A_WORD_TELLS_WHETHER_IT_HAS_AN_ESD) {
+  NUMBER_STD number;
+  ASSERT_TRUE(GETNUM_STD("-3.5(2)", number));
+  EXPECT_EQ(number.VALUE.VAL, -3.5f);
+  EXPECT_TRUE(number.HAS_STD);
+  EXPECT_EQ(number.STD, 0.2f);
+  ASSERT_TRUE(GETNUM_STD("7(0)", number));
+  EXPECT_TRUE(number.HAS_STD && number.VALUE.WHOLE);
+  EXPECT_EQ(number.STD, 0.0f);
+  ASSERT_TRUE(GETNUM_STD("7", number));
+  EXPECT_FALSE(number.HAS_STD);
+  for (const char* word : {"3.5(2)4", "3.5(2", "3.5)", "(2)", "", "x", "3,5(2)"}) {
+    EXPECT_FALSE(GETNUM_STD(word, number)) << word;
+    EXPECT_TRUE(ERR_TEXT) << word;
+  }
+}
+
 TEST(GETNUM_STD, SEVERAL_NUMBERS_AND_COMMENTS) {
   const READ_BACK read = READ_STD("5.4321(12) 7 # 8");
   EXPECT_EQ(read.COUNT, 2);
