@@ -1,8 +1,9 @@
 // The dialogue of PTEDIT and the setting of PT. Pressures in GPa, temperatures in K.
 #include "src/facetor6_ptedit/ptedit.h"
 
-#include <cmath>  // for abs
+#include <algorithm>  // for min
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,78 +20,137 @@ namespace FACETOR_PTEDIT {
 using namespace FACETOR_CONSOLE;
 using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
-using KVA_UTILITIES::NUMBER;
-using KVA_UTILITIES::TINY_REAL;
+using namespace KVA_UTILITIES;
 
 namespace {
 
-constexpr std::size_t most_numbers = 6;  // of a line: two blocks, two values, two esds
+// ---- a line of input ----
+
+// A pressure or a temperature with its esd; what was left out is 0.
+struct NEW_VALUE {
+  float VALUE = 0.0f;
+  float STD = 0.0f;
+  bool HAS_STD = false;
+};
 
 // What one line of input asks for.
 struct PT_CHANGE {
   int FIRST = 0;  // blocks
   int LAST = 0;
-  std::vector<float> VALUES;  // behind the block numbers
+  NEW_VALUE P;
+  NEW_VALUE T;
 };
 
-// The i-th value (from 0) behind the block numbers, 0 when it was left out.
-float VALUE_AT(const PT_CHANGE& change, std::size_t i) {
-  return i < change.VALUES.size() ? change.VALUES[i] : 0.0f;
+// A word of the line with its number.
+struct PT_WORD {
+  NUMBER_STD NUMBER;
+  bool IS_VALUE = false;  // it has a point, an exponent or an esd: no block number
+};
+
+bool IS_DIGIT_AT(std::string_view text, std::size_t place) {
+  return place < text.size() && text[place] >= '0' && text[place] <= '9';
 }
 
-bool IS_BLOCK_NUMBER(const NUMBER& number) {
-  return number.WHOLE && std::abs(number.IVAL) >= 1 && std::abs(number.IVAL) <= NPHASES;
+// A comma between two digits divides the numbers of a list without blanks, as in 2,-3,6.5. Where
+// blanks divide them it is a decimal comma, as in 6 1,54.
+bool HAS_DECIMAL_COMMA(std::string_view text) {
+  if (text.find_first_of(" \t") == std::string_view::npos) return false;
+  for (std::size_t comma = text.find(','); comma != std::string_view::npos;
+       comma = text.find(',', comma + 1))
+    if (comma > 0 && IS_DIGIT_AT(text, comma - 1) && IS_DIGIT_AT(text, comma + 1)) return true;
+  return false;
 }
 
-// Blocks and values of a line; nothing when a block number is not in the list or no value follows.
-std::optional<PT_CHANGE> CHANGE_FROM(const std::vector<NUMBER>& numbers) {
-  if (!IS_BLOCK_NUMBER(numbers[0]) || numbers[0].IVAL < 1) return std::nullopt;
-  PT_CHANGE change;
-  change.FIRST = numbers[0].IVAL;
-  change.LAST = change.FIRST;
-  std::size_t next = 1;
-  if (numbers.size() > 1 && numbers[1].VAL < 0.0f) {
-    if (!IS_BLOCK_NUMBER(numbers[1])) return std::nullopt;
-    change.LAST = -numbers[1].IVAL;
-    next = 2;
+// The numbers of a line; nothing when a word is none. Brackets around a number do not count, those
+// behind it hold its esd.
+std::optional<std::vector<PT_WORD>> WORDS_OF(std::string_view text) {
+  constexpr std::string_view dividers = " ,\t/";
+  std::vector<PT_WORD> words;
+  while (true) {
+    text.remove_prefix(std::min(text.find_first_not_of(dividers), text.size()));
+    if (text.empty()) return words;
+    std::string_view word = text.substr(0, text.find_first_of(dividers));
+    text.remove_prefix(word.size());
+    if (word.starts_with('(') && word.ends_with(')')) word = word.substr(1, word.size() - 2);
+    PT_WORD found;
+    if (!GETNUM_STD(word, found.NUMBER)) return std::nullopt;
+    found.IS_VALUE = word.find_first_of(".eEdD(") != std::string_view::npos;
+    words.push_back(found);
   }
-  for (; next < numbers.size(); ++next) change.VALUES.push_back(numbers[next].VAL);
-  if (change.VALUES.empty()) return std::nullopt;
+}
+
+// The block that the word names; 0 when it names none.
+int BLOCK_OF(const PT_WORD& word) {
+  const NUMBER& number = word.NUMBER.VALUE;
+  const bool names_block =
+      !word.IS_VALUE && number.WHOLE && number.IVAL >= 1 && number.IVAL <= NPHASES;
+  return names_block ? number.IVAL : 0;
+}
+
+bool ENDS_RANGE(const PT_WORD& word) {
+  return !word.IS_VALUE && word.NUMBER.VALUE.VAL < 0.0f;
+}
+
+// Takes the numbers of the blocks off the front; false when one of them is not in the list.
+bool TAKE_BLOCKS(std::span<const PT_WORD>& words, PT_CHANGE& change) {
+  if (words.empty()) return false;
+  change.FIRST = BLOCK_OF(words[0]);
+  change.LAST = change.FIRST;
+  words = words.subspan(1);
+  if (!words.empty() && ENDS_RANGE(words[0])) {
+    PT_WORD last = words[0];
+    last.NUMBER.VALUE.IVAL = -last.NUMBER.VALUE.IVAL;
+    change.LAST = BLOCK_OF(last);
+    words = words.subspan(1);
+  }
+  return change.FIRST > 0 && change.LAST > 0;
+}
+
+// Takes values in the order asked for and then esds, for those that have none. False without a
+// value. What follows does not count.
+bool TAKE_VALUES(std::span<const PT_WORD> words, std::span<NEW_VALUE* const> wanted) {
+  if (words.empty()) return false;
+  for (NEW_VALUE* value : wanted) {
+    if (words.empty()) break;
+    *value = {words[0].NUMBER.VALUE.VAL, words[0].NUMBER.STD, words[0].NUMBER.HAS_STD};
+    words = words.subspan(1);
+  }
+  for (NEW_VALUE* value : wanted) {
+    if (words.empty() || value->HAS_STD) continue;
+    if (words[0].NUMBER.HAS_STD) return false;  // an esd has none
+    value->STD = words[0].NUMBER.VALUE.VAL;
+    words = words.subspan(1);
+  }
+  return true;
+}
+
+// Blocks and values of a line for P, T or both; nothing when it cannot be meant so.
+std::optional<PT_CHANGE> CHANGE_FROM(char kind, std::string_view line) {
+  const std::string_view text = LEFT_ADJUST_VIEW(line.substr(0, line.find('#')));
+  if (HAS_DECIMAL_COMMA(text)) return std::nullopt;
+  const std::optional<std::vector<PT_WORD>> words = WORDS_OF(text);
+  if (!words) return std::nullopt;
+  PT_CHANGE change;
+  std::vector<NEW_VALUE*> wanted;  // P before T
+  if (kind != 'T') wanted.push_back(&change.P);
+  if (kind != 'P') wanted.push_back(&change.T);
+  std::span<const PT_WORD> rest(*words);
+  if (!TAKE_BLOCKS(rest, change) || !TAKE_VALUES(rest, wanted)) return std::nullopt;
   return change;
 }
 
 // ---- setting ----
 
-void SET_ESD(CRYSTAL_STRUCTURE_TYPE& phase, PT_ROW row, float esd) {
-  if (esd > TINY_REAL) phase.PT(row, PT_ESD) = esd;
-}
-
-void SET_PRESSURE(CRYSTAL_STRUCTURE_TYPE& phase, float p, float esd) {
-  phase.PT(PRESSURE, PT_VALUE) = p;
-  SET_ESD(phase, PRESSURE, esd);
+void SET_CONDITION(CRYSTAL_STRUCTURE_TYPE& phase, PT_ROW row, const NEW_VALUE& value) {
+  phase.PT(row, PT_VALUE) = value.VALUE;
+  if (value.STD > TINY_REAL) phase.PT(row, PT_ESD) = value.STD;
 }
 
 // A temperature of 0 or less leaves the old one.
-void SET_TEMPERATURE(CRYSTAL_STRUCTURE_TYPE& phase, float t, float esd) {
-  if (!(t > 0.0f)) return;
-  phase.PT(TEMPERATURE, PT_VALUE) = t;
-  SET_ESD(phase, TEMPERATURE, esd);
-}
-
 void APPLY_CHANGE(char kind, const PT_CHANGE& change) {
   for (int block = change.FIRST; block <= change.LAST; ++block) {
-    CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
-    switch (kind) {
-      case 'P':
-        SET_PRESSURE(phase, VALUE_AT(change, 0), VALUE_AT(change, 1));
-        break;
-      case 'T':
-        SET_TEMPERATURE(phase, VALUE_AT(change, 0), VALUE_AT(change, 1));
-        break;
-      default:
-        SET_PRESSURE(phase, VALUE_AT(change, 0), VALUE_AT(change, 2));
-        SET_TEMPERATURE(phase, VALUE_AT(change, 1), VALUE_AT(change, 3));
-    }
+    if (kind != 'T') SET_CONDITION(PHASE(block), PRESSURE, change.P);
+    if (kind != 'P' && change.T.VALUE > 0.0f) SET_CONDITION(PHASE(block), TEMPERATURE, change.T);
   }
 }
 
@@ -112,7 +172,7 @@ char ASK_KIND() {
   while (true) {
     GET_INPUT("     Do you want to change P or T or both (blank to exit)?");
     if (INSTRING_LEN == 0) return ' ';
-    const char kind = KVA_UTILITIES::U_CASE(INSTRING)[0];
+    const char kind = U_CASE(INSTRING)[0];
     if (kind == 'P' || kind == 'T' || kind == 'B') return kind;
   }
 }
@@ -122,12 +182,9 @@ void CHANGE_BLOCKS(char kind) {
   WRITE_OUT("|*****These are the new P and T:");
   while (true) {
     GET_INPUT(VALUES_PROMPT(kind));
-    bool all_numbers = false;
-    std::vector<NUMBER> numbers = KVA_UTILITIES::NUM_FROM_TEXT(INSTRING, all_numbers);
-    if (numbers.empty()) return;
-    if (numbers.size() > most_numbers) numbers.resize(most_numbers);
-    const std::optional<PT_CHANGE> change = CHANGE_FROM(numbers);
-    if (!all_numbers || !change) {
+    if (NUM_FROM_TEXT(INSTRING).empty()) return;
+    const std::optional<PT_CHANGE> change = CHANGE_FROM(kind, INSTRING);
+    if (!change) {
       WRITE_OUT(" *****Illegal input");
       continue;
     }

@@ -1,6 +1,8 @@
 // CHECK and PTEDIT: what they say and what they change.
 #include "facetor6_commands__check_ptedit.h"
 
+#include <array>
+
 #include "src/facetor6_ptedit/ptedit.h"
 #include "src/facetor6_readfiles/check.h"
 
@@ -113,14 +115,86 @@ TEST_F(PTEDIT, BOTH_WITHOUT_A_TEMPERATURE_ABOVE_0_SETS_THE_PRESSURE_ALONE) {
   EXPECT_EQ(T(1), 298.0f) << "none was given";
 }
 
-// Behind the block number a negative number is the end of a range.
-TEST_F(PTEDIT, NEGATIVE_PRESSURE_NEEDS_A_RANGE) {
-  ADD_BLOCKS(2);
-  EXPECT_TRUE(HOLDS(EDIT("P", "2 -0.5\n"), " *****Illegal input\n"));
-  EXPECT_EQ(P(2), 0.0f);
+// Behind the block number a negative number ends a range, unless it is written as a real.
+TEST_F(PTEDIT, A_NEGATIVE_NUMBER_WITH_A_POINT_IS_A_PRESSURE) {
+  ADD_BLOCKS(3);
+  EXPECT_TRUE(HOLDS(EDIT("P", "2 -3\n"), " *****Illegal input\n")) << "a range without a value";
+  EDIT("P", "2 -3.\n");
+  EXPECT_EQ(P(2), -3.0f);
+  EXPECT_EQ(P(1), 0.0f);
+  EXPECT_EQ(P(3), 0.0f);
   EDIT("P", "2 -2 -0.5\n");
   EXPECT_EQ(P(2), -0.5f);
-  EXPECT_EQ(P(1), 0.0f);
+  EDIT("P", "2 -3e0\n3 -2(1)\n");
+  EXPECT_EQ(P(2), -3.0f);
+  EXPECT_EQ(P(3), -2.0f);
+  EXPECT_EQ(ESD_P(3), 1.0f);
+  EDIT("P", "2 -3 -4\n");
+  EXPECT_EQ(P(2), -4.0f);
+  EXPECT_EQ(P(3), -4.0f);
+  EDIT("B", "1 -3.5 300\n");
+  EXPECT_EQ(P(1), -3.5f);
+  EXPECT_EQ(T(1), 300.0f);
+  EXPECT_TRUE(HOLDS(EDIT("P", "1 -99999999999 5\n"), " *****Illegal input\n"));
+}
+
+TEST_F(PTEDIT, AN_ESD_IN_BRACKETS_BELONGS_TO_ITS_VALUE) {
+  ADD_BLOCKS(3);
+  EDIT("P", "1 -2 3.5(2)\n");
+  for (int block : {1, 2}) {
+    EXPECT_EQ(P(block), 3.5f);
+    EXPECT_EQ(ESD_P(block), 0.2f) << "and not 2";
+  }
+  EDIT("T", "3 2.98E+2(3)\n");
+  EXPECT_EQ(T(3), 298.0f);
+  EXPECT_EQ(ESD_T(3), 3.0f);
+  EDIT("P", "3 1.25(3) 0.7\n");
+  EXPECT_FLOAT_EQ(ESD_P(3), 0.03f) << "a second esd has no place";
+  EDIT("P", "3 3.5(0)\n");
+  EXPECT_FLOAT_EQ(ESD_P(3), 0.03f) << "an esd of 0 leaves the old one";
+}
+
+TEST_F(PTEDIT, FREE_ESDS_FILL_THE_PLACES_THAT_HAVE_NONE) {
+  const auto edited = [this](const std::string& line) {
+    INIT_PHASE_LIST();
+    ADD_BLOCKS(1);
+    EDIT("B", line + "\n");
+    EXPECT_EQ(P(1), 3.5f) << line;
+    EXPECT_EQ(T(1), 400.0f) << line;
+    return std::array<float, 2>{ESD_P(1), ESD_T(1)};
+  };
+  EXPECT_EQ(edited("1 3.5(2) 400(5)"), (std::array<float, 2>{0.2f, 5.0f}));
+  EXPECT_EQ(edited("1 3.5(2) 400 5"), (std::array<float, 2>{0.2f, 5.0f}));
+  EXPECT_EQ(edited("1 3.5 400(5) 0.2"), (std::array<float, 2>{0.2f, 5.0f}));
+  EXPECT_EQ(edited("1 3.5 400 0.2 5"), (std::array<float, 2>{0.2f, 5.0f}));
+  EXPECT_EQ(edited("1 3.5 400 0.2"), (std::array<float, 2>{0.2f, 1.0f})) << "P before T";
+  EXPECT_EQ(edited("1 3.5(2) 400(5) 9"), (std::array<float, 2>{0.2f, 5.0f}));
+}
+
+TEST_F(PTEDIT, A_DECIMAL_COMMA_IS_REFUSED) {
+  ADD_BLOCKS(6);
+  for (const char* line :
+       {"6 1,54", "6  1,54 0.05", "1 -6 1,54", "1,6 1.54", "6\t1,54", "6 ,1,5"}) {
+    EXPECT_TRUE(HOLDS(EDIT("P", std::string(line) + "\n"), " *****Illegal input\n")) << line;
+    for (int block = 1; block <= 6; ++block) EXPECT_EQ(P(block), 0.0f) << line;
+  }
+  EDIT("P", "2,-3,6.5\n");
+  EXPECT_EQ(P(2), 6.5f);
+  EXPECT_EQ(P(3), 6.5f);
+  EDIT("P", " 1,54 \n4, 1.5, 0.5\n5 2.5 # not 2,5\n");
+  EXPECT_EQ(P(1), 54.0f) << "a list without blanks";
+  EXPECT_EQ(P(4), 1.5f);
+  EXPECT_EQ(P(5), 2.5f);
+}
+
+TEST_F(PTEDIT, AN_ESD_THAT_CANNOT_BE_MEANT_IS_REFUSED) {
+  ADD_BLOCKS(1);
+  for (const char* line : {"1 3.5(2", "1 3.5)", "1 3.5()", "1 3.5(-2)", "1 3.5(2)4", "1 3.5 0.2(1)",
+                           "1(1) 3.5", "1 3.5 ( 2 )"}) {
+    EXPECT_TRUE(HOLDS(EDIT("P", std::string(line) + "\n"), " *****Illegal input\n")) << line;
+    EXPECT_EQ(P(1), 0.0f) << line;
+    EXPECT_EQ(ESD_P(1), 0.02f) << line;
+  }
 }
 
 TEST_F(PTEDIT, SIX_NUMBERS_ARE_TAKEN_AND_MORE_ARE_PASSED_OVER) {
@@ -326,7 +400,14 @@ TEST_F(CHECK, CONDITIONS_OF_ADDED_BLOCKS_STAY_AS_THEY_WERE_READ) {
   EXPECT_EQ(T(2), 0.0f) << "READ would make it 298";
   EXPECT_EQ(P(2), 0.0f);
   EXPECT_EQ(T(3), 298.0f);
-  EXPECT_EQ(ESD_T(3), 1.0f);
+  EXPECT_EQ(ESD_T(3), 0.0f) << "nobody measured it";
   EXPECT_EQ(P(3), 0.0f);
-  EXPECT_FLOAT_EQ(ESD_P(3), 0.00001f);
+  EXPECT_EQ(ESD_P(3), 0.0f);
+}
+
+TEST_F(CHECK, ADDED_BLOCKS_WITHOUT_A_NAME_ARE_CALLED_BY_THE_FILE) {
+  CHECKED("data_\n_cell_length_a 5\ndata_\n_cell_length_a 6\n", "_cell_length_a\n", "\n");
+  ASSERT_EQ(NPHASES, 2);
+  EXPECT_EQ(PHASE(1).BLOCK_TITLE, "a");
+  EXPECT_EQ(PHASE(2).BLOCK_TITLE, "a_2");
 }
