@@ -27,14 +27,15 @@ using namespace KVA_UTILITIES;
 
 namespace {
 
-// Lines of a file that the user chooses; false, after a message, when there are none.
-bool READ_CHOSEN_CIF(FILE_LINES& lines) {
+// Name and lines of a file that the user chooses; false, after a message, when there are none.
+bool READ_CHOSEN_CIF(std::string& name, FILE_LINES& lines) {
   FILE_RECORD file;
   file.DESCRIPTOR = "CIF file";
   file.EXT = "cif";
   file.UNIT = DATA_UNIT;
   OPEN_FILE(file, "OLD READ");
   if (!file.OPEN) return false;
+  name = file.NAME;
   std::string message;
   READ_FILE(file, lines, message);
   CLOSE_FILE(file);
@@ -76,10 +77,11 @@ void REPORT_BLOCK(const FILE_LINES& block, int number, const std::vector<std::st
   for (const std::string& item : missing) WRITE_OUT("   " + item);
 }
 
-void ADD_TO_LOADED(FILE_LINES& ciflines) {
+void ADD_TO_LOADED(const std::string& file_name, FILE_LINES& ciflines) {
   STRUCTURE_LIST newx;
   int nblocks = 0;
   READ_CIF_TO_LIST(ciflines, newx, nblocks);
+  NAME_UNTITLED(file_name, newx);
   // Pressures and temperatures stay as read; what calculations rely on is made here.
   for (KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase : newx) {
     KVA_CRYSTAL_STRUCTURES::SET_ALLATOM_MULTIP(phase);
@@ -99,8 +101,9 @@ void RUN_CHECK_CIF() {
   ANNOUNCE("This routine just checks for the presence of items in a CIF");
   WARNING("Remember that it does not work off the list of structures previously loaded");
   WRITE_OUT("   Now select the CIF to be checked");
+  std::string cif_name;
   FILE_LINES ciflines;
-  if (!READ_CHOSEN_CIF(ciflines)) return;
+  if (!READ_CHOSEN_CIF(cif_name, ciflines)) return;
   CLEAN_CIF(ciflines);
   LIST<int> starts;
   int nblocks = 0;
@@ -109,8 +112,9 @@ void RUN_CHECK_CIF() {
 
   CLEAR_INPUT();
   WRITE_OUT("||   Now open the CIF with the list of items to be checked");
+  std::string list_name;
   FILE_LINES list;
-  if (!READ_CHOSEN_CIF(list)) return;
+  if (!READ_CHOSEN_CIF(list_name, list)) return;
   const std::vector<std::string> items = REQUIRED_ITEMS(list);
   for (int block = 1; block <= nblocks; ++block) {
     const int end = block < nblocks ? starts(block + 1) - 1 : ciflines.COUNT();
@@ -118,7 +122,7 @@ void RUN_CHECK_CIF() {
   }
   WRITE_OUT("||");
   if (GET_ANSWER_YN("Do you want to add these CIFs into Gemmara", "Y") == 'Y')
-    ADD_TO_LOADED(ciflines);
+    ADD_TO_LOADED(cif_name, ciflines);
 }
 
 }  // namespace FACETOR_READFILES

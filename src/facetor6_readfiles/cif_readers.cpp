@@ -67,8 +67,8 @@ void READ_CIF_CELL(const FILE_LINES& flines, int start, int end, std::array<floa
 void READ_CIF_TEMP(const FILE_LINES& flines, int start, int end, float& t, float& sigt) {
   constexpr std::array<std::string_view, 2> names{"_diffrn_ambient_temperature",
                                                   "_cell_measurement_temperature"};
-  t = 298.0f;
-  sigt = 1.0f;
+  t = ROOM_TEMPERATURE;
+  sigt = 0.0f;
   READ_FIRST_NUMBER(names, flines, start, end, t, sigt);
 }
 
@@ -77,7 +77,7 @@ void READ_CIF_PRESSURE(const FILE_LINES& flines, int start, int end, float& p, f
                                                   "_cell_measurement_pressure"};
   constexpr float gpa_per_kpa = 0.000001f;
   p = 0.0f;
-  sigp = 0.00001f;
+  sigp = 0.0f;
   float p_kpa = 0.0f;
   float sigp_kpa = 0.0f;
   if (!READ_FIRST_NUMBER(names, flines, start, end, p_kpa, sigp_kpa)) return;

@@ -11,6 +11,8 @@
 #include "console_code/console/output.h"
 #include "console_code/console/work.h"
 #include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/names.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_readfiles/readfiles.h"
@@ -39,9 +41,8 @@ std::string BLOCK_WORDS(const BLOCK& block) {
 // ---- title and cell ----
 
 void READ_TITLE(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
-  constexpr int title_length = 80;
   const std::string& line = flines(block.START);
-  phase.BLOCK_TITLE = CUT_TEXT(line.substr(line.find('_') + 1), title_length);
+  phase.BLOCK_TITLE = CUT_TEXT(line.substr(line.find('_') + 1), TITLE_LENGTH);
 }
 
 // True when the cell of the file could be taken.
@@ -222,6 +223,17 @@ void READ_BLOCK(const FILE_LINES& flines, const BLOCK& block, LAST_SYMMETRY& las
 }
 
 }  // namespace
+
+void NAME_UNTITLED(std::string_view file_name, STRUCTURE_LIST& newx) {
+  NAMES_TAKEN taken;
+  for (const CRYSTAL_STRUCTURE_TYPE& phase : newx)
+    if (LENTRIM(phase.BLOCK_TITLE) > 0) UNIQUE_NAME(phase.BLOCK_TITLE, taken, TITLE_LENGTH);
+  const std::string without_extension = FILENAME(file_name, "NOEXT");
+  const std::string name = without_extension.empty() ? FILENAME(file_name) : without_extension;
+  for (CRYSTAL_STRUCTURE_TYPE& phase : newx)
+    if (LENTRIM(phase.BLOCK_TITLE) == 0)
+      phase.BLOCK_TITLE = UNIQUE_NAME(CUT_TEXT(name, TITLE_LENGTH), taken, TITLE_LENGTH);
+}
 
 void STORE_ATOMS(const LIST<ATOM_TYPE>& atoms, int natoms, CRYSTAL_STRUCTURE_TYPE& phase) {
   if (natoms > CAPACITY(phase)) EXPAND_NATOMS(phase, natoms);

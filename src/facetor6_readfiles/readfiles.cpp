@@ -29,14 +29,14 @@ namespace {
 
 // ---- completing a block ----
 
-constexpr float room_temperature = 298.0f;  // K
-constexpr float one_atmosphere = 0.0001f;   // GPa
-
+// A pressure that was measured as 0 keeps its esd.
 void SET_DEFAULT_CONDITIONS(CRYSTAL_STRUCTURE_TYPE& phase) {
-  if (phase.PT(TEMPERATURE, PT_VALUE) < TINY_REAL)
-    phase.PT(TEMPERATURE, PT_VALUE) = room_temperature;
+  if (phase.PT(TEMPERATURE, PT_VALUE) < TINY_REAL) {
+    phase.PT(TEMPERATURE, PT_VALUE) = ROOM_TEMPERATURE;
+    phase.PT(TEMPERATURE, PT_ESD) = 0.0f;
+  }
   if (std::abs(phase.PT(PRESSURE, PT_VALUE)) < TINY_REAL)
-    phase.PT(PRESSURE, PT_VALUE) = one_atmosphere;
+    phase.PT(PRESSURE, PT_VALUE) = ONE_ATMOSPHERE;
 }
 
 // Names the unique axis of a monoclinic block, by the first angle that is not 90 degrees.
@@ -122,13 +122,14 @@ bool READ_CHOSEN_FILE(FILE_RECORD& file, FILE_LINES& flines) {
   return false;
 }
 
-// The blocks of the lines, by the type of the file; name is what a file without titles is called.
-void READ_BLOCKS(int type, const std::string& name, FILE_LINES& flines, STRUCTURE_LIST& newx,
+// The blocks of the lines, by the type of the file. Those without a title get the file's name.
+void READ_BLOCKS(int type, const std::string& file_name, FILE_LINES& flines, STRUCTURE_LIST& newx,
                  int& nblocks) {
-  if (type == CIF_FILE) return READ_CIF_TO_LIST(flines, newx, nblocks);
-  constexpr int title_length = 80;
-  READ_OUT_FILE(flines, newx, nblocks);
-  if (nblocks > 0) newx(1).BLOCK_TITLE = CUT_TEXT(name, title_length);
+  if (type == CIF_FILE)
+    READ_CIF_TO_LIST(flines, newx, nblocks);
+  else
+    READ_OUT_FILE(flines, newx, nblocks);
+  NAME_UNTITLED(file_name, newx);
 }
 
 }  // namespace
@@ -141,7 +142,7 @@ void READ_PHASE_FROM_FILE() {
   FILE_RECORD file;
   const int type = CHOOSE_FILE(file);
   if (type == 0) return;
-  const std::string name = FILENAME(file.NAME, "NOEXT");
+  const std::string name = file.NAME;  // closing the file forgets it
   FILE_LINES flines;
   if (!READ_CHOSEN_FILE(file, flines)) return;
   STRUCTURE_LIST newx;

@@ -17,9 +17,15 @@ using KVA_UTILITIES::FILE_LINES;
 using KVA_UTILITIES::LIST;
 using KVA_UTILITIES::VECTOR3;
 
+// Conditions of a block whose file tells none. They were not measured and have no esds.
+inline constexpr float ROOM_TEMPERATURE = 298.0f;  // K
+inline constexpr float ONE_ATMOSPHERE = 0.0001f;   // GPa
+
 // The command READ.
 void READ_PHASE_FROM_FILE();
 std::span<const std::string_view> READ_MENU();
+
+inline constexpr int TITLE_LENGTH = 80;  // characters of a block's title
 
 // Every block of a CIF into newx; nblocks receives their count.
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
@@ -27,6 +33,10 @@ void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
 // The text output of a run of the CRYSTAL program as one record; nblocks becomes 1. Asks for the
 // space group when the file does not tell it.
 void READ_OUT_FILE(const FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
+
+// Names the blocks that have no title by the file, with _2, _3 ... behind it where blocks of newx
+// have that title.
+void NAME_UNTITLED(std::string_view file_name, STRUCTURE_LIST& newx);
 
 // Puts the first natoms atoms into the record, all in use.
 void STORE_ATOMS(const LIST<KVA_CRYSTAL_STRUCTURES::ATOM_TYPE>& atoms, int natoms,

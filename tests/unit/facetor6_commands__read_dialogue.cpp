@@ -124,12 +124,29 @@ TEST_F(READ_DIALOGUE, THE_LIST_SHOWS_CONDITIONS_AS_READ_AND_THE_BLOCK_GETS_SENSI
   EXPECT_FLOAT_EQ(PHASE(1).PT(PRESSURE, PT_VALUE), -0.5f) << "a negative pressure is one";
 }
 
-TEST_F(READ_DIALOGUE, CONDITIONS_WITHOUT_ITEMS_HAVE_THEIR_ESDS) {
+TEST_F(READ_DIALOGUE, CONDITIONS_THAT_NOBODY_MEASURED_HAVE_NO_ESDS) {
   READ("data_one\n" + p1 + cell + atoms);
   EXPECT_EQ(PHASE(1).PT(TEMPERATURE, PT_VALUE), 298.0f);
-  EXPECT_EQ(PHASE(1).PT(TEMPERATURE, PT_ESD), 1.0f);
+  EXPECT_EQ(PHASE(1).PT(TEMPERATURE, PT_ESD), 0.0f);
   EXPECT_EQ(PHASE(1).PT(PRESSURE, PT_VALUE), 0.0001f);
-  EXPECT_EQ(PHASE(1).PT(PRESSURE, PT_ESD), 0.00001f);
+  EXPECT_EQ(PHASE(1).PT(PRESSURE, PT_ESD), 0.0f);
+  READ("data_two\n" + p1 + cell +
+       "_diffrn_ambient_temperature -5(2)\n_diffrn_ambient_pressure 0(50)\n" + atoms);
+  EXPECT_EQ(PHASE(2).PT(TEMPERATURE, PT_VALUE), 298.0f);
+  EXPECT_EQ(PHASE(2).PT(TEMPERATURE, PT_ESD), 0.0f) << "2 was that of another temperature";
+  EXPECT_EQ(PHASE(2).PT(PRESSURE, PT_VALUE), 0.0001f);
+  EXPECT_FLOAT_EQ(PHASE(2).PT(PRESSURE, PT_ESD), 0.00005f);
+}
+
+TEST_F(READ_DIALOGUE, BLOCKS_WITHOUT_A_NAME_ARE_CALLED_BY_THE_FILE) {
+  EXPECT_TRUE(READ("data_\n" + p1 + cell + atoms)
+                  .starts_with(found + "  1: a                     298.0   0.000\n"));
+  READ("data_\n" + p1 + cell + atoms + "\ndata_A_2\n" + p1 + cell + atoms + "\nDATA_  \n" + p1 +
+       cell + atoms);
+  ASSERT_EQ(NPHASES, 4);
+  EXPECT_EQ(PHASE(2).BLOCK_TITLE, "a");
+  EXPECT_EQ(PHASE(3).BLOCK_TITLE, "A_2");
+  EXPECT_EQ(PHASE(4).BLOCK_TITLE, "a_3") << "as a_2 is there already";
 }
 
 TEST_F(READ_DIALOGUE, ATOMS_ARE_READY_FOR_CALCULATIONS) {

@@ -1,0 +1,19 @@
+// Names that must differ: blocks of a file, columns of a sheet.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace KVA_UTILITIES {
+
+// Names that are taken, told apart without regard to letters, with how often each was asked for.
+struct NAMES_TAKEN {
+  std::unordered_map<std::string, int> COUNTS;
+};
+
+// The name, which is taken then; with _2, _3 ... behind it, within length bytes, when it was taken
+// before.
+std::string UNIQUE_NAME(std::string_view name, NAMES_TAKEN& taken, int length);
+
+}  // namespace KVA_UTILITIES
