@@ -19,7 +19,7 @@ find "$build/profiles" -name '*.profraw' >"$build/profiles.txt"
 "$profdata" merge -sparse -f "$build/profiles.txt" -o "$build/all.profdata"
 
 objects=()
-for program in "$build"/tests/*__*; do
+for program in "$build"/tests/*_tests; do
   [ -x "$program" ] && [ -f "$program" ] && objects+=(-object "$program")
 done
 sources=(console_code foundations cifcode common_code src)

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "places.h"
+
 using namespace KVA_CIFNEW;
 namespace fs = std::filesystem;
 
@@ -360,7 +362,7 @@ TEST(LOOPS, LINES_AND_KEY_ARE_LEFT_ADJUSTED) {
 
 // The numbers of blocks of real files, as listed beside them.
 TEST(REAL_FILES, HAVE_THE_LISTED_NUMBER_OF_BLOCKS) {
-  const fs::path samples = GEMMARA_SAMPLES;
+  const fs::path samples = PLACES::SAMPLES();
   std::ifstream index(samples / "index.tsv");
   if (!index) GTEST_SKIP() << "no sample files at " << samples;
   std::string line;

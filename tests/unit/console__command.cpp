@@ -7,6 +7,7 @@
 #include "tests/unit/console__interpreter.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 const std::string ambiguous = "*****Ambiguous command\n";
 
@@ -285,4 +286,5 @@ TEST_F(INTERPRETER, LOG_HOLDS_THE_WHOLE_DIALOGUE) {
   EXPECT_EQ(log.substr(log.size() - tail.size()), tail);
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

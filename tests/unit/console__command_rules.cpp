@@ -3,6 +3,7 @@
 #include "tests/unit/console__interpreter.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using RULES = INTERPRETER;
 
@@ -56,4 +57,5 @@ TEST_F(RULES, SYSTEM_MODE_ENDS_BY_ITS_FIRST_WORD) {
   EXPECT_EQ(TEXT_OF("out.txt"), "PROG\n");
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

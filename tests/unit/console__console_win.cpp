@@ -15,6 +15,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using CONSOLE_WIN = CONSOLE_TEST;
 
@@ -245,4 +246,5 @@ TEST_F(CONSOLE_WIN, TWO_WRITERS_NEVER_MIX) {
   second.join();
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

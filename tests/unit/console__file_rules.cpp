@@ -3,6 +3,7 @@
 #include "tests/unit/console__settings.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 class FILE_RULES : public SETTINGS {
  protected:
@@ -74,4 +75,5 @@ TEST_F(FILE_RULES, BLANK_LOCALAPPDATA_USES_NO_OTHER_PLACE_EVEN_WHEN_THERE_IS_ONE
     EXPECT_EQ(TEXT_OF(folder / place / "quorvansoftware/gemmara.ini"), "WDIR  /old\n") << place;
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

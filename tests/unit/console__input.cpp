@@ -6,6 +6,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 class INPUT : public CONSOLE_TEST {
  protected:
@@ -210,4 +211,5 @@ TEST_F(INPUT, CLEARING_LEAVES_NOTHING_PENDING) {
   EXPECT_EQ(INSTRING_LEN, 0);
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

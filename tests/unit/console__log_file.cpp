@@ -6,6 +6,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using KVA_UTILITIES::FILE_RECORD;
 
@@ -125,4 +126,5 @@ TEST_F(LOG_OPENING, FULL_DISK_CLOSES_THE_LOG) {
   EXPECT_FALSE(LOG_FILE.OPEN);
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

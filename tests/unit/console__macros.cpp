@@ -4,6 +4,7 @@
 #include "tests/unit/console__interpreter.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using MACROS = INTERPRETER;
 
@@ -210,4 +211,5 @@ TEST_F(MACROS, KEEPING_A_MACRO_OPEN_KEEPS_WHAT_IT_IS) {
   EXPECT_EQ(TEXT_OF("second.mcr"), "MACRO\nN\nbar\nEND\n");
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

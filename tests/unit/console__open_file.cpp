@@ -6,6 +6,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using KVA_UTILITIES::FILE_RECORD;
 
@@ -400,4 +401,5 @@ TEST_F(OPENING, MACRO_RECORD_IS_SET_UP) {
   EXPECT_EQ(MACRO_FILE.UNIT, 91);
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

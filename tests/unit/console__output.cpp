@@ -8,6 +8,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 class OUTPUT : public CONSOLE_TEST {
  protected:
@@ -291,4 +292,5 @@ TEST_F(OUTPUT, WORKING_DIRECTORY_LINE) {
       << "the directory where we are, even when the entry holds another one";
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

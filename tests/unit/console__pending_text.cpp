@@ -7,6 +7,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using PENDING = CONSOLE_TEST;
 
@@ -68,4 +69,5 @@ TEST_F(PENDING, LINES_OF_A_LIST_EACH_BEGIN_WITH_A_POSITIVE_NUMBER) {
       << said;
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

@@ -9,6 +9,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using NUMBERS = std::vector<int>;
 
@@ -298,4 +299,5 @@ TEST_F(SELECTION, NUMBERS_OF_A_LONG_MENU_STAND_IN_TWO_COLUMNS) {
   EXPECT_NE(text.find("\n      9: entry\n     10: entry\n     11: entry\n"), std::string::npos);
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

@@ -9,6 +9,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 const std::string illegal_value = "\n*****WARNING: Illegal value input, try again:\n\n";
 
@@ -356,4 +357,5 @@ TEST_F(PROMPTS, LONG_TEXT_IS_CUT_AT_255_CHARACTERS) {
   EXPECT_EQ(text, std::string(255, 'x'));
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

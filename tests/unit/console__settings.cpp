@@ -10,6 +10,7 @@
 #include "tests/unit/console__settings.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 // ---- the settings file ----
 
@@ -364,4 +365,5 @@ TEST_F(SETTINGS, MODE_COMMAND_CAN_BE_DISABLED) {
   EXPECT_FALSE(fs::exists(ini));
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

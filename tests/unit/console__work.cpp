@@ -13,6 +13,7 @@
 #include "tests/unit/console__dialogue.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
@@ -163,4 +164,5 @@ TEST_F(LONG_WORK, INTERRUPT_STOPS_A_REPLAY_AND_NOT_A_RECORDING) {
   EXPECT_TRUE(MACRO_FILE.OPEN);
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

@@ -7,6 +7,7 @@
 #include "tests/unit/console__settings.h"
 
 namespace CONSOLE_TESTS {
+namespace {
 
 using WORK_DIR = SETTINGS;
 
@@ -254,4 +255,5 @@ TEST_F(WORK_DIR_DEATH, CLOSING_SAVES_THE_DIRECTORY_AND_ENDS_WITH_STATUS_0) {
   EXPECT_EQ(TEXT_OF(ini), PADDED("WDIR  " + folder.string()));
 }
 
+}  // namespace
 }  // namespace CONSOLE_TESTS

@@ -17,6 +17,7 @@ class BLOCK_COMMANDS : public CONSOLE_TESTS::CONSOLE_TEST {
  protected:
   void SetUp() override {
     CONSOLE_TEST::SetUp();
+    PHASE = {};  // without the room that an earlier test has left
     INIT_PHASE_LIST();
   }
 

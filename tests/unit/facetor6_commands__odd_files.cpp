@@ -5,6 +5,7 @@
 #include <ctime>      // for clock
 
 #include "console__dialogue.h"
+#include "places.h"
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
@@ -50,7 +51,7 @@ class ODD_FILES : public CONSOLE_TESTS::CONSOLE_TEST {
   }
 
   static std::string ODD(const std::string& name) {
-    return std::string(GEMMARA_SOURCE) + "/tests/odd/" + name + ".cif";
+    return PLACES::SOURCE() + "/tests/odd/" + name + ".cif";
   }
 
   // What a command says that is given the pending text, the lines, and blank lines as long as it
@@ -292,8 +293,7 @@ TEST_F(ODD_FILES, EVERY_FILE_IN_THE_FOLDER_IS_TESTED) {
   for (const ODD_FILE& file : odd_files) tested.push_back(file.NAME);
   std::sort(tested.begin(), tested.end());
   LINES there;
-  for (const auto& entry :
-       CONSOLE_TESTS::fs::directory_iterator(std::string(GEMMARA_SOURCE) + "/tests/odd"))
+  for (const auto& entry : CONSOLE_TESTS::fs::directory_iterator(PLACES::SOURCE() + "/tests/odd"))
     there.push_back(entry.path().stem());
   std::sort(there.begin(), there.end());
   EXPECT_EQ(there, tested);

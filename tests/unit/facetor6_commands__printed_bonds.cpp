@@ -14,6 +14,7 @@
 #include "cifcode/cif_code_new/scanner.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
+#include "places.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "src/kva_crystal_structures/atom_search.h"
 #include "src/kva_crystal_structures/uncertainty.h"
@@ -253,7 +254,7 @@ TALLY COMPARE_FILE(const fs::path& path) {
 std::vector<fs::path> SAMPLE_FILES() {
   std::vector<fs::path> files;
   for (const char* folder : {"cif", "cif-series"}) {
-    const fs::path path = fs::path(GEMMARA_SAMPLES) / folder;
+    const fs::path path = fs::path(PLACES::SAMPLES()) / folder;
     if (!fs::exists(path)) continue;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path))
       if (entry.path().extension() == ".cif") files.push_back(entry.path());
@@ -296,7 +297,7 @@ const std::set<std::string> without_full_matrix{"1518798.cif", "4300015.cif", "p
 
 TEST(PRINTED_BONDS, DISTANCES_AND_ESDS_OF_REAL_FILES) {
   const std::vector<fs::path> files = SAMPLE_FILES();
-  if (files.empty()) GTEST_SKIP() << "no sample files at " << GEMMARA_SAMPLES;
+  if (files.empty()) GTEST_SKIP() << "no sample files at " << PLACES::SAMPLES();
   TALLY all;
   for (const fs::path& file : files) {
     const std::string name = file.filename();

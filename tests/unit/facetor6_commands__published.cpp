@@ -1,6 +1,7 @@
 // The examples, calculated, against values worked out independently from the published coordinates
 // (symmetry expansion, distances, convex hull of the ligands).
 #include "console__dialogue.h"
+#include "places.h"
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
@@ -18,7 +19,7 @@ class PUBLISHED : public CONSOLE_TESTS::CONSOLE_TEST {
   void CALC(const std::string& file, const std::string& range) {
     INIT_PHASE_LIST();
     RUN = RUN_PARAMETERS{};
-    CONSOLE_TESTS::PEND("cif " GEMMARA_SOURCE "/examples/" + file);
+    CONSOLE_TESTS::PEND("cif " + PLACES::SOURCE() + "/examples/" + file);
     SAID("y\n", FACETOR_READFILES::READ_PHASE_FROM_FILE);
     SAID(range + "\n", FACETOR_CALC::RUN_FACETOR_CALC_BONDS);
   }

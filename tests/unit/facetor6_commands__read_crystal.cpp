@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "console__dialogue.h"
+#include "places.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "structures.h"
@@ -469,7 +470,7 @@ TEST_F(CRYSTAL_OUTPUT, A_FILE_CUT_SHORT_ANYWHERE_IS_READ) {
 
 namespace {
 
-const std::filesystem::path samples = std::filesystem::path(GEMMARA_SAMPLES) / "crystal-out";
+const std::filesystem::path samples = std::filesystem::path(PLACES::SAMPLES()) / "crystal-out";
 
 std::string SAMPLE(const std::string& name) {
   std::ifstream stream(samples / (name + ".out"));

@@ -12,6 +12,7 @@
 #include <map>
 #include <sstream>
 
+#include "places.h"
 #include "src/facetor6_readfiles/readfiles.h"
 
 using namespace FACETOR_READFILES;
@@ -23,7 +24,7 @@ namespace {
 std::vector<fs::path> SAMPLE_FILES() {
   std::vector<fs::path> files;
   for (const char* folder : {"cif", "cif-series"}) {
-    const fs::path path = fs::path(GEMMARA_SAMPLES) / folder;
+    const fs::path path = fs::path(PLACES::SAMPLES()) / folder;
     if (!fs::exists(path)) continue;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path))
       if (entry.path().extension() == ".cif") files.push_back(entry.path());
@@ -74,9 +75,8 @@ std::vector<JUDGED> JUDGED_BLOCKS(const std::vector<fs::path>& files) {
     std::ofstream paths(in);
     for (const fs::path& file : files) paths << file.string() << '\n';
   }
-  const std::string command = "/usr/bin/python3 '" GEMMARA_SOURCE
-                              "/tests/judges/cif_group_numbers.py' < " +
-                              in + " > " + out;
+  const std::string command = "/usr/bin/python3 '" + PLACES::SOURCE() +
+                              "/tests/judges/cif_group_numbers.py' < " + in + " > " + out;
   EXPECT_EQ(std::system(command.c_str()), 0);
   std::vector<JUDGED> blocks;
   std::ifstream judged(out);
@@ -115,7 +115,7 @@ const std::map<std::string, int> other_groups{
 
 TEST(SAMPLES, EVERY_FILE_IS_READ_OR_REFUSED_WITH_A_SENTENCE) {
   const std::vector<fs::path> files = SAMPLE_FILES();
-  if (files.empty()) GTEST_SKIP() << "no sample files at " << GEMMARA_SAMPLES;
+  if (files.empty()) GTEST_SKIP() << "no sample files at " << PLACES::SAMPLES();
   for (const fs::path& file : files) {
     int count = 0;
     std::string said;
@@ -134,7 +134,7 @@ TEST(SAMPLES, EVERY_FILE_IS_READ_OR_REFUSED_WITH_A_SENTENCE) {
 
 TEST(SAMPLES, GROUPS_ARE_THOSE_THAT_ANOTHER_PROGRAM_FINDS) {
   const std::vector<fs::path> files = SAMPLE_FILES();
-  if (files.empty()) GTEST_SKIP() << "no sample files at " << GEMMARA_SAMPLES;
+  if (files.empty()) GTEST_SKIP() << "no sample files at " << PLACES::SAMPLES();
   if (std::system("/usr/bin/python3 -c 'import gemmi' 2>/dev/null") != 0)
     GTEST_SKIP() << "python3-gemmi is not installed";
   std::map<std::string, int> groups;

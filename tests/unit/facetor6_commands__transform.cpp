@@ -6,6 +6,7 @@
 #include <cmath>      // for abs, isinf
 
 #include "facetor6_commands__list_blocks.h"
+#include "places.h"
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "src/kva_crystal_structures/displacement.h"
@@ -605,7 +606,7 @@ class PUBLISHED_STRUCTURES : public TRANSFORMATION {
  protected:
   void READ(const std::string& file, const std::string& range) {
     SET_DEFAULT_CHARGES();
-    CONSOLE_TESTS::PEND("cif " GEMMARA_SOURCE "/examples/" + file);
+    CONSOLE_TESTS::PEND("cif " + PLACES::SOURCE() + "/examples/" + file);
     SAID("y\n", FACETOR_READFILES::READ_PHASE_FROM_FILE);
     dmin_and_dmax = range;
   }

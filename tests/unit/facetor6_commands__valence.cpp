@@ -6,7 +6,7 @@ using namespace VALENCE_TESTS;
 
 // ---- tables ----
 
-TEST(VALENCE_TABLES, COUNTS_AND_FIRST_RECORD) {
+TEST(VALENCE_PARAMETERS, COUNTS_AND_FIRST_RECORD) {
   EXPECT_EQ(XTAL::BVS_TABLE.size(), 247u);
   EXPECT_EQ(XTAL::BVS_REFERENCES[0], "Unknown  (provided by the user)");
   const XTAL::BVS_TABLE_TYPE& first = XTAL::BVS_TABLE[0];

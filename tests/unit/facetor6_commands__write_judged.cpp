@@ -1,6 +1,7 @@
 // What other programs see in the files that WRITE writes: gemmi and cod-tools, where they are
 // installed.
 #include "facetor6_commands__write_blocks.h"
+#include "places.h"
 
 using namespace WRITE_TESTS;
 
@@ -19,9 +20,8 @@ struct SEEN {
 };
 
 std::vector<SEEN> SEEN_IN(const std::string& file, const std::string& judge) {
-  const std::string command =
-      "echo '" + file + "' | /usr/bin/python3 '" GEMMARA_SOURCE "/tests/judges/written_cif.py' " +
-      judge + " > judged.txt";
+  const std::string command = "echo '" + file + "' | /usr/bin/python3 '" + PLACES::SOURCE() +
+                              "/tests/judges/written_cif.py' " + judge + " > judged.txt";
   EXPECT_EQ(std::system(command.c_str()), 0) << "does not parse";
   std::vector<SEEN> lines;
   std::ifstream judged("judged.txt");
@@ -236,15 +236,15 @@ TEST_F(JUDGED, THE_EXAMPLES) {
                               "sodium-nickelate-pressure/nanio2.cif"}) {
     SCOPED_TRACE(example);
     INIT_PHASE_LIST();
-    READ(GEMMARA_SOURCE "/examples/" + std::string(example));
+    READ(PLACES::SOURCE() + "/examples/" + std::string(example));
     CALC();
     EXPECT_JUDGED(fs::path(example).filename());
   }
 }
 
 TEST_F(JUDGED, THE_SERIES) {
-  const fs::path series = fs::path(GEMMARA_SAMPLES) / "cif-series";
-  if (!fs::exists(series)) GTEST_SKIP() << "no sample files at " << GEMMARA_SAMPLES;
+  const fs::path series = fs::path(PLACES::SAMPLES()) / "cif-series";
+  if (!fs::exists(series)) GTEST_SKIP() << "no sample files at " << PLACES::SAMPLES();
   if (JUDGES().empty()) GTEST_SKIP() << "neither python3-gemmi nor cod-tools is installed";
   for (const fs::directory_entry& folder_of : fs::directory_iterator(series)) {
     SCOPED_TRACE(folder_of.path());

@@ -2,6 +2,7 @@
 // the examples and real series.
 #include "facetor6_commands__write_blocks.h"
 #include "foundations/XTAL_Space_Group_Tables.h"
+#include "places.h"
 
 using namespace WRITE_TESTS;
 
@@ -117,23 +118,23 @@ class READ_BACK : public WRITTEN_BLOCKS {
 }  // namespace
 
 TEST_F(READ_BACK, HEMATITE) {
-  READ(GEMMARA_SOURCE "/examples/hematite-pressure/hematite.cif");
+  READ(PLACES::SOURCE() + "/examples/hematite-pressure/hematite.cif");
   EXPECT_READ_BACK();
 }
 
 TEST_F(READ_BACK, GYPSUM) {
-  READ(GEMMARA_SOURCE "/examples/gypsum-pressure/gypsum.cif");
+  READ(PLACES::SOURCE() + "/examples/gypsum-pressure/gypsum.cif");
   EXPECT_READ_BACK();
 }
 
 TEST_F(READ_BACK, SODIUM_NICKELATE) {
-  READ(GEMMARA_SOURCE "/examples/sodium-nickelate-pressure/nanio2.cif");
+  READ(PLACES::SOURCE() + "/examples/sodium-nickelate-pressure/nanio2.cif");
   EXPECT_READ_BACK();
 }
 
 TEST_F(READ_BACK, SERIES) {
-  const fs::path series = fs::path(GEMMARA_SAMPLES) / "cif-series";
-  if (!fs::exists(series)) GTEST_SKIP() << "no sample files at " << GEMMARA_SAMPLES;
+  const fs::path series = fs::path(PLACES::SAMPLES()) / "cif-series";
+  if (!fs::exists(series)) GTEST_SKIP() << "no sample files at " << PLACES::SAMPLES();
   for (const fs::directory_entry& folder_of : fs::directory_iterator(series)) {
     SCOPED_TRACE(folder_of.path());
     READ_SERIES(folder_of);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "console_code/kva_utilities/files.h"
+#include "places.h"
 
 using namespace KVA_UTILITIES;
 
@@ -51,7 +52,7 @@ TEST(BUFFERS, READING_KEEPS_NOTHING_OF_THE_LAST_FILE) {
   READ_FILE(file, lines, message);
   EXPECT_EQ(lines.COUNT(), 0);
   EXPECT_EQ(message, "*****Error opening file: /no/such/file");
-  file.NAME = GEMMARA_SOURCE "/.clang-format";
+  file.NAME = PLACES::SOURCE() + "/.clang-format";
   lines = {{"of the last file"}};
   READ_FILE(file, lines, message);
   EXPECT_EQ(message, "");

@@ -1,4 +1,5 @@
-// Date and time of day at moments that the test sets. The C library's time is replaced here.
+// Date and time of day at moments that the test sets. The C library's time is replaced here, for
+// all tests of this floor.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -10,13 +11,15 @@
 
 namespace {
 
-std::time_t moment = 0;  // seconds since 1970 in Greenwich
+std::time_t moment = 0;  // seconds since 1970 in Greenwich; 0: now
 
 }  // namespace
 
 extern "C" std::time_t time(std::time_t* result) noexcept {
-  if (result != nullptr) *result = moment;
-  return moment;
+  timespec now{moment, 0};
+  if (moment == 0) ::clock_gettime(CLOCK_REALTIME, &now);
+  if (result != nullptr) *result = now.tv_sec;
+  return now.tv_sec;
 }
 
 namespace {
@@ -30,6 +33,7 @@ constexpr std::time_t day = 24 * hour;
 class DATES : public testing::Test {
  protected:
   void TearDown() override {
+    moment = 0;
     ::unsetenv("TZ");
     ::tzset();
   }

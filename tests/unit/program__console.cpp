@@ -1,6 +1,7 @@
 // Runs the program as a process and reads what it says: start-up, settings between runs, end of
 // input, closed output, recorded sessions.
 #include "program__console.h"
+#include "places.h"
 
 #include <algorithm>
 
@@ -198,7 +199,7 @@ TEST_F(PROGRAM, FURTHER_ARGUMENTS_ARE_NOT_LOOKED_AT_AND_A_BLANK_ONE_IS_NONE) {
 
 // The log of the first run holds every prompt with its answer, and a replay shows them so.
 TEST_F(PROGRAM, REPLAYED_SESSION_SAYS_WHAT_THE_FIRST_RUN_SAID) {
-  fs::create_directory_symlink(fs::path(GEMMARA_SOURCE) / "examples/hematite-pressure",
+  fs::create_directory_symlink(fs::path(PLACES::SOURCE()) / "examples/hematite-pressure",
                                work / "data");
   // Blank answers, wrong ones asked for again, files named at the prompt, a log that is kept open,
   // a list over several lines, a menu left by a blank.

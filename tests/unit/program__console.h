@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+#include "places.h"
+
 namespace PROGRAM_TESTS {
 
 namespace fs = std::filesystem;
@@ -79,7 +81,7 @@ class PROGRAM : public testing::Test {
 
   // Runs a shell line in the work folder; $GEMMARA is the program.
   RUN_RESULT SHELL(const std::string& line) const {
-    ::setenv("GEMMARA", GEMMARA_PROGRAM, 1);
+    ::setenv("GEMMARA", PLACES::PROGRAM().c_str(), 1);
     const std::string command = "cd '" + work.string() + "' && { " + line + "\n} > '" +
                                 (folder / "said").string() + "' 2> '" +
                                 (folder / "errors").string() + "'";

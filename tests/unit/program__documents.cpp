@@ -13,11 +13,13 @@
 #include <string_view>
 #include <vector>
 
+#include "places.h"
+
 namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path source = GEMMARA_SOURCE;
+const fs::path source = PLACES::SOURCE();
 const fs::path dialogues = source / "tests/transcripts";
 
 // ---- documents and their parts ----

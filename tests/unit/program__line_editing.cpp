@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "places.h"
 #include "program__terminal.h"
 
 using namespace PROGRAM_TESTS;
@@ -32,7 +33,7 @@ class AT_TERMINAL : public STARTED {
  protected:
   void SetUp() override {
     STARTED::SetUp();
-    if (!GEMMARA_LINE_EDITING) GTEST_SKIP() << "built without libedit";
+    if (!PLACES::LINE_EDITING()) GTEST_SKIP() << "built without libedit";
     history = folder / "local/quorvansoftware/gemmara.history";
     PUT_FILE(work / "salt.cif", salt);
   }

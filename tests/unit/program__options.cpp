@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+#include "places.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -45,9 +47,9 @@ class OPTIONS : public testing::Test {
 
   // Runs the program in the work folder; arguments as the shell takes them.
   RUN_RESULT RUN(const std::string& arguments) const {
-    const std::string command = "cd '" + (folder / "work").string() +
-                                "' && { '" GEMMARA_PROGRAM "' " + arguments +
-                                "\n} < /dev/null > '" + (folder / "said").string() + "' 2> '" +
+    const std::string command = "cd '" + (folder / "work").string() + "' && { '" +
+                                PLACES::PROGRAM() + "' " + arguments + "\n} < /dev/null > '" +
+                                (folder / "said").string() + "' 2> '" +
                                 (folder / "errors").string() + "'";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
@@ -132,19 +134,19 @@ TEST_F(OPTIONS, AN_ANSWER_THAT_CANNOT_BE_WRITTEN_IS_STATUS_1) {
 }
 
 TEST_F(OPTIONS, THE_MANUAL_SHOWS_THE_HELP) {
-  const std::string manual = TEXT_OF(fs::path(GEMMARA_SOURCE) / "docs/manual.md");
+  const std::string manual = TEXT_OF(fs::path(PLACES::SOURCE()) / "docs/manual.md");
   EXPECT_TRUE(CONTAINS(manual, "```help\n" + RUN("--help").SAID + "```\n"));
 }
 
 TEST_F(OPTIONS, THE_MANUAL_PAGE_AND_THE_PACKAGES_HAVE_THE_VERSION) {
-  const std::string page = TEXT_OF(fs::path(GEMMARA_SOURCE) / "packaging/gemmara.1");
+  const std::string page = TEXT_OF(fs::path(PLACES::SOURCE()) / "packaging/gemmara.1");
   EXPECT_TRUE(page.starts_with(".TH GEMMARA 1 \"1 February 2025\" \"Gemmara 6.1\"")) << page;
-  const std::string project = TEXT_OF(fs::path(GEMMARA_SOURCE) / "CMakeLists.txt");
+  const std::string project = TEXT_OF(fs::path(PLACES::SOURCE()) / "CMakeLists.txt");
   EXPECT_TRUE(CONTAINS(project, "project(gemmara VERSION 6.1 "));
 }
 
 TEST_F(OPTIONS, THE_MANUAL_PAGE_TELLS_EVERY_OPTION_STATUS_AND_VARIABLE) {
-  const std::string page = TEXT_OF(fs::path(GEMMARA_SOURCE) / "packaging/gemmara.1");
+  const std::string page = TEXT_OF(fs::path(PLACES::SOURCE()) / "packaging/gemmara.1");
   for (const char* part :
        {"\n.B \\-\\-help\n", "\n.B \\-\\-version\n", "\n.B 0\n", "\n.B 1\n", "\n.B 2\n",
         "\n.B 64\n", "\n.B LOCALAPPDATA\n", "XDG_CONFIG_HOME", "quorvansoftware/gemmara.ini"})

@@ -10,6 +10,7 @@
 
 #include <chrono>
 
+#include "places.h"
 #include "program__console.h"
 
 namespace PROGRAM_TESTS {
@@ -70,7 +71,7 @@ class STARTED : public PROGRAM {
         if (stream != our_own) ::dup2(stream, place);
         ++place;
       }
-      if (::chdir(work.c_str()) == 0) ::execl(GEMMARA_PROGRAM, "gemmara", nullptr);
+      if (::chdir(work.c_str()) == 0) ::execl(PLACES::PROGRAM().c_str(), "gemmara", nullptr);
       ::_exit(99);
     }
     for (const int stream : {input, output, errors})

@@ -14,11 +14,13 @@
 #include <string>
 #include <vector>
 
+#include "places.h"
+
 namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path source = GEMMARA_SOURCE;
+const fs::path source = PLACES::SOURCE();
 const fs::path dialogues = source / "tests/transcripts";
 // What stands behind these words is another day or hour in every run, and is left out.
 constexpr std::array<std::string_view, 3> time_words{
@@ -95,8 +97,8 @@ TEST_P(TRANSCRIPT, EVERY_LINE_AS_WRITTEN_DOWN) {
   const fs::path folder = RUN_FOLDER(input.stem());
   const bool macro = input.extension() == ".mcr";
   fs::copy_file(input, folder / input.filename());
-  const std::string command = "cd '" + folder.string() +
-                              "' && LOCALAPPDATA= '" GEMMARA_PROGRAM "' " + (macro ? "./" : "< ") +
+  const std::string command = "cd '" + folder.string() + "' && LOCALAPPDATA= '" +
+                              PLACES::PROGRAM() + "' " + (macro ? "./" : "< ") +
                               input.filename().string() + (macro ? " < /dev/null" : "") +
                               " > said.txt 2> error.txt";
   const int status = std::system(command.c_str());

@@ -1,27 +1,11 @@
-// Takes the place of the program's own allocation in a test program, so that one of them can be
-// refused. For a program of one source only.
+// One allocation that can be refused. A test program that includes this has the operator new of
+// refused_memory.cpp instead of the system's.
 #pragma once
 
-#include <cstdlib>
-#include <new>
+#include <cstddef>
 
 namespace REFUSED_MEMORY {
 
-inline std::size_t refused = 0;  // bytes of the allocation that fails; 0: none
+extern std::size_t refused;  // bytes of the allocation that fails; 0: none
 
 }  // namespace REFUSED_MEMORY
-
-void* operator new(std::size_t bytes) {
-  const bool fails = bytes > 0 && bytes == REFUSED_MEMORY::refused;
-  void* const memory = fails ? nullptr : std::malloc(bytes + 1);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
-  std::free(memory);
-}

@@ -14,6 +14,7 @@
 
 #include "foundations/XTAL_Space_Group_Parts.h"
 #include "foundations/XTAL_Space_Group_Tables.h"
+#include "places.h"
 
 using namespace XTAL;
 
@@ -119,7 +120,8 @@ TEST(SETTINGS, THE_OWN_OPERATORS_FIND_THE_FIRST_ROW_THAT_HAS_THEM) {
 
 // Numbers of operators, systems and classes of the rows as an independent table has them.
 TEST(SETTINGS, AGREE_WITH_THE_TABLE_OF_FACTS) {
-  std::ifstream facts(std::filesystem::path(GEMMARA_SAMPLES) / "../data/space_group_settings.tsv");
+  std::ifstream facts(std::filesystem::path(PLACES::SAMPLES()) /
+                      "../data/space_group_settings.tsv");
   if (!facts) GTEST_SKIP() << "no table of facts beside the samples";
   std::string line;
   std::getline(facts, line);
@@ -150,8 +152,8 @@ TEST(HALL_SYMBOLS, GIVE_THE_OPERATORS_THAT_ANOTHER_PROGRAM_FINDS) {
     for (const SPGR_INFO_TYPE& row : SPGR_INFO) symbols << row.HALL << '\n';
     for (const EXTRA_SYMBOL& row : EXTRA_SYMBOLS) symbols << row.HALL << '\n';
   }
-  const std::string command =
-      "/usr/bin/python3 '" GEMMARA_SOURCE "/tests/judges/hall_operators.py' < " + in + " > " + out;
+  const std::string command = "/usr/bin/python3 '" + PLACES::SOURCE() +
+                              "/tests/judges/hall_operators.py' < " + in + " > " + out;
   ASSERT_EQ(std::system(command.c_str()), 0);
   std::ifstream symbols(in);
   std::ifstream judged(out);

@@ -12,6 +12,7 @@
 #include "foundations/XTAL_Bond_Valence_Tables.h"
 #include "foundations/XTAL_Scattering_Chemical_Tables.h"
 #include "foundations/XTAL_Space_Group_Tables.h"
+#include "places.h"
 
 using namespace XTAL;
 
@@ -21,7 +22,7 @@ using CELLS = std::vector<std::string>;
 
 // Rows of a table of facts behind its head line; none when the table is not at hand.
 std::vector<CELLS> FACTS(const std::string& name) {
-  std::ifstream file(std::filesystem::path(GEMMARA_SAMPLES) / "../data" / name);
+  std::ifstream file(std::filesystem::path(PLACES::SAMPLES()) / "../data" / name);
   std::vector<CELLS> rows;
   std::string line;
   std::getline(file, line);

@@ -1,0 +1,14 @@
+// Where the tests find the tree, the program and real files. These are the only things that differ
+// from one checkout to another, so they are compiled once, in places.cpp.
+#pragma once
+
+#include <string>
+
+namespace PLACES {
+
+std::string SOURCE();   // folder of the whole tree
+std::string PROGRAM();  // the program that was built beside the tests
+std::string SAMPLES();  // folder of real CIFs; blank: none at hand
+bool LINE_EDITING();    // whether the program was built with it
+
+}  // namespace PLACES
