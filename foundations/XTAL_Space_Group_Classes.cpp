@@ -57,19 +57,19 @@ constexpr std::array<POINT_GROUP_COUNTS, 32> point_groups{{
 
 struct LAUE_SYSTEM {
   std::string_view LAUE_START;
-  std::string_view SYSTEM;
+  SYSTEM NAME;
 };
 
 // First that fits the start of the Laue class, so "-1" stands behind what it begins.
 constexpr std::array<LAUE_SYSTEM, 8> laue_systems{{
-    {"2/m", "Monoclinic"},
-    {"mmm", "Orthorhombic"},
-    {"4/m", "Tetragonal"},
-    {"-3", "Trigonal"},
-    {"6/m", "Hexagonal"},
-    {"m-3", "Cubic"},
-    {"m3", "Cubic"},
-    {"-1", "Triclinic"},
+    {"2/m", SYSTEM::MONOCLINIC},
+    {"mmm", SYSTEM::ORTHORHOMBIC},
+    {"4/m", SYSTEM::TETRAGONAL},
+    {"-3", SYSTEM::TRIGONAL},
+    {"6/m", SYSTEM::HEXAGONAL},
+    {"m-3", SYSTEM::CUBIC},
+    {"m3", SYSTEM::CUBIC},
+    {"-1", SYSTEM::TRICLINIC},
 }};
 
 IMATRIX3 PROPER(const IMATRIX3& rot) {
@@ -110,6 +110,33 @@ std::string LAUE_IN_SETTING(std::string_view laue, const std::set<IMATRIX3>& rot
 
 }  // namespace
 
+std::string_view SYSTEM_NAME(SYSTEM system) {
+  switch (system) {
+    case SYSTEM::TRICLINIC:
+      return "Triclinic";
+    case SYSTEM::MONOCLINIC:
+      return "Monoclinic";
+    case SYSTEM::ORTHORHOMBIC:
+      return "Orthorhombic";
+    case SYSTEM::TETRAGONAL:
+      return "Tetragonal";
+    case SYSTEM::TRIGONAL:
+      return "Trigonal";
+    case SYSTEM::HEXAGONAL:
+      return "Hexagonal";
+    case SYSTEM::CUBIC:
+      return "Cubic";
+    case SYSTEM::UNKNOWN:
+      break;
+  }
+  return "";
+}
+
+std::string SYSTEM_TEXT(const CRYSTAL_SYSTEM& system) {
+  if (system.UNIQUE_AXIS == ' ') return std::string(SYSTEM_NAME(system.NAME));
+  return "Mono " + std::string(1, system.UNIQUE_AXIS) + "-uni";
+}
+
 void SET_CLASSES(SPACE_GROUP& spacegroup) {
   if (spacegroup.MULTIP == 0) return SET_ERR_SYMM("No symmetry operators are given");
   const std::set<IMATRIX3> rotations = ROTATIONS(spacegroup);
@@ -129,7 +156,7 @@ void SET_CLASSES(SPACE_GROUP& spacegroup) {
     spacegroup.LAUE = LAUE_IN_SETTING(row.LAUE, rotations);
     for (const LAUE_SYSTEM& system : laue_systems)
       if (spacegroup.LAUE.starts_with(system.LAUE_START)) {
-        spacegroup.CRYSTALSYS = system.SYSTEM;
+        spacegroup.CRYSTALSYS = {system.NAME};
         return;
       }
     return SET_ERR_SYMM("Laue Number Incorrect");

@@ -19,6 +19,29 @@ struct SYM_OP {
   VECTOR3 TR{};    // fractions of the cell, 0 up to 1
 };
 
+enum class SYSTEM {
+  UNKNOWN,
+  TRICLINIC,
+  MONOCLINIC,
+  ORTHORHOMBIC,
+  TETRAGONAL,
+  TRIGONAL,
+  HEXAGONAL,
+  CUBIC
+};
+
+struct CRYSTAL_SYSTEM {
+  SYSTEM NAME = SYSTEM::UNKNOWN;
+  char UNIQUE_AXIS = ' ';  // a, b or c of a monoclinic cell that shows it
+  bool operator==(const CRYSTAL_SYSTEM&) const = default;
+};
+
+// "Triclinic" ... "Cubic"; blank for an unknown one.
+std::string_view SYSTEM_NAME(SYSTEM system);
+
+// The name, or "Mono b-uni" with a unique axis.
+std::string SYSTEM_TEXT(const CRYSTAL_SYSTEM& system);
+
 struct WYCKOFF_ORBIT {
   int MULTIPLICITY = 0;     // points in the whole cell
   std::string LETTER;       // a to z
@@ -26,11 +49,11 @@ struct WYCKOFF_ORBIT {
 };
 
 struct SPACE_GROUP {
-  int NUMSPG = 0;            // International Tables number, 0 when no row fits
-  std::string SPG_SYMB;      // Hermann-Mauguin symbol, 20 characters
-  std::string HALL;          // Hall symbol, 16 characters
-  std::string GHALL;         // generalised Hall symbol
-  std::string CRYSTALSYS;    // "Triclinic" ... "Cubic", 12 characters
+  int NUMSPG = 0;        // International Tables number, 0 when no row fits
+  std::string SPG_SYMB;  // Hermann-Mauguin symbol, 20 characters
+  std::string HALL;      // Hall symbol, 16 characters
+  std::string GHALL;     // generalised Hall symbol
+  CRYSTAL_SYSTEM CRYSTALSYS;
   std::string LAUE;          // Laue class, 5 characters
   std::string PG;            // point group, 5 characters
   std::string INFO;          // how the record was made

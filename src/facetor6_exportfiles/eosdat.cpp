@@ -12,45 +12,45 @@ namespace FACETOR_EXPORTFILES {
 
 using namespace KVA_CONSOLE;
 using namespace KVA_UTILITIES;
+using XTAL::CRYSTAL_SYSTEM;
+using XTAL::SYSTEM;
 
 namespace {
 
 // ---- columns by crystal system ----
 
 struct SYSTEM_COLUMNS {
-  std::string_view SYSTEM;             // first four letters, and the axis of a monoclinic system
+  CRYSTAL_SYSTEM OF;
   std::string_view FORMAT;             // behind "Format 1 T sigT P sigP"
   std::vector<EOS_COLUMN> PARAMETERS;  // cell parameters in the file
 };
 
 const std::array<SYSTEM_COLUMNS, 10> system_columns{{
-    {"TRIC",
+    {{SYSTEM::TRICLINIC},
      " a siga b sigb c sigc alpha sigal beta sigbe gamma sigga v sigv",
      {EOS_A, EOS_B, EOS_C, EOS_ALPHA, EOS_BETA, EOS_GAMMA}},
-    {"MONOA", " a siga b sigb c sigc alpha sigal v sigv", {EOS_A, EOS_B, EOS_C, EOS_ALPHA}},
-    {"MONOB", " a siga b sigb c sigc beta sigbe v sigv", {EOS_A, EOS_B, EOS_C, EOS_BETA}},
-    {"MONOC", " a siga b sigb c sigc gamma sigga v sigv", {EOS_A, EOS_B, EOS_C, EOS_GAMMA}},
-    {"ORTH", "a siga b sigb c sigc v sigv", {EOS_A, EOS_B, EOS_C}},
-    {"TETR", " a siga c sigc  v sigv", {EOS_A, EOS_C}},
-    {"TRIG", " a siga c sigc  v sigv", {EOS_A, EOS_C}},
-    {"HEXA", " a siga c sigc  v sigv", {EOS_A, EOS_C}},
-    {"CUBI", " v sigv", {}},
-    {"", " v sigv", {}},
+    {{SYSTEM::MONOCLINIC, 'a'},
+     " a siga b sigb c sigc alpha sigal v sigv",
+     {EOS_A, EOS_B, EOS_C, EOS_ALPHA}},
+    {{SYSTEM::MONOCLINIC, 'b'},
+     " a siga b sigb c sigc beta sigbe v sigv",
+     {EOS_A, EOS_B, EOS_C, EOS_BETA}},
+    {{SYSTEM::MONOCLINIC, 'c'},
+     " a siga b sigb c sigc gamma sigga v sigv",
+     {EOS_A, EOS_B, EOS_C, EOS_GAMMA}},
+    {{SYSTEM::ORTHORHOMBIC}, "a siga b sigb c sigc v sigv", {EOS_A, EOS_B, EOS_C}},
+    {{SYSTEM::TETRAGONAL}, " a siga c sigc  v sigv", {EOS_A, EOS_C}},
+    {{SYSTEM::TRIGONAL}, " a siga c sigc  v sigv", {EOS_A, EOS_C}},
+    {{SYSTEM::HEXAGONAL}, " a siga c sigc  v sigv", {EOS_A, EOS_C}},
+    {{SYSTEM::CUBIC}, " v sigv", {}},
+    {volumes_of_polyhedra, " v sigv", {}},
 }};
 
-// The letter before "-UN" of a monoclinic system; A when there is no such mark.
-char UNIQUE_AXIS(const std::string& system) {
-  const int mark = INDEXALL(system, "-UN");
-  return mark > 1 ? system[static_cast<std::size_t>(mark - 2)] : 'A';
-}
-
-const SYSTEM_COLUMNS& COLUMNS_OF(const std::string& system) {
-  std::string key = system.substr(0, 4);
-  if (key == "MONO") key += UNIQUE_AXIS(system);
-  const auto* found =
-      std::find_if(system_columns.begin(), system_columns.end(),
-                   [&key](const SYSTEM_COLUMNS& columns) { return columns.SYSTEM == key; });
-  return found == system_columns.end() ? system_columns.back() : *found;
+// A monoclinic cell that does not show its unique axis counts as unique a.
+const SYSTEM_COLUMNS& COLUMNS_OF(CRYSTAL_SYSTEM system) {
+  if (system == CRYSTAL_SYSTEM{SYSTEM::MONOCLINIC}) system.UNIQUE_AXIS = 'a';
+  return *std::find_if(system_columns.begin(), system_columns.end(),
+                       [&](const SYSTEM_COLUMNS& columns) { return columns.OF == system; });
 }
 
 // ---- rows ----
@@ -99,16 +99,16 @@ std::vector<std::string> ROW_TEXTS(const EOS_POINT& point, const SYSTEM_COLUMNS&
 
 // ---- the file ----
 
-std::vector<std::string> HEADER_LINES(const std::string& system, std::string_view title,
-                                      bool volumes) {
+std::vector<std::string> HEADER_LINES(const CRYSTAL_SYSTEM& system, std::string_view title) {
   std::vector<std::string> lines{" ", "Title Datafile created by Gemmara on " + DATE_KVA()};
   if (!title.empty()) {
     lines.push_back(" ");
     lines.push_back("#   " + std::string(title));
   }
   lines.insert(lines.end(), {" ", "Tscale K", "Pscale GPa"});
+  const bool volumes = system == volumes_of_polyhedra;
   lines.push_back(volumes ? "Vscale A^3/polyhedron" : "Vscale A^3/cell");
-  if (!system.empty()) lines.push_back("System " + system);
+  if (!volumes) lines.push_back("System " + U_CASE(SYSTEM_TEXT(system)));
   lines.push_back(" ");
   lines.push_back("Format 1 T sigT P sigP" + std::string(COLUMNS_OF(system).FORMAT));
   return lines;
@@ -128,7 +128,7 @@ bool HAS_STARS(const std::vector<std::string>& lines) {
 
 }  // namespace
 
-void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, std::string_view system_text,
+void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, const CRYSTAL_SYSTEM& system,
                   std::string_view title) {
   FILE_RECORD file;
   file.DESCRIPTOR = "Kompressa datafile";
@@ -137,13 +137,11 @@ void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, std::string_view system_
   OPEN_FILE(file, "APPEND CONF");
   if (!file.OPEN) return;
 
-  const bool volumes = INDEXALL(system_text, "Vol") > 0;
-  const std::string system = volumes ? "" : U_CASE(TRIM(system_text));
   std::vector<std::vector<std::string>> rows;
   for (const EOS_POINT& point : points) rows.push_back(ROW_TEXTS(point, COLUMNS_OF(system)));
   const std::vector<std::string> data = WRITE_COLS(rows);
   const bool written =
-      WRITE_LINES(file.UNIT, HEADER_LINES(system, title, volumes)) && WRITE_LINES(file.UNIT, data);
+      WRITE_LINES(file.UNIT, HEADER_LINES(system, title)) && WRITE_LINES(file.UNIT, data);
   CLOSE_FILE(file);
   if (written)
     WRITE_OUT("     File header   and " + INTEGER_COLUMNS(static_cast<int>(points.size()), 3) +

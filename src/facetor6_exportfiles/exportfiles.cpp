@@ -19,9 +19,8 @@ using namespace KVA_UTILITIES;
 
 namespace {
 
-constexpr int system_length = 12;      // characters of a crystal system that count
 constexpr float least_volume = 0.01f;  // cubic angstroms; below: no volume was calculated
-constexpr std::string_view no_symmetry = "TRICLINIC";
+constexpr XTAL::CRYSTAL_SYSTEM no_symmetry{XTAL::SYSTEM::TRICLINIC};
 
 EOS_POINT CONDITIONS(const CRYSTAL_STRUCTURE_TYPE& phase) {
   EOS_POINT point;
@@ -43,11 +42,11 @@ EOS_POINT CELL_POINT(const CRYSTAL_STRUCTURE_TYPE& phase) {
 }
 
 // The crystal system that all phases share, or triclinic.
-std::string COMMON_SYSTEM(const STRUCTURE_LIST& phases, int n) {
-  const std::string system = U_CASE(CUT_TEXT(phases(1).SPG.CRYSTALSYS, system_length));
-  if (system.empty()) return std::string(no_symmetry);
-  for (int k = 1; k <= n; ++k)
-    if (INDEXALL(phases(k).SPG.CRYSTALSYS, system) == 0) return std::string(no_symmetry);
+XTAL::CRYSTAL_SYSTEM COMMON_SYSTEM(const STRUCTURE_LIST& phases, int n) {
+  const XTAL::CRYSTAL_SYSTEM system = phases(1).SPG.CRYSTALSYS;
+  if (system.NAME == XTAL::SYSTEM::UNKNOWN) return no_symmetry;
+  for (int k = 2; k <= n; ++k)
+    if (phases(k).SPG.CRYSTALSYS != system) return no_symmetry;
   return system;
 }
 
@@ -85,7 +84,7 @@ void WRITE_VOLUMES_OF(int i, const STRUCTURE_LIST& phases, int n) {
     point[EOS_V] = {phases(k).POLYHEDRON(i, POLY_VOLUME), phases(k).POLYHEDRON(i, POLY_VOLUME_STD)};
     points.push_back(point);
   }
-  WRITE_EOSDAT(points, "VOL", "Polyhedral Volumes for " + label);
+  WRITE_EOSDAT(points, volumes_of_polyhedra, "Polyhedral Volumes for " + label);
 }
 
 }  // namespace

@@ -22,9 +22,10 @@ void RUN_EXPORT();
 void EXPORT_CELL_EOSDAT(const KVA_CRYSTAL_STRUCTURES::STRUCTURE_LIST& phases, int n);
 void EXPORT_POLYVOL_EOSDAT(const KVA_CRYSTAL_STRUCTURES::STRUCTURE_LIST& phases, int n);
 
-// Writes the points to a file that the user names. system: crystal system, or "VOL" for volumes of
+// Writes the points to a file that the user names: cells of the crystal system, or else volumes of
 // polyhedra.
-void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, std::string_view system,
+inline constexpr XTAL::CRYSTAL_SYSTEM volumes_of_polyhedra{};
+void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, const XTAL::CRYSTAL_SYSTEM& system,
                   std::string_view title = "");
 
 }  // namespace FACETOR_EXPORTFILES

@@ -43,10 +43,10 @@ void SET_DEFAULT_CONDITIONS(CRYSTAL_STRUCTURE_TYPE& phase) {
 void SET_UNIQUE_AXIS(CRYSTAL_STRUCTURE_TYPE& phase) {
   constexpr float right_angle_tolerance = 0.01f;  // degrees
   constexpr std::string_view axes = "abc";
-  if (INDEXALL(phase.SPG.CRYSTALSYS, "mono") == 0) return;
+  if (phase.SPG.CRYSTALSYS.NAME != XTAL::SYSTEM::MONOCLINIC) return;
   for (std::size_t k = 0; k < 3; ++k) {
     if (!(std::abs(phase.CELL.ANG[k] - 90.0f) > right_angle_tolerance)) continue;
-    phase.SPG.CRYSTALSYS = "Mono " + std::string(1, axes[k]) + "-uni";
+    phase.SPG.CRYSTALSYS.UNIQUE_AXIS = axes[k];
     return;
   }
 }

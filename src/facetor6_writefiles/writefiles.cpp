@@ -59,7 +59,8 @@ void WRITE_METADATA(const CRYSTAL_STRUCTURE_TYPE& phase, int unit) {
 }
 
 void WRITE_SYMMETRY(const XTAL::SPACE_GROUP& group, int unit) {
-  WRITE_CIF_LINE("_space_group_crystal_system          '" + TRIM(group.CRYSTALSYS) + "'", unit);
+  WRITE_CIF_LINE("_space_group_crystal_system          '" + SYSTEM_TEXT(group.CRYSTALSYS) + "'",
+                 unit);
   WRITE_CIF_LINE("_symmetry_space_group_name_H-M       '" + TRIM(group.SPG_SYMB) + "'", unit);
   WRITE_CIF_LINE("_symmetry_space_group_name_Hall      '" + TRIM(group.HALL) + "'", unit);
   WRITE_CIF_LOOP_HEAD({"_space_group_symop_operation_xyz"}, unit);

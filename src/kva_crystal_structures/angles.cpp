@@ -1,19 +1,18 @@
 // Angles with their esds: those that symmetry fixes have none.
 #include "src/kva_crystal_structures/angles.h"
 
-#include <algorithm>  // for any_of
-#include <cmath>      // for sqrt, abs
+#include <cmath>  // for sqrt, abs
+#include <optional>
+#include <span>
 
 #include "console_code/kva_utilities/numbers.h"
-#include "console_code/kva_utilities/text.h"
-#include "src/kva_crystal_structures/cell_shifts.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
 using KVA_UTILITIES::IMATRIX3;
-using KVA_UTILITIES::INDEXALL;
 using KVA_UTILITIES::TINY_REAL;
 using XTAL::SQUARE;
+using XTAL::SYSTEM;
 
 // ---- angles of vectors ----
 
@@ -82,59 +81,66 @@ namespace {
 // The three atoms of an angle: apex first.
 using TRIPLET = std::array<VECTOR3, 3>;
 
-// Sets the angle to the value if it lies within tolerance of it.
-bool SNAP(float& angle, float value, float tolerance) {
-  if (std::abs(angle - value) > tolerance) return false;
-  angle = value;
-  return true;
+// The first of the values that lies within tolerance of the angle.
+std::optional<float> VALUE_NEAR(float angle, std::span<const float> values, float tolerance) {
+  for (float value : values)
+    if (std::abs(angle - value) <= tolerance) return value;
+  return std::nullopt;
 }
 
-// Angles that a mirror between the ligands fixes, by crystal system.
-bool FIXED_BY_MIRROR(const XTAL::SPACE_GROUP& group, float& angle) {
-  constexpr float tolerance = 0.001f;
-  std::vector<float> values;
-  const SYSTEM system = SYSTEM_OF(group);
-  if (INDEXALL(group.CRYSTALSYS, "hexagonal") > 0 || INDEXALL(group.CRYSTALSYS, "trigonal") > 0)
-    values = {60.0f, 180.0f};
-  else if (system == SYSTEM::UNIAXIAL || system == SYSTEM::CUBIC)
-    values = {45.0f, 90.0f, 135.0f, 180.0f};
-  else if (system == SYSTEM::ORTHORHOMBIC || system == SYSTEM::MONOCLINIC)
-    values = {180.0f};
-  return std::any_of(values.begin(), values.end(),
-                     [&](float value) { return SNAP(angle, value, tolerance); });
+constexpr float straight_angle = 180.0f;
+constexpr std::array<float, 1> straight{straight_angle};
+
+// Angles that a mirror between the ligands fixes.
+std::span<const float> MIRROR_ANGLES(SYSTEM system) {
+  static constexpr std::array<float, 2> hexagonal{60.0f, straight_angle};
+  static constexpr std::array<float, 4> square{45.0f, 90.0f, 135.0f, straight_angle};
+  switch (system) {
+    case SYSTEM::TRIGONAL:
+    case SYSTEM::HEXAGONAL:
+      return hexagonal;
+    case SYSTEM::TETRAGONAL:
+    case SYSTEM::CUBIC:
+      return square;
+    case SYSTEM::ORTHORHOMBIC:
+    case SYSTEM::MONOCLINIC:
+      return straight;
+    default:
+      return {};
+  }
 }
 
-constexpr float axis_tolerance = 0.1f;  // degrees from the angle that an axis demands
+constexpr float mirror_tolerance = 0.001f;  // degrees
+constexpr float axis_tolerance = 0.1f;      // degrees from the angle that an axis demands
 
-// A two-fold axis along a cell edge with apex and ligands at one height: the ligands are opposite.
-// On axes that are not at right angles equal coordinates are not yet one height.
-bool FIXED_BY_TWOFOLD(const IMATRIX3& rot, const TRIPLET& x_frac, float& angle) {
+// Across a two-fold axis along a cell edge ligands at the height of the apex are opposite. On axes
+// that are not at right angles equal coordinates are not yet one height.
+std::optional<float> FIXED_BY_TWOFOLD(const IMATRIX3& rot, const TRIPLET& x_frac, float angle) {
   constexpr float same_coordinate = 1e-5f;
   for (std::size_t k = 0; k < 3; ++k)
-    if (rot[k][k] == 1 && std::abs(x_frac[0][k] - x_frac[1][k]) < same_coordinate &&
-        SNAP(angle, 180.0f, axis_tolerance))
-      return true;
-  return false;
+    if (rot[k][k] == 1 && std::abs(x_frac[0][k] - x_frac[1][k]) < same_coordinate)
+      return VALUE_NEAR(angle, straight, axis_tolerance);
+  return std::nullopt;
 }
 
 // Multiples of 360 degrees over the order of the axis.
-bool FIXED_BY_AXIS(int order, float& angle) {
-  for (int k = 1; k <= order; ++k)
-    if (SNAP(angle, static_cast<float>(k) * 360.0f / static_cast<float>(order), axis_tolerance))
-      return true;
-  return false;
+std::optional<float> FIXED_BY_AXIS(int order, float angle) {
+  for (int k = 1; k <= order; ++k) {
+    const float value = static_cast<float>(k) * 360.0f / static_cast<float>(order);
+    if (std::abs(angle - value) <= axis_tolerance) return value;
+  }
+  return std::nullopt;
 }
 
-// Whether an operator of the given kind that swaps the ligands fixes the angle.
-bool FIXED_BY_OPERATOR(const XTAL::SPACE_GROUP& group, const IMATRIX3& rot, const TRIPLET& x_frac,
-                       float& angle) {
+// The exact angle when an operator of the given kind, which swaps the ligands, fixes it.
+std::optional<float> FIXED_BY_OPERATOR(SYSTEM system, const IMATRIX3& rot, const TRIPLET& x_frac,
+                                       float angle) {
   const int type = XTAL::ROTATION_TYPE(rot);
   switch (type) {
     case -1:
-      angle = 180.0f;
-      return true;
+      return straight_angle;
     case -2:
-      return FIXED_BY_MIRROR(group, angle);
+      return VALUE_NEAR(angle, MIRROR_ANGLES(system), mirror_tolerance);
     case 2:
       return FIXED_BY_TWOFOLD(rot, x_frac, angle);
     case 3:
@@ -142,24 +148,27 @@ bool FIXED_BY_OPERATOR(const XTAL::SPACE_GROUP& group, const IMATRIX3& rot, cons
     case 6:
       return FIXED_BY_AXIS(type, angle);
     default:
-      return false;
+      return std::nullopt;
   }
 }
 
-// Whether the symmetry of the apex fixes the angle between two images of one atom.
-bool FIXED_BY_SYMMETRY(const CRYSTAL_STRUCTURE_TYPE& phase, const APEX_ATOM& apex,
-                       const PLACED_ATOM& atom1, const PLACED_ATOM& atom2, float& angle) {
+// The exact angle when the symmetry of the apex fixes the one between two images of one atom.
+std::optional<float> FIXED_BY_SYMMETRY(const CRYSTAL_STRUCTURE_TYPE& phase, const APEX_ATOM& apex,
+                                       const PLACED_ATOM& atom1, const PLACED_ATOM& atom2,
+                                       float angle) {
   constexpr float same_position = 0.001f;  // angstroms
-  if (atom1.ATOM == 0 || atom1.ATOM != atom2.ATOM) return false;
+  if (atom1.ATOM == 0 || atom1.ATOM != atom2.ATOM) return std::nullopt;
   for (int s = 2; s <= apex.ORDER; ++s) {
     const XTAL::SYM_OP& op = phase.SPG.SYMOP(apex.OPERATORS(s));
     // The translation brings the image of the apex back to the apex itself.
     const VECTOR3 image = XTAL::ADD(XTAL::APPLY_OP(op, atom1.X), apex.TRANSLATIONS(s));
     const VECTOR3 apart = XTAL::SUBTRACT(image, atom2.X);
     if (CRYST_DIST(apart, phase.CELL.GD) > same_position) continue;
-    if (FIXED_BY_OPERATOR(phase.SPG, op.ROT, {apex.PLACED.X, atom1.X, atom2.X}, angle)) return true;
+    const std::optional<float> exact = FIXED_BY_OPERATOR(phase.SPG.CRYSTALSYS.NAME, op.ROT,
+                                                         {apex.PLACED.X, atom1.X, atom2.X}, angle);
+    if (exact) return exact;
   }
-  return false;
+  return std::nullopt;
 }
 
 // ---- angle with its esd ----
@@ -213,10 +222,10 @@ VALUE_ESD ANGLE_AND_SIGMA_VCV(const RULER& ruler, const APEX_ATOM& apex, const S
                               const SPOKE& spoke2) {
   VALUE_ESD result;
   result.VALUE = ANGLE_BETWEEN(spoke1.AS_IS, spoke2.AS_IS);
-  const bool no_length = !(spoke1.AS_IS.LENGTH > 0.0f) || !(spoke2.AS_IS.LENGTH > 0.0f);
-  if (no_length ||
-      FIXED_BY_SYMMETRY(ruler.IMAGES.PHASE, apex, spoke1.LIGAND, spoke2.LIGAND, result.VALUE))
-    return result;
+  if (!(spoke1.AS_IS.LENGTH > 0.0f) || !(spoke2.AS_IS.LENGTH > 0.0f)) return result;
+  const std::optional<float> exact =
+      FIXED_BY_SYMMETRY(ruler.IMAGES.PHASE, apex, spoke1.LIGAND, spoke2.LIGAND, result.VALUE);
+  if (exact) return {*exact, 0.0f};
 
   const MATRIX9 v =
       TRIPLET_COVARIANCE(spoke1.WITH_APEX, CALC_VCV_TWO_ATOMS(spoke1.LIGAND, spoke2.LIGAND));

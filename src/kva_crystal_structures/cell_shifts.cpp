@@ -1,23 +1,9 @@
-// Crystal systems, and the cells that the esds of lengths, angles and volumes are measured in.
+// The cells that the esds of lengths, angles and volumes are measured in.
 #include "src/kva_crystal_structures/cell_shifts.h"
-
-#include "console_code/kva_utilities/text.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
-using KVA_UTILITIES::INDEXALL;
-
-SYSTEM SYSTEM_OF(const XTAL::SPACE_GROUP& group) {
-  const std::string& text = group.CRYSTALSYS;
-  if (INDEXALL(text, "cubic") > 0) return SYSTEM::CUBIC;
-  if (INDEXALL(text, "tetragonal") > 0 || INDEXALL(text, "hexagonal") > 0 ||
-      INDEXALL(text, "trigonal") > 0)
-    return SYSTEM::UNIAXIAL;
-  if (INDEXALL(text, "orthorhombic") > 0) return SYSTEM::ORTHORHOMBIC;
-  // With a unique axis the text reads "Mono b-uni".
-  if (INDEXALL(text, "mono") == 1) return SYSTEM::MONOCLINIC;
-  return INDEXALL(text, "triclinic") > 0 ? SYSTEM::TRICLINIC : SYSTEM::UNKNOWN;
-}
+using XTAL::SYSTEM;
 
 namespace {
 
@@ -47,20 +33,36 @@ std::vector<CELL_SHIFT> UNIAXIAL_SHIFTS(const XTAL::CRYSTAL_CELL& cell) {
   return {base, LENGTH_SHIFT(cell, 2, cell.ANG)};
 }
 
+std::vector<CELL_SHIFT> LENGTH_SHIFTS(const XTAL::CRYSTAL_CELL& cell, const VECTOR3& angles) {
+  return {LENGTH_SHIFT(cell, 0, angles), LENGTH_SHIFT(cell, 1, angles),
+          LENGTH_SHIFT(cell, 2, angles)};
+}
+
+std::vector<CELL_SHIFT> ALL_SHIFTS(const XTAL::CRYSTAL_CELL& cell) {
+  std::vector<CELL_SHIFT> shifts = LENGTH_SHIFTS(cell, cell.ANG);
+  for (std::size_t k = 0; k < 3; ++k) shifts.push_back(ANGLE_SHIFT(cell, k));
+  return shifts;
+}
+
 std::vector<CELL_SHIFT> SHIFTS_OF_SYSTEM(const CRYSTAL_STRUCTURE_TYPE& phase, bool keep_angles) {
   const XTAL::CRYSTAL_CELL& cell = phase.CELL;
   const VECTOR3& orthogonal_angles = keep_angles ? cell.ANG : right_angles;
-  const SYSTEM system = SYSTEM_OF(phase.SPG);
-  if (system == SYSTEM::UNKNOWN) return {};
-  if (system == SYSTEM::CUBIC) return {CUBIC_SHIFT(cell, orthogonal_angles)};
-  if (system == SYSTEM::UNIAXIAL) return UNIAXIAL_SHIFTS(cell);
-  const bool orthogonal = system == SYSTEM::ORTHORHOMBIC;
-  std::vector<CELL_SHIFT> shifts;
-  for (std::size_t k = 0; k < 3; ++k)
-    shifts.push_back(LENGTH_SHIFT(cell, k, orthogonal ? orthogonal_angles : cell.ANG));
-  if (orthogonal) return shifts;
-  for (std::size_t k = 0; k < 3; ++k) shifts.push_back(ANGLE_SHIFT(cell, k));
-  return shifts;
+  switch (phase.SPG.CRYSTALSYS.NAME) {
+    case SYSTEM::CUBIC:
+      return {CUBIC_SHIFT(cell, orthogonal_angles)};
+    case SYSTEM::TETRAGONAL:
+    case SYSTEM::TRIGONAL:
+    case SYSTEM::HEXAGONAL:
+      return UNIAXIAL_SHIFTS(cell);
+    case SYSTEM::ORTHORHOMBIC:
+      return LENGTH_SHIFTS(cell, orthogonal_angles);
+    case SYSTEM::MONOCLINIC:
+    case SYSTEM::TRICLINIC:
+      return ALL_SHIFTS(cell);
+    case SYSTEM::UNKNOWN:
+      break;
+  }
+  return {};
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Crystal systems, and the cells that differ from a record's own by the esd of one parameter.
+// The cells that differ from a record's own by the esd of one parameter.
 #pragma once
 
 #include <vector>
@@ -6,11 +6,6 @@
 #include "src/kva_crystal_structures/records.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
-
-// UNIAXIAL: tetragonal, trigonal and hexagonal.
-enum class SYSTEM { CUBIC, UNIAXIAL, ORTHORHOMBIC, MONOCLINIC, TRICLINIC, UNKNOWN };
-
-SYSTEM SYSTEM_OF(const XTAL::SPACE_GROUP& group);
 
 // Cells that differ from the record's own by one esd of one independent parameter each, as the
 // crystal system has them: the terms of every esd that comes from the cell. A shift that

@@ -181,7 +181,7 @@ TEST_F(READ_DIALOGUE, THE_WHOLE_DIALOGUE) {
             "       BLOCKNAME      T        P         IUSE\n"
             "  1: one           : 298.0   0.000         1\n");
   EXPECT_FLOAT_EQ(PHASE(1).PT(PRESSURE, PT_VALUE), 0.0001f) << "a pressure of 0 is unset";
-  EXPECT_EQ(PHASE(1).SPG.CRYSTALSYS, "Mono b-uni");
+  EXPECT_EQ(SYSTEM_TEXT(PHASE(1).SPG.CRYSTALSYS), "Mono b-uni");
   EXPECT_EQ(PHASE(1).ATOM(1).MULT, 2);
 }
 
@@ -194,15 +194,15 @@ TEST_F(READ_DIALOGUE, THE_FIRST_ANGLE_THAT_IS_NOT_RIGHT_NAMES_THE_AXIS) {
                atoms);
   CONSOLE_TESTS::PEND("cif a");
   SAID("y\n", READ_PHASE_FROM_FILE);
-  EXPECT_EQ(PHASE(1).SPG.CRYSTALSYS, "Mono a-uni");
-  EXPECT_EQ(PHASE(2).SPG.CRYSTALSYS, "Monoclinic");
+  EXPECT_EQ(SYSTEM_TEXT(PHASE(1).SPG.CRYSTALSYS), "Mono a-uni");
+  EXPECT_EQ(SYSTEM_TEXT(PHASE(2).SPG.CRYSTALSYS), "Monoclinic");
 }
 
 TEST_F(READ_DIALOGUE, EACH_AXIS_CAN_BE_THE_UNIQUE_ONE_FROM_A_HUNDREDTH_OF_A_DEGREE_ON) {
   const auto system = [&](const std::string& angle) {
     INIT_PHASE_LIST();
     READ("data_one\n_symmetry_space_group_name_H-M 'P 2'\n" + cell + angle + "\n" + atoms);
-    return PHASE(1).SPG.CRYSTALSYS;
+    return SYSTEM_TEXT(PHASE(1).SPG.CRYSTALSYS);
   };
   EXPECT_EQ(system("_cell_angle_alpha 90.02"), "Mono a-uni");
   EXPECT_EQ(system("_cell_angle_beta 89.98"), "Mono b-uni");

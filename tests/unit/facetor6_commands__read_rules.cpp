@@ -146,7 +146,7 @@ TEST_F(READ_RULES, EVERY_ANGLE_CAN_NAME_THE_UNIQUE_AXIS) {
     PUT_FILE("a.cif", "data_x\n" + HM("P 1 1 2") + angle + "\n" + atoms);
     CONSOLE_TESTS::PEND("cif a");
     SAID("\n", READ_PHASE_FROM_FILE);
-    return PHASE(1).SPG.CRYSTALSYS;
+    return SYSTEM_TEXT(PHASE(1).SPG.CRYSTALSYS);
   };
   EXPECT_EQ(system("_cell_angle_gamma 89"), "Mono c-uni");
   EXPECT_EQ(system("_cell_angle_beta 90.02"), "Mono b-uni");

@@ -174,7 +174,7 @@ TEST_F(WRITE, EVERY_LINE_OF_A_BLOCK) {
            {0.001f, 0.002f, 0}, {0, 0.03f, 0});
   phase.CELL.CELLVOL = 220.48f;
   phase.CELL.STDVOL = 0.12f;
-  phase.SPG.CRYSTALSYS = "Mono b-uni";
+  phase.SPG.CRYSTALSYS.UNIQUE_AXIS = 'b';
   phase.METADATA(1, 1) = "_computing_structure_solution";
   phase.METADATA(1, 2) = "DFT simulation with CRYSTAL17";
   phase.METADATA(2, 1) = "_refine_special_details";

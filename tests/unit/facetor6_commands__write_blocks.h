@@ -126,7 +126,7 @@ class WRITTEN_BLOCKS : public BLOCKS {
                 {"_O2", {0.9f, 0.00042f, 0.7f}}},
                {0.0007f, 0.001f, 0.0195f}, made.ANGLE_ESDS);
       SET_TEXTS_AND_ATOMS(phase);
-      if (made.SYMBOL == "P 1 21/c 1") phase.SPG.CRYSTALSYS = "Mono b-uni";
+      if (made.SYMBOL == "P 1 21/c 1") phase.SPG.CRYSTALSYS.UNIQUE_AXIS = 'b';
       std::string title = made.SYMBOL;  // blanks would come back as "_"
       REPLACE_CHAR(title, ' ', '_');
       ADD(title, phase);

@@ -8,6 +8,7 @@
 #include "structures.h"
 
 using namespace STRUCTURES;
+using XTAL::SYSTEM;
 
 namespace {
 
@@ -20,13 +21,13 @@ float TAN_HALF(float angle) {
 
 // Apex at the origin, on the mirror across b of P m in a cell with edges 4; ligands (0.1, h, 0) and
 // (0.1, -h, 0) times lengthening make the angle, (0, 0.25, 0) and (0, -0.25, 0) the straight one.
-// The text of the crystal system is set as given.
-VALUE_ESD MIRRORED(const std::string& system, float angle, float lengthening = 1.0f) {
+// The crystal system is set as given.
+VALUE_ESD MIRRORED(SYSTEM system, float angle, float lengthening = 1.0f) {
   VECTOR3 ligand{0.1f, 0.1f * TAN_HALF(angle), 0};
   if (angle == 180.0f) ligand = {0, 0.25f, 0};
   auto phase = MADE({4, 4, 4}, {90, 90, 90}, "P m",
                     {{"Si1", {0, 0, 0}}, {"O1", ligand, {small_esd, small_esd, small_esd}}});
-  phase.SPG.CRYSTALSYS = system;
+  phase.SPG.CRYSTALSYS = {system};
   return ANGLE_AND_SIGMA_VCV(
       phase, {0, 0, 0}, ligand,
       {ligand[0] * lengthening, -ligand[1] * lengthening, ligand[2] * lengthening});
@@ -121,37 +122,40 @@ TEST(FIXED_ANGLES, A_TWO_FOLD_AXIS_OF_HEXAGONAL_AXES_FIXES_NOTHING_ELSE) {
 
 TEST(MIRRORS, EACH_CRYSTAL_SYSTEM_HAS_ITS_VALUES) {
   struct RULE {
-    const char* SYSTEM;
+    SYSTEM OF;
     std::set<float> FIXED;
   };
-  const std::vector<RULE> rules{
-      {"Hexagonal", {60, 180}},      {"Trigonal", {60, 180}}, {"Tetragonal", {45, 90, 135, 180}},
-      {"Cubic", {45, 90, 135, 180}}, {"Orthorhombic", {180}}, {"Monoclinic", {180}},
-      {"Mono b-uni", {180}},         {"Triclinic", {}}};
+  const std::vector<RULE> rules{{SYSTEM::HEXAGONAL, {60, 180}},
+                                {SYSTEM::TRIGONAL, {60, 180}},
+                                {SYSTEM::TETRAGONAL, {45, 90, 135, 180}},
+                                {SYSTEM::CUBIC, {45, 90, 135, 180}},
+                                {SYSTEM::ORTHORHOMBIC, {180}},
+                                {SYSTEM::MONOCLINIC, {180}},
+                                {SYSTEM::TRICLINIC, {}}};
   for (const RULE& rule : rules)
     for (float value : {30.0f, 45.0f, 60.0f, 90.0f, 120.0f, 135.0f, 180.0f}) {
-      const VALUE_ESD angle = MIRRORED(rule.SYSTEM, value);
+      const VALUE_ESD angle = MIRRORED(rule.OF, value);
       if (rule.FIXED.contains(value)) {
-        EXPECT_EQ(angle.VALUE, value) << rule.SYSTEM;
-        EXPECT_EQ(angle.ESD, 0.0f) << rule.SYSTEM << " " << value;
+        EXPECT_EQ(angle.VALUE, value) << SYSTEM_NAME(rule.OF);
+        EXPECT_EQ(angle.ESD, 0.0f) << SYSTEM_NAME(rule.OF) << " " << value;
       } else {
-        EXPECT_NEAR(angle.VALUE, value, 1e-4f) << rule.SYSTEM;
-        EXPECT_GT(angle.ESD, 0.0f) << rule.SYSTEM << " " << value;
+        EXPECT_NEAR(angle.VALUE, value, 1e-4f) << SYSTEM_NAME(rule.OF);
+        EXPECT_GT(angle.ESD, 0.0f) << SYSTEM_NAME(rule.OF) << " " << value;
       }
     }
 }
 
 TEST(MIRRORS, A_VALUE_REACHES_A_THOUSANDTH_OF_A_DEGREE) {
   for (float off : {-0.0008f, 0.0008f}) {
-    EXPECT_EQ(MIRRORED("Tetragonal", 90.0f + off).VALUE, 90.0f);
-    EXPECT_EQ(MIRRORED("Tetragonal", 90.0f + off).ESD, 0.0f);
-    EXPECT_EQ(MIRRORED("Hexagonal", 60.0f + off).VALUE, 60.0f);
-    EXPECT_EQ(MIRRORED("Hexagonal", 60.0f + off).ESD, 0.0f);
+    EXPECT_EQ(MIRRORED(SYSTEM::TETRAGONAL, 90.0f + off).VALUE, 90.0f);
+    EXPECT_EQ(MIRRORED(SYSTEM::TETRAGONAL, 90.0f + off).ESD, 0.0f);
+    EXPECT_EQ(MIRRORED(SYSTEM::HEXAGONAL, 60.0f + off).VALUE, 60.0f);
+    EXPECT_EQ(MIRRORED(SYSTEM::HEXAGONAL, 60.0f + off).ESD, 0.0f);
   }
   for (float off : {-0.0012f, 0.0012f}) {
-    EXPECT_NEAR(MIRRORED("Tetragonal", 90.0f + off).VALUE, 90.0f + off, 1e-4f);
-    EXPECT_GT(MIRRORED("Tetragonal", 90.0f + off).ESD, 0.0f);
-    EXPECT_GT(MIRRORED("Hexagonal", 60.0f + off).ESD, 0.0f);
+    EXPECT_NEAR(MIRRORED(SYSTEM::TETRAGONAL, 90.0f + off).VALUE, 90.0f + off, 1e-4f);
+    EXPECT_GT(MIRRORED(SYSTEM::TETRAGONAL, 90.0f + off).ESD, 0.0f);
+    EXPECT_GT(MIRRORED(SYSTEM::HEXAGONAL, 60.0f + off).ESD, 0.0f);
   }
 }
 
@@ -198,8 +202,8 @@ TEST(AXES, A_VALUE_REACHES_A_TENTH_OF_A_DEGREE) {
 // The ligands are 0.4 sqrt 2 = 0.566 angstroms from the apex; the second is a little farther out.
 TEST(LIGANDS, THE_IMAGE_OF_THE_FIRST_LIES_WITHIN_A_THOUSANDTH_OF_AN_ANGSTROM_OF_THE_SECOND) {
   const float length = 0.4f * std::sqrt(2.0f);
-  EXPECT_EQ(MIRRORED("Cubic", 90, 1.0f + 0.0008f / length).ESD, 0.0f);
-  EXPECT_GT(MIRRORED("Cubic", 90, 1.0f + 0.0012f / length).ESD, 0.0f);
+  EXPECT_EQ(MIRRORED(SYSTEM::CUBIC, 90, 1.0f + 0.0008f / length).ESD, 0.0f);
+  EXPECT_GT(MIRRORED(SYSTEM::CUBIC, 90, 1.0f + 0.0012f / length).ESD, 0.0f);
 }
 
 // No atom lies at the two positions: what the cell alone gives is kept. Half the angle is

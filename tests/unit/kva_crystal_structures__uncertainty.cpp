@@ -76,10 +76,10 @@ TEST(VECTORS, LENGTHS_AND_ANGLES) {
 
 TEST(CELL_TERMS, BY_CRYSTAL_SYSTEM) {
   const auto shifts = [](const char* symbol, const VECTOR3& angles,
-                         const std::string& system = "") {
+                         XTAL::CRYSTAL_SYSTEM system = {}) {
     auto phase = MADE({5, 6, 7}, angles, symbol, {{"O1", {0, 0, 0}}}, {0.1f, 0.2f, 0.3f},
                       {0.4f, 0.5f, 0.6f});
-    if (!system.empty()) phase.SPG.CRYSTALSYS = system;
+    if (system != XTAL::CRYSTAL_SYSTEM{}) phase.SPG.CRYSTALSYS = system;
     return CELL_SHIFTS(phase);
   };
   const auto cubic = shifts("P m -3 m", {90, 90, 90});
@@ -97,8 +97,11 @@ TEST(CELL_TERMS, BY_CRYSTAL_SYSTEM) {
   EXPECT_EQ(orthorhombic[1].ANG, (VECTOR3{90, 90, 90}));
   EXPECT_EQ(shifts("P 1", {80, 90, 100}).size(), 6u);
   EXPECT_EQ(shifts("P 2", {90, 100, 90})[4].ANG, (VECTOR3{90, 100.5f, 90}));
-  EXPECT_EQ(shifts("P 2", {90, 100, 90}, "Mono b-uni").size(), 6u) << "with its unique axis named";
-  EXPECT_TRUE(shifts("P 1", {90, 90, 90}, "unheard of").empty());
+  EXPECT_EQ(shifts("P 2", {90, 100, 90}, {XTAL::SYSTEM::MONOCLINIC, 'b'}).size(), 6u)
+      << "with its unique axis";
+  auto unknown = MADE({5, 6, 7}, {90, 90, 90}, "P 1", {{"O1", {0, 0, 0}}}, {0.1f, 0.2f, 0.3f});
+  unknown.SPG.CRYSTALSYS = {};
+  EXPECT_TRUE(CELL_SHIFTS(unknown).empty());
 }
 
 TEST(CELL_TERMS, A_SHIFT_THAT_CHANGES_NOTHING_IS_LEFT_OUT) {

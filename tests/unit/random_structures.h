@@ -30,8 +30,8 @@ struct CELL {
   VECTOR3 ANGLES{90.0f, 90.0f, 90.0f};
 };
 
-inline bool SYSTEM_IS(const XTAL::SPACE_GROUP& group, std::string_view name) {
-  return KVA_UTILITIES::INDEXALL(group.CRYSTALSYS, name) > 0;
+inline bool SYSTEM_IS(const XTAL::SPACE_GROUP& group, XTAL::SYSTEM system) {
+  return group.CRYSTALSYS.NAME == system;
 }
 
 // A cell that the group allows, from much smaller to much larger than the usual radii. Some have a
@@ -40,12 +40,13 @@ inline CELL RANDOM_CELL(const XTAL::SPACE_GROUP& group, LOTS& lots) {
   CELL cell;
   const float scale = lots.BELOW(6) == 0 ? 15.0f : 1.0f;
   for (float& length : cell.LENGTHS) length = scale * lots.BETWEEN(1.2f, 16.0f);
-  if (SYSTEM_IS(group, "triclinic"))
+  if (SYSTEM_IS(group, XTAL::SYSTEM::TRICLINIC))
     for (float& angle : cell.ANGLES) angle = lots.BETWEEN(65.0f, 115.0f);
-  if (SYSTEM_IS(group, "mono")) cell.ANGLES[1] = lots.BETWEEN(80.0f, 130.0f);
-  if (SYSTEM_IS(group, "trigonal") || SYSTEM_IS(group, "hexagonal")) cell.ANGLES[2] = 120.0f;
-  const bool cubic = SYSTEM_IS(group, "cubic");
-  if (cubic || !(cell.ANGLES[2] < 120.0f) || SYSTEM_IS(group, "tetragonal"))
+  if (SYSTEM_IS(group, XTAL::SYSTEM::MONOCLINIC)) cell.ANGLES[1] = lots.BETWEEN(80.0f, 130.0f);
+  if (SYSTEM_IS(group, XTAL::SYSTEM::TRIGONAL) || SYSTEM_IS(group, XTAL::SYSTEM::HEXAGONAL))
+    cell.ANGLES[2] = 120.0f;
+  const bool cubic = SYSTEM_IS(group, XTAL::SYSTEM::CUBIC);
+  if (cubic || !(cell.ANGLES[2] < 120.0f) || SYSTEM_IS(group, XTAL::SYSTEM::TETRAGONAL))
     cell.LENGTHS[1] = cell.LENGTHS[0];
   if (cubic) cell.LENGTHS[2] = cell.LENGTHS[0];
   return cell;

@@ -160,7 +160,8 @@ TEST(FIXED_LISTS, ARE_NAMED_AND_CLASSED_LIKE_OTHERS) {
   EXPECT_EQ(group.SG_SETTING, tabulated);
   EXPECT_EQ(group.LAUE, "2/m");
   EXPECT_EQ(group.PG, "2");
-  EXPECT_EQ(group.CRYSTALSYS, "Monoclinic");
+  EXPECT_EQ(group.CRYSTALSYS.NAME, SYSTEM::MONOCLINIC);
+  EXPECT_EQ(SYSTEM_TEXT(group.CRYSTALSYS), "Monoclinic") << "no cell has shown its unique axis";
 }
 
 TEST(FIXED_LISTS, KEEP_THEIR_ORDER_AND_GIVE_THE_LATTICE) {
@@ -177,7 +178,7 @@ TEST(FIXED_LISTS, KEEP_THEIR_ORDER_AND_GIVE_THE_LATTICE) {
   EXPECT_EQ(group.LATT_TRANS(2), (VECTOR3{0.5f, 0.5f, 0.0f}));
   EXPECT_EQ(group.CENTRED, 2);
   EXPECT_EQ(group.PG, "-1");
-  EXPECT_EQ(group.CRYSTALSYS, "Triclinic");
+  EXPECT_EQ(group.CRYSTALSYS.NAME, SYSTEM::TRICLINIC);
   EXPECT_EQ(group.NUMSPG, 0) << "C -1 is no tabulated setting";
   EXPECT_EQ(group.SG_SETTING, not_tabulated);
 }

@@ -132,7 +132,7 @@ TEST(SETTINGS, AGREE_WITH_THE_TABLE_OF_FACTS) {
     while (std::getline(stream, cell.back(), '\t')) cell.emplace_back();
     const SPACE_GROUP group = GROUP(cell[2]);
     EXPECT_EQ(group.MULTIP, std::stoi(cell[7])) << cell[2];
-    EXPECT_EQ(group.CRYSTALSYS, cell[4]) << cell[2];
+    EXPECT_EQ(SYSTEM_TEXT(group.CRYSTALSYS), cell[4]) << cell[2];
     EXPECT_EQ(group.LAUE, cell[5]) << cell[2];
     EXPECT_EQ(group.PG, cell[6]) << cell[2];
     ++rows;
@@ -330,7 +330,7 @@ TEST(GROUPS, A_GROUP_WITHOUT_A_ROW_IS_UNKNOWN) {
   EXPECT_EQ(group.SPG_SYMB, "unknown");
   EXPECT_EQ(group.INFO, "Non-Conventional (user-given operators)");
   EXPECT_EQ(group.SYMOPSYMB(2), "-x+0.2000,-y,-z");
-  EXPECT_EQ(group.CRYSTALSYS, "Triclinic");
+  EXPECT_EQ(group.CRYSTALSYS.NAME, SYSTEM::TRICLINIC);
 }
 
 TEST(GROUPS, MODES_AND_THEIR_ERRORS) {
