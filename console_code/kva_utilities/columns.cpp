@@ -71,7 +71,7 @@ std::size_t BYTE_OFFSET(std::string_view text, std::size_t n) {
   return byte;
 }
 
-std::size_t CHARACTERS(std::string_view text) {
+std::size_t CHARACTER_COUNT(std::string_view text) {
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
   }));
@@ -79,12 +79,20 @@ std::size_t CHARACTERS(std::string_view text) {
 
 }  // namespace
 
+int CHARACTERS(std::string_view text) {
+  return static_cast<int>(CHARACTER_COUNT(text));
+}
+
 // ---- single fields ----
 
 std::string REAL_COLUMNS(float value, int w, int d) {
   std::string text = FIXED(value, d);
   if (static_cast<int>(text.size()) > w) text = WITHOUT_LEADING_ZERO(text);
   return FILL_LEFT(text, w);
+}
+
+std::string REAL_TEXT(float value, int d) {
+  return FIXED(value, d);
 }
 
 std::string EXPONENT_COLUMNS(float value, int w, int d) {
@@ -99,17 +107,17 @@ std::string INTEGER_COLUMNS(int value, int w) {
 std::string TEXT_COLUMNS(std::string_view text, int n) {
   const auto width = static_cast<std::size_t>(std::max(n, 0));
   std::string field(text.substr(0, BYTE_OFFSET(text, width)));
-  field.append(width - std::min(width, CHARACTERS(field)), ' ');
+  field.append(width - std::min(width, CHARACTER_COUNT(field)), ' ');
   return field;
 }
 
 void PUT_AT(std::string& line, int column, std::string_view text) {
   const auto before = static_cast<std::size_t>(std::max(column - 1, 0));
-  const std::size_t length = CHARACTERS(line);
+  const std::size_t length = CHARACTER_COUNT(line);
   if (length < before) line.append(before - length, ' ');
   const std::size_t start = BYTE_OFFSET(line, before);
   const std::size_t end =
-      start + BYTE_OFFSET(std::string_view(line).substr(start), CHARACTERS(text));
+      start + BYTE_OFFSET(std::string_view(line).substr(start), CHARACTER_COUNT(text));
   line.replace(start, end - start, text);
 }
 
@@ -265,7 +273,7 @@ COLUMN_LAYOUT LAYOUT_OF_COLUMN(const std::vector<std::vector<std::string>>& rows
       longest_word = std::max(longest_word, cell.size());
       continue;
     }
-    const std::size_t left = layout.NUMERIC ? LEFT_PART(cell) : CHARACTERS(cell);
+    const std::size_t left = layout.NUMERIC ? LEFT_PART(cell) : CHARACTER_COUNT(cell);
     layout.LEFT = std::max(layout.LEFT, left);
     layout.RIGHT = std::max(layout.RIGHT, layout.NUMERIC ? cell.size() - left : 0);
   }
@@ -282,7 +290,7 @@ std::size_t INDENT(const std::string& cell, const COLUMN_LAYOUT& layout) {
 
 std::string ALIGNED_CELL(const std::string& cell, const COLUMN_LAYOUT& layout) {
   std::string text = std::string(INDENT(cell, layout), ' ') + cell;
-  text.append(layout.LEFT + layout.RIGHT - CHARACTERS(text), ' ');
+  text.append(layout.LEFT + layout.RIGHT - CHARACTER_COUNT(text), ' ');
   return text;
 }
 

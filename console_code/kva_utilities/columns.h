@@ -12,11 +12,17 @@ namespace KVA_UTILITIES {
 // A zero has no sign. NaN, Inf and -Inf as words. What does not fit fills the field with "*".
 std::string REAL_COLUMNS(float value, int w, int d);
 
+// Real with d decimals in as many columns as it needs.
+std::string REAL_TEXT(float value, int d);
+
 // Real in exponent form, one digit before the point and d decimals: 3.50E+07, right-adjusted.
 std::string EXPONENT_COLUMNS(float value, int w, int d);
 
 // Whole number in w columns, right-adjusted; w of 0: as many columns as needed.
 std::string INTEGER_COLUMNS(int value, int w = 0);
+
+// Characters (not bytes) of a text.
+int CHARACTERS(std::string_view text);
 
 // Text in exactly n columns: left-adjusted, cut at n, blank-filled (n counts characters).
 std::string TEXT_COLUMNS(std::string_view text, int n);

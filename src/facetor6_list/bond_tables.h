@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "src/facetor6_list/report.h"
+
 namespace FACETOR_LIST {
 
 // Angstroms; a row whose length does not exceed it holds no bond.
@@ -14,11 +16,11 @@ inline constexpr int value_decimals = 4;  // of a length, a displacement or a va
 // The range of the bond search.
 std::string LIMITS_LINE();
 
-// Title and limits; false when the centre has no bonds, which it then says instead.
-bool WRITE_BOND_TITLE(int i, std::string_view words);
+// A report on centre i without columns: its title and limits, or that the centre has no bonds.
+REPORT LIGAND_REPORT(int i, std::string_view quantity, std::string_view title, bool with_esds);
 
-// Head with the ligands of reference centre i, their codes if wanted, and end_words end_offset
-// columns behind where the next label would stand.
-void WRITE_BOND_HEAD(int i, bool esd, int end_offset, std::string_view end_words);
+// A column for each ligand of the report's centre; their names end in name_end.
+void ADD_LIGAND_COLUMNS(REPORT& report, std::string_view name_end, std::string_view unit,
+                        bool has_esd);
 
 }  // namespace FACETOR_LIST

@@ -1,16 +1,18 @@
 // The bond table in its forms: plain, with esds, rigid-bond corrected, displacements along bonds.
-#include "console_code/console/output.h"
+#include <array>
+#include <span>
+
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_list/bond_reports.h"
 #include "src/facetor6_list/bond_tables.h"
 #include "src/facetor6_list/list_parts.h"
 
 namespace FACETOR_LIST {
 
 using namespace FACETOR_CONSOLE;
-using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 using namespace KVA_UTILITIES;
 
@@ -21,51 +23,73 @@ std::string LIMITS_LINE() {
          " ANGSTROM";
 }
 
-bool WRITE_BOND_TITLE(int i, std::string_view words) {
-  if (REFERENCE().NBONDS(i) <= 0) {
-    WRITE_OUT("||     NO BONDS FOUND FROM CENTRAL ATOM " + REFERENCE().ATOM(i).LAB + LIMITS_LINE());
-    return false;
-  }
-  WRITE_OUT(TABLE_TITLE(words, i));
-  WRITE_OUT(LIMITS_LINE());
-  return true;
+REPORT LIGAND_REPORT(int i, std::string_view quantity, std::string_view title, bool with_esds) {
+  REPORT report;
+  report.QUANTITY = quantity;
+  report.CENTRE = i;
+  report.WITH_ESDS = with_esds;
+  report.SHOW_CODES = RUN.LIST_SYMCODES;
+  if (REFERENCE().NBONDS(i) > 0)
+    report.TITLE = {"", "", TABLE_TITLE(title, i), LIMITS_LINE()};
+  else
+    report.TITLE = {
+        "", "", "     NO BONDS FOUND FROM CENTRAL ATOM " + REFERENCE().ATOM(i).LAB + LIMITS_LINE()};
+  return report;
 }
 
-void WRITE_BOND_HEAD(int i, bool esd, int end_offset, std::string_view end_words) {
+void ADD_LIGAND_COLUMNS(REPORT& report, std::string_view name_end, std::string_view unit,
+                        bool has_esd) {
   constexpr int label_length = 6;
-  const int n = REFERENCE().NBONDS(i);
-  std::vector<std::string> labels;
-  std::vector<std::string> codes;
-  for (int m = 1; m <= n; ++m) {
-    labels.push_back(FIRST_CHARACTERS(LIGAND_LABEL(i, m), label_length));
-    codes.push_back(LIGAND_CODE(i, m));
+  const int i = report.CENTRE;
+  for (int m = 1; m <= REFERENCE().NBONDS(i); ++m) {
+    const std::string label = LIGAND_LABEL(i, m);
+    REPORT_COLUMN column = VALUE_COLUMN(m, report.WITH_ESDS);
+    column.NAME = REFERENCE().ATOM(i).LAB + "-" + label + "[" + INTEGER_COLUMNS(m) + "]" +
+                  std::string(name_end);
+    column.UNIT = unit;
+    column.CODES = {LIGAND_CODE(i, m)};
+    column.LIGAND = m;
+    column.HAS_ESD = has_esd;
+    column.DECIMALS = value_decimals;
+    column.HEAD = FIRST_CHARACTERS(label, label_length);
+    report.COLUMNS.push_back(column);
   }
-  std::string head = TABLE_HEAD(labels, esd);
-  PUT_AT(head, LABEL_COLUMN(n + 1, esd) + end_offset, end_words);
-  WRITE_OUT(head);
-  if (RUN.LIST_SYMCODES) WRITE_OUT("|" + CODE_LINE(codes, esd, true));
 }
 
 // ---- forms of the table ----
 
 namespace {
 
-enum class FORM { PLAIN, ESD, SRB, DISPLACEMENT };
-
-FORM FORM_OF(std::string_view option) {
-  if (WANTS_ESDS(option)) return FORM::ESD;
-  if (INDEXALL(option, "srb") > 0) return FORM::SRB;
-  return INDEXALL(option, "disp") > 0 ? FORM::DISPLACEMENT : FORM::PLAIN;
+std::string_view TITLE_WORDS(BOND_FORM form) {
+  switch (form) {
+    case BOND_FORM::SRB:
+      return "     SRB-CORRECTED BOND LENGTHS FROM CENTRAL ATOM ";
+    case BOND_FORM::DISPLACEMENTS:
+      return "     THERMAL DISPLACEMENTS ALONG BONDS OF CENTRAL ATOM ";
+    default:
+      return "     BONDS FROM CENTRAL ATOM ";
+  }
 }
 
-std::string_view TITLE_WORDS(FORM form) {
+std::string_view QUANTITY_OF(BOND_FORM form) {
   switch (form) {
-    case FORM::SRB:
-      return "||     SRB-CORRECTED BOND LENGTHS FROM CENTRAL ATOM ";
-    case FORM::DISPLACEMENT:
-      return "||     THERMAL DISPLACEMENTS ALONG BONDS OF CENTRAL ATOM ";
+    case BOND_FORM::SRB:
+      return "rigid";
+    case BOND_FORM::DISPLACEMENTS:
+      return "displace";
     default:
-      return "||     BONDS FROM CENTRAL ATOM ";
+      return "bond";
+  }
+}
+
+std::string_view NAME_END(BOND_FORM form) {
+  switch (form) {
+    case BOND_FORM::SRB:
+      return "_srb";
+    case BOND_FORM::DISPLACEMENTS:
+      return "_displ";
+    default:
+      return "";
   }
 }
 
@@ -74,20 +98,64 @@ bool HAS_DISTORTION(int n) {
   return n == 3 || n == 4 || n == 6;
 }
 
-void WRITE_HEAD(int i, FORM form) {
-  // Offsets count from two columns behind the last label's field.
-  constexpr int plain_offset = 1;
-  constexpr int other_offset = 2;
+// The columns behind those of the ligands. HEAD_OFFSET counts from the first of their heads.
+struct END_COLUMN_TYPE {
+  std::string_view NAME;
+  std::string_view UNIT;
+  std::string_view HEAD;
+  int HEAD_OFFSET;
+  int WIDTH;
+  int DECIMALS;
+  bool HAS_ESD;
+};
+
+constexpr std::array<END_COLUMN_TYPE, 5> distorted_end{{{"N", "", "N", 0, 3, 0, false},
+                                                        {"mean", "A", "AVERAGE", 2, 8, 4, false},
+                                                        {"QE", "", "QE", 11, 8, 4, false},
+                                                        {"AV", "deg^2", "AV", 20, 8, 3, false},
+                                                        {"V", "A^3", "VOLUME", 27, 8, 3, true}}};
+constexpr std::array<END_COLUMN_TYPE, 3> other_end{{{"N", "", "N", 0, 3, 0, false},
+                                                    {"mean", "A", "AVERAGE", 2, 8, 4, false},
+                                                    {"V", "A^3", "VOLUME", 11, 8, 3, true}}};
+constexpr std::array<END_COLUMN_TYPE, 5> srb_end{{{"N", "", "N", 0, 3, 0, false},
+                                                  {"mean_srb", "A", "SRB AVE", 2, 8, 4, false},
+                                                  {"mean", "A", "RAW AVE", 10, 8, 4, false},
+                                                  {"V_srb", "A^3", "SRBVOL", 19, 8, 4, false},
+                                                  {"V", "A^3", "RAWVOL", 27, 8, 4, false}}};
+constexpr std::array<END_COLUMN_TYPE, 3> displacement_end{
+    {{"N", "", "N", 0, 3, 0, false},
+     {"mean_displ", "A", "AVERAGE", 2, 8, 4, false},
+     {"mean", "A", "", 0, 8, 4, false}}};
+
+std::span<const END_COLUMN_TYPE> END_OF(BOND_FORM form, int n) {
   switch (form) {
-    case FORM::SRB:
-      return WRITE_BOND_HEAD(i, false, other_offset, "N SRB AVE RAW AVE  SRBVOL  RAWVOL");
-    case FORM::DISPLACEMENT:
-      return WRITE_BOND_HEAD(i, false, other_offset, "N AVERAGE");
+    case BOND_FORM::SRB:
+      return srb_end;
+    case BOND_FORM::DISPLACEMENTS:
+      return displacement_end;
     default:
-      return WRITE_BOND_HEAD(i, form == FORM::ESD, plain_offset,
-                             HAS_DISTORTION(REFERENCE().NBONDS(i))
-                                 ? "N AVERAGE  QE       AV     VOLUME"
-                                 : "N AVERAGE  VOLUME");
+      return HAS_DISTORTION(n) ? std::span<const END_COLUMN_TYPE>(distorted_end) : other_end;
+  }
+}
+
+void ADD_END_COLUMNS(REPORT& report, BOND_FORM form) {
+  const int n = REFERENCE().NBONDS(report.CENTRE);
+  // The heads begin so many columns behind where the next label would stand.
+  const int head_offset = form == BOND_FORM::LENGTHS ? 1 : 2;
+  const int first_head = LABEL_COLUMN(n + 1, report.WITH_ESDS) + head_offset;
+  int at = END_COLUMN(n, report.WITH_ESDS);
+  for (const END_COLUMN_TYPE& end : END_OF(form, n)) {
+    REPORT_COLUMN column;
+    column.NAME = REFERENCE().ATOM(report.CENTRE).LAB + "_" + std::string(end.NAME);
+    column.UNIT = end.UNIT;
+    column.HAS_ESD = end.HAS_ESD;
+    column.DECIMALS = end.DECIMALS;
+    column.AT = at;
+    column.WIDTH = report.WITH_ESDS && end.HAS_ESD ? any_width : end.WIDTH;
+    column.HEAD = end.HEAD;
+    column.HEAD_AT = first_head + end.HEAD_OFFSET;
+    report.COLUMNS.push_back(column);
+    at += end.WIDTH;
   }
 }
 
@@ -105,93 +173,94 @@ struct SHOWN {
   float MEAN() const { return COUNT > 0 ? SUM / static_cast<float>(COUNT) : 0.0f; }
 };
 
-// Puts the value of bond m into the row, or says that there is none.
-void PUT_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m, FORM form, std::string& line,
-              SHOWN& shown) {
-  const bool esd = form == FORM::ESD;
-  const float length = phase.BONDS(i, m, BOND_LENGTH);
-  const float corrected = phase.BONDS(i, m, BOND_LENGTH_SRB);
-  const float displacement = phase.BONDS(i, m, BOND_DISPL_CENTRE);
-  if (form == FORM::DISPLACEMENT) {
-    PUT_VALUE(line, m, false, displacement, 0.0f, value_decimals);
-    shown.ADD(displacement);
-  } else if (form == FORM::SRB && corrected > 0.0f) {
-    PUT_VALUE(line, m, false, corrected, 0.0f, value_decimals);
-    shown.ADD(corrected);
-  } else if (form != FORM::SRB && length > shortest_shown) {
-    PUT_VALUE(line, m, esd, length, phase.BONDS(i, m, BOND_LENGTH_STD), value_decimals);
-  } else {
-    PUT_NO_VALUE(line, m, esd);
+// Value of bond m; a displacement is one of the centre and needs no partner.
+REPORT_CELL BOND_CELL(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m, BOND_FORM form) {
+  switch (form) {
+    case BOND_FORM::SRB: {
+      const float corrected = phase.BONDS(i, m, BOND_LENGTH_SRB);
+      return corrected > 0.0f ? REAL_CELL(corrected) : NO_VALUE_CELL();
+    }
+    case BOND_FORM::DISPLACEMENTS:
+      return REAL_CELL(phase.BONDS(i, m, BOND_DISPL_CENTRE));
+    default: {
+      const float length = phase.BONDS(i, m, BOND_LENGTH);
+      return length > shortest_shown ? REAL_CELL(length, phase.BONDS(i, m, BOND_LENGTH_STD))
+                                     : NO_VALUE_CELL();
+    }
   }
 }
 
 // ---- end of a row ----
 
-std::string VALUE_TEXT(float value) {
-  return REAL_COLUMNS(value, 8, value_decimals);
+REPORT_CELL POLYHEDRON_CELL(const CRYSTAL_STRUCTURE_TYPE& phase, int i, POLYHEDRON_COLUMN column) {
+  return REAL_CELL(phase.POLYHEDRON(i, column));
 }
 
-std::string SRB_END(const CRYSTAL_STRUCTURE_TYPE& phase, int i, const SHOWN& shown) {
-  if (shown.COUNT == 0) return "";
-  return INTEGER_COLUMNS(shown.COUNT, 3) + VALUE_TEXT(shown.MEAN()) +
-         VALUE_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH)) +
-         VALUE_TEXT(phase.POLYHEDRON(i, POLY_VOLUME_SRB)) +
-         VALUE_TEXT(phase.POLYHEDRON(i, POLY_VOLUME));
-}
-
-std::string DISPLACEMENT_END(const CRYSTAL_STRUCTURE_TYPE& phase, int i, const SHOWN& shown) {
-  return INTEGER_COLUMNS(shown.COUNT, 3) + VALUE_TEXT(shown.MEAN()) +
-         VALUE_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH));
-}
-
-std::string VOLUME_TEXT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool esd) {
-  const float volume = phase.POLYHEDRON(i, POLY_VOLUME);
-  return esd ? SETNUM_STD(volume, phase.POLYHEDRON(i, POLY_VOLUME_STD))
-             : REAL_COLUMNS(volume, 8, 3);
-}
-
-// Coordination, mean, distortion and volume; the volume only where the coordination is the
+// Coordination, mean, distortion and volume; the last two only where the coordination is the
 // reference's.
-std::string POLYHEDRON_END(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool esd) {
+void ADD_POLYHEDRON_END(const CRYSTAL_STRUCTURE_TYPE& phase, int i,
+                        std::vector<REPORT_CELL>& cells) {
   const int n = phase.NBONDS(i);
-  std::string text = INTEGER_COLUMNS(n, 3) + VALUE_TEXT(phase.POLYHEDRON(i, POLY_MEAN_LENGTH));
-  if (n != REFERENCE().NBONDS(i)) return text;
-  if (HAS_DISTORTION(n))
-    text += VALUE_TEXT(phase.POLYHEDRON(i, POLY_ELONGATION)) +
-            REAL_COLUMNS(phase.POLYHEDRON(i, POLY_VARIANCE), 8, 3);
-  return text + VOLUME_TEXT(phase, i, esd);
-}
-
-std::string END_GROUP(const CRYSTAL_STRUCTURE_TYPE& phase, int i, FORM form, const SHOWN& shown) {
-  switch (form) {
-    case FORM::SRB:
-      return SRB_END(phase, i, shown);
-    case FORM::DISPLACEMENT:
-      return DISPLACEMENT_END(phase, i, shown);
-    default:
-      return POLYHEDRON_END(phase, i, form == FORM::ESD);
+  cells.push_back(WHOLE_CELL(n));
+  cells.push_back(POLYHEDRON_CELL(phase, i, POLY_MEAN_LENGTH));
+  if (n != REFERENCE().NBONDS(i)) return;
+  if (HAS_DISTORTION(n)) {
+    cells.push_back(POLYHEDRON_CELL(phase, i, POLY_ELONGATION));
+    cells.push_back(POLYHEDRON_CELL(phase, i, POLY_VARIANCE));
   }
+  cells.push_back(
+      REAL_CELL(phase.POLYHEDRON(i, POLY_VOLUME), phase.POLYHEDRON(i, POLY_VOLUME_STD)));
 }
 
-std::string BOND_ROW(int place, int i, FORM form) {
-  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-  const bool esd = form == FORM::ESD;
-  std::string line;
-  if (!START_CENTRE_ROW(place, i, esd, line)) return line;
-  const int n = REFERENCE().NBONDS(i);
+// Number and mean of the values that are shown, and what they compare with.
+void ADD_MEAN_END(const CRYSTAL_STRUCTURE_TYPE& phase, int i, BOND_FORM form, const SHOWN& shown,
+                  std::vector<REPORT_CELL>& cells) {
+  const bool srb = form == BOND_FORM::SRB;
+  if (srb && shown.COUNT == 0) return;
+  cells.push_back(WHOLE_CELL(shown.COUNT));
+  cells.push_back(REAL_CELL(shown.MEAN()));
+  cells.push_back(POLYHEDRON_CELL(phase, i, POLY_MEAN_LENGTH));
+  if (!srb) return;
+  cells.push_back(POLYHEDRON_CELL(phase, i, POLY_VOLUME_SRB));
+  cells.push_back(POLYHEDRON_CELL(phase, i, POLY_VOLUME));
+}
+
+void ADD_BOND_CELLS(int i, BOND_FORM form, REPORT_ROW& row) {
+  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(row.HEAD.BLOCK);
   SHOWN shown;
-  for (int m = 1; m <= n; ++m) PUT_BOND(phase, i, m, form, line, shown);
-  PUT_AT(line, END_COLUMN(n, esd), END_GROUP(phase, i, form, shown));
-  return line;
+  for (int m = 1; m <= REFERENCE().NBONDS(i); ++m) {
+    row.CELLS.push_back(BOND_CELL(phase, i, m, form));
+    if (row.CELLS.back().KIND == CELL_KIND::REAL) shown.ADD(row.CELLS.back().VALUE);
+  }
+  if (form == BOND_FORM::LENGTHS)
+    ADD_POLYHEDRON_END(phase, i, row.CELLS);
+  else
+    ADD_MEAN_END(phase, i, form, shown, row.CELLS);
+}
+
+BOND_FORM FORM_OF(std::string_view option) {
+  if (INDEXALL(option, "srb") > 0) return BOND_FORM::SRB;
+  return INDEXALL(option, "disp") > 0 ? BOND_FORM::DISPLACEMENTS : BOND_FORM::LENGTHS;
 }
 
 }  // namespace
 
+REPORT BOND_REPORT(int i, BOND_FORM form, bool with_esds, const std::vector<int>& places) {
+  const bool lengths = form == BOND_FORM::LENGTHS;
+  REPORT report = LIGAND_REPORT(i, QUANTITY_OF(form), TITLE_WORDS(form), with_esds && lengths);
+  if (REFERENCE().NBONDS(i) <= 0) return report;
+  ADD_LIGAND_COLUMNS(report, NAME_END(form), "A", lengths);
+  ADD_END_COLUMNS(report, form);
+  for (int place : places) {
+    REPORT_ROW row = START_CENTRE_ROW(place, i);
+    if (row.SENTENCE.empty()) ADD_BOND_CELLS(i, form, row);
+    report.ROWS.push_back(std::move(row));
+  }
+  return report;
+}
+
 void FACETOR_LIST_BONDS(int i, std::string_view option) {
-  const FORM form = FORM_OF(option);
-  if (!WRITE_BOND_TITLE(i, TITLE_WORDS(form))) return;
-  WRITE_HEAD(i, form);
-  for (int place : LISTED_PLACES()) WRITE_OUT(BOND_ROW(place, i, form));
+  WRITE_REPORT(BOND_REPORT(i, FORM_OF(option), WANTS_ESDS(option), LISTED_PLACES()));
 }
 
 void FACETOR_LIST_ALL_BONDS(std::string_view option) {

@@ -20,8 +20,6 @@ namespace {
 constexpr int head_length = 45;  // of the head's start
 constexpr int plain_step = 8;    // columns from value to value
 constexpr int esd_step = 11;
-constexpr int plain_width = 8;  // columns of a plain value
-constexpr int codes_word_column = 37;
 
 int STEP(bool esd) {
   return esd ? esd_step : plain_step;
@@ -75,9 +73,12 @@ std::string FIRST_CHARACTERS(std::string_view text, int n) {
 
 // ---- columns ----
 
-int VALUE_COLUMN(int m, bool esd) {
-  const int first = esd ? head_length + 1 : head_length;
-  return first + STEP(esd) * (m - 1);
+REPORT_COLUMN VALUE_COLUMN(int m, bool esd) {
+  REPORT_COLUMN column;
+  column.AT = (esd ? head_length + 1 : head_length) + STEP(esd) * (m - 1);
+  column.WIDTH = STEP(esd);
+  column.HEAD_AT = LABEL_COLUMN(m, esd);
+  return column;
 }
 
 int LABEL_COLUMN(int m, bool esd) {
@@ -94,37 +95,12 @@ std::string TABLE_TITLE(std::string_view words, int i) {
          REFERENCE().BLOCK_TITLE + ")";
 }
 
-std::string TABLE_HEAD(const std::vector<std::string>& labels, bool esd) {
-  std::string line = FACETOR_HEADSTART();
-  for (std::size_t m = 0; m < labels.size(); ++m)
-    PUT_AT(line, LABEL_COLUMN(static_cast<int>(m) + 1, esd), labels[m]);
-  return line;
-}
-
-std::string CODE_LINE(const std::vector<std::string>& codes, bool esd, bool with_word) {
-  std::string line;
-  if (with_word) PUT_AT(line, codes_word_column, "symcodes:");
-  for (std::size_t m = 0; m < codes.size(); ++m)
-    PUT_AT(line, LABEL_COLUMN(static_cast<int>(m) + 1, esd), codes[m]);
-  return line;
-}
-
-bool START_CENTRE_ROW(int place, int i, bool esd, std::string& line) {
-  line = FACETOR_LINESTART(place, esd);
-  if (PHASE(ISORT(place)).NBONDS(i) >= 0) return true;
-  line += "  No equivalent central atom in this structure";
-  return false;
-}
-
-void PUT_VALUE(std::string& line, int m, bool esd, float value, float std, int decimals) {
-  if (esd)
-    PUT_FIELD(line, VALUE_COLUMN(m, true), esd_step, SETNUM_STD(value, std));
-  else
-    PUT_AT(line, VALUE_COLUMN(m, false), REAL_COLUMNS(value, plain_width, decimals));
-}
-
-void PUT_NO_VALUE(std::string& line, int m, bool esd) {
-  PUT_AT(line, VALUE_COLUMN(m, esd), "No value");
+REPORT_ROW START_CENTRE_ROW(int place, int i) {
+  REPORT_ROW row;
+  row.HEAD = HEAD_OF_PLACE(place);
+  if (PHASE(row.HEAD.BLOCK).NBONDS(i) < 0)
+    row.SENTENCE = "  No equivalent central atom in this structure";
+  return row;
 }
 
 // ---- ligands ----

@@ -8,6 +8,7 @@
 
 #include "console_code/console/work.h"
 #include "src/facetor6_list/list.h"
+#include "src/facetor6_list/report.h"
 
 namespace FACETOR_LIST {
 
@@ -22,27 +23,17 @@ std::string FIRST_CHARACTERS(std::string_view text, int n);
 
 // ---- tables with a column a ligand or pair, numbered from 1 ----
 
-// First column of value m, of the label above it, and of what stands behind q values.
-int VALUE_COLUMN(int m, bool esd);
+// Places of value m and of the label above it; and the first column behind q values.
+REPORT_COLUMN VALUE_COLUMN(int m, bool esd);
 int LABEL_COLUMN(int m, bool esd);
 int END_COLUMN(int q, bool esd);
 
 // Title of a table: words, the atom's label, the reference block's name.
 std::string TABLE_TITLE(std::string_view words, int i);
 
-// Head line with a label over each column.
-std::string TABLE_HEAD(const std::vector<std::string>& labels, bool esd);
-
-// Symmetry codes below the labels, with or without the word "symcodes:".
-std::string CODE_LINE(const std::vector<std::string>& codes, bool esd, bool with_word);
-
-// Line start of a row around reference centre i. False when the block has no match for the centre;
-// the row then ends with the words for that.
-bool START_CENTRE_ROW(int place, int i, bool esd, std::string& line);
-
-// Value m as value(esd) or as a real in 8 columns; and the words for none.
-void PUT_VALUE(std::string& line, int m, bool esd, float value, float std, int decimals);
-void PUT_NO_VALUE(std::string& line, int m, bool esd);
+// Start of the row of a place around reference centre i; with a sentence when the block has no
+// match for the centre.
+REPORT_ROW START_CENTRE_ROW(int place, int i);
 
 // Label and symmetry code of ligand m of reference centre i.
 std::string LIGAND_LABEL(int i, int m);

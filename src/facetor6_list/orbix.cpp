@@ -1,24 +1,64 @@
 // The sphere fitted to each polyhedron and the distortion parameters that follow from it.
-#include "console_code/console/output.h"
-#include "console_code/kva_utilities/columns.h"
+#include <array>
+
 #include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_list/bond_reports.h"
 #include "src/facetor6_list/list_parts.h"
 
 namespace FACETOR_LIST {
 
 using namespace FACETOR_CONSOLE;
-using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
-using namespace KVA_UTILITIES;
 
 namespace {
 
 constexpr float no_volume = 0.1f;  // cubic angstroms
 
-std::string POSITION_TEXT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int first_column) {
-  std::string text;
-  for (int k = 0; k < 3; ++k) text += REAL_COLUMNS(phase.POLYHEDRON(i, first_column + k), 8, 4);
-  return text;
+constexpr int first_column = 45;
+
+struct ORBIX_COLUMN {
+  std::string_view NAME;
+  std::string_view UNIT;
+  std::string_view HEAD;
+  int HEAD_AT;
+  int WIDTH;
+  int DECIMALS;
+};
+constexpr std::array<ORBIX_COLUMN, 16> columns{{{"N", "", "N", 47, 3, 0},
+                                                {"xc", "", "", 0, 8, 4},
+                                                {"yc", "", "", 0, 8, 4},
+                                                {"zc", "", "CENTROID COORDINATES", 50, 8, 4},
+                                                {"delta", "A", "DELTA(A)", 72, 7, 3},
+                                                {"rsph", "A", "Rsph", 81, 7, 3},
+                                                {"sdr", "A", "SDEV(R)", 86, 7, 3},
+                                                {"mean", "A", "AVERAGE", 94, 7, 3},
+                                                {"vol", "A^3", "VOLUME", 102, 7, 3},
+                                                {"videal", "A^3", "VIDEAL", 109, 7, 3},
+                                                {"vdist", "", "VDIST", 116, 7, 3},
+                                                {"ecc", "", "ECCV", 124, 7, 3},
+                                                {"sph", "", "SPHV", 131, 7, 3},
+                                                {"xb", "", "", 0, 8, 4},
+                                                {"yb", "", "", 0, 8, 4},
+                                                {"zb", "", "BARYCENTRE COORDINATES", 137, 8, 4}}};
+
+void ADD_ORBIX_COLUMNS(REPORT& report) {
+  int at = first_column;
+  for (const ORBIX_COLUMN& shown : columns) {
+    REPORT_COLUMN column;
+    column.NAME = REFERENCE().ATOM(report.CENTRE).LAB + "_" + std::string(shown.NAME);
+    column.UNIT = shown.UNIT;
+    column.DECIMALS = shown.DECIMALS;
+    column.AT = at;
+    column.WIDTH = shown.WIDTH;
+    column.HEAD = shown.HEAD;
+    column.HEAD_AT = shown.HEAD_AT;
+    report.COLUMNS.push_back(column);
+    at += shown.WIDTH;
+  }
+}
+
+void ADD_POSITION(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int first, REPORT_ROW& row) {
+  for (int k = 0; k < 3; ++k) row.CELLS.push_back(REAL_CELL(phase.POLYHEDRON(i, first + k)));
 }
 
 // Volume distortion, eccentricity and sphericity as defined by T. Balic-Zunic and E. Makovicky,
@@ -35,36 +75,53 @@ bool HAS_SPHERE(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
          phase.POLYHEDRON(i, POLY_RADIUS) > 0.0f && phase.POLYHEDRON(i, POLY_IDEAL_VOLUME) > 0.0f;
 }
 
-std::string ORBIX_ROW(int place, int i) {
+void ADD_ORBIX_CELLS(int i, REPORT_ROW& row) {
   constexpr std::array<POLYHEDRON_COLUMN, 6> shown{
       POLY_DELTA, POLY_RADIUS, POLY_RADIUS_SDEV, POLY_MEAN_LENGTH, POLY_VOLUME, POLY_IDEAL_VOLUME};
-  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-  std::string line;
-  if (!START_CENTRE_ROW(place, i, false, line)) return line;
-  line += INTEGER_COLUMNS(phase.NBONDS(i), 3);
-  if (!HAS_SPHERE(phase, i))
-    return line + "  Polyhedron has zero volume, probably co-planar ligands";
-  line += POSITION_TEXT(phase, i, POLY_SPHERE_X);
-  for (POLYHEDRON_COLUMN column : shown) line += REAL_COLUMNS(phase.POLYHEDRON(i, column), 7, 3);
-  for (float distortion : DISTORTIONS(phase, i)) line += REAL_COLUMNS(distortion, 7, 3);
-  return line + POSITION_TEXT(phase, i, POLY_BARYCENTRE_X);
+  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(row.HEAD.BLOCK);
+  row.CELLS.push_back(WHOLE_CELL(phase.NBONDS(i)));
+  if (!HAS_SPHERE(phase, i)) {
+    row.SENTENCE = "  Polyhedron has zero volume, probably co-planar ligands";
+    return;
+  }
+  ADD_POSITION(phase, i, POLY_SPHERE_X, row);
+  for (POLYHEDRON_COLUMN column : shown)
+    row.CELLS.push_back(REAL_CELL(phase.POLYHEDRON(i, column)));
+  for (float distortion : DISTORTIONS(phase, i)) row.CELLS.push_back(REAL_CELL(distortion));
+  ADD_POSITION(phase, i, POLY_BARYCENTRE_X, row);
+}
+
+// The only line of the report on a centre that has none; blank for one that has.
+std::string NO_ORBIX_LINE(int i) {
+  const int n = REFERENCE().NBONDS(i);
+  const std::string& label = REFERENCE().ATOM(i).LAB;
+  if (n < 3) return "     NO POLYHEDRON FOUND AROUND CENTRAL ATOM " + label;
+  if (n > 3) return "";
+  return "     POLYHEDRON AROUND CENTRAL ATOM " + label +
+         " HAS CN=3, NO DISTORTION PARAMETERS CAN BE CALCULATED";
 }
 
 }  // namespace
 
+REPORT ORBIX_REPORT(int i, const std::vector<int>& places) {
+  REPORT report;
+  report.QUANTITY = "orbix";
+  report.CENTRE = i;
+  report.TITLE = {"", "", NO_ORBIX_LINE(i)};
+  if (!report.TITLE.back().empty()) return report;
+  report.TITLE.back() = TABLE_TITLE("     POLYHEDRON AROUND CENTRAL ATOM ", i) +
+                        ", parameters as defined in Acta Cryst. B52 (1996) 78-81";
+  ADD_ORBIX_COLUMNS(report);
+  for (int place : places) {
+    REPORT_ROW row = START_CENTRE_ROW(place, i);
+    if (row.SENTENCE.empty()) ADD_ORBIX_CELLS(i, row);
+    report.ROWS.push_back(std::move(row));
+  }
+  return report;
+}
+
 void FACETOR_LIST_ORBIX(int i) {
-  const int n = REFERENCE().NBONDS(i);
-  const std::string& label = REFERENCE().ATOM(i).LAB;
-  if (n < 3) return WRITE_OUT("||     NO POLYHEDRON FOUND AROUND CENTRAL ATOM " + label);
-  if (n == 3)
-    return WRITE_OUT("||     POLYHEDRON AROUND CENTRAL ATOM " + label +
-                     " HAS CN=3, NO DISTORTION PARAMETERS CAN BE CALCULATED");
-  WRITE_OUT(TABLE_TITLE("||     POLYHEDRON AROUND CENTRAL ATOM ", i) +
-            ", parameters as defined in Acta Cryst. B52 (1996) 78-81");
-  WRITE_OUT(FACETOR_HEADSTART() +
-            " N  CENTROID COORDINATES  DELTA(A) Rsph SDEV(R) AVERAGE VOLUME VIDEAL VDIST   ECCV   "
-            "SPHV  BARYCENTRE COORDINATES");
-  for (int place : LISTED_PLACES()) WRITE_OUT(ORBIX_ROW(place, i));
+  WRITE_REPORT(ORBIX_REPORT(i, LISTED_PLACES()));
 }
 
 void FACETOR_LIST_ALL_ORBIX() {

@@ -12,43 +12,6 @@ using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 using namespace KVA_UTILITIES;
 
-// ---- head and line start ----
-
-std::string FACETOR_HEADSTART() {
-  return "       BLOCKNAME      T        P         IUSE";
-}
-
-namespace {
-
-constexpr int use_column = 44;
-
-// Temperature and pressure with esds; a pressure of one atmosphere has none.
-void PUT_CONDITIONS_WITH_ESDS(const CRYSTAL_STRUCTURE_TYPE& phase, std::string& line) {
-  constexpr float ambient_pressure = 0.00011f;  // GPa; up to it a pressure is ambient
-  PUT_FIELD(line, 21, 10,
-            SETNUM_STD(phase.PT(TEMPERATURE, PT_VALUE), phase.PT(TEMPERATURE, PT_ESD)));
-  if (phase.PT(PRESSURE, PT_VALUE) > ambient_pressure)
-    PUT_FIELD(line, 31, 13, SETNUM_STD(phase.PT(PRESSURE, PT_VALUE), phase.PT(PRESSURE, PT_ESD)));
-  else
-    PUT_AT(line, 32, "0.0001");
-}
-
-}  // namespace
-
-std::string FACETOR_LINESTART(int place, bool esd) {
-  const int block = ISORT(place);
-  if (!BLOCK_IS_LISTED(block)) return "";
-  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
-  std::string line = INTEGER_COLUMNS(block, 3) + ": " + TEXT_COLUMNS(phase.BLOCK_TITLE, 14) + ":";
-  if (esd)
-    PUT_CONDITIONS_WITH_ESDS(phase, line);
-  else
-    line += REAL_COLUMNS(phase.PT(TEMPERATURE, PT_VALUE), 6, 1) + " " +
-            REAL_COLUMNS(phase.PT(PRESSURE, PT_VALUE), 7, 3);
-  PUT_AT(line, use_column, IUSE(block) != 0 ? "1" : "0");
-  return line;
-}
-
 // ---- summaries ----
 
 void FACETOR_LIST_PHASE() {

@@ -1,8 +1,8 @@
 // The table of bond valences and their sums.
 #include "console_code/console/output.h"
-#include "console_code/kva_utilities/columns.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
+#include "src/facetor6_list/bond_reports.h"
 #include "src/facetor6_list/bond_tables.h"
 #include "src/facetor6_list/list_parts.h"
 
@@ -11,28 +11,32 @@ namespace FACETOR_LIST {
 using namespace FACETOR_CONSOLE;
 using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
-using namespace KVA_UTILITIES;
 
 namespace {
 
-std::string VALENCE_SUM_TEXT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool esd) {
-  const float sum = phase.POLYHEDRON(i, POLY_VALENCE_SUM);
-  return esd ? SETNUM_STD(sum, phase.POLYHEDRON(i, POLY_VALENCE_SUM_STD)) : REAL_COLUMNS(sum, 8, 3);
+void ADD_SUM_COLUMN(REPORT& report) {
+  const int n = REFERENCE().NBONDS(report.CENTRE);
+  REPORT_COLUMN column;
+  column.NAME = REFERENCE().ATOM(report.CENTRE).LAB + "_BVS";
+  column.UNIT = "v.u.";
+  column.HAS_ESD = true;
+  column.DECIMALS = 3;
+  column.AT = END_COLUMN(n, report.WITH_ESDS);
+  column.WIDTH = report.WITH_ESDS ? any_width : 8;
+  column.HEAD = "BVSUM";
+  column.HEAD_AT = LABEL_COLUMN(n + 1, report.WITH_ESDS) + (report.WITH_ESDS ? 1 : 2);
+  report.COLUMNS.push_back(column);
 }
 
-std::string VALENCE_ROW(int place, int i, bool esd) {
-  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-  std::string line;
-  if (!START_CENTRE_ROW(place, i, esd, line)) return line;
-  const int n = REFERENCE().NBONDS(i);
-  for (int m = 1; m <= n; ++m)
-    if (phase.BONDS(i, m, BOND_LENGTH) > shortest_shown)
-      PUT_VALUE(line, m, esd, phase.BONDS(i, m, BOND_VALENCE), phase.BONDS(i, m, BOND_VALENCE_STD),
-                value_decimals);
-    else
-      PUT_NO_VALUE(line, m, esd);
-  PUT_AT(line, END_COLUMN(n, esd), VALENCE_SUM_TEXT(phase, i, esd));
-  return line;
+void ADD_VALENCE_CELLS(int i, REPORT_ROW& row) {
+  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(row.HEAD.BLOCK);
+  for (int m = 1; m <= REFERENCE().NBONDS(i); ++m)
+    row.CELLS.push_back(
+        phase.BONDS(i, m, BOND_LENGTH) > shortest_shown
+            ? REAL_CELL(phase.BONDS(i, m, BOND_VALENCE), phase.BONDS(i, m, BOND_VALENCE_STD))
+            : NO_VALUE_CELL());
+  row.CELLS.push_back(
+      REAL_CELL(phase.POLYHEDRON(i, POLY_VALENCE_SUM), phase.POLYHEDRON(i, POLY_VALENCE_SUM_STD)));
 }
 
 bool HAS_LOW_SUM(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
@@ -42,15 +46,26 @@ bool HAS_LOW_SUM(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
 
 }  // namespace
 
-void FACETOR_LIST_BONDVALENCE(int i, std::string_view option) {
-  const bool esd = WANTS_ESDS(option);
-  if (!WRITE_BOND_TITLE(i, "||     BOND VALENCES FROM CENTRAL ATOM ")) return;
-  WRITE_BOND_HEAD(i, esd, esd ? 1 : 2, "BVSUM");
-  bool low_sum = false;
-  for (int place : LISTED_PLACES()) {
-    WRITE_OUT(VALENCE_ROW(place, i, esd));
-    low_sum = low_sum || HAS_LOW_SUM(PHASE(ISORT(place)), i);
+REPORT VALENCE_REPORT(int i, bool with_esds, const std::vector<int>& places) {
+  REPORT report = LIGAND_REPORT(i, "valences", "     BOND VALENCES FROM CENTRAL ATOM ", with_esds);
+  if (REFERENCE().NBONDS(i) <= 0) return report;
+  ADD_LIGAND_COLUMNS(report, "_s", "v.u.", true);
+  ADD_SUM_COLUMN(report);
+  for (int place : places) {
+    REPORT_ROW row = START_CENTRE_ROW(place, i);
+    if (row.SENTENCE.empty()) ADD_VALENCE_CELLS(i, row);
+    report.ROWS.push_back(std::move(row));
   }
+  return report;
+}
+
+void FACETOR_LIST_BONDVALENCE(int i, std::string_view option) {
+  const REPORT report = VALENCE_REPORT(i, WANTS_ESDS(option), LISTED_PLACES());
+  WRITE_REPORT(report);
+  if (report.COLUMNS.empty()) return;
+  bool low_sum = false;
+  for (const REPORT_ROW& row : report.ROWS)
+    low_sum = low_sum || HAS_LOW_SUM(PHASE(row.HEAD.BLOCK), i);
   if (low_sum)
     WARNING(
         "If you see small or zero bond valences, check the list of parameters used, and the "

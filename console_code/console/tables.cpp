@@ -1,0 +1,27 @@
+// Printing of tables, in panels where the window is narrow.
+#include "console_code/console/tables.h"
+
+#include "console_code/console/output.h"
+#include "console_code/console_win.h"
+
+namespace KVA_CONSOLE {
+
+using namespace KVA_UTILITIES;
+
+void WRITE_TABLE(std::vector<FIELD_LINE> table, int starts) {
+  SET_COLUMNS(table);
+  const int window = CONSOLE_COLUMNS();
+  const auto panels =
+      window > 0 ? PANELS(table, starts, window) : std::vector<std::vector<std::string>>{};
+  if (panels.size() < 2) {
+    for (const FIELD_LINE& line : table) WRITE_OUT(LINE_TEXT(line));
+    return;
+  }
+  for (const FIELD_LINE& line : table) WRITE_OUT(LINE_TEXT(line), "LOGONLY");
+  for (std::size_t k = 0; k < panels.size(); ++k) {
+    if (k > 0) WRITE_OUT(" ", "NOLOG");
+    for (const std::string& line : panels[k]) WRITE_OUT(line, "NOLOG");
+  }
+}
+
+}  // namespace KVA_CONSOLE

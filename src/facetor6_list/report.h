@@ -1,0 +1,110 @@
+// A report as data: what its columns are and what stands in them, with the values as they were
+// calculated. Tables are printed from it, and so may sheets and graphs be.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "console_code/kva_utilities/layout.h"
+#include "src/kva_crystal_structures/records.h"
+
+namespace FACETOR_LIST {
+
+enum class CELL_KIND {
+  NOTHING,   // nothing stands there
+  NO_VALUE,  // there is none: an atom has no partner, a calculation gave no finite number
+  REAL,
+  WHOLE,
+  TEXT
+};
+
+struct REPORT_CELL {
+  CELL_KIND KIND = CELL_KIND::NOTHING;
+  float VALUE = 0.0f;  // of a real, always finite; of a whole number the same as COUNT
+  float STD = 0.0f;    // its esd; 0: none
+  int COUNT = 0;
+  std::string TEXT;
+};
+
+// NO_VALUE where the value is not finite; an esd that is not finite or is negative is none.
+REPORT_CELL REAL_CELL(float value, float std = 0.0f);
+REPORT_CELL WHOLE_CELL(int count);
+REPORT_CELL TEXT_CELL(std::string_view text);
+REPORT_CELL NO_VALUE_CELL();
+
+// Of the last column of a table, if its texts begin at the left.
+inline constexpr int any_width = 0;
+
+struct REPORT_COLUMN {
+  // ---- what it holds ----
+  std::string NAME{};                // of the quantity, "Fe1-O1[1]"; the same in every form
+  std::string UNIT{};                // "A", "deg", "A^3", "deg^2", "v.u.", "K", "GPa"; blank: none
+  std::vector<std::string> CODES{};  // symmetry codes of the ligands, in the order of the name
+  int LIGAND = 0;                    // bond numbers of the ligands, from 1; 0: none
+  int SECOND_LIGAND = 0;
+  bool HAS_ESD = false;  // shown as value(esd) in a table with esds
+  // ---- how it is printed ----
+  int DECIMALS = 0;      // of a real without an esd
+  int AT = 1;            // first column of its field, of WIDTH columns, where all fields fit
+  int WIDTH = 0;         // value(esd) and texts begin in its first column, numbers end in its last
+  std::string HEAD{};    // word over it; blank: none
+  int HEAD_AT = 1;       // also the place of its codes
+  bool TOUCHES = false;  // stands beside the column before, without a blank
+};
+
+// The start of a row: the block that it is for.
+struct ROW_HEAD {
+  int PLACE = 0;  // of the block in the display order; 0: not in the list
+  int BLOCK = 0;  // number that is shown
+  std::string TITLE;
+  float T = 0.0f;  // K
+  float T_STD = 0.0f;
+  float P = 0.0f;  // GPa
+  float P_STD = 0.0f;
+  bool USED = false;
+};
+
+struct REPORT_ROW {
+  ROW_HEAD HEAD;
+  std::vector<REPORT_CELL> CELLS;  // as many as columns, or fewer when nothing stands behind them
+  std::string SENTENCE;            // in place of the cells that are not there
+};
+
+struct REPORT {
+  std::string QUANTITY;  // "bond", "angles", "edges"; in sheets
+  int CENTRE = 0;        // atom of the reference block; 0: none
+  bool WITH_ESDS = false;
+  bool SHOW_CODES = false;         // symmetry codes stand below the heads
+  std::vector<std::string> TITLE;  // lines above the table; without columns, all that there is
+  std::vector<REPORT_COLUMN> COLUMNS;
+  std::vector<REPORT_ROW> ROWS;
+};
+
+// Head of the row at a place of the display order; and that of any phase, under a number.
+ROW_HEAD HEAD_OF_PLACE(int place);
+ROW_HEAD HEAD_OF_PHASE(const KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase, int number);
+
+// The cell as it stands in its column.
+std::string CELL_TEXT(const REPORT_CELL& cell, const REPORT_COLUMN& column, bool with_esds);
+
+// A column of width columns behind the last one of the report, its name for a head.
+REPORT_COLUMN& ADD_COLUMN(REPORT& report, std::string_view name, int width, int decimals);
+
+// ---- tables ----
+
+// The first columns of every table.
+enum START_COLUMN { START_NUMBER, START_TITLE, START_T, START_P, START_USE, START_COLUMNS };
+
+// Words over them, and they themselves in a row, with esds of T and P or without.
+KVA_UTILITIES::FIELD_LINE HEAD_FIELDS();
+KVA_UTILITIES::FIELD_LINE START_FIELDS(const ROW_HEAD& head, bool esd);
+
+// The cell as the field of a column that has a number in the table.
+KVA_UTILITIES::FIELD CELL_FIELD(int number, const REPORT_COLUMN& column, const REPORT_CELL& cell,
+                                bool with_esds);
+
+// Title and table, the columns as wide as they need to be; in panels where the window is narrower.
+void WRITE_REPORT(const REPORT& report);
+
+}  // namespace FACETOR_LIST
