@@ -239,6 +239,7 @@ void ADD_BOND_CELLS(int i, BOND_FORM form, REPORT_ROW& row) {
 }
 
 BOND_FORM FORM_OF(std::string_view option) {
+  if (WANTS_ESDS(option)) return BOND_FORM::LENGTHS;
   if (INDEXALL(option, "srb") > 0) return BOND_FORM::SRB;
   return INDEXALL(option, "disp") > 0 ? BOND_FORM::DISPLACEMENTS : BOND_FORM::LENGTHS;
 }

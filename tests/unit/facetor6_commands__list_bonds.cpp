@@ -141,9 +141,10 @@ TEST_F(BOND_TABLES, MISSING_BONDS_AND_CENTRES_IN_EVERY_FORM) {
   PHASE(3).NBONDS(1) = NO_CENTRE;
   const std::string start_4 = "  4: fourth        : 298.0   0.000         1";
   const std::string esd_start_4 = "  4: fourth        : 298.0(10) 0.0001      1";
-  EXPECT_EQ(ROWS(BONDS(), start_2), start_2 + "  1.5000No value  1.7000  1.8000    3  1.7500\n" +
-                                        start_3 + no_centre + "\n" + start_4 +
-                                        "No valueNo valueNo valueNo value    0  0.0000\n");
+  // "No value" and a blank before it are nine columns.
+  EXPECT_EQ(ROWS(BONDS(), start_2),
+            start_2 + "   1.5000 No value   1.7000   1.8000    3  1.7500\n" + start_3 + no_centre +
+                "\n" + start_4 + " No value No value No value No value    0  0.0000\n");
   // "No value" at the first column of its field: 46, 57, 68, 79.
   EXPECT_EQ(ROWS(BONDS("ESD"), esd_start_2),
             esd_start_2 + "  1.500(3)  No value    1.700(3)   1.800(3)    3  1.7500\n" +
@@ -151,8 +152,9 @@ TEST_F(BOND_TABLES, MISSING_BONDS_AND_CENTRES_IN_EVERY_FORM) {
                 " No value   No value   No value   No value     0  0.0000\n");
   // (1.51 + 1.71 + 1.81) / 3.
   EXPECT_EQ(ROWS(BONDS("srb"), start_2),
-            start_2 + "  1.5100No value  1.7100  1.8100    3  1.6767  1.7500  2.5000  2.2500\n" +
-                start_3 + no_centre + "\n" + start_4 + "No valueNo valueNo valueNo value\n");
+            start_2 +
+                "   1.5100 No value   1.7100   1.8100    3  1.6767  1.7500  2.5000  2.2500\n" +
+                start_3 + no_centre + "\n" + start_4 + " No value No value No value No value\n");
   // (0.1 + 0 + 0.3 + 0.4) / 4.
   EXPECT_EQ(ROWS(BONDS("displ"), start_2),
             start_2 + "  0.1000  0.0000  0.3000  0.4000    4  0.2000  1.7500\n" + start_3 +
@@ -173,9 +175,9 @@ TEST_F(BOND_TABLES, THE_COLUMNS_ARE_THOSE_OF_THE_REFERENCE) {
   EXPECT_EQ(BONDS(),
             "\n\n     BONDS FROM CENTRAL ATOM Si1    (NAME IN REFERENCE BLOCK second)\n"
             "     BETWEEN  0.01 AND  2.20 ANGSTROM\n" +
-                head + " S1      O2      O3       N AVERAGE  QE       AV     VOLUME\n" + start_1 +
-                "  1.5000  1.6000No value    2  1.7500\n" + start_2 +
-                "  1.5100  1.6100  1.7100    3  1.7500  1.0125  12.500   2.250\n");
+                head + " S1      O2       O3       N AVERAGE  QE       AV     VOLUME\n" + start_1 +
+                "  1.5000  1.6000 No value    2  1.7500\n" + start_2 +
+                "  1.5100  1.6100   1.7100    3  1.7500  1.0125  12.500   2.250\n");
 }
 
 TEST_F(BOND_TABLES, CORRECTED_LENGTHS_ARE_COUNTED_WHERE_THERE_ARE_ANY) {

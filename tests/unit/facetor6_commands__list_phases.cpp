@@ -23,7 +23,7 @@ TEST_F(PHASES, LINE_START_UNDER_ITS_HEAD) {
   PHASE(1).BLOCK_TITLE = "a title that is too long";
   EXPECT_EQ(FACETOR_LINESTART(1), "  1: a title that i: 298.0   0.000         1");
   PHASE(1).PT(TEMPERATURE, PT_VALUE) = 123456.0f;
-  EXPECT_EQ(FACETOR_LINESTART(1), "  1: a title that i:******   0.000         1");
+  EXPECT_EQ(FACETOR_LINESTART(1), "  1: a title that i:123456.0   0.000         1");
 }
 
 TEST_F(PHASES, AMBIENT_PRESSURE_HAS_NO_ESD) {
@@ -32,7 +32,7 @@ TEST_F(PHASES, AMBIENT_PRESSURE_HAS_NO_ESD) {
   PHASE(1).PT(PRESSURE, PT_VALUE) = 0.00011f;
   EXPECT_EQ(FACETOR_LINESTART(1, true), esd_start_1);
   PHASE(1).PT(PRESSURE, PT_VALUE) = 0.00012f;
-  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) 0.000120(10)1");
+  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) 0.000120(10) 1");
   PHASE(1).PT(PRESSURE, PT_VALUE) = 3.5f;
   PHASE(1).PT(PRESSURE, PT_ESD) = 0.05f;
   EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) 3.50(5)     1");
@@ -84,31 +84,36 @@ TEST_F(PHASES, HIDDEN_BLOCKS_LEAVE_NO_ROW_AND_NUMBERS_KEEP_THEIR_GAPS) {
   EXPECT_FALSE(RUN.LIST_ALL_BLOCKS) << "the setting is restored when it was off";
 }
 
-TEST_F(PHASES, VALUES_THAT_DO_NOT_FIT_THE_LINE_START_ARE_STARS) {
+TEST_F(PHASES, COLUMNS_OF_THE_LINE_START_WIDEN_FOR_LONG_VALUES) {
   ADD("first");
   PHASE(1).PT(TEMPERATURE, PT_VALUE) = no_number;
   PHASE(1).PT(PRESSURE, PT_VALUE) = 12345.5f;
-  // NaN right-adjusted in 21-26; "12345.500" has 9 characters for the 7 columns 28-34.
-  EXPECT_EQ(FACETOR_LINESTART(1), "  1: first         :   NaN *******         1");
+  // "No value" behind the colon is two columns longer than 21-26, "12345.500" two than 28-34.
+  EXPECT_EQ(FACETOR_LINESTART(1), "  1: first         :No value 12345.500         1");
   // The field of T reaches to column 30 and takes 10 characters with its blank, or without it;
-  // that of P reaches from 31 to 43.
+  // that of P reaches from 31 to 42.
   PHASE(1).PT(TEMPERATURE, PT_VALUE) = 1234.5f;
   PHASE(1).PT(TEMPERATURE, PT_ESD) = 1.2f;
   PHASE(1).PT(PRESSURE, PT_ESD) = 0.5f;
   EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         :1234.5(12) 12345.5(5)  1");
   PHASE(1).PT(TEMPERATURE, PT_ESD) = 0.12f;
   PHASE(1).PT(PRESSURE, PT_ESD) = 0.0005f;
-  // "1234.50(12)" has 11 characters for 10 columns, "12345.5000(5)" 13 for 13.
-  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         :**********12345.5000(5)1");
+  // "1234.50(12)" has 12 characters with its blank for 10 columns, "12345.5000(5)" 14 for 12.
+  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 1234.50(12) 12345.5000(5) 1");
 }
 
-TEST_F(PHASES, A_NEGATIVE_OR_UNDEFINED_PRESSURE_IS_AMBIENT_WITH_ESDS) {
+TEST_F(PHASES, ONLY_PRESSURES_FROM_ZERO_TO_THAT_OF_THE_AIR_ARE_AMBIENT) {
   ADD("first");
+  PHASE(1).PT(PRESSURE, PT_VALUE) = 0.0f;
+  EXPECT_EQ(FACETOR_LINESTART(1, true), esd_start_1);
   PHASE(1).PT(PRESSURE, PT_VALUE) = -2.0f;
-  EXPECT_EQ(FACETOR_LINESTART(1, true), esd_start_1);
+  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) -2.0000      1");
+  PHASE(1).PT(PRESSURE, PT_VALUE) = -0.00005f;
+  PHASE(1).PT(PRESSURE, PT_ESD) = 0.00002f;
+  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) -0.00005(2)  1");
   PHASE(1).PT(PRESSURE, PT_VALUE) = no_number;
-  EXPECT_EQ(FACETOR_LINESTART(1, true), esd_start_1);
-  EXPECT_EQ(FACETOR_LINESTART(1), "  1: first         : 298.0     NaN         1");
+  EXPECT_EQ(FACETOR_LINESTART(1, true), "  1: first         : 298.0(10) No value     1");
+  EXPECT_EQ(FACETOR_LINESTART(1), "  1: first         : 298.0 No value         1");
 }
 
 // ---- summaries of lists ----

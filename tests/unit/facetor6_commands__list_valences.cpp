@@ -65,7 +65,7 @@ TEST_F(VALENCE_TABLES, A_VALENCE_IS_SHOWN_WHERE_THE_BOND_HAS_A_LENGTH) {
   PHASE(1).BONDS(1, 1, BOND_VALENCE) = 0.0f;
   PHASE(1).BONDS(1, 1, BOND_VALENCE_STD) = 0.0f;
   PHASE(1).BONDS(1, 2, BOND_LENGTH) = 0.0001f;
-  EXPECT_EQ(ROWS(VALENCES(), start_1), start_1 + "  0.0000No value     0.750\n");
+  EXPECT_EQ(ROWS(VALENCES(), start_1), start_1 + "  0.0000 No value     0.750\n");
   // A zero without an esd has five decimals: 46 blank, 47 to 53. "No value" 57 to 64, sum from 68.
   EXPECT_EQ(ROWS(VALENCES("ESD"), esd_start_1), esd_start_1 + "  0.00000   No value    0.75(2)\n");
   PHASE(1).BONDS(1, 2, BOND_LENGTH) = 0.00011f;
@@ -91,9 +91,9 @@ TEST_F(VALENCE_TABLES, THE_COLUMNS_ARE_THOSE_OF_THE_REFERENCE) {
   EXPECT_EQ(VALENCES(),
             "\n\n     BOND VALENCES FROM CENTRAL ATOM Si1    (NAME IN REFERENCE BLOCK second)\n"
             "     BETWEEN  0.01 AND  2.20 ANGSTROM\n" +
-                head + " O1      O2      O3        BVSUM\n" + start_1 +
-                "  0.2500  0.5000No value     0.750\n" + start_2 +
-                "  0.2500  0.5000  0.7500     1.500\n" + start_3 + no_centre + "\n");
+                head + " O1      O2       O3        BVSUM\n" + start_1 +
+                "  0.2500  0.5000 No value     0.750\n" + start_2 +
+                "  0.2500  0.5000   0.7500     1.500\n" + start_3 + no_centre + "\n");
 }
 
 TEST_F(VALENCE_TABLES, ROWS_STAND_IN_DISPLAY_ORDER_WITHOUT_THE_HIDDEN_BLOCKS) {
@@ -141,7 +141,7 @@ TEST_F(VALENCE_TABLES, A_CENTRE_WITHOUT_BONDS_OR_ABSENT_GIVES_NO_WARNING) {
   ADD_VALENCES(1, 0.75f);
   PHASE(3).NBONDS(1) = NO_CENTRE;
   EXPECT_EQ(ROWS(VALENCES(), start_2),
-            start_2 + "No valueNo value     0.000\n" + start_3 + no_centre + "\n");
+            start_2 + " No value No value     0.000\n" + start_3 + no_centre + "\n");
 }
 
 TEST_F(VALENCE_TABLES, MIXED_SITES_ARE_TOLD_WITH_OR_WITHOUT_THE_WARNING) {

@@ -398,7 +398,8 @@ TEST_F(ODD_FILES, A_NEGATIVE_TENSOR_HAS_NO_DISPLACEMENT) {
   CALC();
   // U along x is -0.01 at both ends of the bond, which lies along x.
   EXPECT_TRUE(std::isnan(REFERENCE().BONDS(1, 1, BOND_DISPL_CENTRE)));
-  EXPECT_TRUE(HOLDS(LIST_ALL("displace"), "NaN"));
+  EXPECT_TRUE(HOLDS(LIST_ALL("displace"), " No value"));
+  EXPECT_FALSE(HOLDS(LIST_ALL("displace"), "NaN"));
   EXPECT_TRUE(HOLDS(TABLE("adps"), "-0.010(10)")) << "the tensor is shown as it is";
 }
 
@@ -410,10 +411,11 @@ TEST_F(ODD_FILES, CONDITIONS_BELOW_ZERO_ARE_ROOM_CONDITIONS) {
   EXPECT_EQ(PHASE(1).PT(PRESSURE, PT_VALUE), 0.0001f);
 }
 
-TEST_F(ODD_FILES, CONDITIONS_THAT_FIT_NO_COLUMNS_ARE_STARS) {
+TEST_F(ODD_FILES, CONDITIONS_AS_LONG_AS_THEY_ARE) {
   READ(ODD("conditions_huge"));
   EXPECT_EQ(LINES_WITH(LIST_ALL("block"), "odd"),
-            (LINES{"  1: odd           :****** *******         1"}));
+            (LINES{"  1: odd           :1000000015047466219876688855040.0 "
+                   "99999993646728794492579249913856.000         1"}));
 }
 
 // The field of a and what follows it up to that of b.
