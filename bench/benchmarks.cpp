@@ -279,7 +279,7 @@ BENCHMARK(CALC_BY_LOOPS)->Arg(GARNET)->Arg(PYROXENE)->MeasureProcessCPUTime();
 
 int main(int argc, char** argv) {
   // Answers come from the cases, never from the settings of whoever measures.
-  KVA_CONSOLE::RUN_TYPE = 1;
+  KVA_CONSOLE::CONSOLE.RUN_TYPE = 1;
   FACETOR_CONSOLE::INIT_PHASE_LIST();
   FACETOR_CONSOLE::SET_DEFAULT_CHARGES();
   benchmark::Initialize(&argc, argv);

@@ -76,7 +76,7 @@ constexpr std::array built_ins{
 // only while a macro is recorded.
 bool BUILT_IN_FITS(const BUILT_IN_WORD& built_in, std::string_view word) {
   if (built_in.CODE == BUILT_IN::X) return word == built_in.WORD;
-  if (built_in.CODE == BUILT_IN::END && MACRO_STATE != -1) return false;
+  if (built_in.CODE == BUILT_IN::END && CONSOLE.MACRO_STATE != -1) return false;
   return word.find(built_in.WORD) != std::string_view::npos;
 }
 
@@ -89,26 +89,26 @@ BUILT_IN FIND_BUILT_IN(std::string_view word) {
 bool PASSWORD_IS_GIVEN() {
   WRITE_OUT_BLANK(1);
   GET_INPUT("     Password:", {.SECRET = true});
-  return EQUAL_TEXT(INSTRING, gate_word);
+  return EQUAL_TEXT(CONSOLE.INSTRING, gate_word);
 }
 
 void RUN_PRIV() {
-  if (RESERVED_ON)
-    RESERVED_ON = false;
+  if (CONSOLE.RESERVED_ON)
+    CONSOLE.RESERVED_ON = false;
   else
-    RESERVED_ON = PASSWORD_IS_GIVEN();
+    CONSOLE.RESERVED_ON = PASSWORD_IS_GIVEN();
 }
 
 void ENTER_SYSTEM_MODE() {
-  SYSTEM_MODE = 1;
+  CONSOLE.SYSTEM_MODE = 1;
   WRITE_OUT("     To exit from system and return to the program, type PROG");
-  SAVED_PROMPT = CMD_PROMPT;
-  CMD_PROMPT = "SYSTEM>";
+  CONSOLE.SAVED_PROMPT = CONSOLE.CMD_PROMPT;
+  CONSOLE.CMD_PROMPT = "SYSTEM>";
 }
 
 void LEAVE_SYSTEM_MODE() {
-  SYSTEM_MODE = 0;
-  CMD_PROMPT = SAVED_PROMPT;
+  CONSOLE.SYSTEM_MODE = 0;
+  CONSOLE.CMD_PROMPT = CONSOLE.SAVED_PROMPT;
 }
 
 void RUN_SYSTEM_COMMAND(const std::string& line, std::string_view failure) {
@@ -122,33 +122,33 @@ void RUN_SYSTEM_COMMAND(const std::string& line, std::string_view failure) {
 void OPEN_MACRO(std::string_view control, int state) {
   const bool opened = OPEN_MACRO_FILE(control);
   if (opened)
-    MACRO_STATE = state;
-  else if (!MACRO_FILE.OPEN)
-    MACRO_STATE = 0;
+    CONSOLE.MACRO_STATE = state;
+  else if (!CONSOLE.MACRO_FILE.OPEN)
+    CONSOLE.MACRO_STATE = 0;
 }
 
 void RECORD_MACRO() {
   WRITE_OUT("       Open a file to record the commands");
   OPEN_MACRO("REPLACE CONFIRM", -1);
-  WRITE_OUT(MACRO_STATE == -1 ? "***** Macro recording intiated"
-                              : "***** Macro recording FAILED to be intiated");
+  WRITE_OUT(CONSOLE.MACRO_STATE == -1 ? "***** Macro recording intiated"
+                                      : "***** Macro recording FAILED to be intiated");
 }
 
 void END_MACRO() {
-  MACRO_STATE = 0;
-  CLOSE_FILE(MACRO_FILE);
+  CONSOLE.MACRO_STATE = 0;
+  CLOSE_FILE(CONSOLE.MACRO_FILE);
   WRITE_OUT("***** Macro recording stopped");
 }
 
 void REPLAY_MACRO() {
   constexpr int longest_chain = 1000;
   OPEN_MACRO("OLD READ", 1);
-  if (++MACRO_CHAIN > longest_chain) {
+  if (++CONSOLE.MACRO_CHAIN > longest_chain) {
     WRITE_OUT("***** These macros start one another without end");
-    CLOSE_FILE(MACRO_FILE);
-    MACRO_STATE = 0;
+    CLOSE_FILE(CONSOLE.MACRO_FILE);
+    CONSOLE.MACRO_STATE = 0;
   }
-  WRITE_OUT(MACRO_STATE == 1 ? "***** Running macro" : "***** Failed to start macro");
+  WRITE_OUT(CONSOLE.MACRO_STATE == 1 ? "***** Running macro" : "***** Failed to start macro");
 }
 
 // Carries out a built-in other than those that end the caller's loop.
@@ -165,15 +165,15 @@ void RUN_BUILT_IN(BUILT_IN built_in) {
     case BUILT_IN::INFO:
       return WRITE_HEADER();
     case BUILT_IN::TIME:
-      TIME_IN_PROMPT = !TIME_IN_PROMPT;
+      CONSOLE.TIME_IN_PROMPT = !CONSOLE.TIME_IN_PROMPT;
       return;
     case BUILT_IN::SYS:
       return ENTER_SYSTEM_MODE();
     case BUILT_IN::DIR:
-      return RUN_SYSTEM_COMMAND(std::string(LISTING_COMMAND) + " " + INSTRING,
+      return RUN_SYSTEM_COMMAND(std::string(LISTING_COMMAND) + " " + CONSOLE.INSTRING,
                                 "LS command returned an error");
     case BUILT_IN::CD:
-      RUN_SYSTEM_COMMAND("chdir " + INSTRING, "CD command returned an error");
+      RUN_SYSTEM_COMMAND("chdir " + CONSOLE.INSTRING, "CD command returned an error");
       return WRITE_WDIR();
     case BUILT_IN::RECORD:
       return RECORD_MACRO();
@@ -190,23 +190,23 @@ void RUN_BUILT_IN(BUILT_IN built_in) {
 
 // A line of the system mode.
 void RUN_SYSTEM_LINE() {
-  if (INCOM.find("PROG") != std::string::npos)
+  if (CONSOLE.INCOM.find("PROG") != std::string::npos)
     LEAVE_SYSTEM_MODE();
   else
-    RUN_SYSTEM_COMMAND(INSTRING, "System command returned an error");
+    RUN_SYSTEM_COMMAND(CONSOLE.INSTRING, "System command returned an error");
 }
 
 // ---- command table ----
 
 bool IS_HIDDEN(const COMMAND_ENTRY& entry) {
-  return entry.CPRIV && !RESERVED_ON;
+  return entry.CPRIV && !CONSOLE.RESERVED_ON;
 }
 
 // The entry that the word abbreviates; 0 when none fits, or several do, with a message.
 int FIND_COMMAND(std::string_view word) {
   int found = 0;
-  for (int i = 1; i <= COMMANDS.COUNT(); ++i) {
-    if (IS_HIDDEN(COMMANDS(i)) || !COMMANDS(i).CLIST.starts_with(word)) continue;
+  for (int i = 1; i <= CONSOLE.COMMANDS.COUNT(); ++i) {
+    if (IS_HIDDEN(CONSOLE.COMMANDS(i)) || !CONSOLE.COMMANDS(i).CLIST.starts_with(word)) continue;
     if (found > 0) {
       WRITE_OUT("*****Ambiguous command ");
       return 0;
@@ -221,14 +221,14 @@ int FIND_COMMAND(std::string_view word) {
 // Those that HELP shows. A line for the operating system has no words of ours.
 LINE_HELP HELP_WITH_COMMANDS() {
   LINE_HELP help{.FILES = true};
-  if (SYSTEM_MODE == 1) return help;
+  if (CONSOLE.SYSTEM_MODE == 1) return help;
   for (const BUILT_IN_WORD& built_in : built_ins) {
     const bool hidden = built_in.CODE == BUILT_IN::PRIV || built_in.CODE == BUILT_IN::X ||
-                        (built_in.CODE == BUILT_IN::END && MACRO_STATE != -1) ||
-                        (built_in.CODE == BUILT_IN::MODE && OPERATION_MODE < 0);
+                        (built_in.CODE == BUILT_IN::END && CONSOLE.MACRO_STATE != -1) ||
+                        (built_in.CODE == BUILT_IN::MODE && CONSOLE.OPERATION_MODE < 0);
     if (!hidden) help.WORDS.push_back({std::string(built_in.WORD)});
   }
-  for (const COMMAND_ENTRY& entry : COMMANDS)
+  for (const COMMAND_ENTRY& entry : CONSOLE.COMMANDS)
     if (!IS_HIDDEN(entry)) help.WORDS.push_back({entry.CLIST, entry.MENU});
   return help;
 }
@@ -236,7 +236,7 @@ LINE_HELP HELP_WITH_COMMANDS() {
 // ---- help ----
 
 void HELP_GROUP(int group) {
-  for (const COMMAND_ENTRY& entry : COMMANDS) {
+  for (const COMMAND_ENTRY& entry : CONSOLE.COMMANDS) {
     if (entry.CLIST_GROUP != group || IS_HIDDEN(entry)) continue;
     WRITE_OUT("           " + TEXT_COLUMNS(entry.CLIST, word_columns) + ":  " +
               TRIM(entry.CLIST_DESCRIPT));
@@ -249,11 +249,11 @@ void CONSOLE_HELP() {
   WRITE_OUT_BLANK(1);
   WRITE_OUT("        ******General Commands******");
   std::string general = "           EXIT     HELP     INFO    LOG";
-  if (OPERATION_MODE >= 0) general += "     MODE";
+  if (CONSOLE.OPERATION_MODE >= 0) general += "     MODE";
   WRITE_OUT(general);
   HELP_GROUP(0);
-  for (int group = 1; group <= CLIST_GROUP_TITLE.COUNT(); ++group) {
-    const std::string title = TRIM(CLIST_GROUP_TITLE(group));
+  for (int group = 1; group <= CONSOLE.CLIST_GROUP_TITLE.COUNT(); ++group) {
+    const std::string title = TRIM(CONSOLE.CLIST_GROUP_TITLE(group));
     if (title.empty()) continue;
     WRITE_OUT_BLANK(1);
     WRITE_OUT("        ******" + title + "******");
@@ -266,13 +266,13 @@ void CONSOLE_HELP() {
 }
 
 void SET_CMD_PROMPT() {
-  CMD_PROMPT = TRIM(CMD_PROMPT) + "-" + REAL_COLUMNS(PROGRAM_VERSION, 3, 1) + ">";
+  CONSOLE.CMD_PROMPT = TRIM(CONSOLE.CMD_PROMPT) + "-" + REAL_COLUMNS(PROGRAM_VERSION, 3, 1) + ">";
 }
 
 std::string SET_CMD_PROMPT_DATE() {
-  const std::string prompt = TRIM(CMD_PROMPT);
+  const std::string prompt = TRIM(CONSOLE.CMD_PROMPT);
   const std::string stem = prompt.substr(0, prompt.find('>'));
-  if (!TIME_IN_PROMPT) return stem + ">";
+  if (!CONSOLE.TIME_IN_PROMPT) return stem + ">";
   return DATE_KVA() + " " + CLOCK_KVA().substr(0, clock_columns) + " " + stem + ">";
 }
 
@@ -281,14 +281,14 @@ void COMMAND(int& icom) {
   while (true) {
     WRITE_OUT_BLANK(1);
     GET_INPUT(SET_CMD_PROMPT_DATE(), HELP_WITH_COMMANDS());
-    if (INSTRING_LEN == 0) continue;
-    INCOM = U_CASE(INSTRING.substr(0, INSTRING.find(' ')));
-    if (SYSTEM_MODE == 1) {
+    if (CONSOLE.INSTRING_LEN == 0) continue;
+    CONSOLE.INCOM = U_CASE(CONSOLE.INSTRING.substr(0, CONSOLE.INSTRING.find(' ')));
+    if (CONSOLE.SYSTEM_MODE == 1) {
       RUN_SYSTEM_LINE();
       continue;
     }
     TAKE_WORD();
-    const BUILT_IN built_in = FIND_BUILT_IN(INCOM);
+    const BUILT_IN built_in = FIND_BUILT_IN(CONSOLE.INCOM);
     if (built_in == BUILT_IN::EXIT || built_in == BUILT_IN::X) {
       icom = built_in == BUILT_IN::EXIT ? end_by_exit : end_by_x;
       return;
@@ -297,7 +297,7 @@ void COMMAND(int& icom) {
       RUN_BUILT_IN(built_in);
       continue;
     }
-    icom = FIND_COMMAND(INCOM);
+    icom = FIND_COMMAND(CONSOLE.INCOM);
     if (icom > 0) return;
   }
 }

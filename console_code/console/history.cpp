@@ -18,7 +18,7 @@ constexpr std::size_t longest_file = HISTORY_LENGTH + HISTORY_LENGTH / 5;
 
 std::vector<std::string> LINES_OF_FILE() {
   std::vector<std::string> lines;
-  if (OPEN_UNIT(history_unit, HISTORY_FILE, UNIT_MODE::OLD) != 0) return lines;
+  if (OPEN_UNIT(history_unit, CONSOLE.HISTORY_FILE, UNIT_MODE::OLD) != 0) return lines;
   for (std::string line; READ_UNIT(history_unit, line) == READ_STATUS::LINE;)
     if (LENTRIM(line) > 0) lines.push_back(line);
   CLOSE_UNIT(history_unit);
@@ -28,7 +28,7 @@ std::vector<std::string> LINES_OF_FILE() {
 }  // namespace
 
 std::vector<std::string> READ_HISTORY() {
-  if (HISTORY_FILE.empty()) return {};
+  if (CONSOLE.HISTORY_FILE.empty()) return {};
   std::vector<std::string> lines = LINES_OF_FILE();
   if (lines.size() <= HISTORY_LENGTH) return lines;
   const bool too_long = lines.size() > longest_file;
@@ -36,12 +36,12 @@ std::vector<std::string> READ_HISTORY() {
   if (!too_long) return lines;
   std::string content;
   for (const std::string& line : lines) content += line + "\n";
-  REPLACE_FILE(HISTORY_FILE, content);
+  REPLACE_FILE(CONSOLE.HISTORY_FILE, content);
   return lines;
 }
 
 void ADD_TO_HISTORY(std::string_view line) {
-  if (!HISTORY_FILE.empty()) APPEND_TO_FILE(HISTORY_FILE, std::string(line) + "\n");
+  if (!CONSOLE.HISTORY_FILE.empty()) APPEND_TO_FILE(CONSOLE.HISTORY_FILE, std::string(line) + "\n");
 }
 
 }  // namespace KVA_CONSOLE

@@ -29,68 +29,71 @@ void CONTROL_TO_BLANKS(std::string& line) {
 // Input has run out, so nobody can say EXIT: the files are made safe and the program ends.
 [[noreturn]] void END_OF_INPUT() {
   std::cout.flush();
-  CLOSE_FILE(LOG_FILE);
-  CLOSE_FILE(MACRO_FILE);
+  CLOSE_FILE(CONSOLE.LOG_FILE);
+  CLOSE_FILE(CONSOLE.MACRO_FILE);
   std::cerr << "Gemmara: end of input\n" << std::flush;
   std::exit(end_of_input_status);
 }
 
 void READ_MACRO_LINE(const std::string& prompt) {
-  const READ_STATUS status = READ_UNIT(MACRO_FILE.UNIT, INSTRING);
-  if (status != READ_STATUS::LINE) INSTRING.clear();
-  CONTROL_TO_BLANKS(INSTRING);
-  WRITE_OUT(prompt + TRIM(INSTRING), "NOLOG");
+  const READ_STATUS status = READ_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING);
+  if (status != READ_STATUS::LINE) CONSOLE.INSTRING.clear();
+  CONTROL_TO_BLANKS(CONSOLE.INSTRING);
+  WRITE_OUT(prompt + TRIM(CONSOLE.INSTRING), "NOLOG");
   if (status == READ_STATUS::LINE) return;
-  MACRO_STATE = 0;
-  CLOSE_FILE(MACRO_FILE);
+  CONSOLE.MACRO_STATE = 0;
+  CLOSE_FILE(CONSOLE.MACRO_FILE);
   WRITE_OUT(status == READ_STATUS::END
                 ? "***** Macro completed"
                 : "***** Macro aborted because of reading error from macro file");
 }
 
 void RECORD_LINE() {
-  if (MACRO_STATE != -1 || !MACRO_FILE.OPEN || WRITE_UNIT(MACRO_FILE.UNIT, INSTRING)) return;
-  MACRO_STATE = 0;
-  WRITE_OUT("***** Macro recording stopped because " + MACRO_FILE.NAME + " cannot be written");
-  CLOSE_FILE(MACRO_FILE);
+  if (CONSOLE.MACRO_STATE != -1 || !CONSOLE.MACRO_FILE.OPEN ||
+      WRITE_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING))
+    return;
+  CONSOLE.MACRO_STATE = 0;
+  WRITE_OUT("***** Macro recording stopped because " + CONSOLE.MACRO_FILE.NAME +
+            " cannot be written");
+  CLOSE_FILE(CONSOLE.MACRO_FILE);
 }
 
 bool READ_TYPED_LINE(const std::string& prompt, const LINE_HELP& help) {
-  if (EDITING_POSSIBLE(prompt)) return EDIT_LINE(prompt, help, INSTRING);
+  if (EDITING_POSSIBLE(prompt)) return EDIT_LINE(prompt, help, CONSOLE.INSTRING);
   WRITE_CONSOLE(prompt);
-  return READ_CONSOLE(INSTRING);
+  return READ_CONSOLE(CONSOLE.INSTRING);
 }
 
 }  // namespace
 
 void CLEAR_INPUT() {
-  INSTRING.clear();
-  INSTRING_LEN = 0;
+  CONSOLE.INSTRING.clear();
+  CONSOLE.INSTRING_LEN = 0;
 }
 
 std::string TAKE_WORD() {
-  const std::string word = CUT_WORD(INSTRING);
-  INSTRING_LEN = LENTRIM(INSTRING);
+  const std::string word = CUT_WORD(CONSOLE.INSTRING);
+  CONSOLE.INSTRING_LEN = LENTRIM(CONSOLE.INSTRING);
   return word;
 }
 
 bool GET_INPUT_CMD(std::string_view prompt, const LINE_HELP& help) {
   const bool read = READ_TYPED_LINE(TRIM(prompt), help);
-  MACRO_CHAIN = 0;
-  CONTROL_TO_BLANKS(INSTRING);
-  if (!help.SECRET) REMEMBER_LINE(INSTRING);
+  CONSOLE.MACRO_CHAIN = 0;
+  CONTROL_TO_BLANKS(CONSOLE.INSTRING);
+  if (!help.SECRET) REMEMBER_LINE(CONSOLE.INSTRING);
   return read;
 }
 
 void GET_INPUT(std::string_view prompt, const LINE_HELP& help) {
   const std::string shown = TRIM(prompt);
   CLEAR_INPUT();
-  if (MACRO_STATE == 1)
+  if (CONSOLE.MACRO_STATE == 1)
     READ_MACRO_LINE(shown);
   else if (!GET_INPUT_CMD(prompt, help))
     END_OF_INPUT();
-  WRITE_LOG(shown + TRIM(INSTRING));
-  STRIP_FRONT_BLANK(INSTRING, INSTRING_LEN);
+  WRITE_LOG(shown + TRIM(CONSOLE.INSTRING));
+  STRIP_FRONT_BLANK(CONSOLE.INSTRING, CONSOLE.INSTRING_LEN);
   RECORD_LINE();
 }
 

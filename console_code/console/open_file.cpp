@@ -45,7 +45,7 @@ OPEN_REQUEST READ_CONTROL(std::string_view control) {
 // True when the file was open and stays so.
 bool KEEP_OPEN_FILE(FILE_RECORD& file) {
   if (!file.OPEN) return false;
-  if (INSTRING_LEN == 0) {
+  if (CONSOLE.INSTRING_LEN == 0) {
     WRITE_OUT(TRIM(file.DESCRIPTOR) + " named " + file.NAME + " is already open");
     if (GET_ANSWER_YN("Do you want to close this and open a new file", "Y") != 'Y') return true;
   }
@@ -55,14 +55,14 @@ bool KEEP_OPEN_FILE(FILE_RECORD& file) {
 
 // Asks for a name when none is pending. False when none is given.
 bool NAME_IS_PENDING(const FILE_RECORD& file, const OPEN_REQUEST& request) {
-  if (INSTRING_LEN > 0) return true;
-  if (MACRO_STATE == -1) {
+  if (CONSOLE.INSTRING_LEN > 0) return true;
+  if (CONSOLE.MACRO_STATE == -1) {
     WRITE_OUT(" *****Selecting a filename this way will not be recorded by the Macro");
     WRITE_OUT(" *****For recording enter the filename with the command");
   }
   WRITE_OUT_BLANK(1);
   GET_INPUT_FILENAME(request.WORD, file.DESCRIPTOR, file.EXT, request.MODE == OPEN_MODE::OLD);
-  return INSTRING_LEN > 0;
+  return CONSOLE.INSTRING_LEN > 0;
 }
 
 std::string UNQUOTED(std::string_view typed) {
@@ -82,7 +82,7 @@ std::string HOME_EXPANDED(std::string path) {
 // The pending text as a file name, blank when there is none in it. A name that must exist and
 // does not is tried with the extension, since its "." may be that of a folder: ../data/quartz
 std::string TAKE_NAME(const FILE_RECORD& file, const OPEN_REQUEST& request) {
-  const std::string typed = UNQUOTED(INSTRING);
+  const std::string typed = UNQUOTED(CONSOLE.INSTRING);
   CLEAR_INPUT();
   if (typed.empty()) return "";
   const std::string name = HOME_EXPANDED(WITH_EXTENSION(typed, file.EXT));
@@ -183,14 +183,14 @@ void TAKE_CHOSEN(const std::string& path) {
   const std::string name = FILENAME(path);
   const bool moved = CHANGE_DIRECTORY(path.substr(0, path.size() - name.size()));
   if (moved) SAVE_WORK_DIR();
-  INSTRING = moved && name.size() <= INPUT_LENGTH ? name : path;
-  INSTRING_LEN = LENTRIM(INSTRING);
+  CONSOLE.INSTRING = moved && name.size() <= INPUT_LENGTH ? name : path;
+  CONSOLE.INSTRING_LEN = LENTRIM(CONSOLE.INSTRING);
 }
 
 // Asks by the system's dialogue. False when the question must be put at the prompt: a macro answers
 // it by a line.
 bool CHOSEN_BY_DIALOGUE(const FILE_QUESTION& question) {
-  if (MACRO_STATE == 1) return false;
+  if (CONSOLE.MACRO_STATE == 1) return false;
   std::string path;
   const FILE_CHOICE choice = CHOOSE_FILE(question, path);
   if (choice == FILE_CHOICE::CHOSEN) TAKE_CHOSEN(path);
@@ -241,21 +241,22 @@ std::string FULL_PATH(const std::string& name) {
 
 // A name that is given again means another file when the working directory has changed.
 void OPEN_LOG_FILE() {
-  LOG_FILE.DESCRIPTOR = "Log file";
-  LOG_FILE.UNIT = LOG_UNIT;
-  LOG_FILE.EXT = "log";
-  const std::string old_name = LOG_FILE.NAME;
-  const std::string old_path = LOG_PATH;
-  if (!OPEN_FILE(LOG_FILE, "append")) return;
-  LOG_PATH = FULL_PATH(LOG_FILE.NAME);
-  if (LOG_FILE.NAME != old_name || LOG_PATH != old_path || LOG_FILE.MADE) WRITE_HEADER("logonly");
+  CONSOLE.LOG_FILE.DESCRIPTOR = "Log file";
+  CONSOLE.LOG_FILE.UNIT = LOG_UNIT;
+  CONSOLE.LOG_FILE.EXT = "log";
+  const std::string old_name = CONSOLE.LOG_FILE.NAME;
+  const std::string old_path = CONSOLE.LOG_PATH;
+  if (!OPEN_FILE(CONSOLE.LOG_FILE, "append")) return;
+  CONSOLE.LOG_PATH = FULL_PATH(CONSOLE.LOG_FILE.NAME);
+  if (CONSOLE.LOG_FILE.NAME != old_name || CONSOLE.LOG_PATH != old_path || CONSOLE.LOG_FILE.MADE)
+    WRITE_HEADER("logonly");
 }
 
 bool OPEN_MACRO_FILE(std::string_view control) {
-  MACRO_FILE.DESCRIPTOR = "file for macros";
-  MACRO_FILE.UNIT = MACRO_UNIT;
-  MACRO_FILE.EXT = "mcr";
-  return OPEN_FILE(MACRO_FILE, control);
+  CONSOLE.MACRO_FILE.DESCRIPTOR = "file for macros";
+  CONSOLE.MACRO_FILE.UNIT = MACRO_UNIT;
+  CONSOLE.MACRO_FILE.EXT = "mcr";
+  return OPEN_FILE(CONSOLE.MACRO_FILE, control);
 }
 
 }  // namespace KVA_CONSOLE

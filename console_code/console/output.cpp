@@ -85,8 +85,8 @@ std::string FRAMED_TITLE(std::string_view title, int width) {
 
 int HEADER_WIDTH(std::string_view control) {
   constexpr int smallest = 2;  // room for both ends of the frame
-  const int width = CONTROL_NUMBER(control, "WIDTH=").value_or(WIDTH);
-  return width >= smallest && width <= INPUT_LENGTH ? width : WIDTH;
+  const int width = CONTROL_NUMBER(control, "WIDTH=").value_or(CONSOLE.WIDTH);
+  return width >= smallest && width <= INPUT_LENGTH ? width : CONSOLE.WIDTH;
 }
 
 std::string DATE_AND_TIME() {
@@ -102,9 +102,9 @@ void WRITE_OUT_CONSOLE(std::string_view line) {
 }
 
 void WRITE_LOG(std::string_view line) {
-  if (!LOG_FILE.OPEN || WRITE_UNIT(LOG_FILE.UNIT, TRIM(line))) return;
-  WRITE_OUT_CONSOLE("*****Log file " + LOG_FILE.NAME + " cannot be written and was closed");
-  CLOSE_FILE(LOG_FILE);
+  if (!CONSOLE.LOG_FILE.OPEN || WRITE_UNIT(CONSOLE.LOG_FILE.UNIT, TRIM(line))) return;
+  WRITE_OUT_CONSOLE("*****Log file " + CONSOLE.LOG_FILE.NAME + " cannot be written and was closed");
+  CLOSE_FILE(CONSOLE.LOG_FILE);
 }
 
 void WRITE_OUT(std::string_view text, std::string_view control) {
@@ -120,8 +120,9 @@ void WRITE_OUT(std::string_view text, std::string_view control) {
   }
   const bool shifted = HAS_WORD(control, "BLANK");
 
-  if (RUN_TYPE == silent_run && destination == DESTINATION::CONSOLE) return;
-  if (RUN_TYPE == silent_run && destination != DESTINATION::UNIT) destination = DESTINATION::LOG;
+  if (CONSOLE.RUN_TYPE == silent_run && destination == DESTINATION::CONSOLE) return;
+  if (CONSOLE.RUN_TYPE == silent_run && destination != DESTINATION::UNIT)
+    destination = DESTINATION::LOG;
 
   std::string start = shifted ? " " : "";
   if (shifted && destination == DESTINATION::UNIT) start += " ";
@@ -140,10 +141,10 @@ void WRITE_OUT_BLANK(int n) {
 // ---- blocks ----
 
 void ANNOUNCE(std::string_view text, std::string_view control) {
-  std::string line = MAKESTARS(WIDTH);
+  std::string line = MAKESTARS(CONSOLE.WIDTH);
   const int length = LENTRIM(text);
   if (length > 0) {
-    int column = (WIDTH - length) / 2;
+    int column = (CONSOLE.WIDTH - length) / 2;
     if (column < 1 || column + length > INPUT_LENGTH) column = 1;
     PUT_AT(line, column, TRIM(text) + " ");
   }

@@ -35,7 +35,7 @@ bool READ_WORK_LIST(int nmax, WORK_LIST& work, bool& one_shot) {
     one_shot = true;
   } else {
     int count = 0;
-    read = READ_INTEGERS(INSTRING, work, count);
+    read = READ_INTEGERS(CONSOLE.INSTRING, work, count);
   }
   CLEAR_INPUT();
   return read;
@@ -82,7 +82,7 @@ std::vector<int> GET_LIST(std::string_view prompt, int nmax) {
         "the Gemmara developers");
     return list;
   }
-  bool one_shot = INSTRING_LEN > 0;
+  bool one_shot = CONSOLE.INSTRING_LEN > 0;
   if (!one_shot) {
     WRITE_OUT_BLANK(1);
     WRITE_OUT(
@@ -90,10 +90,10 @@ std::vector<int> GET_LIST(std::string_view prompt, int nmax) {
         "everything)");
   }
   while (true) {
-    if (INSTRING_LEN == 0) {
+    if (CONSOLE.INSTRING_LEN == 0) {
       WRITE_OUT_BLANK(1);
       GET_INPUT(prompt, {.WORDS = {{"all"}}});
-      if (INSTRING_LEN == 0) return list;
+      if (CONSOLE.INSTRING_LEN == 0) return list;
     }
     WORK_LIST work;
     if (!READ_WORK_LIST(nmax, work, one_shot)) {
@@ -111,8 +111,8 @@ std::vector<int> GET_LIST(std::string_view prompt, int nmax) {
 }
 
 int GET_LIST_INSTRING(std::span<const std::string_view> list) {
-  if (list.empty() || INSTRING_LEN == 0) return 0;
-  std::string rest = INSTRING;
+  if (list.empty() || CONSOLE.INSTRING_LEN == 0) return 0;
+  std::string rest = CONSOLE.INSTRING;
   const std::string word = CUT_TEXT(CUT_WORD(rest), option_columns);
   int choice = 0;
   int number = 0;

@@ -27,10 +27,10 @@ bool SAME_LETTER(char a, char b) {
 // Both, or the second alone left out when that is allowed. Values not read are 0.
 bool READ_VALUES(std::array<float, 2>& values, bool two, bool option) {
   values = {0.0f, 0.0f};
-  if (!two) return READ_REALS(INSTRING, std::span(values).first(1));
-  if (READ_REALS(INSTRING, values)) return true;
+  if (!two) return READ_REALS(CONSOLE.INSTRING, std::span(values).first(1));
+  if (READ_REALS(CONSOLE.INSTRING, values)) return true;
   values = {0.0f, 0.0f};
-  return option && READ_REALS(INSTRING, std::span(values).first(1));
+  return option && READ_REALS(CONSOLE.INSTRING, std::span(values).first(1));
 }
 
 bool MATRIX_FITS(const std::vector<std::vector<float>>& m, int nrow, int ncol) {
@@ -46,7 +46,7 @@ bool MATRIX_FITS(const std::vector<std::vector<float>>& m, int nrow, int ncol) {
 // ---- one character ----
 
 int ANSWER(std::string_view word) {
-  return INDEXALL(INSTRING, word);
+  return INDEXALL(CONSOLE.INSTRING, word);
 }
 
 char GET_ANSWER(std::string_view prompt, char ay, char an, std::string_view control) {
@@ -59,7 +59,7 @@ char GET_ANSWER(std::string_view prompt, char ay, char an, std::string_view cont
   shown += "? ";
   while (true) {
     GET_INPUT(shown);
-    if (INSTRING_LEN == 0 && !refuse_blank) return preset;
+    if (CONSOLE.INSTRING_LEN == 0 && !refuse_blank) return preset;
     const bool is_an = ANSWER({&an, 1}) > 0;
     const bool is_ay = ANSWER({&ay, 1}) > 0;
     CLEAR_INPUT();
@@ -81,7 +81,7 @@ void GET_INPUT_VALUES(std::string_view prompt, float& v1, float* v2, std::string
   if (INDEXALL(control, "nofeed") == 0) WRITE_OUT_BLANK(1);
   while (true) {
     GET_INPUT(prompt);
-    if (INSTRING_LEN == 0) {
+    if (CONSOLE.INSTRING_LEN == 0) {
       values = {0.0f, 0.0f};
       break;
     }
@@ -95,7 +95,7 @@ void GET_INPUT_VALUES(std::string_view prompt, float& v1, float* v2, std::string
 int GET_INPUT_NVALUES(std::string_view prompt, std::span<float> v) {
   std::fill(v.begin(), v.end(), 0.0f);
   GET_INPUT(prompt);
-  const std::vector<NUMBER> numbers = NUM_FROM_TEXT(INSTRING);
+  const std::vector<NUMBER> numbers = NUM_FROM_TEXT(CONSOLE.INSTRING);
   const std::size_t count = std::min(numbers.size(), v.size());
   for (std::size_t i = 0; i < count; ++i) v[i] = numbers[i].VAL;
   return static_cast<int>(count);
@@ -109,7 +109,8 @@ void GET_INPUT_RANGE(std::string_view prompt, float& vmin, float& vmax, float* s
     range = start;
     WRITE_OUT_BLANK(1);
     GET_INPUT(prompt);
-    if (INSTRING_LEN == 0 || READ_REALS(INSTRING, std::span(range).first(wanted))) break;
+    if (CONSOLE.INSTRING_LEN == 0 || READ_REALS(CONSOLE.INSTRING, std::span(range).first(wanted)))
+      break;
   }
   const bool in_order = range[0] < range[1] + TINY_REAL;
   vmin = in_order ? range[0] : range[1];
@@ -127,9 +128,9 @@ void GET_INPUT_MATRIX(std::string_view prompt, int nrow, int ncol,
   WRITE_OUT(TRIM(prompt) + ":");
   for (int i = 1; i <= nrow;) {
     GET_INPUT("  Row " + INTEGER_COLUMNS(i, 1) + ":");
-    if (INSTRING_LEN == 0) return;
+    if (CONSOLE.INSTRING_LEN == 0) return;
     std::vector<float> row(static_cast<std::size_t>(ncol), 0.0f);
-    if (!READ_REALS(INSTRING, row)) {
+    if (!READ_REALS(CONSOLE.INSTRING, row)) {
       WARNING("Error reading input for this row, try again");
       continue;
     }
@@ -145,8 +146,8 @@ std::string GET_INPUT_STRING(std::string_view prompt, std::string_view control) 
   const bool refuse_blank = INDEXALL(control, "R") > 0;
   WRITE_OUT_BLANK(1);
   do GET_INPUT(prompt);
-  while (refuse_blank && INSTRING_LEN == 0);
-  return LEFT_ADJUST(INSTRING);
+  while (refuse_blank && CONSOLE.INSTRING_LEN == 0);
+  return LEFT_ADJUST(CONSOLE.INSTRING);
 }
 
 }  // namespace KVA_CONSOLE

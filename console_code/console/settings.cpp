@@ -80,7 +80,7 @@ void WRITE_PARAMS() {
   if (ierr != 0) return;
   CLOSE_UNIT(settings_unit);
   std::string content;
-  for (std::string line : INITPARMS) {
+  for (std::string line : CONSOLE.INITPARMS) {
     if (LENTRIM(line) == 0) continue;
     line.resize(settings_columns, ' ');
     content += line + "\n";
@@ -92,11 +92,11 @@ void WRITE_PARAMS() {
 void SET_HISTORY_FILE() {
   bool below_home = false;
   const std::string path = SETTINGS_PATH(below_home);
-  HISTORY_FILE = path.substr(0, path.rfind('.')) + ".history";
+  CONSOLE.HISTORY_FILE = path.substr(0, path.rfind('.')) + ".history";
   if (path.empty())
-    HISTORY_FILE.clear();
+    CONSOLE.HISTORY_FILE.clear();
   else if (!SYSTEM_PATH(path).is_absolute())
-    HISTORY_FILE = IN_DIRECTORY(HISTORY_FILE);
+    CONSOLE.HISTORY_FILE = IN_DIRECTORY(CONSOLE.HISTORY_FILE);
 }
 
 // ---- entries ----
@@ -113,13 +113,14 @@ std::string VALUE_OF(const std::string& line, std::string_view key) {
 // The first entry of the key that has a value, 0 when there is none. A blank key has none.
 int FIND_PARAM(std::string_view key) {
   for (int i = 1; i <= MAX_PARAMS; ++i)
-    if (HAS_KEY(INITPARMS(i), key) && !VALUE_OF(INITPARMS(i), key).empty()) return i;
+    if (HAS_KEY(CONSOLE.INITPARMS(i), key) && !VALUE_OF(CONSOLE.INITPARMS(i), key).empty())
+      return i;
   return 0;
 }
 
 int BLANK_PARAM() {
   for (int i = 1; i <= MAX_PARAMS; ++i)
-    if (LENTRIM(INITPARMS(i)) == 0) return i;
+    if (LENTRIM(CONSOLE.INITPARMS(i)) == 0) return i;
   return 0;
 }
 
@@ -139,11 +140,11 @@ void STORE_PARAM(std::string_view key, std::string_view value) {
   if (!IS_KEY(key) || line.size() > settings_columns) return;
   int i = FIND_PARAM(key);
   if (i == 0) i = BLANK_PARAM();
-  if (i > 0) INITPARMS(i) = line;
+  if (i > 0) CONSOLE.INITPARMS(i) = line;
 }
 
 void FORGET_PARAM(std::string_view key) {
-  for (std::string& line : INITPARMS)
+  for (std::string& line : CONSOLE.INITPARMS)
     if (HAS_KEY(line, key)) line.clear();
 }
 
@@ -191,7 +192,7 @@ void CHANGE_WORK_DIR(const std::string& typed) {
 void SET_WIDTH() {
   constexpr int narrowest = 30;
   const int columns = CONSOLE_COLUMNS();
-  if (columns - 1 > narrowest) WIDTH = std::min(columns - 2, INPUT_LENGTH);
+  if (columns - 1 > narrowest) CONSOLE.WIDTH = std::min(columns - 2, INPUT_LENGTH);
 }
 
 // The name of a macro file given at start, in the current directory when it names none.
@@ -202,10 +203,10 @@ std::string MACRO_PATH(const std::string& argument) {
 }
 
 void START_MACRO(const std::string& argument) {
-  INSTRING = MACRO_PATH(argument);
-  INSTRING_LEN = LENTRIM(INSTRING);
+  CONSOLE.INSTRING = MACRO_PATH(argument);
+  CONSOLE.INSTRING_LEN = LENTRIM(CONSOLE.INSTRING);
   OPEN_MACRO_FILE("OLD READ");
-  if (MACRO_FILE.OPEN) MACRO_STATE = 1;
+  if (CONSOLE.MACRO_FILE.OPEN) CONSOLE.MACRO_STATE = 1;
 }
 
 // ---- operation mode ----
@@ -218,20 +219,20 @@ constexpr std::array mode_names{MODE_NAME{"NORMAL", "Default"}, MODE_NAME{"EXPER
                                 MODE_NAME{"DEBUG", "Debug"}};
 
 const MODE_NAME& CURRENT_MODE() {
-  return mode_names[static_cast<std::size_t>(std::clamp(OPERATION_MODE, 0, 2))];
+  return mode_names[static_cast<std::size_t>(std::clamp(CONSOLE.OPERATION_MODE, 0, 2))];
 }
 
 // Takes the mode that the user gives. False when it is none and must be asked for again.
 bool INPUT_MODE() {
   float value = 0.0f;
   GET_INPUT_VALUES("     Input operation mode: ", value);
-  if (INSTRING_LEN == 0) {
+  if (CONSOLE.INSTRING_LEN == 0) {
     WRITE_OUT("     No change in operation mode");
     return true;
   }
   const float mode = std::round(value);
   if (!(mode >= 0.0f && mode < static_cast<float>(mode_names.size()))) return false;
-  OPERATION_MODE = static_cast<int>(mode);
+  CONSOLE.OPERATION_MODE = static_cast<int>(mode);
   WRITE_MODE();
   return true;
 }
@@ -241,7 +242,7 @@ bool INPUT_MODE() {
 // ---- settings ----
 
 void INIT_PARAMS() {
-  INITPARMS.FILL("");
+  CONSOLE.INITPARMS.FILL("");
   int ierr = 0;
   OPEN_INI(ierr);
   if (ierr != 0) return;
@@ -249,7 +250,7 @@ void INIT_PARAMS() {
   for (std::string line; READ_UNIT(settings_unit, line) == READ_STATUS::LINE;) {
     if (LENTRIM(line) == 0) continue;
     if (count == MAX_PARAMS) break;
-    INITPARMS(++count) = line;
+    CONSOLE.INITPARMS(++count) = line;
   }
   CLOSE_UNIT(settings_unit);
 }
@@ -257,13 +258,13 @@ void INIT_PARAMS() {
 std::string GET_PARAM(std::string_view key, int& ierr) {
   const int i = FIND_PARAM(key);
   ierr = i == 0 ? 1 : 0;
-  return i == 0 ? "" : VALUE_OF(INITPARMS(i), key);
+  return i == 0 ? "" : VALUE_OF(CONSOLE.INITPARMS(i), key);
 }
 
 void SAVE_PARAM(std::string_view key, std::string_view value) {
   constexpr int silent_run = 5;  // run type of a program that leaves no trace
   STORE_PARAM(key, value);
-  if (RUN_TYPE != silent_run) WRITE_PARAMS();
+  if (CONSOLE.RUN_TYPE != silent_run) WRITE_PARAMS();
 }
 
 void INIT_WORK_DIR() {
@@ -286,7 +287,7 @@ void WRITE_MODE() {
 }
 
 void SET_MODE() {
-  if (OPERATION_MODE < 0) return;
+  if (CONSOLE.OPERATION_MODE < 0) return;
   WRITE_MODE();
   WRITE_OUT("     Available modes are:  0 = Default user, 1 = Expert, 2 = Debug");
   bool answered = false;
@@ -309,7 +310,7 @@ void SYSTEM_COMMAND(std::string_view line, bool& err) {
 // ---- start and end ----
 
 void INIT_CONSOLE(const std::string& argument) {
-  RUN_TYPE = 1;
+  CONSOLE.RUN_TYPE = 1;
   FILL_STANDARD_STREAMS();
   SIZE_CONSOLE();
   SET_WIDTH();

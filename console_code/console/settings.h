@@ -5,12 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "console_code/kva_utilities/table.h"
-
 namespace KVA_CONSOLE {
-
-inline constexpr int MAX_PARAMS = 20;                          // lines of the settings file
-inline KVA_UTILITIES::ROW<std::string, MAX_PARAMS> INITPARMS;  // image of the settings file
 
 void INIT_PARAMS();
 

@@ -22,39 +22,15 @@ inline std::string PROGRAM_VERSION_DATE;      // 20 characters
 inline std::string PROGRAM_AUTHORS;           // 255 characters
 inline std::string PROGRAM_INI_FILE;          // settings file below the user's settings folder
 inline ROW<std::string, 10> PROGRAM_COMMENT;  // what the program does, in short lines
-inline std::string HISTORY_FILE;              // typed lines; blank: none are kept between runs
-inline int RUN_TYPE = 1;                      // 1: console program; no other value is set
 
-// ---- unit numbers ----
+// ---- fixed numbers ----
 inline constexpr int LOG_UNIT = 90;
 inline constexpr int MACRO_UNIT = 91;
 inline constexpr int DATA_UNIT = 32;  // files read or written by a command
-
-// ---- pending input ----
 inline constexpr int INPUT_LENGTH = 255;
-inline std::string INSTRING;  // the current input line, or what is left of it
-inline int INSTRING_LEN = 0;  // characters in use; 0: no input pending
-inline std::string INCOM;     // first word, upper case
+inline constexpr int MAX_PARAMS = 20;  // lines of the settings file
 
-// ---- prompt ----
-inline std::string CMD_PROMPT;       // stem with version, "G_MARA-6.1>"
-inline std::string SAVED_PROMPT;     // CMD_PROMPT kept during system mode
-inline bool TIME_IN_PROMPT = false;  // date and time precede the prompt
-inline int SYSTEM_MODE = 0;          // 1 while lines go to the operating system
-
-// ---- macro, log, reserved commands, mode ----
-inline int MACRO_STATE = 0;  // 0 none, 1 replaying, -1 recording
-inline int MACRO_CHAIN = 0;  // macros started since the user last typed a line
-inline FILE_RECORD MACRO_FILE;
-inline FILE_RECORD LOG_FILE;
-inline std::string LOG_PATH;      // of the log that was opened last, from the root
-inline bool RESERVED_ON = false;  // reserved commands are open
-inline int OPERATION_MODE = 0;    // 0 default, 1 expert, 2 debug; -1 disables MODE
-
-// ---- output ----
-inline int WIDTH = 100;  // of star lines; fixed at start
-
-// ---- command table, rebuilt by the caller of COMMAND before each call ----
+// A word of the command table, which is rebuilt by the caller of COMMAND before each call.
 struct COMMAND_ENTRY {
   std::string CLIST;           // command word, upper case, 10 characters
   std::string CLIST_DESCRIPT;  // one line for HELP, 60 characters
@@ -62,7 +38,42 @@ struct COMMAND_ENTRY {
   bool CPRIV = false;          // reserved: hidden and refused until unlocked
   std::span<const std::string_view> MENU = {};  // entries that may follow on the line
 };
-inline LIST<COMMAND_ENTRY> COMMANDS;
-inline LIST<std::string> CLIST_GROUP_TITLE;  // 40 characters each
+
+// All that changes while the console runs. CONSOLE = CONSOLE_STATE{} is a console that has just
+// been started; files that are open are closed before.
+struct CONSOLE_STATE {
+  // ---- pending input ----
+  std::string INSTRING;  // the current input line, or what is left of it
+  int INSTRING_LEN = 0;  // characters in use; 0: no input pending
+  std::string INCOM;     // first word, upper case
+
+  // ---- prompt ----
+  std::string CMD_PROMPT;       // stem with version, "G_MARA-6.1>"
+  std::string SAVED_PROMPT;     // CMD_PROMPT kept during system mode
+  bool TIME_IN_PROMPT = false;  // date and time precede the prompt
+  int SYSTEM_MODE = 0;          // 1 while lines go to the operating system
+
+  // ---- macro, log, reserved commands, mode ----
+  int MACRO_STATE = 0;  // 0 none, 1 replaying, -1 recording
+  int MACRO_CHAIN = 0;  // macros started since the user last typed a line
+  FILE_RECORD MACRO_FILE;
+  FILE_RECORD LOG_FILE;
+  std::string LOG_PATH;      // of the log that was opened last, from the root
+  bool RESERVED_ON = false;  // reserved commands are open
+  int OPERATION_MODE = 0;    // 0 default, 1 expert, 2 debug; -1 disables MODE
+
+  // ---- output ----
+  int RUN_TYPE = 1;  // 1: console program; no other value is set
+  int WIDTH = 100;   // of star lines; fixed at start
+
+  // ---- kept between runs ----
+  ROW<std::string, MAX_PARAMS> INITPARMS;  // image of the settings file
+  std::string HISTORY_FILE;                // typed lines; blank: none are kept between runs
+
+  // ---- command table ----
+  LIST<COMMAND_ENTRY> COMMANDS;
+  LIST<std::string> CLIST_GROUP_TITLE;  // 40 characters each
+};
+inline CONSOLE_STATE CONSOLE;
 
 }  // namespace KVA_CONSOLE

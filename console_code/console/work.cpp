@@ -23,9 +23,9 @@ void SHOW(WORK& work, int step) {
 }
 
 void STOP_MACRO() {
-  if (MACRO_STATE != 1) return;
-  MACRO_STATE = 0;
-  KVA_UTILITIES::CLOSE_FILE(MACRO_FILE);
+  if (CONSOLE.MACRO_STATE != 1) return;
+  CONSOLE.MACRO_STATE = 0;
+  KVA_UTILITIES::CLOSE_FILE(CONSOLE.MACRO_FILE);
   WRITE_OUT("***** Macro stopped");
 }
 

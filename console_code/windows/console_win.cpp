@@ -52,7 +52,7 @@ HANDLE ERRORS() {
   return ::GetStdHandle(STD_ERROR_HANDLE);
 }
 
-std::optional<CONSOLE_SCREEN_BUFFER_INFO> CONSOLE_STATE(HANDLE stream) {
+std::optional<CONSOLE_SCREEN_BUFFER_INFO> BUFFER_OF(HANDLE stream) {
   CONSOLE_SCREEN_BUFFER_INFO state{};
   if (::GetConsoleScreenBufferInfo(stream, &state) == 0) return std::nullopt;
   return state;
@@ -113,7 +113,7 @@ void SIZE_CONSOLE() {
   constexpr int spare_columns = 2;
   constexpr int spare_rows = 7;
   constexpr int screens = 5;  // that can be scrolled through
-  const auto state = CONSOLE_STATE(OUTPUT());
+  const auto state = BUFFER_OF(OUTPUT());
   if (!state || ::IsWindowVisible(::GetConsoleWindow()) == 0) return;
   const COORD largest = ::GetLargestConsoleWindowSize(OUTPUT());  // that the screen has room for
   const int columns = largest.X < wanted_columns ? largest.X - spare_columns : wanted_columns;
@@ -131,7 +131,7 @@ void SIZE_CONSOLE() {
 }
 
 int CONSOLE_COLUMNS() {
-  const auto state = CONSOLE_STATE(OUTPUT());
+  const auto state = BUFFER_OF(OUTPUT());
   return state ? WINDOW_COLUMNS(*state) : 0;
 }
 
@@ -151,7 +151,7 @@ bool READ_CONSOLE(std::string& line) {
 }
 
 void SHOW_STATUS(std::string_view text) {
-  const auto state = CONSOLE_STATE(ERRORS());
+  const auto state = BUFFER_OF(ERRORS());
   if (!state) return;
   const COORD start{0, state->dwCursorPosition.Y};
   const int columns = std::max(state->dwSize.X - 1, 0);  // a full row would move the cursor on

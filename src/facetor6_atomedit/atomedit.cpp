@@ -54,14 +54,15 @@ constexpr std::array<EDIT_ENTRY, 6> edit_table{{
 }};
 
 void SET_CLIST_ATOMEDIT() {
-  COMMANDS.CLEAR();
+  CONSOLE.COMMANDS.CLEAR();
   for (const EDIT_ENTRY& entry : edit_table)
-    COMMANDS.ADD({std::string(entry.WORD), std::string(entry.DESCRIPTION), entry.GROUP, false});
-  COMMANDS(EDIT_LIST).MENU = FACETOR_LIST::LIST_MENU();
-  COMMANDS(EDIT_SET).MENU = SET_MENU();
-  CLIST_GROUP_TITLE.CLEAR();
-  CLIST_GROUP_TITLE.ADD("Program and data settings");
-  CLIST_GROUP_TITLE.ADD("Atom editing");
+    CONSOLE.COMMANDS.ADD(
+        {std::string(entry.WORD), std::string(entry.DESCRIPTION), entry.GROUP, false});
+  CONSOLE.COMMANDS(EDIT_LIST).MENU = FACETOR_LIST::LIST_MENU();
+  CONSOLE.COMMANDS(EDIT_SET).MENU = SET_MENU();
+  CONSOLE.CLIST_GROUP_TITLE.CLEAR();
+  CONSOLE.CLIST_GROUP_TITLE.ADD("Program and data settings");
+  CONSOLE.CLIST_GROUP_TITLE.ADD("Atom editing");
 }
 
 // ---- use of atoms ----
@@ -141,8 +142,8 @@ void RUN_SET_ATOM_USE(bool use) {
     GET_INPUT(use ? "     Input the element or atom name to be used (blank to exit):"
                   : "     Input the element or atom name to be omitted (blank to exit):",
               HELP_WITH_LABELS());
-    if (INSTRING_LEN == 0) return;
-    CHANGE_USE(CUT_TEXT(LEFT_ADJUST(INSTRING), name_length), blocks, use);
+    if (CONSOLE.INSTRING_LEN == 0) return;
+    CHANGE_USE(CUT_TEXT(LEFT_ADJUST(CONSOLE.INSTRING), name_length), blocks, use);
     WRITE_OUT(NPHASES > 1 ? "|*****These are the atom names and their updated status in all blocks:"
                           : "|*****These are the atom names and their status:");
     FACETOR_LIST::FACETOR_LIST_ATOMS();
@@ -169,10 +170,10 @@ void CHANGE_ELEMENTS(const std::string& old_symbol, const std::string& new_symbo
 void ASK_ELEMENTS(const std::vector<int>& blocks) {
   while (true) {
     GET_INPUT("Input current sfactor and new sfactor:");
-    if (INSTRING_LEN == 0) return;
+    if (CONSOLE.INSTRING_LEN == 0) return;
     std::array<std::string, 2> words;
     int count = 0;
-    GETWORDS(INSTRING, words, count);
+    GETWORDS(CONSOLE.INSTRING, words, count);
     if (count == 0) {
       WRITE_OUT(" *****No words recognised in input - try again");
     } else if (count == 1) {
@@ -232,7 +233,7 @@ void RUN_ATOMEDIT() {
     return;
   }
   while (true) {
-    CMD_PROMPT = "ATOMEDIT>";
+    CONSOLE.CMD_PROMPT = "ATOMEDIT>";
     SET_CLIST_ATOMEDIT();
     int icom = 0;
     COMMAND(icom);

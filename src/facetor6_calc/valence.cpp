@@ -151,10 +151,10 @@ void CHANGE_LABELS_OF_ATOMS(const BV_PAIR& pair, const std::string& cation,
 void CHANGE_LABELS_OF_PAIR(BV_PAIR& pair) {
   while (true) {
     GET_INPUT("Input new element and charge labels for this atom pair (blank for no change):");
-    if (INSTRING_LEN == 0) return;
+    if (CONSOLE.INSTRING_LEN == 0) return;
     std::array<std::string, 2> words;
     int count = 0;
-    GETWORDS(INSTRING, words, count);
+    GETWORDS(CONSOLE.INSTRING, words, count);
     CLEAR_INPUT();
     const std::string cation = TABLE_LABEL(words[0]);
     const std::string anion = TABLE_LABEL(words[1]);
@@ -193,7 +193,7 @@ void CHANGE_PARAMETERS() {
   while (true) {
     std::array<float, 3> numbers{};
     const int found = GET_INPUT_NVALUES("  Input list no, d0, b:", numbers);
-    if (INSTRING_LEN == 0) return;
+    if (CONSOLE.INSTRING_LEN == 0) return;
     const int row = ROW_TO_CHANGE(numbers, found);
     if (row == 0) continue;
     BV_PAIRS(row).D0 = numbers[1];

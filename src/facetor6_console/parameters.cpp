@@ -40,7 +40,7 @@ void GET_INPUT_DMIN_DMAX() {
   float dmax = 0.0f;
   GET_INPUT_RANGE(
       "      Input dmin and dmax for bond length calculation (blank for no change):", dmin, dmax);
-  if (INSTRING_LEN == 0) return WRITE_OUT("|      Distance limits not changed");
+  if (CONSOLE.INSTRING_LEN == 0) return WRITE_OUT("|      Distance limits not changed");
   if (dmin < smallest_dmin) {
     WRITE_OUT("|      Minimum distance cannot be negative, set to 0.01");
     dmin = smallest_dmin;
@@ -101,7 +101,7 @@ void CHANGE_REFERENCE(int block) {
 void ASK_REFERENCE() {
   float answer = 0.0f;
   GET_INPUT_VALUES("     Input number of new reference (blank for no change):", answer);
-  if (INSTRING_LEN == 0) return WRITE_OUT("|     Reference block unchanged");
+  if (CONSOLE.INSTRING_LEN == 0) return WRITE_OUT("|     Reference block unchanged");
   const bool in_list = answer > 0.5f && answer < static_cast<float>(NPHASES) + 0.5f;
   const int block = in_list ? static_cast<int>(std::lround(answer)) : 0;
   if (block < 1 || block > NPHASES)

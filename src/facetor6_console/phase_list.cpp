@@ -95,6 +95,13 @@ std::vector<int> ASK_BLOCKS(std::string_view prompt) {
   return blocks;
 }
 
+KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS() {
+  KVA_CONSOLE::LINE_HELP help;
+  if (NPHASES == 0) return help;
+  for (int i = 1; i <= REFERENCE().NATOMS; ++i) help.WORDS.push_back({REFERENCE().ATOM(i).LAB});
+  return help;
+}
+
 int NUMPHASES_USED() {
   return static_cast<int>(std::count(IUSE.begin(), IUSE.begin() + NPHASES, 1));
 }
@@ -124,13 +131,6 @@ void EQUAL_ATOMS() {
 }
 
 // ---- forgetting ----
-
-KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS() {
-  KVA_CONSOLE::LINE_HELP help;
-  if (NPHASES == 0) return help;
-  for (int i = 1; i <= REFERENCE().NATOMS; ++i) help.WORDS.push_back({REFERENCE().ATOM(i).LAB});
-  return help;
-}
 
 void CLEAR_FACETOR_BONDS() {
   for (CRYSTAL_STRUCTURE_TYPE& phase : PHASE) CLEAR_GEOMETRY(phase);

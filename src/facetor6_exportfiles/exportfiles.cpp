@@ -110,8 +110,8 @@ void EXPORT_POLYVOL_EOSDAT(const STRUCTURE_LIST& phases, int n) {
   constexpr int name_length = 10;
   while (true) {
     GET_INPUT("    Enter central atom name:", HELP_WITH_LABELS());
-    if (INSTRING_LEN == 0) return;
-    const int i = FIND_SITE(CUT_TEXT(INSTRING, name_length));
+    if (CONSOLE.INSTRING_LEN == 0) return;
+    const int i = FIND_SITE(CUT_TEXT(CONSOLE.INSTRING, name_length));
     CLEAR_INPUT();
     const std::string reason = REASON_AGAINST(i);
     if (reason.empty())

@@ -119,11 +119,11 @@ void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option) {
     LINE_HELP help = HELP_WITH_LABELS();
     help.WORDS.push_back({"ALL"});
     GET_INPUT("    Enter central site name (or ALL):", help);
-    if (INSTRING_LEN == 0) return;
-    if (INDEXALL(INSTRING, "ALL") > 0)
+    if (CONSOLE.INSTRING_LEN == 0) return;
+    if (INDEXALL(CONSOLE.INSTRING, "ALL") > 0)
       LIST_ALL_SITES(code, option);
     else
-      LIST_NAMED_SITE(code, FIRST_CHARACTERS(INSTRING, name_length), option);
+      LIST_NAMED_SITE(code, FIRST_CHARACTERS(CONSOLE.INSTRING, name_length), option);
   }
 }
 

@@ -124,12 +124,13 @@ std::span<const std::string_view> MENU_OF(MAIN_COMMAND command) {
 
 // Called before every command, since the atom editor puts its own table in place of this one.
 void SET_CLIST_MAIN() {
-  COMMANDS.CLEAR();
+  CONSOLE.COMMANDS.CLEAR();
   for (const MAIN_ROW& row : main_table)
-    COMMANDS.ADD({std::string(row.WORD), std::string(row.DESCRIPTION), row.GROUP, row.RESERVED,
-                  MENU_OF(row.CODE)});
-  CLIST_GROUP_TITLE.CLEAR();
-  for (const std::string_view title : group_titles) CLIST_GROUP_TITLE.ADD(std::string(title));
+    CONSOLE.COMMANDS.ADD({std::string(row.WORD), std::string(row.DESCRIPTION), row.GROUP,
+                          row.RESERVED, MENU_OF(row.CODE)});
+  CONSOLE.CLIST_GROUP_TITLE.CLEAR();
+  for (const std::string_view title : group_titles)
+    CONSOLE.CLIST_GROUP_TITLE.ADD(std::string(title));
 }
 
 // ---- dispatcher ----
@@ -139,11 +140,12 @@ void RUN_TEST() {
 }
 
 void REPORT_NO_ROUTINE(int icom) {
-  const bool in_table = icom >= 1 && icom <= COMMANDS.COUNT();
+  const bool in_table = icom >= 1 && icom <= CONSOLE.COMMANDS.COUNT();
   WRITE_OUT_BLANK(1);
   WRITE_OUT("    ***** Command not allocated to a subroutine");
-  WRITE_OUT(KVA_UTILITIES::INTEGER_COLUMNS(icom, 5) + " " + (in_table ? COMMANDS(icom).CLIST : ""));
-  WRITE_OUT("   command argument was: " + INSTRING);
+  WRITE_OUT(KVA_UTILITIES::INTEGER_COLUMNS(icom, 5) + " " +
+            (in_table ? CONSOLE.COMMANDS(icom).CLIST : ""));
+  WRITE_OUT("   command argument was: " + CONSOLE.INSTRING);
 }
 
 void EXECUTE(int icom) {
@@ -225,7 +227,7 @@ void SET_IDENTITY() {
 }
 
 void START_UP(const std::string& macro) {
-  RUN_TYPE = 1;
+  CONSOLE.RUN_TYPE = 1;
   FACETOR_CONSOLE::INIT_PHASE_LIST();
   FACETOR_CONSOLE::SET_DEFAULT_CHARGES();
   INIT_CONSOLE(macro);
@@ -235,7 +237,7 @@ void START_UP(const std::string& macro) {
 
 [[noreturn]] void COMMAND_LOOP() {
   while (true) {
-    CMD_PROMPT = "G_MARA";
+    CONSOLE.CMD_PROMPT = "G_MARA";
     SET_CMD_PROMPT();
     SET_CLIST_MAIN();
     int icom = 0;

@@ -171,8 +171,8 @@ std::string_view VALUES_PROMPT(char kind) {
 char ASK_KIND() {
   while (true) {
     GET_INPUT("     Do you want to change P or T or both (blank to exit)?");
-    if (INSTRING_LEN == 0) return ' ';
-    const char kind = U_CASE(INSTRING)[0];
+    if (CONSOLE.INSTRING_LEN == 0) return ' ';
+    const char kind = U_CASE(CONSOLE.INSTRING)[0];
     if (kind == 'P' || kind == 'T' || kind == 'B') return kind;
   }
 }
@@ -182,8 +182,8 @@ void CHANGE_BLOCKS(char kind) {
   WRITE_OUT("|*****These are the new P and T:");
   while (true) {
     GET_INPUT(VALUES_PROMPT(kind));
-    if (NUM_FROM_TEXT(INSTRING).empty()) return;
-    const std::optional<PT_CHANGE> change = CHANGE_FROM(kind, INSTRING);
+    if (NUM_FROM_TEXT(CONSOLE.INSTRING).empty()) return;
+    const std::optional<PT_CHANGE> change = CHANGE_FROM(kind, CONSOLE.INSTRING);
     if (!change) {
       WRITE_OUT(" *****Illegal input");
       continue;

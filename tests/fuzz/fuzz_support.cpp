@@ -63,24 +63,8 @@ void RESET_CONSOLE() {
   using namespace KVA_CONSOLE;
   constexpr int largest_unit = 99;
   for (int unit = -1; unit <= largest_unit; ++unit) KVA_UTILITIES::CLOSE_UNIT(unit);
-  LOG_FILE = {};
-  LOG_PATH.clear();
-  MACRO_FILE = {};
-  CLEAR_INPUT();
-  INCOM.clear();
-  INITPARMS.FILL("");
-  COMMANDS.CLEAR();
-  CLIST_GROUP_TITLE.CLEAR();
-  MACRO_STATE = 0;
-  MACRO_CHAIN = 0;
-  SYSTEM_MODE = 0;
-  TIME_IN_PROMPT = false;
-  RESERVED_ON = false;
-  OPERATION_MODE = 0;
-  RUN_TYPE = 1;
-  WIDTH = 100;
-  CMD_PROMPT = "G_MARA-6.1>";
-  SAVED_PROMPT.clear();
+  CONSOLE = CONSOLE_STATE{};
+  CONSOLE.CMD_PROMPT = "G_MARA-6.1>";
 }
 
 void RESET_PHASES() {
@@ -139,24 +123,24 @@ class CONSOLE_OUTPUT : public std::streambuf {
 bool guarded = false;
 
 // In place of the real console while it lives.
-class CONSOLE {
+class REDIRECTED {
  public:
-  CONSOLE(const std::string& lines, int blank_lines)
+  REDIRECTED(const std::string& lines, int blank_lines)
       : input(lines, blank_lines),
         old_input(std::cin.rdbuf(&input)),
         old_output(std::cout.rdbuf(&output)) {
     std::cout.exceptions(std::ios::badbit);
     guarded = true;
   }
-  ~CONSOLE() {
+  ~REDIRECTED() {
     guarded = false;
     std::cout.exceptions(std::ios::goodbit);
     std::cin.rdbuf(old_input);
     std::cout.rdbuf(old_output);
     std::cout.clear();
   }
-  CONSOLE(const CONSOLE&) = delete;
-  CONSOLE& operator=(const CONSOLE&) = delete;
+  REDIRECTED(const REDIRECTED&) = delete;
+  REDIRECTED& operator=(const REDIRECTED&) = delete;
 
  private:
   CONSOLE_INPUT input;
@@ -209,7 +193,7 @@ std::string PROJECT_FILE(const std::string& name) {
 // ---- running ----
 
 void WITH_CONSOLE(const std::string& lines, int blank_lines, ROUTINE routine) {
-  const CONSOLE console(lines, blank_lines);
+  const REDIRECTED console(lines, blank_lines);
   try {
     routine();
   } catch (const END_OF_DIALOGUE&) {
@@ -227,7 +211,7 @@ void RUN_TO_EXIT(ROUTINE program) {
 }  // namespace
 
 void RUN_PROGRAM(const std::string& lines, int blank_lines, ROUTINE program) {
-  const CONSOLE console(lines, blank_lines);
+  const REDIRECTED console(lines, blank_lines);
   try {
     RUN_TO_EXIT(program);
   } catch (const END_OF_DIALOGUE&) {

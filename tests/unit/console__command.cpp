@@ -15,9 +15,9 @@ const std::string ambiguous = "*****Ambiguous command\n";
 
 TEST_F(INTERPRETER, WORD_GIVES_ITS_NUMBER_AND_THE_REST_STAYS_PENDING) {
   EXPECT_EQ(COMMANDED("  read   my file.cif  \n"), 1);
-  EXPECT_EQ(INSTRING, "my file.cif");
-  EXPECT_EQ(INSTRING_LEN, 11);
-  EXPECT_EQ(INCOM, "READ");
+  EXPECT_EQ(CONSOLE.INSTRING, "my file.cif");
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 11);
+  EXPECT_EQ(CONSOLE.INCOM, "READ");
   EXPECT_EQ(said, "\nG_MARA-6.1>");
 }
 
@@ -28,11 +28,12 @@ TEST_F(INTERPRETER, BLANK_LINES_PROMPT_AGAIN) {
 
 TEST_F(INTERPRETER, TAB_ENDS_THE_WORD) {
   EXPECT_EQ(COMMANDED("list\tatoms\n"), 3);
-  EXPECT_EQ(INSTRING, "atoms");
+  EXPECT_EQ(CONSOLE.INSTRING, "atoms");
 }
 
 TEST_F(INTERPRETER, EVERY_WORD_IN_FULL) {
-  for (int i = 1; i < COMMANDS.COUNT(); ++i) EXPECT_EQ(COMMANDED(COMMANDS(i).CLIST + "\n"), i);
+  for (int i = 1; i < CONSOLE.COMMANDS.COUNT(); ++i)
+    EXPECT_EQ(COMMANDED(CONSOLE.COMMANDS(i).CLIST + "\n"), i);
 }
 
 TEST_F(INTERPRETER, UNIQUE_SINGLE_LETTERS) {
@@ -54,7 +55,7 @@ TEST_F(INTERPRETER, AMBIGUOUS_LETTERS) {
 }
 
 TEST_F(INTERPRETER, COMPLETE_WORD_IS_AMBIGUOUS_WHEN_IT_BEGINS_ANOTHER) {
-  COMMANDS.ADD({"LISTING", "Longer", 1, false});
+  CONSOLE.COMMANDS.ADD({"LISTING", "Longer", 1, false});
   EXPECT_EQ(ANSWERED("LIST"), ambiguous);
 }
 
@@ -66,27 +67,27 @@ TEST_F(INTERPRETER, UNKNOWN_WORDS_ARE_IGNORED_WITHOUT_A_MESSAGE) {
 }
 
 TEST_F(INTERPRETER, EMPTY_TABLE_HAS_NO_COMMAND) {
-  COMMANDS.CLEAR();
+  CONSOLE.COMMANDS.CLEAR();
   EXPECT_EQ(ANSWERED("READ"), "");
 }
 
 TEST_F(INTERPRETER, RESERVED_COMMAND_IS_REFUSED_UNTIL_IT_IS_UNLOCKED) {
   EXPECT_EQ(ANSWERED("TEST"), "");
   EXPECT_EQ(COMMANDED("TA\n"), NUMBER_OF("TABLE"));
-  RESERVED_ON = true;
+  CONSOLE.RESERVED_ON = true;
   EXPECT_EQ(COMMANDED("TEST\n"), 18);
   EXPECT_EQ(COMMANDED("te\n"), 18);
 }
 
 TEST_F(INTERPRETER, RESERVED_COMMAND_MAKES_AN_ABBREVIATION_AMBIGUOUS_ONLY_WHEN_UNLOCKED) {
   EXPECT_EQ(ANSWERED("T"), ambiguous);
-  RESERVED_ON = true;
+  CONSOLE.RESERVED_ON = true;
   EXPECT_EQ(ANSWERED("T"), ambiguous);
-  COMMANDS.CLEAR();
-  COMMANDS.ADD({"TABLE", "A command", 1, false});
-  COMMANDS.ADD({"TEST", "A reserved one", 1, true});
+  CONSOLE.COMMANDS.CLEAR();
+  CONSOLE.COMMANDS.ADD({"TABLE", "A command", 1, false});
+  CONSOLE.COMMANDS.ADD({"TEST", "A reserved one", 1, true});
   EXPECT_EQ(ANSWERED("T"), ambiguous);
-  RESERVED_ON = false;
+  CONSOLE.RESERVED_ON = false;
   EXPECT_EQ(COMMANDED("T\n"), 1);
 }
 
@@ -109,15 +110,15 @@ TEST_F(INTERPRETER, EXIT_WORKS_FROM_A_MACRO) {
 TEST_F(INTERPRETER, TEST_ORDER_SETTLES_A_WORD_THAT_HOLDS_TWO) {
   // TIMELOG is LOG: it asks for the log's name and does not touch the time.
   EXPECT_EQ(ANSWERED("TIMELOG\n"), "\n\n     Open Log file (*.log):");
-  EXPECT_FALSE(TIME_IN_PROMPT);
+  EXPECT_FALSE(CONSOLE.TIME_IN_PROMPT);
   EXPECT_EQ(COMMANDED("HELPEXIT\n"), 0);
   COMMANDED("XTIME\nX\n");  // X is the whole word or nothing
-  EXPECT_TRUE(TIME_IN_PROMPT);
-  TIME_IN_PROMPT = false;
+  EXPECT_TRUE(CONSOLE.TIME_IN_PROMPT);
+  CONSOLE.TIME_IN_PROMPT = false;
   // SYSTIME holds TIME, which is tested before SYS.
   COMMANDED("SYSTIME\nX\n");
-  EXPECT_TRUE(TIME_IN_PROMPT);
-  EXPECT_EQ(SYSTEM_MODE, 0);
+  EXPECT_TRUE(CONSOLE.TIME_IN_PROMPT);
+  EXPECT_EQ(CONSOLE.SYSTEM_MODE, 0);
 }
 
 TEST_F(INTERPRETER, DIR_ANYWHERE_IN_THE_WORD_IS_DIR) {
@@ -152,29 +153,29 @@ TEST_F(INTERPRETER, INFO_WRITES_THE_HEADER) {
 
 TEST_F(INTERPRETER, MODE_ASKS_FOR_THE_MODE) {
   ANSWERED("MODE\n1");
-  EXPECT_EQ(OPERATION_MODE, 1);
+  EXPECT_EQ(CONSOLE.OPERATION_MODE, 1);
 }
 
 // ---- prompt ----
 
 TEST_F(INTERPRETER, VERSION_IS_ADDED_TO_THE_STEM) {
-  CMD_PROMPT = "G_MARA";
+  CONSOLE.CMD_PROMPT = "G_MARA";
   SET_CMD_PROMPT();
-  EXPECT_EQ(CMD_PROMPT, "G_MARA-6.1>");
+  EXPECT_EQ(CONSOLE.CMD_PROMPT, "G_MARA-6.1>");
 }
 
 TEST_F(INTERPRETER, PROMPT_ENDS_AT_THE_FIRST_MARK) {
-  CMD_PROMPT = "AB>CD>";
+  CONSOLE.CMD_PROMPT = "AB>CD>";
   EXPECT_EQ(SET_CMD_PROMPT_DATE(), "AB>");
-  CMD_PROMPT = "AB  ";
+  CONSOLE.CMD_PROMPT = "AB  ";
   EXPECT_EQ(SET_CMD_PROMPT_DATE(), "AB>");
-  CMD_PROMPT = "";
+  CONSOLE.CMD_PROMPT = "";
   EXPECT_EQ(SET_CMD_PROMPT_DATE(), ">");
 }
 
 TEST_F(INTERPRETER, TIME_FLIPS_DATE_AND_TIME_IN_THE_PROMPT) {
   COMMANDED("TIME\nX\n");
-  EXPECT_TRUE(TIME_IN_PROMPT);
+  EXPECT_TRUE(CONSOLE.TIME_IN_PROMPT);
   std::string before;
   std::string prompt;
   do {  // once more if the minute turns meanwhile
@@ -183,7 +184,7 @@ TEST_F(INTERPRETER, TIME_FLIPS_DATE_AND_TIME_IN_THE_PROMPT) {
   } while (before != KVA_UTILITIES::DATE_KVA() + " " + KVA_UTILITIES::CLOCK_KVA().substr(0, 5));
   EXPECT_EQ(prompt, before + " G_MARA-6.1>");
   COMMANDED("time\nX\n");
-  EXPECT_FALSE(TIME_IN_PROMPT);
+  EXPECT_FALSE(CONSOLE.TIME_IN_PROMPT);
   EXPECT_EQ(SET_CMD_PROMPT_DATE(), "G_MARA-6.1>");
 }
 
@@ -191,14 +192,14 @@ TEST_F(INTERPRETER, TIME_FLIPS_DATE_AND_TIME_IN_THE_PROMPT) {
 TEST_F(INTERPRETER, TIME_STANDS_IN_THE_PROMPT_OF_THE_SYSTEM_MODE) {
   std::string before;
   do {  // once more if the minute turns meanwhile
-    TIME_IN_PROMPT = false;
+    CONSOLE.TIME_IN_PROMPT = false;
     before = KVA_UTILITIES::DATE_KVA() + " " + KVA_UTILITIES::CLOCK_KVA().substr(0, 5);
     COMMANDED("TIME\nSYS\ntime true 2> time.txt\nPROG\nX\n");
   } while (before != KVA_UTILITIES::DATE_KVA() + " " + KVA_UTILITIES::CLOCK_KVA().substr(0, 5));
   EXPECT_EQ(said, "\nG_MARA-6.1>\n" + before + " G_MARA-6.1>" +
                       "     To exit from system and return to the program, type PROG\n" + "\n" +
                       before + " SYSTEM>\n" + before + " SYSTEM>\n" + before + " G_MARA-6.1>");
-  EXPECT_TRUE(TIME_IN_PROMPT);
+  EXPECT_TRUE(CONSOLE.TIME_IN_PROMPT);
   EXPECT_TRUE(fs::exists("time.txt")) << "the shell has run the line";
 }
 
@@ -206,13 +207,13 @@ TEST_F(INTERPRETER, TIME_STANDS_IN_THE_PROMPT_OF_THE_SYSTEM_MODE) {
 
 TEST_F(INTERPRETER, PRIV_OPENS_WITH_THE_WORD_AND_CLOSES_AT_ONCE) {
   EXPECT_EQ(ANSWERED("PRIV\nwrong"), "\n     Password:");
-  EXPECT_FALSE(RESERVED_ON);
+  EXPECT_FALSE(CONSOLE.RESERVED_ON);
   ANSWERED("PRIV\n");
-  EXPECT_FALSE(RESERVED_ON);
+  EXPECT_FALSE(CONSOLE.RESERVED_ON);
   EXPECT_EQ(ANSWERED("PRIV\n  Kompressa"), "\n     Password:");
-  EXPECT_TRUE(RESERVED_ON);
+  EXPECT_TRUE(CONSOLE.RESERVED_ON);
   EXPECT_EQ(ANSWERED("priv"), "");
-  EXPECT_FALSE(RESERVED_ON);
+  EXPECT_FALSE(CONSOLE.RESERVED_ON);
 }
 
 // ---- system mode ----
@@ -223,7 +224,7 @@ TEST_F(INTERPRETER, SYSTEM_MODE_PASSES_WHOLE_LINES_TO_THE_SHELL_UNTIL_PROG) {
             "\nG_MARA-6.1>     To exit from system and return to the program, type PROG\n"
             "\nSYSTEM>\nSYSTEM>\nSYSTEM>\nG_MARA-6.1>");
   EXPECT_EQ(TEXT_OF("out.txt"), "EXIT\n");
-  EXPECT_EQ(SYSTEM_MODE, 0);
+  EXPECT_EQ(CONSOLE.SYSTEM_MODE, 0);
 }
 
 TEST_F(INTERPRETER, SYSTEM_MODE_KNOWS_NO_COMMANDS_BUT_CD) {
@@ -236,15 +237,15 @@ TEST_F(INTERPRETER, SYSTEM_MODE_KNOWS_NO_COMMANDS_BUT_CD) {
 // ---- help ----
 
 TEST_F(INTERPRETER, HELP_LISTS_GROUPS_IN_TITLE_ORDER) {
-  COMMANDS.CLEAR();
-  COMMANDS.ADD({"READ", "Read it  ", 2, false});
-  COMMANDS.ADD({"SHOW", "Show it", 1, false});
-  COMMANDS.ADD({"SECRET", "Hidden", 1, true});
-  COMMANDS.ADD({"LONGCOMMAN", "Ten letters", 0, false});
-  COMMANDS.ADD({"WRITE", "Write it", 2, false});
-  COMMANDS.ADD({"NOWHERE", "Group without a title", 3, false});
-  CLIST_GROUP_TITLE.CLEAR();
-  for (const char* title : {"Parameters  ", "Files", "  "}) CLIST_GROUP_TITLE.ADD(title);
+  CONSOLE.COMMANDS.CLEAR();
+  CONSOLE.COMMANDS.ADD({"READ", "Read it  ", 2, false});
+  CONSOLE.COMMANDS.ADD({"SHOW", "Show it", 1, false});
+  CONSOLE.COMMANDS.ADD({"SECRET", "Hidden", 1, true});
+  CONSOLE.COMMANDS.ADD({"LONGCOMMAN", "Ten letters", 0, false});
+  CONSOLE.COMMANDS.ADD({"WRITE", "Write it", 2, false});
+  CONSOLE.COMMANDS.ADD({"NOWHERE", "Group without a title", 3, false});
+  CONSOLE.CLIST_GROUP_TITLE.CLEAR();
+  for (const char* title : {"Parameters  ", "Files", "  "}) CONSOLE.CLIST_GROUP_TITLE.ADD(title);
   const std::string expected =
       "\n"
       "        ******General Commands******\n"
@@ -264,12 +265,12 @@ TEST_F(INTERPRETER, HELP_LISTS_GROUPS_IN_TITLE_ORDER) {
   EXPECT_EQ(ANSWERED("help"), expected);
   EXPECT_EQ(ANSWERED("HELPME"), expected);
 
-  RESERVED_ON = true;
+  CONSOLE.RESERVED_ON = true;
   EXPECT_NE(ANSWERED("help").find("           SECRET    :  Hidden\n"), std::string::npos);
 }
 
 TEST_F(INTERPRETER, HELP_LEAVES_OUT_A_DISABLED_MODE) {
-  OPERATION_MODE = -1;
+  CONSOLE.OPERATION_MODE = -1;
   EXPECT_NE(ANSWERED("help").find("           EXIT     HELP     INFO    LOG\n"), std::string::npos);
 }
 

@@ -22,15 +22,15 @@ TEST_F(RULES, ORDER_OF_ALL_BUILT_INS) {
   EXPECT_EQ(fs::current_path(), folder) << "DIR comes before CD";
   ANSWERED("RECORDCD home");
   EXPECT_EQ(fs::current_path(), folder / "home") << "CD comes before RECORD";
-  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
 }
 
 TEST_F(RULES, ORDER_OF_THE_MACRO_COMMANDS_WHILE_RECORDING) {
   ANSWERED("RECORD first");
   EXPECT_NE(ANSWERED("ENDRECORD second").find("***** Macro recording intiated"), std::string::npos);
-  EXPECT_EQ(MACRO_FILE.NAME, "second.mcr");
+  EXPECT_EQ(CONSOLE.MACRO_FILE.NAME, "second.mcr");
   EXPECT_EQ(ANSWERED("MACROEND second"), "***** Macro recording stopped\n");
-  EXPECT_FALSE(MACRO_FILE.OPEN);
+  EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
 }
 
 TEST_F(RULES, DIR_LISTS_THE_FOLDER_THAT_IS_NAMED) {
@@ -47,8 +47,9 @@ TEST_F(RULES, BACKSLASHES_SEPARATE_FOLDERS) {
   EXPECT_EQ(fs::current_path(), folder / "UPPER/SUB");
   PUT_FILE("a\\run.mcr", "HELP\n");
   SAID("", [] { INIT_CONSOLE("a\\run"); });
-  EXPECT_EQ(MACRO_STATE, 1);
-  EXPECT_EQ(MACRO_FILE.NAME, "a\\run.mcr") << "no directory is put before one that is named";
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 1);
+  EXPECT_EQ(CONSOLE.MACRO_FILE.NAME, "a\\run.mcr")
+      << "no directory is put before one that is named";
 }
 
 // The first word alone is looked at, anywhere in it.

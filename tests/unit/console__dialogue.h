@@ -52,8 +52,8 @@ class REDIRECTED {
 };
 
 inline void PEND(const std::string& text) {
-  INSTRING = text;
-  INSTRING_LEN = static_cast<int>(text.size());
+  CONSOLE.INSTRING = text;
+  CONSOLE.INSTRING_LEN = static_cast<int>(text.size());
 }
 
 // A folder of its own, which is the working directory, with the settings below it.
@@ -84,25 +84,10 @@ class CONSOLE_TEST : public testing::Test {
   }
 
   static void RESET_STATE() {
-    KVA_UTILITIES::CLOSE_FILE(LOG_FILE);
-    KVA_UTILITIES::CLOSE_FILE(MACRO_FILE);
-    LOG_FILE = {};
-    MACRO_FILE = {};
-    CLEAR_INPUT();
-    INCOM.clear();
-    INITPARMS.FILL("");
-    COMMANDS.CLEAR();
-    CLIST_GROUP_TITLE.CLEAR();
-    MACRO_STATE = 0;
-    MACRO_CHAIN = 0;
-    SYSTEM_MODE = 0;
-    TIME_IN_PROMPT = false;
-    RESERVED_ON = false;
-    OPERATION_MODE = 0;
-    RUN_TYPE = 1;
-    WIDTH = 100;
-    CMD_PROMPT = "G_MARA-6.1>";
-    SAVED_PROMPT.clear();
+    KVA_UTILITIES::CLOSE_FILE(CONSOLE.LOG_FILE);
+    KVA_UTILITIES::CLOSE_FILE(CONSOLE.MACRO_FILE);
+    CONSOLE = CONSOLE_STATE{};
+    CONSOLE.CMD_PROMPT = "G_MARA-6.1>";
     PROGRAM_NAME = "Gemmara";
     PROGRAM_VERSION = 6.1f;
     PROGRAM_VERSION_DATE = "1-FEBRUARY-2025";
@@ -183,18 +168,18 @@ class CONSOLE_TEST : public testing::Test {
   // Starts the macro with these lines.
   static void START_MACRO_WITH(const std::string& lines) {
     PUT_FILE("test.mcr", lines);
-    MACRO_FILE.UNIT = MACRO_UNIT;
-    MACRO_FILE.NAME = "test.mcr";
+    CONSOLE.MACRO_FILE.UNIT = MACRO_UNIT;
+    CONSOLE.MACRO_FILE.NAME = "test.mcr";
     ASSERT_EQ(KVA_UTILITIES::OPEN_UNIT(MACRO_UNIT, "test.mcr", KVA_UTILITIES::UNIT_MODE::OLD), 0);
-    MACRO_FILE.OPEN = true;
-    MACRO_STATE = 1;
+    CONSOLE.MACRO_FILE.OPEN = true;
+    CONSOLE.MACRO_STATE = 1;
   }
 
   static void START_LOG() {
-    LOG_FILE.UNIT = LOG_UNIT;
-    LOG_FILE.NAME = "test.log";
+    CONSOLE.LOG_FILE.UNIT = LOG_UNIT;
+    CONSOLE.LOG_FILE.NAME = "test.log";
     ASSERT_EQ(KVA_UTILITIES::OPEN_UNIT(LOG_UNIT, "test.log", KVA_UTILITIES::UNIT_MODE::REPLACE), 0);
-    LOG_FILE.OPEN = true;
+    CONSOLE.LOG_FILE.OPEN = true;
   }
 
   static constexpr int no_other_user = 77;  // status of a process that could not become another

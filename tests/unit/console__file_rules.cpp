@@ -56,7 +56,7 @@ TEST_F(FILE_RULES, A_MACRO_AT_START_IS_NAMED_WITH_ITS_EXTENSION) {
   PUT_FILE("v1.2/run.mcr", "HELP\n");
   fs::current_path("v1.2");
   SAID("", [] { INIT_CONSOLE("run"); });
-  EXPECT_EQ(MACRO_FILE.NAME, (folder / "v1.2/run.mcr").string());
+  EXPECT_EQ(CONSOLE.MACRO_FILE.NAME, (folder / "v1.2/run.mcr").string());
   RESET_STATE();
   EXPECT_EQ(SAID("", [] { INIT_CONSOLE("   "); }), "") << "a blank argument names none";
 }

@@ -13,10 +13,10 @@ class HISTORY : public CONSOLE_TEST {
  protected:
   void SetUp() override {
     CONSOLE_TEST::SetUp();
-    HISTORY_FILE = (folder / "typed").string();
+    CONSOLE.HISTORY_FILE = (folder / "typed").string();
   }
   void TearDown() override {
-    HISTORY_FILE.clear();
+    CONSOLE.HISTORY_FILE.clear();
     CONSOLE_TEST::TearDown();
   }
 };
@@ -25,16 +25,17 @@ using LINES = std::vector<std::string>;
 
 TEST_F(HISTORY, LIES_BESIDE_THE_SETTINGS_FILE) {
   SAID("", [] { INIT_CONSOLE(""); });
-  EXPECT_EQ(HISTORY_FILE, (folder / "local/quorvansoftware/gemmara.history").string());
+  EXPECT_EQ(CONSOLE.HISTORY_FILE, (folder / "local/quorvansoftware/gemmara.history").string());
   ::setenv("LOCALAPPDATA", "local", 1);  // from the working directory
   SAID("", [] { INIT_CONSOLE(""); });
-  EXPECT_EQ(HISTORY_FILE, (folder / "local/quorvansoftware/gemmara.history").string());
+  EXPECT_EQ(CONSOLE.HISTORY_FILE, (folder / "local/quorvansoftware/gemmara.history").string());
   ::unsetenv("LOCALAPPDATA");
   SAID("", [] { INIT_CONSOLE(""); });
-  EXPECT_EQ(HISTORY_FILE, (folder / "home/.config/quorvansoftware/gemmara.history").string());
+  EXPECT_EQ(CONSOLE.HISTORY_FILE,
+            (folder / "home/.config/quorvansoftware/gemmara.history").string());
   ::setenv("LOCALAPPDATA", "", 1);  // no settings, no history
   SAID("", [] { INIT_CONSOLE(""); });
-  EXPECT_EQ(HISTORY_FILE, "");
+  EXPECT_EQ(CONSOLE.HISTORY_FILE, "");
 }
 
 TEST_F(HISTORY, LINES_COME_BACK_IN_THEIR_ORDER) {
@@ -82,7 +83,7 @@ TEST_F(HISTORY, ODD_FILES_DO_NO_HARM) {
 TEST_F(HISTORY, NOTHING_IS_SAID_WHERE_IT_CANNOT_BE_KEPT) {
   for (const std::string& path : {std::string(), (folder / "home").string(),
                                   (folder / "nowhere/typed").string(), FULL_DEVICE()}) {
-    HISTORY_FILE = path;
+    CONSOLE.HISTORY_FILE = path;
     EXPECT_EQ(SAID("",
                    [] {
                      ADD_TO_HISTORY("HELP");

@@ -18,29 +18,29 @@ using INPUT_DEATH = INPUT;
 
 TEST_F(INPUT, PROMPT_IS_SHOWN_TRIMMED_WITHOUT_A_LINE_END) {
   EXPECT_EQ(ASKED("abc\n"), "Name:");
-  EXPECT_EQ(INSTRING, "abc");
-  EXPECT_EQ(INSTRING_LEN, 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "abc");
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 3);
 }
 
 TEST_F(INPUT, LEADING_AND_TRAILING_BLANKS_GO) {
   ASKED("   a b  \n");
-  EXPECT_EQ(INSTRING, "a b");
-  EXPECT_EQ(INSTRING_LEN, 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "a b");
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 3);
 }
 
 TEST_F(INPUT, BLANK_LINES_LEAVE_NOTHING_PENDING) {
   for (const char* line : {"\n", "    \n", "\t\t\n", "\r\n"}) {
     PEND("old text");
     ASKED(line);
-    EXPECT_EQ(INSTRING, "");
-    EXPECT_EQ(INSTRING_LEN, 0);
+    EXPECT_EQ(CONSOLE.INSTRING, "");
+    EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
   }
 }
 
 TEST_F(INPUT, PENDING_TEXT_IS_LOST) {
   PEND("old text");
   ASKED("new\n");
-  EXPECT_EQ(INSTRING, "new");
+  EXPECT_EQ(CONSOLE.INSTRING, "new");
 }
 
 TEST_F(INPUT, CONTROL_CHARACTERS_COUNT_AS_BLANKS) {
@@ -49,29 +49,29 @@ TEST_F(INPUT, CONTROL_CHARACTERS_COUNT_AS_BLANKS) {
                   "c\x7f"
                   "d\0e\x1b[A\r\n",
                   14));
-  EXPECT_EQ(INSTRING, "a b c d e [A");
+  EXPECT_EQ(CONSOLE.INSTRING, "a b c d e [A");
 }
 
 TEST_F(INPUT, LINES_ARE_CUT_AT_255_BYTES) {
   ASKED(std::string(255, 'a') + "\n");
-  EXPECT_EQ(INSTRING_LEN, 255);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
   ASKED(std::string(256, 'a') + "\n");
-  EXPECT_EQ(INSTRING_LEN, 255);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
   ASKED(std::string(1000000, 'a') + "\n");
-  EXPECT_EQ(INSTRING_LEN, 255);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
 }
 
 // 254 bytes and an a-umlaut of two: the character would end at 256, so it goes as a whole.
 TEST_F(INPUT, CUT_IS_NOT_INSIDE_A_CHARACTER) {
   ASKED(std::string(254, 'a') + "\xC3\xA4\n");
-  EXPECT_EQ(INSTRING, std::string(254, 'a'));
+  EXPECT_EQ(CONSOLE.INSTRING, std::string(254, 'a'));
   ASKED(std::string(253, 'a') + "\xC3\xA4\n");
-  EXPECT_EQ(INSTRING, std::string(253, 'a') + "\xC3\xA4");
+  EXPECT_EQ(CONSOLE.INSTRING, std::string(253, 'a') + "\xC3\xA4");
 }
 
 TEST_F(INPUT, LAST_LINE_NEEDS_NO_LINE_END) {
   ASKED("abc");
-  EXPECT_EQ(INSTRING, "abc");
+  EXPECT_EQ(CONSOLE.INSTRING, "abc");
 }
 
 TEST_F(INPUT, CONSOLE_READER_TELLS_THE_END_OF_INPUT) {
@@ -91,9 +91,9 @@ TEST_F(INPUT, LOG_HOLDS_PROMPT_AND_ANSWER_AS_ONE_LINE) {
 TEST_F(INPUT, MACRO_LINE_IS_ECHOED_AS_IF_TYPED) {
   START_MACRO_WITH("  first line  \nsecond\n");
   EXPECT_EQ(ASKED(""), "Name:  first line\n");
-  EXPECT_EQ(INSTRING, "first line");
+  EXPECT_EQ(CONSOLE.INSTRING, "first line");
   EXPECT_EQ(ASKED(""), "Name:second\n");
-  EXPECT_EQ(INSTRING, "second");
+  EXPECT_EQ(CONSOLE.INSTRING, "second");
 }
 
 TEST_F(INPUT, MACRO_ECHO_DOES_NOT_GO_TO_THE_LOG_TWICE) {
@@ -117,13 +117,13 @@ TEST_F(INPUT, END_OF_A_MACRO_IS_AN_EMPTY_ANSWER_AND_THEN_THE_CONSOLE_IS_ASKED) {
                  [] {
                    GET_INPUT("A:");
                    GET_INPUT("B:");
-                   EXPECT_EQ(INSTRING_LEN, 0);
+                   EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
                    GET_INPUT("C:");
-                   EXPECT_EQ(INSTRING, "typed");
+                   EXPECT_EQ(CONSOLE.INSTRING, "typed");
                  }),
             "A:line\nB:\n***** Macro completed\nC:");
-  EXPECT_EQ(MACRO_STATE, 0);
-  EXPECT_FALSE(MACRO_FILE.OPEN);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
+  EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
   EXPECT_EQ(TEXT_OF("test.log"), "A:line\n***** Macro completed\nB:\nC:typed\n");
 }
 
@@ -131,8 +131,8 @@ TEST_F(INPUT, MACRO_READING_ERROR_ABORTS_IT) {
   START_MACRO_WITH("line\n");
   KVA_UTILITIES::CLOSE_UNIT(MACRO_UNIT);  // so that the next read fails
   EXPECT_EQ(ASKED(""), "Name:\n***** Macro aborted because of reading error from macro file\n");
-  EXPECT_EQ(MACRO_STATE, 0);
-  EXPECT_EQ(INSTRING_LEN, 0);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
 }
 
 TEST_F(INPUT, MACRO_LINES_MAY_END_WITH_RETURNS_AND_HOLD_CONTROL_CHARACTERS) {
@@ -145,7 +145,7 @@ TEST_F(INPUT, MACRO_LINES_MAY_END_WITH_RETURNS_AND_HOLD_CONTROL_CHARACTERS) {
 TEST_F(INPUT, MACRO_LINES_ARE_CUT_AT_255_BYTES) {
   START_MACRO_WITH(std::string(300, 'a') + "\n");
   ASKED("");
-  EXPECT_EQ(INSTRING_LEN, 255);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
 }
 
 // ---- recording ----
@@ -155,7 +155,7 @@ class RECORDING : public INPUT {
   void SetUp() override {
     INPUT::SetUp();
     START_MACRO_WITH("");
-    MACRO_STATE = -1;
+    CONSOLE.MACRO_STATE = -1;
   }
 };
 
@@ -167,7 +167,7 @@ TEST_F(RECORDING, EVERY_ANSWER_IS_A_LINE_AND_A_BLANK_ONE_AN_EMPTY_LINE) {
 }
 
 TEST_F(RECORDING, NOTHING_IS_WRITTEN_WHEN_THE_FILE_IS_CLOSED) {
-  KVA_UTILITIES::CLOSE_FILE(MACRO_FILE);
+  KVA_UTILITIES::CLOSE_FILE(CONSOLE.MACRO_FILE);
   EXPECT_EQ(ASKED("abc\n"), "Name:");
   EXPECT_EQ(TEXT_OF("test.mcr"), "");
 }
@@ -177,8 +177,8 @@ TEST_F(RECORDING, FULL_DISK_STOPS_IT_WITH_A_MESSAGE) {
   ASSERT_EQ(KVA_UTILITIES::OPEN_UNIT(MACRO_UNIT, "/dev/full", KVA_UTILITIES::UNIT_MODE::OLD), 0);
   EXPECT_EQ(ASKED("abc\n"),
             "Name:***** Macro recording stopped because test.mcr cannot be written\n");
-  EXPECT_EQ(INSTRING, "abc");
-  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.INSTRING, "abc");
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
 }
 
 // ---- end of input ----
@@ -197,18 +197,18 @@ TEST_F(INPUT_DEATH, END_OF_INPUT_ENDS_THE_PROGRAM_WITH_STATUS_2) {
 TEST_F(INPUT, WORDS_ARE_TAKEN_OFF_THE_PENDING_TEXT) {
   PEND("one   two");
   EXPECT_EQ(TAKE_WORD(), "one");
-  EXPECT_EQ(INSTRING, "two");
-  EXPECT_EQ(INSTRING_LEN, 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "two");
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 3);
   EXPECT_EQ(TAKE_WORD(), "two");
-  EXPECT_EQ(INSTRING_LEN, 0);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
   EXPECT_EQ(TAKE_WORD(), "");
 }
 
 TEST_F(INPUT, CLEARING_LEAVES_NOTHING_PENDING) {
   PEND("text");
   CLEAR_INPUT();
-  EXPECT_EQ(INSTRING, "");
-  EXPECT_EQ(INSTRING_LEN, 0);
+  EXPECT_EQ(CONSOLE.INSTRING, "");
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
 }
 
 }  // namespace

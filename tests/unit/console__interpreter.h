@@ -20,8 +20,8 @@ class INTERPRETER : public CONSOLE_TEST {
     for (const char* word :
          {"READ", "WRITE", "LIST", "SHOW", "SET", "EXPORT", "CLEAR", "USE", "OMIT", "SORT",
           "UNSORT", "CALC", "TRANSFORM", "CHECK", "TABLE", "ATOMEDIT", "PTEDIT", "TEST"})
-      COMMANDS.ADD({word, "Does something", 1, std::string(word) == "TEST"});
-    CLIST_GROUP_TITLE.ADD("Things to do");
+      CONSOLE.COMMANDS.ADD({word, "Does something", 1, std::string(word) == "TEST"});
+    CONSOLE.CLIST_GROUP_TITLE.ADD("Things to do");
   }
 
   // Number that COMMAND returns, given these lines.
@@ -32,7 +32,7 @@ class INTERPRETER : public CONSOLE_TEST {
 
   // What is said about one line before an X ends the loop. The prompts themselves are left out.
   std::string ANSWERED(const std::string& line) {
-    const std::string prompt = "\n" + CMD_PROMPT;
+    const std::string prompt = "\n" + CONSOLE.CMD_PROMPT;
     EXPECT_EQ(COMMANDED(line + "\nX\n"), -1) << line;
     EXPECT_EQ(said.substr(0, prompt.size()), prompt);
     EXPECT_EQ(said.substr(said.size() - prompt.size()), prompt);
@@ -40,8 +40,8 @@ class INTERPRETER : public CONSOLE_TEST {
   }
 
   int NUMBER_OF(const std::string& word) {
-    for (int i = 1; i <= COMMANDS.COUNT(); ++i)
-      if (COMMANDS(i).CLIST == word) return i;
+    for (int i = 1; i <= CONSOLE.COMMANDS.COUNT(); ++i)
+      if (CONSOLE.COMMANDS(i).CLIST == word) return i;
     return 0;
   }
 };

@@ -27,7 +27,7 @@ class LOG_OPENING : public CONSOLE_TEST {
 
 TEST_F(LOG_OPENING, NEW_LOG_BEGINS_WITH_THE_HEADER_WHICH_THE_CONSOLE_DOES_NOT_SHOW) {
   EXPECT_EQ(LOGGED("run"), "\n\nSuccessfully opened Log file\nNamed run.log\n\n");
-  EXPECT_EQ(LOG_FILE.UNIT, 90);
+  EXPECT_EQ(CONSOLE.LOG_FILE.UNIT, 90);
   EXPECT_EQ(HEADERS_IN("run.log"), 1u);
 }
 
@@ -41,17 +41,17 @@ TEST_F(LOG_OPENING, OLD_LOG_IS_APPENDED_TO) {
 TEST_F(LOG_OPENING, SAME_LOG_AGAIN_GETS_NO_SECOND_HEADER) {
   LOGGED("run.log");
   LOGGED("run.log");
-  EXPECT_TRUE(LOG_FILE.OPEN);
+  EXPECT_TRUE(CONSOLE.LOG_FILE.OPEN);
   EXPECT_EQ(HEADERS_IN("run.log"), 1u);
   LOGGED("", "n\n");
-  EXPECT_TRUE(LOG_FILE.OPEN);
+  EXPECT_TRUE(CONSOLE.LOG_FILE.OPEN);
   EXPECT_EQ(HEADERS_IN("run.log"), 1u);
 }
 
 TEST_F(LOG_OPENING, ANOTHER_NAME_IS_A_NEW_LOG_WITH_A_HEADER) {
   LOGGED("one.log");
   LOGGED("", "y\ntwo.log\n");
-  EXPECT_EQ(LOG_FILE.NAME, "two.log");
+  EXPECT_EQ(CONSOLE.LOG_FILE.NAME, "two.log");
   EXPECT_EQ(HEADERS_IN("two.log"), 1u);
   SAID("", [] { WRITE_OUT("only here"); });
   EXPECT_EQ(TEXT_OF("one.log").find("only here"), std::string::npos);
@@ -88,7 +88,7 @@ TEST_F(LOG_OPENING, LOG_THAT_WAS_DELETED_BEGINS_ANEW) {
 
 TEST_F(LOG_OPENING, NO_NAME_MEANS_NO_LOG) {
   EXPECT_EQ(LOGGED("", "\n"), "\n\n     Open Log file (*.log):");
-  EXPECT_FALSE(LOG_FILE.OPEN);
+  EXPECT_FALSE(CONSOLE.LOG_FILE.OPEN);
 }
 
 TEST_F(LOG_OPENING, A_FILE_IS_OPEN_ONCE) {
@@ -123,7 +123,7 @@ TEST_F(LOG_OPENING, FULL_DISK_CLOSES_THE_LOG) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   fs::create_symlink("/dev/full", "run.log");
   EXPECT_EQ(LOGGED("run.log"), "\n\n*****Log file run.log cannot be written and was closed\n");
-  EXPECT_FALSE(LOG_FILE.OPEN);
+  EXPECT_FALSE(CONSOLE.LOG_FILE.OPEN);
 }
 
 }  // namespace

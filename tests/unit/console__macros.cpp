@@ -16,11 +16,11 @@ TEST_F(MACROS, RECORDING_FROM_START_TO_END) {
   EXPECT_EQ(ANSWERED("RECORD session"), "       Open a file to record the commands\n" +
                                             OPENED_MACRO("session.mcr") +
                                             "***** Macro recording intiated\n");
-  EXPECT_EQ(MACRO_STATE, -1);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, -1);
   EXPECT_EQ(ANSWERED("foo  bar"), "");
   EXPECT_EQ(ANSWERED(""), "");
   EXPECT_EQ(ANSWERED("end"), "***** Macro recording stopped\n");
-  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
   // The X lines are those that end each piece of the dialogue here.
   EXPECT_EQ(TEXT_OF("session.mcr"), "X\nfoo  bar\nX\n\nX\nend\n");
 }
@@ -35,7 +35,7 @@ TEST_F(MACROS, ANY_WORD_WITH_END_IN_IT_STOPS_A_RECORDING_AND_NOTHING_ELSE) {
 TEST_F(MACROS, END_FALLS_THROUGH_TO_THE_NEXT_TESTS_WHEN_NOTHING_IS_RECORDED) {
   PUT_FILE("run.mcr", "X\n");
   EXPECT_EQ(COMMANDED("ENDMACRO run\n"), -1);
-  COMMANDS.ADD({"ENDING", "A command", 1, false});
+  CONSOLE.COMMANDS.ADD({"ENDING", "A command", 1, false});
   EXPECT_EQ(COMMANDED("ENDING\n"), 19);
 }
 
@@ -43,7 +43,7 @@ TEST_F(MACROS, RECORDING_WITHOUT_A_NAME_FAILS) {
   EXPECT_EQ(ANSWERED("RECORD\n"),
             "       Open a file to record the commands\n"
             "\n\n     Open file for macros (*.mcr):***** Macro recording FAILED to be intiated\n");
-  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
 }
 
 TEST_F(MACROS, RECORDING_OVER_AN_OLD_FILE_ASKS) {
@@ -71,7 +71,7 @@ TEST_F(MACROS, MACRO_THAT_IS_NOT_FOUND_FAILS) {
   EXPECT_EQ(ANSWERED("MACRO none\n"),
             "\n*****File none.mcr does not exist, but is required to pre-exist\n"
             "\n     Open file for macros (*.mcr):***** Failed to start macro\n");
-  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
 }
 
 TEST_F(MACROS, MACRO_IN_A_MACRO_REPLACES_IT) {
@@ -85,28 +85,28 @@ TEST_F(MACROS, MACRO_IN_A_MACRO_REPLACES_IT) {
 TEST_F(MACROS, RECORD_IN_A_MACRO_ENDS_THE_MACRO_AND_RECORDS) {
   PUT_FILE("first.mcr", "RECORD session\nLIST\n");
   EXPECT_EQ(COMMANDED("MACRO first\nREAD\n"), 1);
-  EXPECT_EQ(MACRO_STATE, -1);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, -1);
   EXPECT_EQ(TEXT_OF("session.mcr"), "READ\n");
 }
 
 TEST_F(MACROS, MACRO_WHILE_RECORDING_ENDS_THE_RECORDING_AND_RUNS) {
   PUT_FILE("run.mcr", "READ\n");
   EXPECT_EQ(COMMANDED("RECORD session\nMACRO run\n"), 1);
-  EXPECT_EQ(MACRO_STATE, 1);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 1);
   EXPECT_EQ(TEXT_OF("session.mcr"), "MACRO run\n");
 }
 
 TEST_F(MACROS, FAILED_MACRO_IN_A_MACRO_LEAVES_NO_MACRO) {
   PUT_FILE("first.mcr", "MACRO none\nLIST\n");
   EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
-  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
   EXPECT_NE(said.find("***** Failed to start macro\n"), std::string::npos);
 }
 
 TEST_F(MACROS, FAILED_MACRO_WHILE_RECORDING_ENDS_THE_RECORDING) {
   EXPECT_EQ(COMMANDED("RECORD session\nfoo\nMACRO none\n\nbar\nEND\nX\n"), -1);
-  EXPECT_EQ(MACRO_STATE, 0);
-  EXPECT_FALSE(MACRO_FILE.OPEN);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
+  EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
   EXPECT_EQ(TEXT_OF("session.mcr"), "foo\nMACRO none\n");
   EXPECT_NE(said.find("***** Failed to start macro\n\nG_MARA-6.1>\nG_MARA-6.1>\nG_MARA-6.1>"),
             std::string::npos)
@@ -116,8 +116,8 @@ TEST_F(MACROS, FAILED_MACRO_WHILE_RECORDING_ENDS_THE_RECORDING) {
 TEST_F(MACROS, FAILED_RECORDING_IN_A_REPLAY_ENDS_THE_REPLAY) {
   PUT_FILE("first.mcr", "RECORD none/session\nfoo\n");
   EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
-  EXPECT_EQ(MACRO_STATE, 0);
-  EXPECT_FALSE(MACRO_FILE.OPEN);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
+  EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
   EXPECT_EQ(said.find("foo"), std::string::npos) << "the rest of the macro is never read";
   EXPECT_TRUE(said.ends_with("***** Macro recording FAILED to be intiated\n\nG_MARA-6.1>"));
   EXPECT_EQ(TEXT_OF("first.mcr"), "RECORD none/session\nfoo\n");
@@ -151,7 +151,7 @@ TEST_F(MACROS, MACRO_WITHOUT_A_LINE_END_IS_ABORTED) {
   EXPECT_EQ(COMMANDED("MACRO zero\nX\n"), -1);
   EXPECT_TRUE(said.ends_with(
       "\n***** Macro aborted because of reading error from macro file\n\nG_MARA-6.1>"));
-  EXPECT_FALSE(MACRO_FILE.OPEN);
+  EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
 }
 
 // ---- macros that start one another ----
@@ -162,8 +162,8 @@ const std::string endless =
 TEST_F(MACROS, MACRO_THAT_STARTS_ITSELF_COMES_TO_AN_END) {
   PUT_FILE("first.mcr", "MACRO first\n");
   EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
-  EXPECT_EQ(MACRO_STATE, 0);
-  EXPECT_FALSE(MACRO_FILE.OPEN);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
+  EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
   EXPECT_TRUE(said.ends_with(endless + "\nG_MARA-6.1>"));
 }
 
@@ -171,7 +171,7 @@ TEST_F(MACROS, TWO_MACROS_THAT_START_EACH_OTHER_COME_TO_AN_END) {
   PUT_FILE("first.mcr", "MACRO second\nfoo\n");
   PUT_FILE("second.mcr", "MACRO first\nfoo\n");
   EXPECT_EQ(COMMANDED("MACRO first\nX\n"), -1);
-  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
   EXPECT_TRUE(said.ends_with(endless + "\nG_MARA-6.1>"));
   EXPECT_EQ(said.find("foo"), std::string::npos);
 }
@@ -179,11 +179,11 @@ TEST_F(MACROS, TWO_MACROS_THAT_START_EACH_OTHER_COME_TO_AN_END) {
 TEST_F(MACROS, THOUSANDTH_MACRO_OF_A_CHAIN_RUNS_AND_THE_NEXT_DOES_NOT) {
   PUT_FILE("last.mcr", "LIST\n");
   START_MACRO_WITH("MACRO last\n");
-  MACRO_CHAIN = 999;
+  CONSOLE.MACRO_CHAIN = 999;
   EXPECT_EQ(COMMANDED(""), 3);
   EXPECT_EQ(said.find(endless), std::string::npos);
   START_MACRO_WITH("MACRO last\n");
-  MACRO_CHAIN = 1000;
+  CONSOLE.MACRO_CHAIN = 1000;
   EXPECT_EQ(COMMANDED("X\n"), -1);
   EXPECT_TRUE(said.ends_with(endless + "\nG_MARA-6.1>"));
 }

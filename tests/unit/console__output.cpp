@@ -100,7 +100,7 @@ TEST_F(OUTPUT, UNIT_THAT_IS_NOT_OPEN_IS_HARMLESS) {
 
 TEST_F(OUTPUT, RUN_TYPE_5_LEAVES_THE_CONSOLE_SILENT) {
   START_LOG();
-  RUN_TYPE = 5;
+  CONSOLE.RUN_TYPE = 5;
   EXPECT_EQ(WRITTEN("a"), "");
   EXPECT_EQ(WRITTEN("b", "NOLOG"), "");
   EXPECT_EQ(WRITTEN("c", "LOGONLY"), "");
@@ -121,12 +121,12 @@ TEST_F(OUTPUT, EVERY_LOG_LINE_IS_IN_THE_FILE_AT_ONCE) {
 
 TEST_F(OUTPUT, LOG_ON_A_FULL_DISK_IS_CLOSED_WITH_ONE_MESSAGE) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
-  LOG_FILE.UNIT = LOG_UNIT;
-  LOG_FILE.NAME = "/dev/full";
+  CONSOLE.LOG_FILE.UNIT = LOG_UNIT;
+  CONSOLE.LOG_FILE.NAME = "/dev/full";
   ASSERT_EQ(KVA_UTILITIES::OPEN_UNIT(LOG_UNIT, "/dev/full", KVA_UTILITIES::UNIT_MODE::OLD), 0);
-  LOG_FILE.OPEN = true;
+  CONSOLE.LOG_FILE.OPEN = true;
   EXPECT_EQ(WRITTEN("a|b"), "a\n*****Log file /dev/full cannot be written and was closed\nb\n");
-  EXPECT_FALSE(LOG_FILE.OPEN);
+  EXPECT_FALSE(CONSOLE.LOG_FILE.OPEN);
 }
 
 TEST_F(OUTPUT, WARNING_HAS_A_BLANK_LINE_ON_BOTH_SIDES) {
@@ -150,13 +150,13 @@ TEST_F(OUTPUT, ANNOUNCE_PUTS_THE_TEXT_BEHIND_A_STAR_WITH_ONE_BLANK_AFTER_IT) {
 
 // Width 40, length 5: (40 - 5) / 2 is 17.5, toward zero 17.
 TEST_F(OUTPUT, ANNOUNCE_ROUNDS_ITS_COLUMN_TOWARD_ZERO) {
-  WIDTH = 40;
+  CONSOLE.WIDTH = 40;
   EXPECT_EQ(SAID("", [] { ANNOUNCE("Tests"); }),
             "\n" + std::string(16, '*') + "Tests " + std::string(18, '*') + "\n\n");
 }
 
 TEST_F(OUTPUT, ANNOUNCE_BEGINS_A_LONG_TEXT_IN_COLUMN_1) {
-  WIDTH = 40;
+  CONSOLE.WIDTH = 40;
   const std::string text(60, 'a');
   EXPECT_EQ(SAID("", [&] { ANNOUNCE(text); }), "\n" + text + "\n\n");
   // Length 39: (40 - 39) / 2 is 0, below 1; the text and its blank fill the 40 columns.
@@ -232,7 +232,7 @@ TEST_F(OUTPUT, HEADER_HEIGHT_DOES_NOT_VARY_WITH_THE_COMMENTS) {
 }
 
 TEST_F(OUTPUT, HEADER_ENDS_WITH_THE_WORKING_DIRECTORY) {
-  INITPARMS(1) = "WDIR  /some/place";
+  CONSOLE.INITPARMS(1) = "WDIR  /some/place";
   const std::vector<std::string> said = LINES(SAID("", [] { WRITE_HEADER(); }));
   ASSERT_EQ(said.size(), 27u);
   EXPECT_EQ(said[24], "");
@@ -242,7 +242,7 @@ TEST_F(OUTPUT, HEADER_ENDS_WITH_THE_WORKING_DIRECTORY) {
 
 TEST_F(OUTPUT, LOGONLY_HEADER_LEAVES_THE_CONSOLE_ALONE) {
   START_LOG();
-  INITPARMS(1) = "WDIR  /some/place";
+  CONSOLE.INITPARMS(1) = "WDIR  /some/place";
   EXPECT_EQ(SAID("", [] { WRITE_HEADER("logonly"); }), "");
   EXPECT_EQ(LINES(TEXT_OF("test.log")).size(), 27u);
 }
@@ -274,7 +274,7 @@ TEST_F(OUTPUT, LONG_HEADER_TEXTS_ARE_CUT_INSIDE_THE_FRAME) {
 TEST_F(OUTPUT, NARROW_HEADER_KEEPS_ITS_FRAME) {
   PROGRAM_COMMENT.FILL("Some words that do not fit");
   for (int width = 2; width <= 30; ++width) {
-    WIDTH = width;
+    CONSOLE.WIDTH = width;
     const std::vector<std::string> said = LINES(SAID("", [] { WRITE_HEADER(); }));
     ASSERT_EQ(said.size(), 24u);
     EXPECT_TRUE(std::all_of(said.begin(), said.end(), [width](const std::string& line) {
@@ -286,7 +286,7 @@ TEST_F(OUTPUT, NARROW_HEADER_KEEPS_ITS_FRAME) {
 
 TEST_F(OUTPUT, WORKING_DIRECTORY_LINE) {
   EXPECT_EQ(SAID("", [] { WRITE_WDIR(); }), "");
-  INITPARMS(3) = "WDIR  /data/My Files";
+  CONSOLE.INITPARMS(3) = "WDIR  /data/My Files";
   EXPECT_EQ(SAID("", [] { WRITE_WDIR(); }),
             "\n    Current working directory is now: " + folder.string() + "\n\n")
       << "the directory where we are, even when the entry holds another one";

@@ -42,18 +42,18 @@ TEST_F(PENDING, IS_THE_LINE_JUST_READ_BEHIND_VALUES_AND_RANGES) {
   float low = 9.0f;
   float high = 9.0f;
   SAID("0 0\n", [&] { GET_INPUT_VALUES("V:", low, &high); });
-  EXPECT_EQ(INSTRING, "0 0");
-  EXPECT_EQ(INSTRING_LEN, 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "0 0");
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 3);
   SAID("0 0 rest\n", [&] { GET_INPUT_RANGE("R:", low, high); });
-  EXPECT_EQ(INSTRING, "0 0 rest");
-  EXPECT_EQ(INSTRING_LEN, 8);
+  EXPECT_EQ(CONSOLE.INSTRING, "0 0 rest");
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 8);
 }
 
 TEST_F(PENDING, WORD_MUST_FIT_AN_ENTRY_UP_TO_ITS_30TH_CHARACTER) {
   constexpr std::array<std::string_view, 1> menu{"abcdefghijklmnopqrstuvwxyz0123 and more"};
   PEND("abcdefghijklmnopqrstuvwxyz012x");
   EXPECT_EQ(GET_LIST_INSTRING(menu), 0);
-  EXPECT_EQ(INSTRING, "abcdefghijklmnopqrstuvwxyz012x");
+  EXPECT_EQ(CONSOLE.INSTRING, "abcdefghijklmnopqrstuvwxyz012x");
 }
 
 // The rule for the first number is one for each line, and a line that breaks it costs nothing of

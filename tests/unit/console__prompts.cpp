@@ -85,7 +85,7 @@ TEST_F(PROMPTS, ANSWER_LEAVES_NOTHING_PENDING_AND_TAKES_NO_PENDING_TEXT) {
   char answer = '?';
   EXPECT_EQ(SAID("no more\n", [&] { answer = GET_ANSWER_YN("Ok?"); }), "Ok? (Y/N)?");
   EXPECT_EQ(answer, 'N');
-  EXPECT_EQ(INSTRING_LEN, 0);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
 }
 
 TEST_F(PROMPTS, YES_OR_NO_WITH_AND_WITHOUT_DEFAULT) {
@@ -124,7 +124,8 @@ TEST_F(PROMPTS, ONE_VALUE) {
   float v = 7.0f;
   EXPECT_EQ(SAID("2.5 rest\n", [&] { GET_INPUT_VALUES("Value: ", v); }), "\nValue:");
   EXPECT_EQ(v, 2.5f);
-  EXPECT_EQ(INSTRING, "2.5 rest");  // the line stays, so that callers can tell a blank from a zero
+  EXPECT_EQ(CONSOLE.INSTRING,
+            "2.5 rest");  // the line stays, so that callers can tell a blank from a zero
 }
 
 TEST_F(PROMPTS, BLANK_ANSWER_LEAVES_ZEROS_AND_NO_LENGTH) {
@@ -133,7 +134,7 @@ TEST_F(PROMPTS, BLANK_ANSWER_LEAVES_ZEROS_AND_NO_LENGTH) {
   SAID("\n", [&] { GET_INPUT_VALUES("Value: ", v1, &v2); });
   EXPECT_EQ(v1, 0.0f);
   EXPECT_EQ(v2, 0.0f);
-  EXPECT_EQ(INSTRING_LEN, 0);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
 }
 
 TEST_F(PROMPTS, TWO_VALUES_BY_BLANK_OR_COMMA) {
@@ -241,7 +242,7 @@ TEST_F(PROMPTS, BLANK_RANGE_IS_ZERO_TO_ZERO_WITH_STEP_1) {
   EXPECT_EQ(low, 0.0f);
   EXPECT_EQ(high, 0.0f);
   EXPECT_EQ(step, 1.0f);
-  EXPECT_EQ(INSTRING_LEN, 0);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
 }
 
 TEST_F(PROMPTS, STEP_IS_POSITIVE_AND_A_ZERO_ONE_IS_THE_LARGEST_REAL) {

@@ -23,10 +23,10 @@ TEST_F(SETTINGS, FIRST_RUN_MAKES_THE_FOLDER_AND_THE_FILE) {
 TEST_F(SETTINGS, LINES_ARE_READ_WITHOUT_THE_BLANK_ONES) {
   PUT_INI("WDIR  /data\n\n   \nMODE  EXPERT\r\nlast");
   INIT_PARAMS();
-  EXPECT_EQ(INITPARMS(1), "WDIR  /data");
-  EXPECT_EQ(INITPARMS(2), "MODE  EXPERT");
-  EXPECT_EQ(INITPARMS(3), "last");
-  EXPECT_EQ(INITPARMS(4), "");
+  EXPECT_EQ(CONSOLE.INITPARMS(1), "WDIR  /data");
+  EXPECT_EQ(CONSOLE.INITPARMS(2), "MODE  EXPERT");
+  EXPECT_EQ(CONSOLE.INITPARMS(3), "last");
+  EXPECT_EQ(CONSOLE.INITPARMS(4), "");
 }
 
 TEST_F(SETTINGS, TWENTY_FIRST_LINE_ENDS_THE_READING) {
@@ -34,61 +34,61 @@ TEST_F(SETTINGS, TWENTY_FIRST_LINE_ENDS_THE_READING) {
   for (int i = 1; i <= 25; ++i) text += "K" + std::to_string(100 + i) + "  value\n";
   PUT_INI(text);
   INIT_PARAMS();
-  EXPECT_EQ(INITPARMS(1), "K101  value");
-  EXPECT_EQ(INITPARMS(20), "K120  value");
+  EXPECT_EQ(CONSOLE.INITPARMS(1), "K101  value");
+  EXPECT_EQ(CONSOLE.INITPARMS(20), "K120  value");
   EXPECT_EQ(PARAM("K121", 1), "");
 }
 
 TEST_F(SETTINGS, OLD_IMAGE_IS_FORGOTTEN) {
-  INITPARMS(5) = "MODE  EXPERT";
+  CONSOLE.INITPARMS(5) = "MODE  EXPERT";
   INIT_PARAMS();
-  EXPECT_EQ(INITPARMS(5), "");
+  EXPECT_EQ(CONSOLE.INITPARMS(5), "");
 }
 
 TEST_F(SETTINGS, KEYS_ARE_FOUND_IGNORING_CASE_AND_LEADING_BLANKS_AND_VALUES_KEEP_THEIR_CASE) {
-  INITPARMS(2) = "   wdir    /Data/My Files";
+  CONSOLE.INITPARMS(2) = "   wdir    /Data/My Files";
   EXPECT_EQ(PARAM("WDIR", 0), "/Data/My Files");
   EXPECT_EQ(PARAM("MODE", 1), "");
   EXPECT_EQ(PARAM("", 1), "");
 }
 
 TEST_F(SETTINGS, COMMENTED_AND_BLANK_ENTRIES_ARE_PASSED_OVER) {
-  INITPARMS(1) = "!WDIR  /comment";
-  INITPARMS(2) = "WDIR";
-  INITPARMS(3) = "WDIR  /data";
-  INITPARMS(4) = "WDIR  /later";
+  CONSOLE.INITPARMS(1) = "!WDIR  /comment";
+  CONSOLE.INITPARMS(2) = "WDIR";
+  CONSOLE.INITPARMS(3) = "WDIR  /data";
+  CONSOLE.INITPARMS(4) = "WDIR  /later";
   EXPECT_EQ(PARAM("WDIR", 0), "/data");
-  INITPARMS(3) = "";
-  INITPARMS(4) = "";
+  CONSOLE.INITPARMS(3) = "";
+  CONSOLE.INITPARMS(4) = "";
   EXPECT_EQ(PARAM("WDIR", 1), "");
 }
 
 TEST_F(SETTINGS, SAVED_ENTRY_REPLACES_THE_OLD_ONE_AND_LINES_ARE_PADDED_TO_255_COLUMNS) {
-  INITPARMS(1) = "MODE  EXPERT";
-  INITPARMS(3) = "wdir  /old";
+  CONSOLE.INITPARMS(1) = "MODE  EXPERT";
+  CONSOLE.INITPARMS(3) = "wdir  /old";
   SAVE_PARAM("WDIR", "/new");
-  EXPECT_EQ(INITPARMS(3), "WDIR  /new");
+  EXPECT_EQ(CONSOLE.INITPARMS(3), "WDIR  /new");
   EXPECT_EQ(TEXT_OF(ini), PADDED("MODE  EXPERT") + PADDED("WDIR  /new"));
 }
 
 TEST_F(SETTINGS, SAVED_ENTRY_TAKES_THE_FIRST_BLANK_PLACE) {
-  INITPARMS(1) = "MODE  EXPERT";
-  INITPARMS(2) = "WDIR";  // found, but blank
+  CONSOLE.INITPARMS(1) = "MODE  EXPERT";
+  CONSOLE.INITPARMS(2) = "WDIR";  // found, but blank
   SAVE_PARAM("WDIR", "/new");
-  EXPECT_EQ(INITPARMS(2), "WDIR");
-  EXPECT_EQ(INITPARMS(3), "WDIR  /new");
+  EXPECT_EQ(CONSOLE.INITPARMS(2), "WDIR");
+  EXPECT_EQ(CONSOLE.INITPARMS(3), "WDIR  /new");
   EXPECT_EQ(PARAM("WDIR", 0), "/new");
 }
 
 TEST_F(SETTINGS, THE_ONLY_BLANK_PLACE_MAY_BE_THE_FIRST) {
-  INITPARMS.FILL("KEYX  value");
-  INITPARMS(1) = "";
+  CONSOLE.INITPARMS.FILL("KEYX  value");
+  CONSOLE.INITPARMS(1) = "";
   SAVE_PARAM("WDIR", "/new");
-  EXPECT_EQ(INITPARMS(1), "WDIR  /new");
+  EXPECT_EQ(CONSOLE.INITPARMS(1), "WDIR  /new");
 }
 
 TEST_F(SETTINGS, FULL_TABLE_STORES_NOTHING_NEW) {
-  INITPARMS.FILL("KEYX  value");
+  CONSOLE.INITPARMS.FILL("KEYX  value");
   SAVE_PARAM("WDIR", "/new");
   EXPECT_EQ(PARAM("WDIR", 1), "");
   EXPECT_EQ(fs::file_size(ini), 20u * 256u);
@@ -97,11 +97,11 @@ TEST_F(SETTINGS, FULL_TABLE_STORES_NOTHING_NEW) {
 TEST_F(SETTINGS, KEY_OF_ANOTHER_LENGTH_CHANGES_NOTHING_BUT_REWRITES_THE_FILE) {
   for (const char* key : {"WDI", "WDIRX", "WD R", ""}) {
     fs::remove(ini);
-    INITPARMS.FILL("");
-    INITPARMS(1) = "WDIR  /data";
+    CONSOLE.INITPARMS.FILL("");
+    CONSOLE.INITPARMS(1) = "WDIR  /data";
     SAVE_PARAM(key, "value");
-    EXPECT_EQ(INITPARMS(1), "WDIR  /data") << key;
-    EXPECT_EQ(INITPARMS(2), "") << key;
+    EXPECT_EQ(CONSOLE.INITPARMS(1), "WDIR  /data") << key;
+    EXPECT_EQ(CONSOLE.INITPARMS(2), "") << key;
     EXPECT_EQ(TEXT_OF(ini), PADDED("WDIR  /data")) << key;
   }
 }
@@ -199,12 +199,12 @@ TEST_F(SETTINGS, LINK_TO_A_FILE_THAT_IS_NOT_THERE_YET_MAKES_THE_FILE) {
 // same.
 TEST_F(SETTINGS, KILL_IN_THE_MIDDLE_OF_A_SAVE_LEAVES_THE_OLD_OR_THE_NEW_FILE_WHOLE) {
   const auto save_short = [] {
-    INITPARMS.FILL("");
-    INITPARMS(1) = "WDIR  /short";
+    CONSOLE.INITPARMS.FILL("");
+    CONSOLE.INITPARMS(1) = "WDIR  /short";
     SAVE_PARAM("", "");
   };
   const auto save_long = [] {
-    INITPARMS.FILL("WDIR  /long");
+    CONSOLE.INITPARMS.FILL("WDIR  /long");
     SAVE_PARAM("", "");
   };
   save_long();
@@ -239,7 +239,7 @@ TEST_F(SETTINGS, SAVED_FILE_READS_BACK) {
 }
 
 TEST_F(SETTINGS, RUN_TYPE_5_WRITES_NO_FILE) {
-  RUN_TYPE = 5;
+  CONSOLE.RUN_TYPE = 5;
   SAVE_PARAM("WDIR", "/data");
   EXPECT_EQ(PARAM("WDIR", 0), "/data");
   EXPECT_FALSE(fs::exists(ini));
@@ -252,7 +252,7 @@ TEST_F(SETTINGS, BROKEN_FILE_DOES_NO_HARM) {
   INIT_PARAMS();
   PARAM("WDIR", 1);
   SAVE_PARAM("WDIR", "/data");
-  for (const std::string& line : INITPARMS) EXPECT_LE(line.size(), 255u);
+  for (const std::string& line : CONSOLE.INITPARMS) EXPECT_LE(line.size(), 255u);
 }
 
 // ---- where it lies ----
@@ -315,9 +315,10 @@ TEST_F(SETTINGS, FOLDER_IN_PLACE_OF_THE_FILE_IS_SILENT) {
 
 TEST_F(SETTINGS, MODE_IS_SHOWN_IN_WORDS) {
   const std::vector<std::string> words{"Default", "Expert", "Debug"};
-  for (OPERATION_MODE = 0; OPERATION_MODE <= 2; ++OPERATION_MODE)
-    EXPECT_EQ(SAID("", [] { WRITE_MODE(); }),
-              "\nNow running in " + words[static_cast<std::size_t>(OPERATION_MODE)] + " Mode\n");
+  for (CONSOLE.OPERATION_MODE = 0; CONSOLE.OPERATION_MODE <= 2; ++CONSOLE.OPERATION_MODE)
+    EXPECT_EQ(
+        SAID("", [] { WRITE_MODE(); }),
+        "\nNow running in " + words[static_cast<std::size_t>(CONSOLE.OPERATION_MODE)] + " Mode\n");
 }
 
 const std::string mode_question =
@@ -327,20 +328,20 @@ const std::string mode_question =
 TEST_F(SETTINGS, MODE_IS_ASKED_FOR_AND_SAVED) {
   EXPECT_EQ(SAID("1\n", [] { SET_MODE(); }),
             "\nNow running in Default Mode\n" + mode_question + "\nNow running in Expert Mode\n");
-  EXPECT_EQ(OPERATION_MODE, 1);
+  EXPECT_EQ(CONSOLE.OPERATION_MODE, 1);
   EXPECT_EQ(PARAM("MODE", 0), "EXPERT");
   SAID("2\n", [] { SET_MODE(); });
   EXPECT_EQ(PARAM("MODE", 0), "DEBUG");
   SAID("0\n", [] { SET_MODE(); });
-  EXPECT_EQ(OPERATION_MODE, 0);
+  EXPECT_EQ(CONSOLE.OPERATION_MODE, 0);
   EXPECT_EQ(PARAM("MODE", 0), "NORMAL");
 }
 
 TEST_F(SETTINGS, BLANK_ANSWER_KEEPS_THE_MODE_AND_SAVES_IT_ALL_THE_SAME) {
-  OPERATION_MODE = 2;
+  CONSOLE.OPERATION_MODE = 2;
   EXPECT_EQ(SAID("\n", [] { SET_MODE(); }),
             "\nNow running in Debug Mode\n" + mode_question + "     No change in operation mode\n");
-  EXPECT_EQ(OPERATION_MODE, 2);
+  EXPECT_EQ(CONSOLE.OPERATION_MODE, 2);
   EXPECT_EQ(PARAM("MODE", 0), "DEBUG");
 }
 
@@ -353,15 +354,15 @@ TEST_F(SETTINGS, IMPOSSIBLE_MODES_REPEAT_THE_PROMPT_ALONE) {
 
 TEST_F(SETTINGS, MODE_IS_ROUNDED_TO_THE_NEAREST) {
   SAID("1.6\n", [] { SET_MODE(); });
-  EXPECT_EQ(OPERATION_MODE, 2);
+  EXPECT_EQ(CONSOLE.OPERATION_MODE, 2);
   SAID("2.6\n-0.4\n", [] { SET_MODE(); });
-  EXPECT_EQ(OPERATION_MODE, 0);
+  EXPECT_EQ(CONSOLE.OPERATION_MODE, 0);
 }
 
 TEST_F(SETTINGS, MODE_COMMAND_CAN_BE_DISABLED) {
-  OPERATION_MODE = -1;
+  CONSOLE.OPERATION_MODE = -1;
   EXPECT_EQ(SAID("", [] { SET_MODE(); }), "");
-  EXPECT_EQ(OPERATION_MODE, -1);
+  EXPECT_EQ(CONSOLE.OPERATION_MODE, -1);
   EXPECT_FALSE(fs::exists(ini));
 }
 

@@ -33,7 +33,7 @@ TEST_F(WORK_DIR, STORED_DIRECTORY_THAT_IS_GONE_IS_SHOWN_AS_THE_REAL_ONE_AND_STAY
 }
 
 TEST_F(WORK_DIR, DELETED_DIRECTORY_IS_NOT_SAVED) {
-  INITPARMS(1) = "WDIR  /data";
+  CONSOLE.INITPARMS(1) = "WDIR  /data";
   fs::create_directory("gone");
   fs::current_path("gone");
   fs::remove(folder / "gone");
@@ -58,7 +58,7 @@ TEST_F(WORK_DIR, DIRECTORY_WITH_TOO_LONG_A_PATH_IS_SHOWN_AND_NOT_SAVED) {
   PUT_FILE("run.mcr", "HELP\n");
   RESET_STATE();
   SAID("", [] { INIT_CONSOLE("run"); });
-  EXPECT_EQ(MACRO_STATE, 1);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 1);
   EXPECT_EQ(SAID("", [] { WRITE_WDIR(); }), line);
   SAVE_WORK_DIR();
   EXPECT_EQ(TEXT_OF(ini), saved);
@@ -163,11 +163,11 @@ TEST_F(WORK_DIR, OTHER_LINES_GO_TO_THE_SHELL_AS_TYPED_AND_THEIR_STATUS_IS_IGNORE
 TEST_F(WORK_DIR, START_RESTORES_THE_DIRECTORY_AND_NOT_THE_MODE) {
   fs::create_directory("sub");
   PUT_INI("MODE  DEBUG\nWDIR  " + (folder / "sub").string() + "\n");
-  RUN_TYPE = 3;
+  CONSOLE.RUN_TYPE = 3;
   EXPECT_EQ(SAID("", [] { INIT_CONSOLE(""); }), "");
   EXPECT_EQ(fs::current_path(), folder / "sub");
-  EXPECT_EQ(OPERATION_MODE, 0);
-  EXPECT_EQ(RUN_TYPE, 1);
+  EXPECT_EQ(CONSOLE.OPERATION_MODE, 0);
+  EXPECT_EQ(CONSOLE.RUN_TYPE, 1);
   EXPECT_EQ(PARAM("MODE", 0), "DEBUG");
 }
 
@@ -194,7 +194,7 @@ TEST_F(WORK_DIR, MACRO_GIVEN_AT_START_IS_OPENED_IN_THE_CURRENT_DIRECTORY) {
     RESET_STATE();
     EXPECT_EQ(SAID("", [&] { INIT_CONSOLE(argument); }),
               "\n\nSuccessfully opened file for macros\nNamed " + name + "\n\n");
-    EXPECT_EQ(MACRO_STATE, 1);
+    EXPECT_EQ(CONSOLE.MACRO_STATE, 1);
     EXPECT_EQ(fs::current_path(), folder);         // the stored one is not restored
     EXPECT_EQ(PARAM("WDIR", 0), folder.string());  // and what is shown is where we are
   }
@@ -207,8 +207,8 @@ TEST_F(WORK_DIR, MACRO_ARGUMENT_WITH_A_FOLDER_STAYS_AS_TYPED) {
   for (const char* argument : {"sub/run.mcr", "sub/run", "./sub/run"}) {
     RESET_STATE();
     SAID("", [&] { INIT_CONSOLE(argument); });
-    EXPECT_EQ(MACRO_STATE, 1) << argument;
-    EXPECT_EQ(MACRO_FILE.NAME,
+    EXPECT_EQ(CONSOLE.MACRO_STATE, 1) << argument;
+    EXPECT_EQ(CONSOLE.MACRO_FILE.NAME,
               std::string(argument).substr(0, argument[0] == '.' ? 9 : 7) + ".mcr");
   }
 }
@@ -219,7 +219,7 @@ TEST_F(WORK_DIR, MACRO_ARGUMENT_GETS_ITS_EXTENSION_ALSO_IN_A_DOTTED_FOLDER) {
   PUT_FILE("v1.2/run.mcr", "HELP\n");
   fs::current_path("v1.2");
   SAID("", [] { INIT_CONSOLE("run"); });
-  EXPECT_EQ(MACRO_FILE.NAME, (folder / "v1.2/run.mcr").string());
+  EXPECT_EQ(CONSOLE.MACRO_FILE.NAME, (folder / "v1.2/run.mcr").string());
 }
 
 TEST_F(WORK_DIR, MACRO_THAT_CANNOT_BE_OPENED_IS_ASKED_FOR_AND_A_BLANK_GIVES_UP) {
@@ -228,7 +228,7 @@ TEST_F(WORK_DIR, MACRO_THAT_CANNOT_BE_OPENED_IS_ASKED_FOR_AND_A_BLANK_GIVES_UP) 
   EXPECT_EQ(SAID("\n", [] { INIT_CONSOLE("none"); }),
             "\n*****File " + name + " does not exist, but is required to pre-exist\n" +
                 "\n     Open file for macros (*.mcr):");
-  EXPECT_EQ(MACRO_STATE, 0);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
   EXPECT_EQ(fs::current_path(), folder);
 }
 
@@ -239,13 +239,13 @@ TEST_F(WORK_DIR, MACRO_PATH_THAT_GROWS_TOO_LONG_STAYS_AS_TYPED) {
   const std::string name(60, 'm');
   PUT_FILE(name + ".mcr", "HELP\n");
   SAID("", [&] { INIT_CONSOLE(name); });
-  EXPECT_EQ(MACRO_FILE.NAME, name + ".mcr");
+  EXPECT_EQ(CONSOLE.MACRO_FILE.NAME, name + ".mcr");
 }
 
 TEST_F(WORK_DIR, WIDTH_IS_100_WITHOUT_A_TERMINAL) {
   if (::isatty(STDOUT_FILENO) != 0) GTEST_SKIP() << "the tests run on a terminal";
   INIT_CONSOLE("");
-  EXPECT_EQ(WIDTH, 100);
+  EXPECT_EQ(CONSOLE.WIDTH, 100);
 }
 
 using WORK_DIR_DEATH = SETTINGS;

@@ -59,11 +59,6 @@ const std::string not_elements =
 
 class EDITOR : public BLOCKS {
  protected:
-  void SetUp() override {
-    BLOCKS::SetUp();
-    SET_DEFAULT_CHARGES();
-  }
-
   // What the editor says to the lines, from its first prompt to its last.
   std::string EDIT(const std::string& lines) {
     const std::string opening = announcement + prompt;

@@ -3,10 +3,7 @@
 
 #include <csignal>
 
-#include "console__dialogue.h"
-#include "src/facetor6_console/parameters.h"
-#include "src/facetor6_console/phase_list.h"
-#include "src/facetor6_console/valence_table.h"
+#include "phases.h"
 #include "src/facetor6_list/list.h"
 #include "structures.h"
 
@@ -16,24 +13,8 @@ using namespace STRUCTURES;
 
 namespace {
 
-class CALCULATION : public CONSOLE_TESTS::CONSOLE_TEST {
+class CALCULATION : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-    RUN = RUN_PARAMETERS{};
-    CLEAR_FACETOR_VALENCE();
-    SET_DEFAULT_CHARGES();
-  }
-
-  static void ADD(const CRYSTAL_STRUCTURE_TYPE& phase) {
-    STRUCTURE_LIST newx;
-    newx.ADD(phase);
-    bool error = false;
-    ADD_PHASE_LIST(newx, 1, error);
-    SET_ALLATOM_MULTIP(PHASE(NPHASES));
-  }
-
   // Rows of the bond table of the first atom, without the line starts.
   std::vector<std::string> ROWS() {
     std::istringstream said(SAID("", [] { FACETOR_LIST::FACETOR_LIST_BONDS(1, "ESD"); }));

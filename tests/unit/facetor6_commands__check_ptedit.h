@@ -4,8 +4,7 @@
 
 #include <string>
 
-#include "console__dialogue.h"
-#include "src/facetor6_console/phase_list.h"
+#include "phases.h"
 #include "structures.h"
 
 namespace BLOCK_TESTS {
@@ -13,24 +12,16 @@ namespace BLOCK_TESTS {
 using namespace FACETOR_CONSOLE;
 using namespace STRUCTURES;
 
-class BLOCK_COMMANDS : public CONSOLE_TESTS::CONSOLE_TEST {
+class BLOCK_COMMANDS : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    PHASE = {};  // without the room that an earlier test has left
-    INIT_PHASE_LIST();
-  }
-
   // At 298(1) K and 0.00(2) GPa.
   static void ADD_BLOCKS(int n) {
     for (int i = 0; i < n; ++i) {
-      STRUCTURE_LIST newx;
-      newx.ADD(MADE({5, 5, 5}, {90, 90, 90}, "P 1", {{"O1", {0, 0, 0}}}));
-      newx(1).PT(TEMPERATURE, PT_VALUE) = 298;
-      newx(1).PT(TEMPERATURE, PT_ESD) = 1;
-      newx(1).PT(PRESSURE, PT_ESD) = 0.02f;
-      bool error = false;
-      ADD_PHASE_LIST(newx, 1, error);
+      CRYSTAL_STRUCTURE_TYPE phase = MADE({5, 5, 5}, {90, 90, 90}, "P 1", {{"O1", {0, 0, 0}}});
+      phase.PT(TEMPERATURE, PT_VALUE) = 298;
+      phase.PT(TEMPERATURE, PT_ESD) = 1;
+      phase.PT(PRESSURE, PT_ESD) = 0.02f;
+      ADD(phase);
     }
   }
 

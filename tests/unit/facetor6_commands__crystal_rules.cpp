@@ -1,6 +1,5 @@
 // Outputs of the CRYSTAL program in which a table stands before or behind the geometry that counts.
-#include "console__dialogue.h"
-#include "src/facetor6_console/phase_list.h"
+#include "phases.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "structures.h"
 
@@ -35,7 +34,7 @@ const std::string modes =
     "    4-   4    0.4500E-05    465.6000   13.9583  (A1g)   I (     0.00)   A\n\n";
 const std::string no_modes = "     No mode information found in file\n";
 
-class CRYSTAL_RULES : public CONSOLE_TESTS::CONSOLE_TEST {
+class CRYSTAL_RULES : public PHASE_TESTS::PHASES {
  protected:
   // What the reader says of the text; newx(1) receives the record.
   std::string READ(const std::string& text) {

@@ -2,8 +2,6 @@
 // equivalent atom lies for USE and OMIT, the smallest distance, and unknown elements.
 #include "facetor6_commands__check_ptedit.h"
 #include "src/facetor6_atomedit/atomedit.h"
-#include "src/facetor6_console/parameters.h"
-#include "src/facetor6_console/valence_table.h"
 #include "src/facetor6_ptedit/ptedit.h"
 
 using namespace BLOCK_TESTS;
@@ -15,18 +13,9 @@ namespace {
 
 class EDITING_LIMITS : public BLOCK_COMMANDS {
  protected:
-  void SetUp() override {
-    BLOCK_COMMANDS::SetUp();
-    RUN = RUN_PARAMETERS{};
-    CLEAR_FACETOR_VALENCE();
-  }
-
   // One silicon atom in a cell of 10 angstroms.
   static void ADD_SILICON(float x_frac) {
-    STRUCTURE_LIST newx;
-    newx.ADD(MADE({10, 10, 10}, {90, 90, 90}, "P 1", {{"Si1", {x_frac, 0, 0}}}));
-    bool error = false;
-    ADD_PHASE_LIST(newx, 1, error);
+    ADD(MADE({10, 10, 10}, {90, 90, 90}, "P 1", {{"Si1", {x_frac, 0, 0}}}));
   }
 };
 

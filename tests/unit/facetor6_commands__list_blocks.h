@@ -7,10 +7,7 @@
 #include <utility>  // for as_const
 #include <vector>
 
-#include "console__dialogue.h"
-#include "src/facetor6_console/parameters.h"
-#include "src/facetor6_console/phase_list.h"
-#include "src/facetor6_console/valence_table.h"
+#include "phases.h"
 #include "src/facetor6_list/list.h"
 #include "structures.h"
 
@@ -34,23 +31,13 @@ inline const std::string esd_start_3 = "  3: third         : 298.0(10) 0.0001   
 
 inline const std::string no_centre = "  No equivalent central atom in this structure";
 
-class BLOCKS : public CONSOLE_TESTS::CONSOLE_TEST {
+class BLOCKS : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-    RUN = RUN_PARAMETERS{};
-    CLEAR_FACETOR_VALENCE();
-  }
-
   static void ADD(const std::string& title, CRYSTAL_STRUCTURE_TYPE phase) {
     phase.BLOCK_TITLE = title;
     phase.PT(TEMPERATURE, PT_VALUE) = 298.0f;
     phase.PT(TEMPERATURE, PT_ESD) = 1.0f;
-    STRUCTURE_LIST newx;
-    newx.ADD(phase);
-    bool error = false;
-    ADD_PHASE_LIST(newx, 1, error);
+    PHASES::ADD(phase);
   }
 
   // A silicon and three oxygen atoms without symmetry.

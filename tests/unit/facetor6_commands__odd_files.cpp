@@ -4,12 +4,9 @@
 #include <cmath>      // for isnan
 #include <ctime>      // for clock
 
-#include "console__dialogue.h"
+#include "phases.h"
 #include "places.h"
 #include "src/facetor6_calc/calc.h"
-#include "src/facetor6_console/parameters.h"
-#include "src/facetor6_console/phase_list.h"
-#include "src/facetor6_console/valence_table.h"
 #include "src/facetor6_list/list.h"
 #include "src/facetor6_readfiles/readfiles.h"
 
@@ -34,19 +31,10 @@ bool HOLDS(const std::string& text, std::string_view words) {
   return text.find(words) != std::string::npos;
 }
 
-class ODD_FILES : public CONSOLE_TESTS::CONSOLE_TEST {
+class ODD_FILES : public PHASE_TESTS::PHASES {
  protected:
   void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    START();
-  }
-
-  // As at the start of the program.
-  void START() {
-    INIT_PHASE_LIST();
-    RUN = RUN_PARAMETERS{};
-    CLEAR_FACETOR_VALENCE();
-    SET_DEFAULT_CHARGES();
+    PHASES::SetUp();
     BEGIN();
   }
 
@@ -98,7 +86,7 @@ class ODD_FILES : public CONSOLE_TESTS::CONSOLE_TEST {
       LIST_ALL(subject);
   }
 
-  // Processor time in seconds since START or BEGIN.
+  // Processor time in seconds since BEGIN.
   double SECONDS() const {
     return static_cast<double>(std::clock() - begin) / static_cast<double>(CLOCKS_PER_SEC);
   }
@@ -270,6 +258,7 @@ TEST_F(ODD_FILES, ARE_TOLD_AND_READ_AS_STATED_WITHIN_A_SECOND) {
   for (const ODD_FILE& file : odd_files) {
     SCOPED_TRACE(file.NAME);
     START();
+    BEGIN();
     EXPECT_EQ(MESSAGES_IN(READ(ODD(file.NAME))), file.MESSAGES);
     EXPECT_EQ(NPHASES, file.BLOCKS);
     if (NPHASES == 0) continue;
@@ -422,6 +411,7 @@ TEST_F(ODD_FILES, CONDITIONS_AS_LONG_AS_THEY_ARE) {
 TEST_F(ODD_FILES, ESDS_OF_NOTHING_A_BILLION_AND_LESS_THAN_NOTHING) {
   const auto a_in_table = [this](const std::string& name) {
     START();
+    BEGIN();
     READ(ODD(name));
     const LINES rows = LINES_WITH(TABLE("cells"), "odd  ");
     return rows.empty() ? "" : rows[0].substr(46, 13);

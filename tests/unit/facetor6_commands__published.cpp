@@ -1,10 +1,8 @@
 // The examples, calculated, against values worked out independently from the published coordinates
 // (symmetry expansion, distances, convex hull of the ligands).
-#include "console__dialogue.h"
+#include "phases.h"
 #include "places.h"
 #include "src/facetor6_calc/calc.h"
-#include "src/facetor6_console/parameters.h"
-#include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "src/kva_crystal_structures/atom_search.h"
 
@@ -13,12 +11,11 @@ using namespace KVA_CRYSTAL_STRUCTURES;
 
 namespace {
 
-class PUBLISHED : public CONSOLE_TESTS::CONSOLE_TEST {
+class PUBLISHED : public PHASE_TESTS::PHASES {
  protected:
   // Reads the example and calculates it up to dmax.
   void CALC(const std::string& file, const std::string& range) {
-    INIT_PHASE_LIST();
-    RUN = RUN_PARAMETERS{};
+    START();
     CONSOLE_TESTS::PEND("cif " + PLACES::SOURCE() + "/examples/" + file);
     SAID("y\n", FACETOR_READFILES::READ_PHASE_FROM_FILE);
     SAID(range + "\n", FACETOR_CALC::RUN_FACETOR_CALC_BONDS);

@@ -3,8 +3,7 @@
 
 #include <algorithm>  // for count
 
-#include "console__dialogue.h"
-#include "src/facetor6_console/phase_list.h"
+#include "phases.h"
 #include "structures.h"
 
 using namespace FACETOR_READFILES;
@@ -13,13 +12,8 @@ using namespace STRUCTURES;
 
 namespace {
 
-class READING : public CONSOLE_TESTS::CONSOLE_TEST {
+class READING : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-  }
-
   static FILE_LINES LINES(const std::string& text) {
     FILE_LINES lines;
     std::istringstream stream(text);

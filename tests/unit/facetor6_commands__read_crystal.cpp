@@ -5,9 +5,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "console__dialogue.h"
+#include "phases.h"
 #include "places.h"
-#include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "structures.h"
 
@@ -68,13 +67,8 @@ const std::string modes =
     "    4-   4    0.4500E-05    465.6000   13.9583  (A1g)   I (     0.00)   A\n"
     "\n    5-   6    0.9668E-07     68.2405    2.0458  (Eu )   A (     1.82)   I\n";
 
-class CRYSTAL_OUTPUT : public CONSOLE_TESTS::CONSOLE_TEST {
+class CRYSTAL_OUTPUT : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-  }
-
   // What the reader says of a file with the text; phase receives the record.
   std::string READ(const std::string& text, const std::string& answers = "") {
     PUT_FILE("a.out", text);

@@ -2,8 +2,7 @@
 // way.
 #include <algorithm>  // for min
 
-#include "console__dialogue.h"
-#include "src/facetor6_console/phase_list.h"
+#include "phases.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "structures.h"
 
@@ -13,13 +12,8 @@ using namespace STRUCTURES;
 
 namespace {
 
-class READ_DIALOGUE : public CONSOLE_TESTS::CONSOLE_TEST {
+class READ_DIALOGUE : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-  }
-
   // What READ says of a file with the text, from its opening on.
   std::string READ(const std::string& text, const std::string& answers = "\n") {
     PUT_FILE("a.cif", text);

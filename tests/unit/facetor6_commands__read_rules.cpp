@@ -1,6 +1,5 @@
 // READ: symbols as databases write them, which volume stands, and numbers of blocks in messages.
-#include "console__dialogue.h"
-#include "src/facetor6_console/phase_list.h"
+#include "phases.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "structures.h"
 
@@ -10,13 +9,8 @@ using namespace STRUCTURES;
 
 namespace {
 
-class READ_RULES : public CONSOLE_TESTS::CONSOLE_TEST {
+class READ_RULES : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-  }
-
   // The blocks of a text and what was said about them.
   STRUCTURE_LIST BLOCKS;
   std::string READ(const std::string& text) {

@@ -7,11 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "console__dialogue.h"
+#include "phases.h"
 #include "src/facetor6_calc/calc.h"
-#include "src/facetor6_console/parameters.h"
-#include "src/facetor6_console/phase_list.h"
-#include "src/facetor6_console/valence_table.h"
 #include "structures.h"
 
 namespace VALENCE_TESTS {
@@ -20,23 +17,11 @@ using namespace FACETOR_CALC;
 using namespace FACETOR_CONSOLE;
 using namespace STRUCTURES;
 
-class VALENCES : public CONSOLE_TESTS::CONSOLE_TEST {
+class VALENCES : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-    RUN = RUN_PARAMETERS{};
-    CLEAR_FACETOR_VALENCE();
-    SET_DEFAULT_CHARGES();
-  }
-
   // Adds a block and measures the bonds of all blocks.
   static void ADD(const CRYSTAL_STRUCTURE_TYPE& phase) {
-    STRUCTURE_LIST newx;
-    newx.ADD(phase);
-    bool error = false;
-    ADD_PHASE_LIST(newx, 1, error);
-    SET_ALLATOM_MULTIP(PHASE(NPHASES));
+    PHASES::ADD(phase);
     SAID("\n", RUN_FACETOR_CALC_BONDS);
   }
 

@@ -189,8 +189,7 @@ class VALENCE_PUBLISHED : public VALENCES {
   // answers; what is said then.
   static std::string CALCULATED(const PUBLISHED_CRYSTAL& crystal,
                                 const std::string& answers = "n\n") {
-    INIT_PHASE_LIST();
-    CLEAR_FACETOR_VALENCE();
+    START();
     PUT_FILE("published.cif", CIF_OF(crystal));
     CONSOLE_TESTS::PEND("cif published.cif");
     SAID("y\n", FACETOR_READFILES::READ_PHASE_FROM_FILE);

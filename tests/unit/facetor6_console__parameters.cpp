@@ -1,9 +1,7 @@
 // SET and SHOW line by line, what a change of the reference block keeps, and the valence report.
 #include "src/facetor6_console/parameters.h"
 
-#include "console__dialogue.h"
-#include "src/facetor6_console/phase_list.h"
-#include "src/facetor6_console/valence_table.h"
+#include "phases.h"
 #include "structures.h"
 
 using namespace FACETOR_CONSOLE;
@@ -11,23 +9,9 @@ using namespace STRUCTURES;
 
 namespace {
 
-class PARAMETERS : public CONSOLE_TESTS::CONSOLE_TEST {
+class PARAMETERS : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-    RUN = RUN_PARAMETERS{};
-    CLEAR_FACETOR_VALENCE();
-  }
-
-  static void ADD(const CRYSTAL_STRUCTURE_TYPE& phase) {
-    STRUCTURE_LIST newx;
-    newx.ADD(phase);
-    bool error = true;
-    ADD_PHASE_LIST(newx, 1, error);
-    EXPECT_FALSE(error);
-  }
-
+  using PHASES::ADD;
   static void ADD(const std::string& title, const std::vector<SITE>& sites) {
     CRYSTAL_STRUCTURE_TYPE phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", sites);
     phase.BLOCK_TITLE = title;

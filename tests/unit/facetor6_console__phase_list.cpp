@@ -1,9 +1,7 @@
 // The phase list: room, order, use, and the commands that manage it.
 #include "src/facetor6_console/phase_list.h"
 
-#include "console__dialogue.h"
-#include "src/facetor6_console/parameters.h"
-#include "src/facetor6_console/valence_table.h"
+#include "phases.h"
 #include "structures.h"
 
 using namespace FACETOR_CONSOLE;
@@ -11,27 +9,18 @@ using namespace STRUCTURES;
 
 namespace {
 
-class PHASE_LIST : public CONSOLE_TESTS::CONSOLE_TEST {
+class PHASE_LIST : public PHASE_TESTS::PHASES {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    INIT_PHASE_LIST();
-    RUN = RUN_PARAMETERS{};
-  }
-
   // Adds a block with natoms atoms at the pressure and temperature.
   static void ADD(const std::string& title, int natoms, float p = 0.0f, float t = 298.0f) {
     std::vector<SITE> sites;
     for (int i = 0; i < natoms; ++i)
       sites.push_back({"O" + std::to_string(i + 1), {0.1f * static_cast<float>(i), 0, 0}});
-    STRUCTURE_LIST newx;
-    newx.ADD(MADE({9, 9, 9}, {90, 90, 90}, "P 1", sites));
-    newx(1).BLOCK_TITLE = title;
-    newx(1).PT(PRESSURE, PT_VALUE) = p;
-    newx(1).PT(TEMPERATURE, PT_VALUE) = t;
-    bool error = true;
-    ADD_PHASE_LIST(newx, 1, error);
-    EXPECT_FALSE(error);
+    CRYSTAL_STRUCTURE_TYPE phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", sites);
+    phase.BLOCK_TITLE = title;
+    phase.PT(PRESSURE, PT_VALUE) = p;
+    phase.PT(TEMPERATURE, PT_VALUE) = t;
+    PHASES::ADD(phase);
   }
 
   static std::vector<int> ORDER() { return {ISORT.ITEMS.begin(), ISORT.ITEMS.begin() + NPHASES}; }
