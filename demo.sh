@@ -6,8 +6,8 @@ cd "$(dirname "$0")"
 require g++=g++ cmake=cmake make=make
 
 [ -x build/gemmara ] || echo "Building the program; this takes some minutes ..." >&2
-cmake --preset release -DGEMMARA_TESTS=OFF >/dev/null
-cmake --build build --target gemmara --parallel "$(nproc)" >/dev/null
+cmake --preset release -DGEMMARA_TESTS=OFF >&2
+cmake --build build --target gemmara --parallel "$(nproc)" >&2
 
 # A blank LOCALAPPDATA means no settings file: the demonstration leaves the user's alone.
 cd examples/hematite-pressure

@@ -1,5 +1,6 @@
-# Sourced by the scripts that build: require TOOL=PACKAGE ... installs what is missing with apt-get,
-# or names it. A TOOL with a slash is a file that must exist.
+# Sourced by the scripts that build: require TOOL=PACKAGE ... names what is missing and installs it
+# with apt-get, as root. Somebody at the terminal is asked first. A TOOL with a slash is a file that
+# must exist.
 missing_packages() {
   local pair tool
   for pair in "$@"; do
@@ -11,14 +12,24 @@ missing_packages() {
   done
 }
 
+# True unless somebody sits at the terminal and does not say yes.
+may_install() {
+  local answer
+  { [ -t 0 ] && [ -t 2 ]; } || return 0
+  printf 'Install them with %s? (Y/N) <N>? ' "$1" >&2
+  read -r answer && [[ $answer == [Yy]* ]]
+}
+
 require() {
   local packages as_root=""
   packages=$(missing_packages "$@" | sort -u | tr '\n' ' ')
   [ -z "$packages" ] && return 0
   if [ "$(id -u)" -ne 0 ]; then as_root=sudo; fi
   if command -v apt-get >/dev/null 2>&1 && { [ -z "$as_root" ] || command -v sudo >/dev/null 2>&1; }; then
-    echo "Installing: $packages"
-    $as_root apt-get update -qq && $as_root apt-get install -y -qq $packages >/dev/null
+    echo "Missing packages: $packages" >&2
+    if may_install "${as_root:+$as_root }apt-get as root"; then
+      $as_root apt-get update && $as_root apt-get install -y $packages
+    fi >&2
   fi
   packages=$(missing_packages "$@" | sort -u | tr '\n' ' ')
   [ -z "$packages" ] && return 0

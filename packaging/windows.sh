@@ -17,7 +17,7 @@ zip=$build/$name.zip
 rm -rf "$build/$name" "$zip"
 mkdir "$build/$name"
 # The documents keep the places that they have to one another, so that their links hold.
-cp -R README.md CONTRIBUTING.md LICENSE docs examples "$build/$name"
+cp -R README.md CHANGELOG.md CONTRIBUTING.md LICENSE docs examples "$build/$name"
 cp "$build/gemmara.exe" "$build/$name"
 x86_64-w64-mingw32-strip "$build/$name/gemmara.exe"
 (cd "$build" && zip -q -r -X "$zip" "$name")

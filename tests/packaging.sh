@@ -39,7 +39,7 @@ check_root() {
 # Every link of the installed documents leads to an installed file.
 check_links() {
   local doc=$1 file link
-  for file in README.md CONTRIBUTING.md docs/manual.md docs/architecture.md; do
+  for file in README.md CHANGELOG.md CONTRIBUTING.md docs/manual.md docs/architecture.md; do
     for link in $(grep -o ']([^)# ]\+' "$doc/$file" | sed 's/^](//'); do
       [ -e "$doc/$(dirname "$file")/$link" ] || fail "$file leads to $link, which is not there"
     done

@@ -27,6 +27,7 @@
 #include "src/facetor6_readfiles/readfiles.h"
 #include "src/facetor6_transform/transform.h"
 #include "src/facetor6_writefiles/writefiles.h"
+#include "version.h"
 
 namespace {
 
@@ -216,8 +217,8 @@ void SET_IDENTITY() {
       "Bond valences and bond-valence sums",
       "Writes tables, CIF and equation-of-state data files"};
   PROGRAM_NAME = "Gemmara";
-  PROGRAM_VERSION = 6.1f;
-  PROGRAM_VERSION_DATE = "1-FEBRUARY-2025";
+  PROGRAM_VERSION = FACETOR_MAIN::version;
+  PROGRAM_VERSION_DATE = FACETOR_MAIN::version_date;
   PROGRAM_AUTHORS = "The Gemmara developers";
   const std::string separator(1, PATH_SEPARATORS.front());
   PROGRAM_INI_FILE = separator + "quorvansoftware" + separator + "gemmara.ini";

@@ -139,7 +139,8 @@ TEST_F(OPTIONS, THE_MANUAL_SHOWS_THE_HELP) {
 }
 
 TEST_F(OPTIONS, THE_MANUAL_PAGE_AND_THE_PACKAGES_HAVE_THE_VERSION) {
-  const std::string page = TEXT_OF(fs::path(PLACES::SOURCE()) / "packaging/gemmara.1");
+  const fs::path build = fs::path(PLACES::PROGRAM()).parent_path();
+  const std::string page = TEXT_OF(build / "gemmara.1");
   EXPECT_TRUE(page.starts_with(".TH GEMMARA 1 \"1 February 2025\" \"Gemmara 6.1\"")) << page;
   const std::string project = TEXT_OF(fs::path(PLACES::SOURCE()) / "CMakeLists.txt");
   EXPECT_TRUE(CONTAINS(project, "project(gemmara VERSION 6.1 "));
