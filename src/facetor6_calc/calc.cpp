@@ -6,6 +6,7 @@
 
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
+#include "console_code/kva_utilities/columns.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
@@ -28,6 +29,14 @@ void REPORT_SEARCH_ERRORS() {
     WRITE_OUT("     The error message included: " + ERR_KVASTRUCTURES_MESS);
   if (!WARN_KVASTRUCTURES_MESS.empty())
     WRITE_OUT("     The warning message included: " + WARN_KVASTRUCTURES_MESS);
+}
+
+void WARN_OF_CENTRES_OUTSIDE() {
+  const std::vector<int> outside = CENTRES_OUTSIDE(REFERENCE());
+  if (outside.empty()) return;
+  WARNING(KVA_UTILITIES::INTEGER_COLUMNS(static_cast<int>(outside.size())) +
+          " centres lie outside their polyhedra, first " + REFERENCE().ATOM(outside.front()).LAB +
+          ": quadratic elongation and angle variance mean little there");
 }
 
 // All that is measured in one block is measured with one ruler.
@@ -61,7 +70,10 @@ bool RUN_FACETOR_CALC_BONDS() {
   CALC_BONDS_ALLATOMS(REFERENCE(), RUN.DMIN, RUN.DMAX, &RUN.BONDEX);
   REPORT_SEARCH_ERRORS();
   const std::vector<BOND_TARGETS> targets = TARGETS_OF(REFERENCE());
-  if (CALC_FACETOR_ALL_POLY(targets, MATCHING_RADIUS(REFERENCE()), work)) return true;
+  if (CALC_FACETOR_ALL_POLY(targets, MATCHING_RADIUS(REFERENCE()), work)) {
+    WARN_OF_CENTRES_OUTSIDE();
+    return true;
+  }
   CLEAR_FACETOR_BONDS();
   WARNING("The calculation was stopped: there are no bond lengths");
   return false;

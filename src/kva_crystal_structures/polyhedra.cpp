@@ -5,6 +5,7 @@
 #include <cmath>  // for sqrt, cbrt, abs
 
 #include "src/kva_crystal_structures/angles.h"
+#include "src/kva_crystal_structures/convex_hull.h"
 #include "src/kva_crystal_structures/polyhedron_volume.h"
 #include "src/kva_crystal_structures/sphere_fit.h"
 
@@ -168,6 +169,28 @@ void CALC_POLY_ALLATOMS(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& pha
 
 void CALC_POLY_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
   CALC_POLY_ALLATOMS(COORDINATIONS_OF(RULER_FOR(phase)), phase);
+}
+
+// ---- centres outside ----
+
+namespace {
+
+bool IS_OUTSIDE(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  constexpr float tolerance = 0.01f;  // angstroms
+  if (!(phase.POLYHEDRON(i, POLY_VOLUME) >= no_volume)) return false;
+  std::vector<VECTOR3> ligands = LIGAND_VECTORS(phase, i);
+  if (ligands.size() != 4 && ligands.size() != 6) return false;
+  for (VECTOR3& ligand : ligands) ligand = XTAL::MULTIPLY(phase.CELL.CR_ORTH_CEL, ligand);
+  return DISTANCE_OUTSIDE_HULL(ligands, {}) > tolerance;
+}
+
+}  // namespace
+
+std::vector<int> CENTRES_OUTSIDE(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  std::vector<int> outside;
+  for (int i = 1; i <= CAPACITY(phase); ++i)
+    if (phase.NBONDS(i) > 0 && IS_OUTSIDE(phase, i)) outside.push_back(i);
+  return outside;
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

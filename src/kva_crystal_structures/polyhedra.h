@@ -13,4 +13,8 @@ void CALC_ANGLES_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase);
 void CALC_POLY_ALLATOMS(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase);
 void CALC_POLY_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase);
 
+// Centres with 4 or 6 ligands that lie more than 0.01 angstroms outside their polyhedra, in order:
+// quadratic elongation and angle variance compare with a polyhedron about its centre.
+std::vector<int> CENTRES_OUTSIDE(const CRYSTAL_STRUCTURE_TYPE& phase);
+
 }  // namespace KVA_CRYSTAL_STRUCTURES

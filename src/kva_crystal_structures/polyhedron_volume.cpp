@@ -1,126 +1,55 @@
-// Volumes of the hulls of ligands, as the sum of pyramids from the centre over the faces. Prints
-// nothing.
+// Volumes of the hulls of ligands, with their esds. Prints nothing.
 #include "src/kva_crystal_structures/polyhedron_volume.h"
 
-#include <cmath>  // for sqrt, abs
+#include <cmath>    // for sqrt, abs
+#include <utility>  // for move
 
-#include "console_code/kva_utilities/matrix.h"
 #include "console_code/kva_utilities/numbers.h"
+#include "src/kva_crystal_structures/convex_hull.h"
+#include "src/kva_crystal_structures/moved_hull.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
-using KVA_UTILITIES::NOTNUM;
 using KVA_UTILITIES::TINY_REAL;
 using XTAL::SQUARE;
 
-// ---- volume of a hull ----
+// ---- pyramids from the centre ----
 
 namespace {
 
-constexpr float plane_through_centre = 1e-5f;  // angstroms; such a face has no pyramid
-constexpr float in_plane = 1e-3f;              // square angstroms, tolerance of the face test
-
-using CORNERS = std::array<std::size_t, 3>;  // numbers of vertices, from 0
-
-bool HAS_CORNER(const CORNERS& corners, std::size_t vertex) {
-  return corners[0] == vertex || corners[1] == vertex || corners[2] == vertex;
-}
-
-struct PLANE {
-  VECTOR3 POINT{};
-  VECTOR3 NORMAL{};
-  float AREA = 0.0f;    // of the triangle, square angstroms
-  float HEIGHT = 0.0f;  // signed distance from the centre, angstroms
-};
-
-// Inline: CALC spends more time here than anywhere else.
-inline PLANE PLANE_OF(const std::vector<VECTOR3>& v, const CORNERS& corners) {
-  const auto& [i, j, k] = corners;
-  PLANE plane{v[i], XTAL::CROSS(XTAL::SUBTRACT(v[j], v[i]), XTAL::SUBTRACT(v[k], v[i]))};
-  plane.AREA = 0.5f * XTAL::LENGTH(plane.NORMAL);
-  plane.HEIGHT = 0.5f * XTAL::DOT(v[i], plane.NORMAL) / plane.AREA;
-  return plane;
-}
-
-bool HOLDS_CENTRE(const PLANE& plane) {
-  return std::abs(plane.HEIGHT) < plane_through_centre;
-}
-
-// Which side of the plane a vertex is on, in square angstroms: below 0 beyond it, as seen from the
-// centre.
-float SIDE_OF(const PLANE& plane, const VECTOR3& vertex) {
-  return 0.5f * XTAL::DOT(XTAL::SUBTRACT(plane.POINT, vertex), plane.NORMAL) / plane.AREA *
-         plane.HEIGHT;
-}
-
-bool IS_BEYOND(float side) {
-  return side < -in_plane;
-}
-
-bool IS_WITHIN(float side) {
-  return std::abs(side) < in_plane;
-}
-
-// Volume of the pyramid from the centre over a face. With a fourth vertex in its plane it counts
-// half, as two pairs of triangles make the face up.
-float PYRAMID(const PLANE& plane, bool fourth_vertex) {
-  return plane.AREA * std::abs(plane.HEIGHT) / (fourth_vertex ? 6.0f : 3.0f);
-}
-
-// None, one or more vertices: how many, and the last that was met.
-struct SOME_VERTICES {
-  int COUNT = 0;
-  std::size_t LAST = 0;
-
-  void ADD(std::size_t vertex) {
-    ++COUNT;
-    LAST = vertex;
-  }
-  bool ANY_BUT(std::size_t vertex) const { return COUNT > 1 || (COUNT == 1 && LAST != vertex); }
-};
-
-// A triangle of vertices, and where the others lie: those in its plane are known as long as no more
-// than one lies beyond it.
-struct TRIANGLE {
-  CORNERS AT{};
-  PLANE IN{};
-  SOME_VERTICES BEYOND;
-  SOME_VERTICES WITHIN;
-};
-
-TRIANGLE TRIANGLE_OF(const std::vector<VECTOR3>& v, const CORNERS& corners) {
-  TRIANGLE triangle{corners, PLANE_OF(v, corners), {}, {}};
-  for (std::size_t l = 0; l < v.size() && triangle.BEYOND.COUNT < 2; ++l) {
+// Pyramid over a triangle of vertices; 0 when it is no face, as a vertex lies beyond it.
+float PYRAMID_OVER(std::span<const VECTOR3> v, const CORNERS& corners) {
+  const FACE_PLANE plane = FACE_PLANE_OF(v, corners);
+  if (HOLDS_CENTRE(plane)) return 0.0f;
+  bool fourth_vertex = false;
+  for (std::size_t l = 0; l < v.size(); ++l) {
     if (HAS_CORNER(corners, l)) continue;
-    const float side = SIDE_OF(triangle.IN, v[l]);
-    if (IS_BEYOND(side)) triangle.BEYOND.ADD(l);
-    if (IS_WITHIN(side)) triangle.WITHIN.ADD(l);
+    const float side = SIDE_OF(plane, v[l]);
+    if (IS_BEYOND(side)) return 0.0f;
+    fourth_vertex = fourth_vertex || IS_WITHIN(side);
   }
-  return triangle;
+  return PYRAMID(plane, fourth_vertex);
 }
 
-// All triangles of the vertices; none of fewer than four, which sets the error.
-std::vector<TRIANGLE> TRIANGLES_OF(const std::vector<VECTOR3>& v) {
-  const std::size_t n = v.size();
-  ERR_GEOMETRY = n < 4;
-  ERR_GEOMETRY_MESS =
-      ERR_GEOMETRY ? "The number of vertices for polyhedron volume is less than 4" : "";
-  if (ERR_GEOMETRY) return {};
-  std::vector<TRIANGLE> triangles;
-  triangles.reserve(n * (n - 1) * (n - 2) / 6);
-  for (std::size_t i = 0; i < n; ++i)
-    for (std::size_t j = i + 1; j < n; ++j)
-      for (std::size_t k = j + 1; k < n; ++k) triangles.push_back(TRIANGLE_OF(v, {i, j, k}));
-  return triangles;
-}
+}  // namespace
 
-// Volume of the hull of the vertices about the centre at 0.
-float HULL_VOLUME(const std::vector<TRIANGLE>& triangles) {
+float PYRAMIDS_VOLUME(std::span<const VECTOR3> v) {
+  if (v.size() < 4) return 0.0f;
   float volume = 0.0f;
-  for (const TRIANGLE& triangle : triangles)
-    if (triangle.BEYOND.COUNT == 0 && !HOLDS_CENTRE(triangle.IN))
-      volume += PYRAMID(triangle.IN, triangle.WITHIN.COUNT > 0);
+  for (std::size_t i = 0; i < v.size(); ++i)
+    for (std::size_t j = i + 1; j < v.size(); ++j)
+      for (std::size_t k = j + 1; k < v.size(); ++k) volume += PYRAMID_OVER(v, {i, j, k});
   return volume;
+}
+
+// ---- volume of a polyhedron ----
+
+namespace {
+
+// Whether the volume of the hull shows that the pyramids fill it. A hull that is flat is none.
+bool PYRAMIDS_FILL(float hull, float pyramids) {
+  constexpr float same_volume = 0.002f;  // cubic angstroms
+  return hull > 0.0f && std::abs(pyramids - hull) <= same_volume;
 }
 
 std::vector<VECTOR3> IN_FRAME(const MATRIX3& orthogonalisation,
@@ -138,7 +67,12 @@ float POLYHEDRON_VOLUME(std::span<const VECTOR3> vertices_cart, const VECTOR3& c
   std::vector<VECTOR3> v;
   v.reserve(vertices_cart.size());
   for (const VECTOR3& vertex : vertices_cart) v.push_back(XTAL::SUBTRACT(vertex, centre_cart));
-  return HULL_VOLUME(TRIANGLES_OF(v));
+  ERR_GEOMETRY = v.size() < 4;
+  ERR_GEOMETRY_MESS =
+      ERR_GEOMETRY ? "The number of vertices for polyhedron volume is less than 4" : "";
+  const float hull = HULL_VOLUME(v);
+  const float pyramids = PYRAMIDS_VOLUME(v);
+  return PYRAMIDS_FILL(hull, pyramids) ? pyramids : hull;
 }
 
 float POLYHEDRON_VOLUME_XYZ(const MATRIX3& orthogonalisation,
@@ -181,49 +115,9 @@ SQUARE_MATRIX LIGAND_COVARIANCE(const std::vector<PLACED_ATOM>& ligands) {
   return vcv;
 }
 
-// Pyramid over a triangle whose corners have moved, and others perhaps as well; 0 when it is no
-// face of the hull. What lay beyond it is looked at first.
-float MOVED_PYRAMID(const std::vector<VECTOR3>& v, const TRIANGLE& triangle) {
-  const PLANE plane = PLANE_OF(v, triangle.AT);
-  if (HOLDS_CENTRE(plane)) return 0.0f;
-  if (triangle.BEYOND.COUNT > 0 && IS_BEYOND(SIDE_OF(plane, v[triangle.BEYOND.LAST]))) return 0.0f;
-  bool fourth_vertex = false;
-  for (std::size_t l = 0; l < v.size(); ++l) {
-    if (HAS_CORNER(triangle.AT, l)) continue;
-    const float side = SIDE_OF(plane, v[l]);
-    if (IS_BEYOND(side)) return 0.0f;
-    fourth_vertex = fourth_vertex || IS_WITHIN(side);
-  }
-  return PYRAMID(plane, fourth_vertex);
-}
-
-// Pyramid over a triangle when only one vertex has moved, which is none of its corners.
-float UNMOVED_PYRAMID(const TRIANGLE& triangle, std::size_t moved, const VECTOR3& vertex) {
-  if (triangle.BEYOND.ANY_BUT(moved) || HOLDS_CENTRE(triangle.IN)) return 0.0f;
-  const float side = SIDE_OF(triangle.IN, vertex);
-  if (IS_BEYOND(side)) return 0.0f;
-  return PYRAMID(triangle.IN, IS_WITHIN(side) || triangle.WITHIN.ANY_BUT(moved));
-}
-
-// Volume of the hull when only one vertex has moved since the triangles were made.
-float HULL_VOLUME(const std::vector<VECTOR3>& v, const std::vector<TRIANGLE>& triangles,
-                  std::size_t moved) {
-  float volume = 0.0f;
-  for (const TRIANGLE& triangle : triangles)
-    volume += HAS_CORNER(triangle.AT, moved) ? MOVED_PYRAMID(v, triangle)
-                                             : UNMOVED_PYRAMID(triangle, moved, v[moved]);
-  return volume;
-}
-
-// The same when all vertices have.
-float HULL_VOLUME(const std::vector<VECTOR3>& v, const std::vector<TRIANGLE>& triangles) {
-  float volume = 0.0f;
-  for (const TRIANGLE& triangle : triangles) volume += MOVED_PYRAMID(v, triangle);
-  return volume;
-}
-
 // A polyhedron about its centre at 0: the ligands as fractional vectors, the same as Cartesian
-// vertices, the triangles of these and the volume.
+// vertices, and the volume. Without triangles it is not by pyramids but that of the hull, and so
+// are all that are compared with it.
 struct POLYHEDRON_ABOUT_ZERO {
   std::vector<VECTOR3> VECTORS_FRAC;
   std::vector<VECTOR3> VERTICES;
@@ -231,13 +125,34 @@ struct POLYHEDRON_ABOUT_ZERO {
   float VOLUME = 0.0f;
 };
 
-POLYHEDRON_ABOUT_ZERO POLYHEDRON_OF(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+// The hull is made only where the triangles leave a doubt.
+POLYHEDRON_ABOUT_ZERO POLYHEDRON_OF(const MATRIX3& frame, std::vector<VECTOR3> vectors_frac) {
   POLYHEDRON_ABOUT_ZERO polyhedron;
-  polyhedron.VECTORS_FRAC = LIGAND_VECTORS(phase, i);
-  polyhedron.VERTICES = IN_FRAME(phase.CELL.CR_ORTH_CEL, polyhedron.VECTORS_FRAC);
+  polyhedron.VECTORS_FRAC = std::move(vectors_frac);
+  polyhedron.VERTICES = IN_FRAME(frame, polyhedron.VECTORS_FRAC);
   polyhedron.TRIANGLES = TRIANGLES_OF(polyhedron.VERTICES);
-  polyhedron.VOLUME = HULL_VOLUME(polyhedron.TRIANGLES);
+  polyhedron.VOLUME = VOLUME_AS_MADE(polyhedron.TRIANGLES);
+  if (SURELY_FILL_THE_HULL(polyhedron.TRIANGLES)) return polyhedron;
+  const float hull = HULL_VOLUME(polyhedron.VERTICES);
+  if (PYRAMIDS_FILL(hull, polyhedron.VOLUME)) return polyhedron;
+  polyhedron.TRIANGLES.clear();
+  polyhedron.VOLUME = hull;
   return polyhedron;
+}
+
+// Volume when only the vertex with the number moved is another than the polyhedron's.
+float WITH_ONE_MOVED(const POLYHEDRON_ABOUT_ZERO& polyhedron, std::span<const VECTOR3> vertices,
+                     std::size_t moved) {
+  return polyhedron.TRIANGLES.empty()
+             ? HULL_VOLUME(vertices)
+             : VOLUME_WITH_ONE_MOVED(vertices, polyhedron.TRIANGLES, moved);
+}
+
+// The same in another frame.
+float IN_OTHER_FRAME(const POLYHEDRON_ABOUT_ZERO& polyhedron, const MATRIX3& frame) {
+  const std::vector<VECTOR3> vertices = IN_FRAME(frame, polyhedron.VECTORS_FRAC);
+  return polyhedron.TRIANGLES.empty() ? HULL_VOLUME(vertices)
+                                      : VOLUME_WITH_ALL_MOVED(vertices, polyhedron.TRIANGLES);
 }
 
 // Change of the volume with each ligand coordinate, by a shift of one esd.
@@ -253,7 +168,7 @@ std::vector<float> VOLUME_DERIVATIVES(const POLYHEDRON_ABOUT_ZERO& polyhedron, c
       VECTOR3 shifted = polyhedron.VECTORS_FRAC[j];
       shifted[c] += shift;
       vertices[j] = XTAL::MULTIPLY(frame, shifted);
-      jacobian[p] = (HULL_VOLUME(vertices, polyhedron.TRIANGLES, j) - polyhedron.VOLUME) / shift;
+      jacobian[p] = (WITH_ONE_MOVED(polyhedron, vertices, j) - polyhedron.VOLUME) / shift;
     }
     vertices[j] = polyhedron.VERTICES[j];
   }
@@ -270,27 +185,26 @@ float VARIANCE(const std::vector<float>& jacobian, const SQUARE_MATRIX& vcv) {
 
 float VOLUME_VARIANCE_OF_CELL(const POLYHEDRON_ABOUT_ZERO& polyhedron,
                               const std::vector<MATRIX3>& shifted_frames) {
-  // Shifts without an esd are left out, so that a volume that is no number is passed on here.
-  if (NOTNUM(polyhedron.VOLUME)) return polyhedron.VOLUME;
   float variance = 0.0f;
   for (const MATRIX3& frame : shifted_frames)
-    variance += SQUARE(HULL_VOLUME(IN_FRAME(frame, polyhedron.VECTORS_FRAC), polyhedron.TRIANGLES) -
-                       polyhedron.VOLUME);
+    variance += SQUARE(IN_OTHER_FRAME(polyhedron, frame) - polyhedron.VOLUME);
   return variance;
 }
 
 }  // namespace
 
 void CALC_POLYVOL_VCV(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  const POLYHEDRON_ABOUT_ZERO polyhedron = POLYHEDRON_OF(phase, i);
+  const MATRIX3& frame = phase.CELL.CR_ORTH_CEL;
+  const POLYHEDRON_ABOUT_ZERO polyhedron = POLYHEDRON_OF(frame, LIGAND_VECTORS(phase, i));
   phase.POLYHEDRON(i, POLY_VOLUME) = polyhedron.VOLUME;
+  phase.POLYHEDRON(i, POLY_VOLUME_STD) = 0.0f;
+  // Flat, as fewer than four ligands are.
+  if (polyhedron.TRIANGLES.empty() && !(polyhedron.VOLUME > 0.0f)) return;
 
   const SQUARE_MATRIX vcv = LIGAND_COVARIANCE(around.LIGANDS(i));
-  const std::vector<float> jacobian = VOLUME_DERIVATIVES(polyhedron, phase.CELL.CR_ORTH_CEL, vcv);
-  const float variance =
-      VARIANCE(jacobian, vcv) + VOLUME_VARIANCE_OF_CELL(polyhedron, around.SHIFTED_FRAMES);
-  // Unlike ESD_OF: a volume that is no number has an esd that is none either.
-  phase.POLYHEDRON(i, POLY_VOLUME_STD) = variance < 0.0f ? 0.0f : std::sqrt(variance);
+  const std::vector<float> jacobian = VOLUME_DERIVATIVES(polyhedron, frame, vcv);
+  phase.POLYHEDRON(i, POLY_VOLUME_STD) =
+      ESD_OF(VARIANCE(jacobian, vcv) + VOLUME_VARIANCE_OF_CELL(polyhedron, around.SHIFTED_FRAMES));
 }
 
 void CALC_POLYVOL_VCV(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
@@ -307,7 +221,7 @@ float CALC_POLYVOL_SRB(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
     for (float& component : vector) component *= corrected / length;
     vectors_frac.push_back(vector);
   }
-  return POLYHEDRON_VOLUME_XYZ(phase.CELL.CR_ORTH_CEL, vectors_frac, {});
+  return POLYHEDRON_OF(phase.CELL.CR_ORTH_CEL, std::move(vectors_frac)).VOLUME;
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

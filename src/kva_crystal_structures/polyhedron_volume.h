@@ -18,9 +18,15 @@ float CALC_POLYVOL_SRB(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
 float POLYHEDRON_VOLUME_XYZ(const MATRIX3& orthogonalisation,
                             std::span<const VECTOR3> vertices_frac, const VECTOR3& centre_frac);
 
-// Volume of Cartesian vertices about a Cartesian centre inside their hull. Fewer than four vertices
-// give 0 and set ERR_GEOMETRY; three collinear vertices give a NaN.
+// Volume of the convex hull of Cartesian vertices: that of the pyramids from the centre, unless the
+// hull shows that they do not fill it. Flat and collinear vertices have none. Fewer than four set
+// ERR_GEOMETRY.
 float POLYHEDRON_VOLUME(std::span<const VECTOR3> vertices_cart, const VECTOR3& centre_cart);
+
+// Sum of the pyramids from the centre at 0 over the faces; 0 for fewer than four vertices. It is
+// the volume of the hull when the centre lies inside and no five vertices lie in a plane; three on
+// a line make it a NaN.
+float PYRAMIDS_VOLUME(std::span<const VECTOR3> v);
 
 inline bool ERR_GEOMETRY = false;
 inline std::string ERR_GEOMETRY_MESS;

@@ -115,6 +115,26 @@ TEST_F(CALCULATION, TOO_MANY_NEIGHBOURS_ARE_REPORTED_AND_THE_RUN_GOES_ON) {
 }
 
 // The user presses Ctrl-C in the middle of the work, when the search has just told of its errors.
+// Ligands a little to one side of Si1; C1 lies in the middle of its own.
+TEST_F(CALCULATION, CENTRES_OUTSIDE_THEIR_POLYHEDRA_ARE_TOLD_ONCE) {
+  const VECTOR3 all_right{90, 90, 90};
+  const std::vector<SITE> sites{{"C1", {0.2f, 0.2f, 0.2f}},   {"O1", {0.3f, 0.3f, 0.3f}},
+                                {"O2", {0.3f, 0.1f, 0.1f}},   {"O3", {0.1f, 0.3f, 0.1f}},
+                                {"O4", {0.1f, 0.1f, 0.3f}},   {"Si1", {0.7f, 0.7f, 0.7f}},
+                                {"O5", {0.85f, 0.7f, 0.72f}}, {"O6", {0.55f, 0.7f, 0.72f}},
+                                {"O7", {0.7f, 0.85f, 0.75f}}, {"O8", {0.7f, 0.55f, 0.75f}}};
+  ADD(MADE({10, 10, 10}, all_right, "P 1", sites));
+  ADD(MADE({10, 10, 10}, all_right, "P 1", sites));
+  CONSOLE_TESTS::PEND("poly");
+  const std::string said = SAID("1 2.5\n0\n", RUN_FACETOR_CALC);
+  const std::string warning =
+      "\n*****WARNING: 1 centres lie outside their polyhedra, first Si1: quadratic elongation and "
+      "angle variance mean little there\n\n";
+  const std::size_t at = said.find(warning);
+  ASSERT_NE(at, std::string::npos) << said;
+  EXPECT_EQ(said.find("outside their polyhedra", at + warning.size()), std::string::npos);
+}
+
 TEST_F(CALCULATION, AN_INTERRUPTED_CALCULATION_LEAVES_NO_BONDS) {
   ADD(MADE({2.5f, 2.5f, 2.5f}, {90, 90, 90}, "P 1",
            {{"Si1", {0, 0, 0}}, {"O1", {0.5f, 0.5f, 0.5f}}}));

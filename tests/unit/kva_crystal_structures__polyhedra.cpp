@@ -264,20 +264,13 @@ TEST(DEGENERATE, VOLUMES_BELOW_0_1_LOSE_THE_DISTORTION) {
   EXPECT_GT(POLY(of_volume(0.101f), POLY_VARIANCE), 0.1f);
 }
 
-// Ligands in multiples of 5/4, three of them on a line: the volume is no number, nor are its esd
-// and the elongation, and the variance stays. Cosines by hand from (1,-1,1), (1,0,1), (1,1,1) and
-// (0,0,-2): twice 2 / sqrt 6, 1 / 3, twice -1 / sqrt 3, -1 / sqrt 2.
-TEST(DEGENERATE, NO_NUMBER_AS_VOLUME_KEEPS_THE_DISTORTION) {
+// Ligands in multiples of 5/4, three of them on a line: a flat triangle without a volume.
+TEST(DEGENERATE, THREE_LIGANDS_OF_FOUR_IN_A_LINE_HAVE_NO_VOLUME) {
   const auto phase =
-      CALCULATED({{1.25f, -1.25f, 1.25f}, {1.25f, 0, 1.25f}, {1.25f, 1.25f, 1.25f}, {0, 0, -2.5f}});
-  EXPECT_TRUE(std::isnan(POLY(phase, POLY_VOLUME)));
-  EXPECT_TRUE(std::isnan(POLY(phase, POLY_VOLUME_STD)));
-  EXPECT_TRUE(std::isnan(POLY(phase, POLY_ELONGATION)));
-  float sum = 0.0f;
-  for (float cosine : {2.0f / std::sqrt(6.0f), 2.0f / std::sqrt(6.0f), 1.0f / 3.0f,
-                       -1.0f / std::sqrt(3.0f), -1.0f / std::sqrt(3.0f), -std::sqrt(0.5f)})
-    sum += XTAL::SQUARE(XTAL::ACOSD(cosine) - 109.47f);
-  EXPECT_NEAR(POLY(phase, POLY_VARIANCE), sum / 5.0f, 0.01f);
+      CALCULATED({{1.25f, -1.25f, 1.25f}, {1.25f, 0, 1.25f}, {1.25f, 1.25f, 1.25f}, {0, 0, -2.5f}},
+                 {0.01f, 0.01f, 0.01f});
+  for (int column : {POLY_VOLUME, POLY_VOLUME_STD, POLY_ELONGATION, POLY_VARIANCE})
+    EXPECT_EQ(POLY(phase, column), 0.0f) << column;
 }
 
 TEST(DEGENERATE, THE_TABLE_IS_CLEARED_FIRST) {
@@ -344,4 +337,45 @@ TEST(DEGENERATE, RIGID_BOND_LENGTHS_MOVE_EACH_LIGAND_ALONG_ITS_BOND) {
   CALC_POLY_ALLATOMS(phase);
   EXPECT_NEAR(POLY(phase, POLY_VOLUME), 32.0f / 3.0f, 1e-4f);
   EXPECT_NEAR(POLY(phase, POLY_VOLUME_SRB), 11.2f, 1e-4f);
+}
+
+// ---- centres outside ----
+
+namespace {
+
+std::vector<VECTOR3> MOVED(std::vector<VECTOR3> ligands, const VECTOR3& by) {
+  for (VECTOR3& v : ligands) v = XTAL::ADD(v, by);
+  return ligands;
+}
+
+bool IS_OUTSIDE(const std::vector<VECTOR3>& ligands) {
+  return CENTRES_OUTSIDE(CALCULATED(ligands)) == std::vector<int>{1};
+}
+
+}  // namespace
+
+// Faces of the octahedron with vertices at 2 lie 2 / sqrt 3 = 1.1547 from its middle.
+TEST(OUTSIDE, FROM_A_HUNDREDTH_OF_AN_ANGSTROM_ON) {
+  const float from_middle = 2.0f / std::sqrt(3.0f);
+  const auto away = [&](float distance) {
+    const float x = (from_middle + distance) / std::sqrt(3.0f);
+    return MOVED(octahedron, {x, x, x});
+  };
+  EXPECT_FALSE(IS_OUTSIDE(octahedron));
+  EXPECT_FALSE(IS_OUTSIDE(away(0.009f)));
+  EXPECT_TRUE(IS_OUTSIDE(away(0.011f)));
+}
+
+// Off a vertex the planes of the faces are nearer than the octahedron is: 0.015 / sqrt 3 = 0.0087.
+TEST(OUTSIDE, COUNTED_FROM_THE_NEAREST_POINT) {
+  EXPECT_TRUE(IS_OUTSIDE(MOVED(octahedron, {0, 0, 2.015f})));
+  EXPECT_FALSE(IS_OUTSIDE(MOVED(octahedron, {0, 0, 2.009f})));
+}
+
+TEST(OUTSIDE, FOUR_OR_SIX_LIGANDS_WITH_A_VOLUME_COUNT) {
+  const VECTOR3 far{5, 5, 5};
+  EXPECT_TRUE(IS_OUTSIDE(MOVED(tetrahedron, far)));
+  EXPECT_FALSE(IS_OUTSIDE(MOVED(SCALED(tetrahedron, 0.5f), far))) << "below 0.1";
+  EXPECT_FALSE(IS_OUTSIDE(MOVED(cube, far)));
+  EXPECT_FALSE(IS_OUTSIDE({{1, 1, 1}, {1, -1, 1}, {-1, -1, 1}, {-1, 1, 1}})) << "flat";
 }

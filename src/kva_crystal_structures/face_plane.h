@@ -1,0 +1,64 @@
+// Triangles of the vertices of a polyhedron about its centre at 0: on which side of one another
+// vertex lies, and the pyramid from the centre over one that is a face. Inline, since CALC spends
+// more time here than anywhere else.
+#pragma once
+
+#include <cmath>  // for abs
+#include <span>
+
+#include "src/kva_crystal_structures/records.h"
+
+namespace KVA_CRYSTAL_STRUCTURES {
+
+using CORNERS = std::array<std::size_t, 3>;  // numbers of vertices, from 0
+
+inline bool HAS_CORNER(const CORNERS& corners, std::size_t vertex) {
+  return corners[0] == vertex || corners[1] == vertex || corners[2] == vertex;
+}
+
+struct FACE_PLANE {
+  VECTOR3 POINT{};
+  VECTOR3 NORMAL{};
+  float AREA = 0.0f;    // of the triangle, square angstroms
+  float HEIGHT = 0.0f;  // signed distance from the centre, angstroms
+};
+
+// Collinear corners have no area, and a height that is no number.
+inline FACE_PLANE FACE_PLANE_OF(std::span<const VECTOR3> v, const CORNERS& corners) {
+  const auto& [i, j, k] = corners;
+  FACE_PLANE plane{v[i], XTAL::CROSS(XTAL::SUBTRACT(v[j], v[i]), XTAL::SUBTRACT(v[k], v[i]))};
+  plane.AREA = 0.5f * XTAL::LENGTH(plane.NORMAL);
+  plane.HEIGHT = 0.5f * XTAL::DOT(v[i], plane.NORMAL) / plane.AREA;
+  return plane;
+}
+
+// Such a face has no pyramid.
+inline bool HOLDS_CENTRE(const FACE_PLANE& plane) {
+  constexpr float plane_through_centre = 1e-5f;  // angstroms
+  return std::abs(plane.HEIGHT) < plane_through_centre;
+}
+
+// Which side of the plane a vertex is on, in square angstroms: below 0 beyond it, as seen from the
+// centre.
+inline float SIDE_OF(const FACE_PLANE& plane, const VECTOR3& vertex) {
+  return 0.5f * XTAL::DOT(XTAL::SUBTRACT(plane.POINT, vertex), plane.NORMAL) / plane.AREA *
+         plane.HEIGHT;
+}
+
+inline constexpr float in_plane = 1e-3f;  // square angstroms, tolerance of the face test
+
+inline bool IS_BEYOND(float side) {
+  return side < -in_plane;
+}
+
+inline bool IS_WITHIN(float side) {
+  return std::abs(side) < in_plane;
+}
+
+// Volume of the pyramid from the centre over a face. With a fourth vertex in its plane it counts
+// half, as two pairs of triangles make the face up.
+inline float PYRAMID(const FACE_PLANE& plane, bool fourth_vertex) {
+  return plane.AREA * std::abs(plane.HEIGHT) / (fourth_vertex ? 6.0f : 3.0f);
+}
+
+}  // namespace KVA_CRYSTAL_STRUCTURES
