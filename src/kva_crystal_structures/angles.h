@@ -1,12 +1,13 @@
 // Angles between atoms with their esds.
 #pragma once
 
+#include "src/kva_crystal_structures/legs_64.h"
 #include "src/kva_crystal_structures/uncertainty.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
-// Angle between two vectors in degrees; 0 for a zero length.
-float ANGLE_BETWEEN(const LEG& leg1, const LEG& leg2);
+// Angle between two vectors in degrees, which the metric tensor measures; 0 for a zero length.
+float ANGLE_BETWEEN(const LEG& leg1, const LEG& leg2, const MATRIX3& metric);
 float CRYST_ANGLE(const VECTOR3& v1_frac, const VECTOR3& v2_frac, const MATRIX3& metric);
 
 // The apex of angles, with the operators that leave it in place (the identity first) and the
@@ -27,6 +28,7 @@ struct SPOKE {
   VECTOR3 ESDS{};       // of the ligand's coordinates, as those of the apex
   MATRIX6 WITH_APEX{};  // joint covariance of apex and ligand
   LEG AS_IS;
+  LEG_64 AS_IS_64;
   std::array<LEG, 3> APEX_SHIFTED;
   std::array<LEG, 3> LIGAND_SHIFTED;
   std::vector<LEG> IN_SHIFTED_CELLS;

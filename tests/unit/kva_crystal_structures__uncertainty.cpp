@@ -407,11 +407,15 @@ TEST(ANGLES, THE_SECOND_LIGAND_IS_LINKED_WITH_THE_APEX_AS_THE_FIRST_IS) {
   EXPECT_NEAR(angle.ESD, 0.004f / 1.5f * degrees, 2e-4f);
 }
 
-// With the copy as second ligand the apex is linked with neither.
+// With the copy as second ligand the apex is linked with neither: dy turns the bond to the copy
+// twice, dx that to Si. If nothing but dy has an esd, nothing that can move changes the angle.
 TEST(ANGLES, A_SECOND_LIGAND_OF_THE_APEX_KIND_IS_NOT_LINKED_WITH_IT) {
-  const RIGHT_ANGLE at({0, 0.010f, 0}, {});
+  const RIGHT_ANGLE at({0.003f, 0.010f, 0}, {});
   const VALUE_ESD angle = ANGLE_AND_SIGMA_VCV(at.PHASE, at.O, at.SI, at.COPY);
-  EXPECT_NEAR(angle.ESD, std::sqrt(2.0f) * 0.010f / 5.0f * degrees, 2e-4f);
+  EXPECT_NEAR(angle.ESD, std::hypot(0.003f / 1.5f, std::sqrt(2.0f) * 0.010f / 5.0f) * degrees,
+              2e-4f);
+  const RIGHT_ANGLE fixed({0, 0.010f, 0}, {});
+  EXPECT_EQ(ANGLE_AND_SIGMA_VCV(fixed.PHASE, fixed.O, fixed.SI, fixed.COPY).ESD, 0.0f);
 }
 
 // Ligands at (-2.5, 2.5) and (2.5, 2.5) angstroms, copies of one atom. Moved by dy both bonds turn
