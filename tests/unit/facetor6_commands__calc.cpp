@@ -114,7 +114,6 @@ TEST_F(CALCULATION, TOO_MANY_NEIGHBOURS_ARE_REPORTED_AND_THE_RUN_GOES_ON) {
   EXPECT_EQ(PHASE(1).NBONDS(1), 20);
 }
 
-// The user presses Ctrl-C in the middle of the work, when the search has just told of its errors.
 // Ligands a little to one side of Si1; C1 lies in the middle of its own.
 TEST_F(CALCULATION, CENTRES_OUTSIDE_THEIR_POLYHEDRA_ARE_TOLD_ONCE) {
   const VECTOR3 all_right{90, 90, 90};
@@ -135,6 +134,7 @@ TEST_F(CALCULATION, CENTRES_OUTSIDE_THEIR_POLYHEDRA_ARE_TOLD_ONCE) {
   EXPECT_EQ(said.find("outside their polyhedra", at + warning.size()), std::string::npos);
 }
 
+// The user presses Ctrl-C in the middle of the work, when the search has just told of its errors.
 TEST_F(CALCULATION, AN_INTERRUPTED_CALCULATION_LEAVES_NO_BONDS) {
   ADD(MADE({2.5f, 2.5f, 2.5f}, {90, 90, 90}, "P 1",
            {{"Si1", {0, 0, 0}}, {"O1", {0.5f, 0.5f, 0.5f}}}));
