@@ -1,8 +1,8 @@
-// Elements and their oxidation states, 183 rows in the order of the atomic number. States: those for
-// which R. D. Shannon, Acta Cryst. A32 (1976) 751-767, gives ionic radii, and the default state
-// where he gives none; the default state stands last. Masses: standard atomic weights of about 2005.
-// Radii: covalent, in the set that has 0.37 for H; B. Cordero et al., Dalton Trans. (2008) 2832-2838,
-// for Z 58 to 60, 62 to 70, 90 and 92 to 95.
+// Elements and their oxidation states, 183 rows in the order of the atomic number. States: those
+// for which R. D. Shannon, Acta Cryst. A32 (1976) 751-767, gives ionic radii, and the default state
+// where he gives none; the default state stands last. Masses: standard atomic weights of about
+// 2005. Radii: covalent, in the set that has 0.37 for H; B. Cordero et al., Dalton Trans. (2008)
+// 2832-2838, for Z 58 to 60, 62 to 70, 90 and 92 to 95.
 #include "foundations/XTAL_Bond_Valence_Tables.h"
 
 // clang-format off

@@ -1,5 +1,5 @@
-// References of the bond-valence parameters, 0 to 36, in the order of the published compilation's list
-// (letters a to z, aa, ab, ac, ae to ak).
+// References of the bond-valence parameters, 0 to 36, in the order of the published compilation's
+// list (letters a to z, aa, ab, ac, ae to ak).
 #include "foundations/XTAL_Bond_Valence_Tables.h"
 
 // clang-format off

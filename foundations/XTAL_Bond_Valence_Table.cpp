@@ -1,11 +1,11 @@
 // Bond-valence parameters, 247 cations by symbol and charge against 14 anions. Figures: accumulated
 // table of bond-valence parameters compiled by I. D. Brown, McMaster University, distributed by the
 // International Union of Crystallography, edition of 2 May 2006, the first (most reliable) entry of
-// each pair. Ten entries differ from it: seven that it misprints or lacks stand as in later editions
-// (W+4 and W+9 with O-2, Bi+3 with Se-2, Sm+3 with Cl-1, Sn+2 with O-2, U+2 with O-2, Mn+2 with I-1),
-// two are the first entries of the 2009 edition (W+5 with O-2, Bi+3 with Br-1), and As+5 stands with
-// Cl-1, which every edition prints as Cl-2. Charge 9 marks parameters published without an oxidation
-// state. No pair: D0 0, B 0.37, reference 0.
+// each pair. Ten entries differ from it: seven that it misprints or lacks stand as in later
+// editions (W+4 and W+9 with O-2, Bi+3 with Se-2, Sm+3 with Cl-1, Sn+2 with O-2, U+2 with O-2, Mn+2
+// with I-1), two are the first entries of the 2009 edition (W+5 with O-2, Bi+3 with Br-1), and As+5
+// stands with Cl-1, which every edition prints as Cl-2. Charge 9 marks parameters published without
+// an oxidation state. No pair: D0 0, B 0.37, reference 0.
 #include "foundations/XTAL_Bond_Valence_Tables.h"
 
 // clang-format off

@@ -13,10 +13,10 @@ extern const std::array<std::string_view, NUMBER_OF_ANIONS> BVS_ANIONS;
 
 // Parameters of one cation against each anion, for s = exp((D0 - d) / B).
 struct BVS_TABLE_TYPE {
-  std::string_view SYMB;                    // element and signed charge, upper case: "AC+3"
-  std::array<float, NUMBER_OF_ANIONS> D0;   // angstroms; 0 where none is known
-  std::array<float, NUMBER_OF_ANIONS> B;    // softness, angstroms
-  std::array<int, NUMBER_OF_ANIONS> REF;    // number of the reference in BVS_REFERENCES
+  std::string_view SYMB;                   // element and signed charge, upper case: "AC+3"
+  std::array<float, NUMBER_OF_ANIONS> D0;  // angstroms; 0 where none is known
+  std::array<float, NUMBER_OF_ANIONS> B;   // softness, angstroms
+  std::array<int, NUMBER_OF_ANIONS> REF;   // number of the reference in BVS_REFERENCES
 };
 extern const std::array<BVS_TABLE_TYPE, 247> BVS_TABLE;
 

@@ -1,5 +1,6 @@
-// Generators of the standard settings, 230 rows by number: the selected generators of the International
-// Tables for Crystallography, volume A, in their order, without the translations by whole cells.
+// Generators of the standard settings, 230 rows by number: the selected generators of the
+// International Tables for Crystallography, volume A, in their order, without the translations by
+// whole cells.
 #include "foundations/XTAL_Space_Group_Tables.h"
 
 // clang-format off

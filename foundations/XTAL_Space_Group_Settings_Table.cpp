@@ -1,8 +1,9 @@
-// The settings of the 230 space groups: symbols of the International Tables for Crystallography, volume
-// A, Hall symbols of volume B (S. R. Hall, Acta Cryst. A37 (1981) 517-525), asymmetric units. 612 rows
-// in the order of the numbers; the first row of a number is its standard setting (second origin,
-// hexagonal axes), then the full symbol and the other settings, e-glide symbols behind the setting
-// that they rename, ":1" and ":R" behind their default, unbarred cubic symbols last.
+// The settings of the 230 space groups: symbols of the International Tables for Crystallography,
+// volume A, Hall symbols of volume B (S. R. Hall, Acta Cryst. A37 (1981) 517-525), asymmetric
+// units. 612 rows in the order of the numbers; the first row of a number is its standard setting
+// (second origin, hexagonal axes), then the full symbol and the other settings, e-glide symbols
+// behind the setting that they rename, ":1" and ":R" behind their default, unbarred cubic symbols
+// last.
 #include "foundations/XTAL_Space_Group_Tables.h"
 
 // clang-format off

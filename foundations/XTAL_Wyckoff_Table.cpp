@@ -1,6 +1,6 @@
 // Wyckoff positions of 273 settings (International Tables for Crystallography, volume A): the 230
-// standard settings, 24 first origin choices, 7 rhombohedral settings and 12 common non-standard ones.
-// Of each, from the general position down to letter a: multiplicity, letter, first point.
+// standard settings, 24 first origin choices, 7 rhombohedral settings and 12 common non-standard
+// ones. Of each, from the general position down to letter a: multiplicity, letter, first point.
 #include "foundations/XTAL_Space_Group_Tables.h"
 
 // clang-format off

@@ -1,0 +1,53 @@
+#!/usr/bin/env bash
+# What a reader should not have to look for: the format of every source, headers that do not compile
+# alone, and what clang-tidy finds by the short list in .clang-tidy. What is not installed is left
+# out, and told.
+#
+#   tests/lint.sh BUILD_FOLDER     one in which CMake has run; clang-tidy takes its commands
+set -eu
+build=$(realpath "${1:-build}")
+cd "$(dirname "$0")/.."
+status=0
+
+complain() {
+  echo "LINT: $*"
+  status=1
+}
+
+all=(console_code foundations cifcode common_code src tests bench)
+product=(console_code foundations cifcode common_code src)
+
+# ---- format; another version breaks lines in other places ----
+
+if command -v clang-format-14 >/dev/null; then
+  find "${all[@]}" \( -name '*.cpp' -o -name '*.h' \) -print0 |
+    xargs -0 clang-format-14 --dry-run -Werror || complain "format these by clang-format-14 -i"
+else
+  echo "clang-format-14 is not there: formats were not looked at"
+fi
+
+# ---- each header alone ----
+
+compile_alone() {
+  echo "#include \"$1\"" | g++ -std=c++20 -fsyntax-only -Wall -Wextra -Werror -I. -Itests/unit -x c++ -
+}
+export -f compile_alone
+# The folder for Windows needs that system's headers.
+find "${all[@]}" -name '*.h' ! -path '*/windows/*' -print0 |
+  xargs -0 -n 1 -P "$(nproc)" bash -c 'compile_alone "$0" || { echo "$0 does not compile alone"; exit 1; }' ||
+  complain "these headers do not compile alone"
+
+# ---- clang-tidy, without the tables, and what this machine does not compile ----
+
+if command -v clang-tidy >/dev/null; then
+  find "${product[@]}" -name '*.cpp' ! -name '*_Table.cpp' -print0 |
+    while IFS= read -r -d '' source; do
+      grep -q "$PWD/$source\"" "$build/compile_commands.json" && printf '%s\0' "$source"
+    done |
+    xargs -0 -n 4 -P "$(nproc)" clang-tidy -p "$build" --quiet \
+      --extra-arg=-Wno-unknown-warning-option 2>"$build/lint.log" ||
+    { grep -v ' warnings\? generated' "$build/lint.log"; complain "clang-tidy, by the list in .clang-tidy"; }
+else
+  echo "clang-tidy is not there: its checks were not made"
+fi
+exit $status
