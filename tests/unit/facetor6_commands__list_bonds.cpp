@@ -189,16 +189,16 @@ TEST_F(BOND_TABLES, CORRECTED_LENGTHS_ARE_COUNTED_WHERE_THERE_ARE_ANY) {
   PHASE(1).BONDS(1, 2, BOND_LENGTH_SRB) = 0;
   PHASE(1).BONDS(1, 3, BOND_LENGTH_SRB) = -1.0f;
   EXPECT_EQ(ROWS(BONDS("srb"), start_1),
-            start_1 + "  1.5100No valueNo value    1  1.5100  1.7500  2.5000  2.2500\n");
+            start_1 + "  1.5100 No value No value    1  1.5100  1.7500  2.5000  2.2500\n");
   PHASE(1).BONDS(1, 1, BOND_LENGTH_SRB) = 0;
-  EXPECT_EQ(ROWS(BONDS("srb"), start_1), start_1 + "No valueNo valueNo value\n")
+  EXPECT_EQ(ROWS(BONDS("srb"), start_1), start_1 + " No value No value No value\n")
       << "no end group without a value";
 }
 
 TEST_F(BOND_TABLES, A_LENGTH_UP_TO_THE_LIMIT_IS_NO_BOND) {
   ADD("first");
   BOND(1, {0.0001f, 0.0005f}, 0.0f);
-  EXPECT_EQ(ROWS(BONDS(), start_1), start_1 + "No value  0.0005    2  1.7500   2.250\n");
+  EXPECT_EQ(ROWS(BONDS(), start_1), start_1 + " No value  0.0005    2  1.7500   2.250\n");
   // Without an esd a value below 0.001 has an exponent: 57 blank, 58 to 65.
   EXPECT_EQ(ROWS(BONDS("ESD"), esd_start_1),
             esd_start_1 + " No value    5.00E-04    2  1.7500 2.250(15)\n");
@@ -227,17 +227,17 @@ TEST_F(BOND_TABLES, ROWS_STAND_IN_DISPLAY_ORDER_WITHOUT_THE_HIDDEN_BLOCKS) {
             start_3 + no_centre + "\n" + start_2 + "  1.5200    1  1.7500   2.250\n");
 }
 
-TEST_F(BOND_TABLES, VALUES_THAT_DO_NOT_FIT_ARE_STARS) {
+TEST_F(BOND_TABLES, COLUMNS_WIDEN_FOR_LONG_VALUES) {
   ADD("first");
   BOND(1, {1234.5f, 12.25f}, 0.00012f);
   PHASE(1).POLYHEDRON(1, POLY_MEAN_LENGTH) = 1234.5f;
   PHASE(1).POLYHEDRON(1, POLY_VOLUME) = 12345.5f;
-  // "1234.5000" and "12345.500" have 9 characters for 8 columns.
-  EXPECT_EQ(ROWS(BONDS(), start_1), start_1 + "******** 12.2500    2****************\n");
+  // "1234.5000" and "12345.500" have 10 characters with a blank, for 8 columns.
+  EXPECT_EQ(ROWS(BONDS(), start_1), start_1 + " 1234.5000 12.2500    2 1234.5000 12345.500\n");
   PHASE(1).BONDS(1, 1, BOND_LENGTH) = 1.25f;
-  // "1.25000(12)" fills its 11 columns without its blank, "12.25000(12)" does not fit into 57-67.
+  // With a blank "1.25000(12)" has 12 characters and "12.25000(12)" 13, for 11 columns.
   EXPECT_EQ(ROWS(BONDS("ESD"), esd_start_1),
-            esd_start_1 + " 1.25000(12)***********  2******** 12345.500(15)\n");
+            esd_start_1 + "  1.25000(12) 12.25000(12)  2 1234.5000 12345.500(15)\n");
 }
 
 TEST_F(BOND_TABLES, ALL_MEANS_THE_ATOMS_IN_USE) {

@@ -75,8 +75,8 @@ const std::string no_volume = "  Polyhedron has zero volume, probably co-planar 
 TEST_F(POLYHEDRA, ANGLES_OF_THREE_LIGANDS) {
   for (int block : {1, 2}) SURROUND(block, 3);
   EXPECT_EQ(ANGLES(), AROUND("ANGLES") + "\n" + head + " O1-O2   O1-O3   O2-O3    AngleVar\n" +
-                          start_1 + " 103.000 104.000 105.000    12.5000\n" + start_2 +
-                          " 103.000 104.000 105.000    12.5000\n");
+                          start_1 + "  103.000  104.000  105.000    12.5000\n" + start_2 +
+                          "  103.000  104.000  105.000    12.5000\n");
   EXPECT_EQ(ANGLES("Esd"), AROUND("ANGLES") + "\n" + head +
                                " O1-O2      O1-O3      O2-O3      AngleVar\n" + esd_start_1 +
                                "  103.0(5)   104.0(5)   105.0(5)    12.5000\n" + esd_start_2 +
@@ -159,21 +159,21 @@ TEST_F(POLYHEDRA, SYMMETRY_CODES_OF_BOTH_LIGANDS) {
   SURROUND(1, 3);
   PHASE(1).BONDS(1, 1, BOND_SYMCODE) = 12.645f;
   RUN.LIST_SYMCODES = true;
-  const std::string codes = "\n" + std::string(36, ' ') + "symcodes: 12_645  12_645  2_555\n" +
-                            std::string(46, ' ') + "2_555   3_555   3_555\n";
+  const std::string codes = "\n" + std::string(36, ' ') + "symcodes:  12_645   12_645   2_555\n" +
+                            std::string(47, ' ') + "2_555    3_555    3_555\n";
   const std::string esd_codes = "\n" + std::string(36, ' ') +
                                 "symcodes: 12_645     12_645     2_555\n" + std::string(46, ' ') +
                                 "2_555      3_555      3_555\n";
   const std::string angles = AROUND("ANGLES") + "\n" + head;
   const std::string edges = AROUND("EDGES") + "\n" + head;
-  EXPECT_TRUE(ANGLES().starts_with(angles + " O1-O2   O1-O3   O2-O3    AngleVar\n" + codes +
-                                   start_1 + " 103.000"))
+  EXPECT_TRUE(ANGLES().starts_with(angles + "  O1-O2    O1-O3    O2-O3    AngleVar\n" + codes +
+                                   start_1 + "  103.000"))
       << ANGLES();
   EXPECT_TRUE(ANGLES("ESD").starts_with(angles + " O1-O2      O1-O3      O2-O3      AngleVar\n" +
                                         esd_codes + esd_start_1 + "  103.0(5)"))
       << ANGLES("ESD");
-  EXPECT_TRUE(EDGES().starts_with(edges + " O1-O2   O1-O3   O2-O3    AVERAGE\n" + codes + start_1 +
-                                  "   1.200"))
+  EXPECT_TRUE(EDGES().starts_with(edges + "  O1-O2    O1-O3    O2-O3    AVERAGE\n" + codes +
+                                  start_1 + "    1.200"))
       << EDGES();
   EXPECT_TRUE(EDGES("ESD").starts_with(edges + " O1-O2      O1-O3      O2-O3      AVERAGE\n" +
                                        esd_codes + esd_start_1 + "  1.200(4)"))
@@ -185,10 +185,10 @@ TEST_F(POLYHEDRA, PAIRS_WITHOUT_ONE_OF_THEIR_BONDS_AND_ABSENT_CENTRES) {
   SURROUND(1, 3);
   SURROUND(2, 3);
   PHASE(2).BONDS.CLEAR_ROW(1, 2);
-  EXPECT_EQ(ROWS(ANGLES(), start_2), start_2 + "No value 104.000No value    12.5000\n" + start_3 +
-                                         "No valueNo valueNo value     0.0000\n");
-  EXPECT_EQ(ROWS(EDGES(), start_2), start_2 + "No value   1.300No value     1.250\n" + start_3 +
-                                        "No valueNo valueNo value     0.000\n");
+  EXPECT_EQ(ROWS(ANGLES(), start_2), start_2 + " No value  104.000 No value    12.5000\n" +
+                                         start_3 + " No value No value No value     0.0000\n");
+  EXPECT_EQ(ROWS(EDGES(), start_2), start_2 + " No value    1.300 No value     1.250\n" + start_3 +
+                                        " No value No value No value     0.000\n");
   // "No value" at the first column of its field: 46, 57, 68.
   EXPECT_EQ(ROWS(ANGLES("ESD"), esd_start_2),
             esd_start_2 + " No value    104.0(5)  No value     12.5000\n" + esd_start_3 +
@@ -215,9 +215,9 @@ TEST_F(POLYHEDRA, THE_PAIRS_ARE_THOSE_OF_THE_REFERENCE) {
   PHASE(1).NBONDS(1) = 1;
   for (int j : {2, 3}) PHASE(1).BONDS.CLEAR_ROW(1, j);
   SURROUND(2, 3);
-  EXPECT_EQ(ROWS(ANGLES(), " S1"), " S1-O2   S1-O3   O2-O3    AngleVar\n" + start_1 +
-                                       "No valueNo valueNo value    12.5000\n" + start_2 +
-                                       " 103.000 104.000 105.000    12.5000\n");
+  EXPECT_EQ(ROWS(ANGLES(), " S1"), " S1-O2    S1-O3    O2-O3    AngleVar\n" + start_1 +
+                                       " No value No value No value    12.5000\n" + start_2 +
+                                       "  103.000  104.000  105.000    12.5000\n");
 }
 
 TEST_F(POLYHEDRA, ROWS_STAND_IN_DISPLAY_ORDER_WITHOUT_THE_HIDDEN_BLOCKS) {
@@ -243,18 +243,18 @@ TEST_F(POLYHEDRA, ROWS_STAND_IN_DISPLAY_ORDER_WITHOUT_THE_HIDDEN_BLOCKS) {
             esd_start_3 + "  2.300(4)     1.250\n" + esd_start_2 + "  2.200(4)     1.250\n");
 }
 
-TEST_F(POLYHEDRA, ANGLES_THAT_DO_NOT_FIT_ARE_STARS) {
+TEST_F(POLYHEDRA, COLUMNS_WIDEN_FOR_LONG_ANGLES) {
   SURROUND(1, 2);
   IUSE(2) = 0;
   RUN.LIST_ALL_BLOCKS = false;
   PHASE(1).BANGLES(1, 1, 2, ANGLE) = 12345.5f;
   PHASE(1).POLYHEDRON(1, POLY_VARIANCE) = 12345.5f;
   // "12345.500" has 9 characters for 8 columns, "12345.5000" 10 for 9.
-  EXPECT_EQ(ROWS(ANGLES(), start_1), start_1 + "********  *********\n");
+  EXPECT_EQ(ROWS(ANGLES(), start_1), start_1 + " 12345.500   12345.5000\n");
   PHASE(1).BANGLES(1, 1, 2, ANGLE) = 103.125f;
   PHASE(1).BANGLES(1, 1, 2, ANGLE_STD) = 0.0012f;
   // "103.1250(12)" has 12 characters for 11 columns.
-  EXPECT_EQ(ROWS(ANGLES("ESD"), esd_start_1), esd_start_1 + " ********************\n");
+  EXPECT_EQ(ROWS(ANGLES("ESD"), esd_start_1), esd_start_1 + "  103.1250(12) 12345.5000\n");
 }
 
 TEST_F(POLYHEDRA, ALL_MEANS_THE_ATOMS_IN_USE) {
