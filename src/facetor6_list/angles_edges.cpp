@@ -155,6 +155,7 @@ REPORT PAIR_REPORT(int i, const std::vector<LIGAND_PAIR>& pairs, const PAIR_TABL
   report.SHOW_CODES = RUN.LIST_SYMCODES;
   report.TITLE = {"", "", std::string(table.NONE) + REFERENCE().ATOM(i).LAB};
   if (pairs.empty()) return report;
+  report.IS_TABLE = true;
   report.TITLE.back() = TABLE_TITLE(table.TITLE, i);
   for (const LIGAND_PAIR& pair : pairs) ADD_PAIR_COLUMN(report, pair, table);
   ADD_END_COLUMN(report, table);
@@ -174,22 +175,6 @@ REPORT ANGLE_REPORT(int i, bool with_esds, const std::vector<int>& places) {
 
 REPORT EDGE_REPORT(int i, bool with_esds, const std::vector<int>& places) {
   return PAIR_REPORT(i, EDGE_PAIRS(i), edge_table, with_esds, places);
-}
-
-void FACETOR_LIST_ANGLES(int i, std::string_view option) {
-  WRITE_REPORT(ANGLE_REPORT(i, WANTS_ESDS(option), LISTED_PLACES()));
-}
-
-void FACETOR_LIST_EDGES(int i, std::string_view option) {
-  WRITE_REPORT(EDGE_REPORT(i, WANTS_ESDS(option), LISTED_PLACES()));
-}
-
-void FACETOR_LIST_ALL_ANGLES(std::string_view option) {
-  FOR_EACH_USED_ATOM(FACETOR_LIST_ANGLES, option);
-}
-
-void FACETOR_LIST_ALL_EDGES(std::string_view option) {
-  FOR_EACH_USED_ATOM(FACETOR_LIST_EDGES, option);
 }
 
 }  // namespace FACETOR_LIST

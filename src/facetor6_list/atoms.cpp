@@ -1,11 +1,14 @@
 // Site names and scattering factors, coordinates, and displacement parameters.
 #include <algorithm>  // for max
-#include <cmath>      // for abs
+#include <array>
+#include <cmath>  // for abs
+#include <span>
 
 #include "console_code/console/output.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_list/atom_reports.h"
 #include "src/facetor6_list/list_parts.h"
 #include "src/kva_crystal_structures/atom_search.h"
 #include "src/kva_crystal_structures/displacement.h"
@@ -74,16 +77,28 @@ std::vector<int> PLACES_OF(int block) {
   return places;
 }
 
+// The starts of rows that belong to one table, each as a line.
+std::vector<std::string> ROW_STARTS(const std::vector<int>& places) {
+  std::vector<FIELD_LINE> table;
+  for (int place : places) table.push_back(START_FIELDS(HEAD_OF_PLACE(place), false));
+  SET_COLUMNS(table);
+  std::vector<std::string> lines;
+  for (const FIELD_LINE& line : table) lines.push_back(LINE_TEXT(line));
+  return lines;
+}
+
 }  // namespace
 
 void FACETOR_LIST_ATOMS(std::string_view option, int block) {
   const bool with_factors = INDEXALL(option, "SCAT") > 0;
   WRITE_OUT(with_factors ? "  Site names and scattering factors in each block, in input order"
                          : "  Site names in each block, in input order");
+  const std::vector<int> places = PLACES_OF(block);
+  const std::vector<std::string> starts = ROW_STARTS(places);
   bool marks = false;
-  for (int place : PLACES_OF(block)) {
-    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(place));
-    WRITE_OUT(FACETOR_LINESTART(place));
+  for (std::size_t k = 0; k < places.size(); ++k) {
+    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(places[k]));
+    WRITE_OUT(starts[k]);
     WRITE_NAMES(phase, with_factors);
     marks = marks || HAS_MARKS(phase);
   }
@@ -92,31 +107,11 @@ void FACETOR_LIST_ATOMS(std::string_view option, int block) {
   WRITE_OUT("     *****Atoms marked with ! are duplicates of other atoms");
 }
 
-// ---- rows of coordinates and displacement parameters ----
+// ---- the atoms of a row ----
 
-namespace {
-
-constexpr int first_value = 63;  // column of the first value of a row
-constexpr int plain_step = 10;
-constexpr int esd_step = 13;
-
-int VALUE_PLACE(int k, bool esd) {
-  return first_value + k * (esd ? esd_step : plain_step);
-}
-
-// The atom of a listed block that lies where an atom of the reference block does.
-struct LISTED_ATOM {
-  int PLACE;
-  FOUND_ATOM FOUND;  // its ATOM is 0 when there is none
-};
-
-using LISTED_ATOMS = std::vector<LISTED_ATOM>;
-
-// For each of some atoms of the reference block the atoms of the listed blocks. They are looked for
-// block by block, as all searches of a block share its images.
-std::vector<LISTED_ATOMS> EQUIVALENT_ATOMS(const std::vector<int>& of) {
-  std::vector<LISTED_ATOMS> atoms(of.size());
-  for (int place : LISTED_PLACES()) {
+std::vector<MATCHED_ATOMS> MATCH_ATOMS(const std::vector<int>& of, const std::vector<int>& places) {
+  std::vector<MATCHED_ATOMS> atoms(of.size());
+  for (int place : places) {
     const ATOM_IMAGES images = IMAGES_OF(PHASE(ISORT(place)));
     for (std::size_t k = 0; k < of.size(); ++k)
       atoms[k].push_back({place, FIND_ATOM(images, REFERENCE().ATOM(of[k]).X, "OMIT")});
@@ -124,26 +119,68 @@ std::vector<LISTED_ATOMS> EQUIVALENT_ATOMS(const std::vector<int>& of) {
   return atoms;
 }
 
-using TABLE_WRITER = void (*)(int i, std::string_view option, const LISTED_ATOMS& atoms);
+namespace {
 
-void WRITE_TABLES(TABLE_WRITER write, const std::vector<int>& of, std::string_view option) {
-  const std::vector<LISTED_ATOMS> atoms = EQUIVALENT_ATOMS(of);
-  WORK work("", static_cast<int>(of.size()));
-  for (std::size_t k = 0; k < of.size(); ++k) {
-    if (LIST_STOPPED(work, static_cast<int>(k) + 1)) return;
-    write(of[k], option, atoms[k]);
-  }
+// A column by its name, head and place in a table without esds and in one with them.
+struct ATOM_COLUMN {
+  std::string_view NAME;
+  std::string_view HEAD;
+  int DECIMALS;
+  bool HAS_ESD;
+  int AT;
+  int WIDTH;
+  int HEAD_AT;
+  int ESD_AT;
+  int ESD_WIDTH;
+  int ESD_HEAD_AT;
+};
+
+REPORT_COLUMN& ADD_ATOM_COLUMN(REPORT& report, const ATOM_COLUMN& shown) {
+  const bool esd = report.WITH_ESDS;
+  REPORT_COLUMN column;
+  column.NAME = REFERENCE().ATOM(report.CENTRE).LAB + "_" + std::string(shown.NAME);
+  column.HAS_ESD = shown.HAS_ESD;
+  column.DECIMALS = shown.DECIMALS;
+  column.AT = esd ? shown.ESD_AT : shown.AT;
+  column.WIDTH = esd ? shown.ESD_WIDTH : shown.WIDTH;
+  column.HEAD = shown.HEAD;
+  column.HEAD_AT = esd ? shown.ESD_HEAD_AT : shown.HEAD_AT;
+  report.COLUMNS.push_back(column);
+  return report.COLUMNS.back();
 }
 
-// Line start, operator, label and scattering factor of the atom of a row.
-std::string ROW_START(int place, bool esd, const CRYSTAL_STRUCTURE_TYPE& phase,
-                      const FOUND_ATOM& found) {
+// Operator, label and scattering factor symbol; a field begins with its blank.
+constexpr std::array<ATOM_COLUMN, 3> name_columns{
+    {{"operator", "", 0, false, 45, 1, 0, 45, 1, 0},
+     {"label", "SITE", 0, false, 46, 10, 47, 46, 10, 47},
+     {"symbol", "ATOM", 0, false, 56, 7, 57, 56, 7, 57}}};
+
+// The operator number stands beside the use digit while it has one digit in every row.
+void ADD_NAME_COLUMNS(REPORT& report, const MATCHED_ATOMS& atoms) {
+  constexpr int largest_digit = 9;
+  for (const ATOM_COLUMN& shown : name_columns) ADD_ATOM_COLUMN(report, shown).IN_SHEET = false;
+  bool one_digit = true;
+  for (const MATCHED_ATOM& atom : atoms)
+    one_digit = one_digit && atom.FOUND.OPERATOR <= largest_digit;
+  report.COLUMNS.front().TOUCHES = one_digit;
+}
+
+void ADD_NAME_CELLS(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& found, REPORT_ROW& row) {
+  constexpr int symbol_length = 4;
   const ATOM_TYPE& atom = phase.ATOM(found.ATOM);
-  std::string line = FACETOR_LINESTART(place, esd);
-  PUT_AT(line, 45,
-         INTEGER_COLUMNS(found.OPERATOR, 1) + " " + TEXT_COLUMNS(atom.LAB, 10) + "(" +
-             TEXT_COLUMNS(atom.SFACSYMB, 4) + ")");
-  return line;
+  row.CELLS.push_back(WHOLE_CELL(found.OPERATOR));
+  row.CELLS.push_back(TEXT_CELL(" " + atom.LAB));
+  row.CELLS.push_back(TEXT_CELL(" (" + TEXT_COLUMNS(atom.SFACSYMB, symbol_length) + ")"));
+}
+
+// An empty report on atom i.
+REPORT ATOM_REPORT(int i, std::string_view quantity, bool with_esds) {
+  REPORT report;
+  report.QUANTITY = quantity;
+  report.CENTRE = i;
+  report.WITH_ESDS = with_esds;
+  report.IS_TABLE = true;
+  return report;
 }
 
 }  // namespace
@@ -152,55 +189,23 @@ std::string ROW_START(int place, bool esd, const CRYSTAL_STRUCTURE_TYPE& phase,
 
 namespace {
 
-constexpr int duplicate_step = 13;  // columns of a duplicate: 3 blanks, symbol, occupancy
+constexpr std::array<ATOM_COLUMN, 4> xyz_columns{
+    {{"x", "X", 5, true, 63, 10, 66, 63, 13, 67},
+     {"y", "Y", 5, true, 73, 10, 76, 76, 13, 80},
+     {"z", "Z", 5, true, 83, 10, 86, 89, 13, 93},
+     {"occ", "OCC", 3, true, 93, 6, 94, 102, 13, 106}}};
 
-// First column of the scattering factor of duplicate number slot.
-int DUPLICATE_COLUMN(int slot, bool esd) {
-  const int behind_occupancy = esd ? VALUE_PLACE(4, true) : VALUE_PLACE(3, false) + 6;
-  return behind_occupancy + 3 + duplicate_step * (slot - 1);
-}
+// Symbol and occupancy of the first and second atom that share the site.
+constexpr std::array<ATOM_COLUMN, 4> duplicate_columns{
+    {{"symbol_2", "", 0, false, 101, 5, 0, 117, 5, 0},
+     {"occ_2", "ATOM OCC", 3, false, 106, 6, 102, 122, 6, 118},
+     {"symbol_3", "", 0, false, 114, 5, 0, 130, 5, 0},
+     {"occ_3", "ATOM OCC", 3, false, 119, 6, 115, 135, 6, 131}}};
 
-void PUT_DUPLICATES(const CRYSTAL_STRUCTURE_TYPE& phase, int i, bool esd, std::string& line) {
-  for (int slot = 1; slot <= MAX_DUPLICATES; ++slot) {
-    const int duplicate = phase.ATOM_DUP(i, slot);
-    if (duplicate <= 0) continue;
-    const ATOM_TYPE& atom = phase.ATOM(duplicate);
-    PUT_AT(line, DUPLICATE_COLUMN(slot, esd),
-           TEXT_COLUMNS(atom.SFACSYMB, 4) + REAL_COLUMNS(atom.OCC, 6, 3));
-  }
-}
-
-// A coordinate without an esd that is zero but for the rounding of the operators is zero.
-std::string COORDINATE_TEXT(float x, float std) {
-  constexpr float rounding = 0.000005f;  // half of the last decimal of the plain form
-  const bool is_zero = !(std > 0.0f) && std::abs(x) < rounding;
-  return SETNUM_STD(is_zero ? 0.0f : x, std);
-}
-
-std::string XYZ_ROW(int place, bool esd, const CRYSTAL_STRUCTURE_TYPE& phase,
-                    const FOUND_ATOM& found) {
-  const ATOM_TYPE& atom = phase.ATOM(found.ATOM);
-  std::string line = ROW_START(place, esd, phase, found);
-  const VECTOR3 stds = esd ? CALC_ESD_XYZ(phase, found.ATOM, found.OPERATOR) : VECTOR3{};
-  for (int k = 0; k < 3; ++k) {
-    const auto axis = static_cast<std::size_t>(k);
-    if (esd)
-      PUT_FIELD(line, VALUE_PLACE(k, true), esd_step, COORDINATE_TEXT(found.X[axis], stds[axis]));
-    else
-      PUT_AT(line, VALUE_PLACE(k, false), REAL_COLUMNS(found.X[axis], plain_step, 5));
-  }
-  if (esd)
-    PUT_FIELD(line, VALUE_PLACE(3, true), esd_step, SETNUM_STD(atom.OCC, atom.OCC_STD));
-  else
-    PUT_AT(line, VALUE_PLACE(3, false), REAL_COLUMNS(atom.OCC, 6, 3));
-  PUT_DUPLICATES(phase, found.ATOM, esd, line);
-  return line;
-}
-
-// Most duplicates on the site in any listed block.
-int MOST_DUPLICATES(const LISTED_ATOMS& atoms) {
+// Most duplicates on the site in any block.
+int MOST_DUPLICATES(const MATCHED_ATOMS& atoms) {
   int most = 0;
-  for (const LISTED_ATOM& atom : atoms) {
+  for (const MATCHED_ATOM& atom : atoms) {
     const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(atom.PLACE));
     for (int slot = 1; atom.FOUND.ATOM > 0 && slot <= MAX_DUPLICATES; ++slot)
       if (phase.ATOM_DUP(atom.FOUND.ATOM, slot) > 0) most = std::max(most, slot);
@@ -208,118 +213,143 @@ int MOST_DUPLICATES(const LISTED_ATOMS& atoms) {
   return most;
 }
 
-void WRITE_XYZ(int i, std::string_view option, const LISTED_ATOMS& atoms) {
-  const bool esd = WANTS_ESDS(option);
-  WRITE_OUT("|| ATOMS EQUIVALENT TO ATOM " + REFERENCE().ATOM(i).LAB + " IN REFERENCE BLOCK (" +
-            REFERENCE().BLOCK_TITLE + ")");
-  std::string head =
-      FACETOR_HEADSTART() + (esd ? " SITE      ATOM      X            Y            Z            OCC"
-                                 : " SITE      ATOM     X         Y         Z       OCC");
-  const int duplicates = MOST_DUPLICATES(atoms);
-  for (int slot = 1; slot <= duplicates; ++slot)
-    PUT_AT(head, DUPLICATE_COLUMN(slot, esd), "ATOM OCC");
-  WRITE_OUT(head);
-  for (const auto& [place, found] : atoms)
-    WRITE_OUT(found.ATOM > 0
-                  ? XYZ_ROW(place, esd, PHASE(ISORT(place)), found)
-                  : FACETOR_LINESTART(place, esd) + "         *****No equivalent atom found");
+void ADD_DUPLICATE_CELLS(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int slots, REPORT_ROW& row) {
+  for (int slot = 1; slot <= slots; ++slot) {
+    const int duplicate = phase.ATOM_DUP(i, slot);
+    if (duplicate > 0) {
+      row.CELLS.push_back(TEXT_CELL(" " + phase.ATOM(duplicate).SFACSYMB));
+      row.CELLS.push_back(REAL_CELL(phase.ATOM(duplicate).OCC));
+    } else {
+      row.CELLS.insert(row.CELLS.end(), 2, REPORT_CELL{});
+    }
+  }
+}
+
+// A coordinate without an esd that is zero but for the rounding of the operators is zero.
+REPORT_CELL COORDINATE_CELL(float x, float std) {
+  constexpr float rounding = 0.000005f;  // half of the last decimal of the plain form
+  const bool is_zero = !(std > 0.0f) && std::abs(x) < rounding;
+  return REAL_CELL(is_zero ? 0.0f : x, std);
+}
+
+void ADD_XYZ_CELLS(const FOUND_ATOM& found, int duplicates, REPORT_ROW& row) {
+  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(row.HEAD.BLOCK);
+  ADD_NAME_CELLS(phase, found, row);
+  const VECTOR3 stds = CALC_ESD_XYZ(phase, found.ATOM, found.OPERATOR);
+  for (std::size_t k = 0; k < 3; ++k) row.CELLS.push_back(COORDINATE_CELL(found.X[k], stds[k]));
+  row.CELLS.push_back(REAL_CELL(phase.ATOM(found.ATOM).OCC, phase.ATOM(found.ATOM).OCC_STD));
+  ADD_DUPLICATE_CELLS(phase, found.ATOM, duplicates, row);
 }
 
 }  // namespace
 
-void FACETOR_LIST_XYZ(int i, std::string_view option) {
-  WRITE_TABLES(WRITE_XYZ, {i}, option);
-}
-
-void FACETOR_LIST_ALL_XYZ(std::string_view option) {
-  WRITE_TABLES(WRITE_XYZ, USED_ATOMS(), option);
+REPORT XYZ_REPORT(int i, bool with_esds, const MATCHED_ATOMS& atoms) {
+  REPORT report = ATOM_REPORT(i, "xyz", with_esds);
+  report.TITLE = {"", "",
+                  " ATOMS EQUIVALENT TO ATOM " + REFERENCE().ATOM(i).LAB + " IN REFERENCE BLOCK (" +
+                      REFERENCE().BLOCK_TITLE + ")"};
+  ADD_NAME_COLUMNS(report, atoms);
+  for (const ATOM_COLUMN& shown : xyz_columns) ADD_ATOM_COLUMN(report, shown);
+  const int duplicates = MOST_DUPLICATES(atoms);
+  for (const ATOM_COLUMN& shown :
+       std::span(duplicate_columns).first(2 * static_cast<std::size_t>(duplicates)))
+    ADD_ATOM_COLUMN(report, shown).IN_SHEET = false;
+  for (const auto& [place, found] : atoms) {
+    REPORT_ROW row;
+    row.HEAD = HEAD_OF_PLACE(place);
+    if (found.ATOM > 0)
+      ADD_XYZ_CELLS(found, duplicates, row);
+    else
+      row.SENTENCE = "         *****No equivalent atom found";
+    report.ROWS.push_back(std::move(row));
+  }
+  return report;
 }
 
 // ---- displacement parameters ----
 
 namespace {
 
-constexpr std::string_view u_esd_head =
-    " SITE      ATOM      U11          U22          U33          U12          U13          U23"
-    "        Ueq       Beq";
-constexpr std::string_view u_head =
-    " SITE      ATOM     U11       U22       U33       U12       U13       U23        Ueq  Beq";
-constexpr std::string_view beta_esd_head =
-    " SITE      ATOM      b11          b22          b33          b12          b13          b23"
-    "        Beq";
-constexpr std::string_view beta_head =
-    " SITE      ATOM     b11       b22       b33       b12       b13       b23        Beq";
+constexpr std::array<ATOM_COLUMN, 8> u_columns{
+    {{"U11", "U11", 5, true, 63, 10, 66, 63, 13, 67},
+     {"U22", "U22", 5, true, 73, 10, 76, 76, 13, 80},
+     {"U33", "U33", 5, true, 83, 10, 86, 89, 13, 93},
+     {"U12", "U12", 5, true, 93, 10, 96, 102, 13, 106},
+     {"U13", "U13", 5, true, 103, 10, 106, 115, 13, 119},
+     {"U23", "U23", 5, true, 113, 10, 116, 128, 13, 132},
+     {"Ueq", "Ueq", 4, false, 123, 7, 127, 141, 6, 143},
+     {"Beq", "Beq", 3, false, 130, 7, 132, 147, 9, 153}}};
+constexpr std::array<ATOM_COLUMN, 7> beta_columns{
+    {{"b11", "b11", 5, true, 63, 10, 66, 63, 13, 67},
+     {"b22", "b22", 5, true, 73, 10, 76, 76, 13, 80},
+     {"b33", "b33", 5, true, 83, 10, 86, 89, 13, 93},
+     {"b12", "b12", 5, true, 93, 10, 96, 102, 13, 106},
+     {"b13", "b13", 5, true, 103, 10, 106, 115, 13, 119},
+     {"b23", "b23", 5, true, 113, 10, 116, 128, 13, 132},
+     {"Beq", "Beq", 3, false, 123, 7, 127, 141, 6, 143}}};
+constexpr int ueq_esd_decimals = 3;  // beside a tensor with esds
 
-std::string_view ADP_HEAD(bool esd, bool beta) {
-  if (beta) return esd ? beta_esd_head : beta_head;
-  return esd ? u_esd_head : u_head;
+void ADD_TENSOR_COLUMNS(REPORT& report, TENSOR_FORM form) {
+  const bool beta = form == TENSOR_FORM::BETA;
+  for (const ATOM_COLUMN& shown : beta ? std::span<const ATOM_COLUMN>(beta_columns)
+                                       : std::span<const ATOM_COLUMN>(u_columns)) {
+    REPORT_COLUMN& column = ADD_ATOM_COLUMN(report, shown);
+    if (shown.NAME == "Ueq" && report.WITH_ESDS) column.DECIMALS = ueq_esd_decimals;
+    if (shown.NAME == "Beq")
+      column.IN_SHEET = false;
+    else if (!beta)
+      column.UNIT = "A^2";
+  }
 }
 
-struct TENSOR {
+struct TENSOR_WITH_ESDS {
   VECTOR6 VALUE{};
   VECTOR6 STD{};
 };
 
-// The tensor of the atom's image, as beta or as U.
-TENSOR TENSOR_OF_IMAGE(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& found, bool beta) {
-  const TENSOR image{APPLYSO_BETA(phase.SPG.SYMOP(found.OPERATOR).ROT, phase.ATOM(found.ATOM).U),
-                     CALC_ESD_BETA(phase, found.ATOM, found.OPERATOR)};
-  if (beta) return image;
-  TENSOR as_u;
+// The tensor of the atom's image.
+TENSOR_WITH_ESDS TENSOR_OF_IMAGE(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& found,
+                                 TENSOR_FORM form) {
+  const TENSOR_WITH_ESDS image{
+      APPLYSO_BETA(phase.SPG.SYMOP(found.OPERATOR).ROT, phase.ATOM(found.ATOM).U),
+      CALC_ESD_BETA(phase, found.ATOM, found.OPERATOR)};
+  if (form == TENSOR_FORM::BETA) return image;
+  TENSOR_WITH_ESDS as_u;
   XTAL::BETA_TO_U(image.VALUE, as_u.VALUE, phase.CELL);
   XTAL::BETA_TO_U(image.STD, as_u.STD, phase.CELL);
   return as_u;
 }
 
-// Ueq and Beq behind the tensor; with beta only Beq.
-void PUT_EQUIVALENTS(const ATOM_TYPE& atom, bool esd, bool beta, std::string& line) {
-  const int behind = VALUE_PLACE(6, esd);
-  if (esd) {
-    constexpr int second = 9;  // columns from Ueq to Beq
-    if (!beta) PUT_AT(line, behind, REAL_COLUMNS(atom.UEQ, 6, 3));
-    PUT_AT(line, beta ? behind : behind + second, REAL_COLUMNS(atom.BISO, 6, 3));
-    return;
-  }
-  PUT_AT(line, behind, (beta ? "" : REAL_COLUMNS(atom.UEQ, 7, 4)) + REAL_COLUMNS(atom.BISO, 7, 3));
-}
-
-std::string ADP_ROW(int place, bool esd, bool beta, const CRYSTAL_STRUCTURE_TYPE& phase,
-                    const FOUND_ATOM& found) {
-  std::string line = ROW_START(place, esd, phase, found);
-  const TENSOR tensor = TENSOR_OF_IMAGE(phase, found, beta);
-  for (int k = 0; k < 6; ++k) {
-    const auto c = static_cast<std::size_t>(k);
-    if (esd)
-      PUT_FIELD(line, VALUE_PLACE(k, true), esd_step, SETNUM_STD(tensor.VALUE[c], tensor.STD[c]));
-    else
-      PUT_AT(line, VALUE_PLACE(k, false), REAL_COLUMNS(tensor.VALUE[c], plain_step, 5));
-  }
-  PUT_EQUIVALENTS(phase.ATOM(found.ATOM), esd, beta, line);
-  return line;
-}
-
-void WRITE_ADPS(int i, std::string_view option, const LISTED_ATOMS& atoms) {
-  const bool esd = WANTS_ESDS(option);
-  const bool beta = INDEXALL(option, "BETA") > 0;
-  std::string title = "|| ADPs TRANSFORMED TO POSITION EQUIVALENT TO ATOM IN REFERENCE BLOCK (" +
-                      REFERENCE().BLOCK_TITLE + ") AT";
-  for (float x : REFERENCE().ATOM(i).X) title += REAL_COLUMNS(x, 7, 3);
-  WRITE_OUT(title);
-  WRITE_OUT(FACETOR_HEADSTART() + std::string(ADP_HEAD(esd, beta)));
-  for (const auto& [place, found] : atoms)
-    WRITE_OUT(found.ATOM > 0
-                  ? ADP_ROW(place, esd, beta, PHASE(ISORT(place)), found)
-                  : FACETOR_LINESTART(place, esd) + "        *****No equivalent atom found");
+void ADD_TENSOR_CELLS(const FOUND_ATOM& found, TENSOR_FORM form, REPORT_ROW& row) {
+  const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(row.HEAD.BLOCK);
+  ADD_NAME_CELLS(phase, found, row);
+  const TENSOR_WITH_ESDS tensor = TENSOR_OF_IMAGE(phase, found, form);
+  for (std::size_t c = 0; c < 6; ++c)
+    row.CELLS.push_back(REAL_CELL(tensor.VALUE[c], tensor.STD[c]));
+  if (form == TENSOR_FORM::U) row.CELLS.push_back(REAL_CELL(phase.ATOM(found.ATOM).UEQ));
+  row.CELLS.push_back(REAL_CELL(phase.ATOM(found.ATOM).BISO));
 }
 
 }  // namespace
 
-void FACETOR_LIST_ADPS(int i, std::string_view option) {
-  WRITE_TABLES(WRITE_ADPS, {i}, option);
-}
-
-void FACETOR_LIST_ALL_ADPS(std::string_view option) {
-  WRITE_TABLES(WRITE_ADPS, USED_ATOMS(), option);
+REPORT ADP_REPORT(int i, TENSOR_FORM form, bool with_esds, const MATCHED_ATOMS& atoms) {
+  REPORT report = ATOM_REPORT(i, "adps", with_esds);
+  std::string title = " ADPs TRANSFORMED TO POSITION EQUIVALENT TO ATOM IN REFERENCE BLOCK (" +
+                      REFERENCE().BLOCK_TITLE + ") AT";
+  for (float x : REFERENCE().ATOM(i).X) title += REAL_COLUMNS(x, 7, 3);
+  report.TITLE = {"", "", title};
+  ADD_NAME_COLUMNS(report, atoms);
+  ADD_TENSOR_COLUMNS(report, form);
+  for (const auto& [place, found] : atoms) {
+    REPORT_ROW row;
+    row.HEAD = HEAD_OF_PLACE(place);
+    if (found.ATOM > 0)
+      ADD_TENSOR_CELLS(found, form, row);
+    else
+      row.SENTENCE = "        *****No equivalent atom found";
+    report.ROWS.push_back(std::move(row));
+  }
+  return report;
 }
 
 }  // namespace FACETOR_LIST

@@ -23,4 +23,7 @@ REPORT LIGAND_REPORT(int i, std::string_view quantity, std::string_view title, b
 void ADD_LIGAND_COLUMNS(REPORT& report, std::string_view name_end, std::string_view unit,
                         bool has_esd);
 
+// What follows a valence table: a warning of low sums, and of mixed sites.
+void WRITE_VALENCE_NOTES(const REPORT& report);
+
 }  // namespace FACETOR_LIST

@@ -29,7 +29,8 @@ REPORT LIGAND_REPORT(int i, std::string_view quantity, std::string_view title, b
   report.CENTRE = i;
   report.WITH_ESDS = with_esds;
   report.SHOW_CODES = RUN.LIST_SYMCODES;
-  if (REFERENCE().NBONDS(i) > 0)
+  report.IS_TABLE = REFERENCE().NBONDS(i) > 0;
+  if (report.IS_TABLE)
     report.TITLE = {"", "", TABLE_TITLE(title, i), LIMITS_LINE()};
   else
     report.TITLE = {
@@ -238,18 +239,12 @@ void ADD_BOND_CELLS(int i, BOND_FORM form, REPORT_ROW& row) {
     ADD_MEAN_END(phase, i, form, shown, row.CELLS);
 }
 
-BOND_FORM FORM_OF(std::string_view option) {
-  if (WANTS_ESDS(option)) return BOND_FORM::LENGTHS;
-  if (INDEXALL(option, "srb") > 0) return BOND_FORM::SRB;
-  return INDEXALL(option, "disp") > 0 ? BOND_FORM::DISPLACEMENTS : BOND_FORM::LENGTHS;
-}
-
 }  // namespace
 
 REPORT BOND_REPORT(int i, BOND_FORM form, bool with_esds, const std::vector<int>& places) {
   const bool lengths = form == BOND_FORM::LENGTHS;
   REPORT report = LIGAND_REPORT(i, QUANTITY_OF(form), TITLE_WORDS(form), with_esds && lengths);
-  if (REFERENCE().NBONDS(i) <= 0) return report;
+  if (!report.IS_TABLE) return report;
   ADD_LIGAND_COLUMNS(report, NAME_END(form), "A", lengths);
   ADD_END_COLUMNS(report, form);
   for (int place : places) {
@@ -258,14 +253,6 @@ REPORT BOND_REPORT(int i, BOND_FORM form, bool with_esds, const std::vector<int>
     report.ROWS.push_back(std::move(row));
   }
   return report;
-}
-
-void FACETOR_LIST_BONDS(int i, std::string_view option) {
-  WRITE_REPORT(BOND_REPORT(i, FORM_OF(option), WANTS_ESDS(option), LISTED_PLACES()));
-}
-
-void FACETOR_LIST_ALL_BONDS(std::string_view option) {
-  FOR_EACH_USED_ATOM(FACETOR_LIST_BONDS, option);
 }
 
 }  // namespace FACETOR_LIST

@@ -2,11 +2,16 @@
 #include "console_code/console/input.h"
 #include "console_code/console/output.h"
 #include "console_code/console/state.h"
+#include "console_code/console/work.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
+#include "src/facetor6_list/atom_reports.h"
+#include "src/facetor6_list/bond_reports.h"
+#include "src/facetor6_list/bond_tables.h"
 #include "src/facetor6_list/list_parts.h"
+#include "src/facetor6_list/site_report.h"
 
 namespace FACETOR_LIST {
 
@@ -15,65 +20,122 @@ using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 using namespace KVA_UTILITIES;
 
+bool NEEDS_BONDS(REPORT_CODE code) {
+  return code >= REPORT_BONDS;
+}
+
+// ---- one report ----
+
+REPORT SITE_REPORT(REPORT_CODE code, int i, std::string_view option, const MATCHED_ATOMS& atoms,
+                   const std::vector<int>& places) {
+  const bool esds = WANTS_ESDS(option);
+  switch (code) {
+    case REPORT_XYZ:
+      return XYZ_REPORT(i, esds, atoms);
+    case REPORT_ADPS:
+      return ADP_REPORT(i, INDEXALL(option, "BETA") > 0 ? TENSOR_FORM::BETA : TENSOR_FORM::U, esds,
+                        atoms);
+    case REPORT_BONDS:
+      return BOND_REPORT(i, BOND_FORM::LENGTHS, esds, places);
+    case REPORT_SRB:
+      return BOND_REPORT(i, BOND_FORM::SRB, false, places);
+    case REPORT_DISPL:
+      return BOND_REPORT(i, BOND_FORM::DISPLACEMENTS, false, places);
+    case REPORT_ANGLES:
+      return ANGLE_REPORT(i, esds, places);
+    case REPORT_EDGES:
+      return EDGE_REPORT(i, esds, places);
+    case REPORT_ORBIX:
+      return ORBIX_REPORT(i, places);
+    case REPORT_VALENCES:
+      return VALENCE_REPORT(i, esds, places);
+  }
+  return {};
+}
+
 namespace {
 
-// ---- dispatch ----
+// ---- the reports on some sites ----
 
-void LIST_SITE(REPORT_CODE code, int i, std::string_view option) {
-  switch (code) {
-    case REPORT_XYZ:
-      return FACETOR_LIST_XYZ(i, option);
-    case REPORT_ADPS:
-      return FACETOR_LIST_ADPS(i, option);
-    case REPORT_BONDS:
-      return FACETOR_LIST_BONDS(i, option);
-    case REPORT_ANGLES:
-      return FACETOR_LIST_ANGLES(i, option);
-    case REPORT_EDGES:
-      return FACETOR_LIST_EDGES(i, option);
-    case REPORT_ORBIX:
-      return FACETOR_LIST_ORBIX(i);
-    case REPORT_SRB:
-      return FACETOR_LIST_BONDS(i, "srb");
-    case REPORT_DISPL:
-      return FACETOR_LIST_BONDS(i, "displ");
-    case REPORT_VALENCES:
-      return FACETOR_LIST_BONDVALENCE(i, option);
+void LIST_SITES(REPORT_CODE code, std::string_view option, const std::vector<int>& sites) {
+  const std::vector<int> places = LISTED_PLACES();
+  const std::vector<MATCHED_ATOMS> atoms =
+      NEEDS_BONDS(code) ? std::vector<MATCHED_ATOMS>(sites.size()) : MATCH_ATOMS(sites, places);
+  WORK work("", static_cast<int>(sites.size()));
+  for (std::size_t k = 0; k < sites.size(); ++k) {
+    if (!GO_ON(work, static_cast<int>(k) + 1)) return WRITE_OUT("|*****The list was stopped");
+    const REPORT report = SITE_REPORT(code, sites[k], option, atoms[k], places);
+    WRITE_REPORT(report);
+    if (code == REPORT_VALENCES) WRITE_VALENCE_NOTES(report);
   }
 }
 
-// Coordinates end with a note when the program has changed scattering factor symbols.
-void NOTE_CHANGED_SYMBOLS() {
-  constexpr int rule_length = 110;
-  if (!BV_FLAGS(BV_LABELS_CHANGED)) return;
-  WRITE_OUT(MAKESTARS(rule_length));
-  WRITE_OUT("     *****" + std::string(BV_FLAG_TEXTS(BV_LABELS_CHANGED)));
-  WRITE_OUT(MAKESTARS(rule_length));
+// Which bond table an option asks for; esds are of lengths alone.
+REPORT_CODE BOND_CODE(std::string_view option) {
+  if (WANTS_ESDS(option)) return REPORT_BONDS;
+  if (INDEXALL(option, "srb") > 0) return REPORT_SRB;
+  return INDEXALL(option, "disp") > 0 ? REPORT_DISPL : REPORT_BONDS;
 }
 
-void LIST_ALL_SITES(REPORT_CODE code, std::string_view option) {
-  switch (code) {
-    case REPORT_XYZ:
-      FACETOR_LIST_ALL_XYZ(option);
-      return NOTE_CHANGED_SYMBOLS();
-    case REPORT_ADPS:
-      return FACETOR_LIST_ALL_ADPS(option);
-    case REPORT_BONDS:
-      return FACETOR_LIST_ALL_BONDS(option);
-    case REPORT_ANGLES:
-      return FACETOR_LIST_ALL_ANGLES(option);
-    case REPORT_EDGES:
-      return FACETOR_LIST_ALL_EDGES(option);
-    case REPORT_ORBIX:
-      return FACETOR_LIST_ALL_ORBIX();
-    case REPORT_SRB:
-      return FACETOR_LIST_ALL_BONDS("srb");
-    case REPORT_DISPL:
-      return FACETOR_LIST_ALL_BONDS("displ");
-    case REPORT_VALENCES:
-      return FACETOR_LIST_ALL_BONDVALENCE(option);
-  }
+}  // namespace
+
+void FACETOR_LIST_XYZ(int i, std::string_view option) {
+  LIST_SITES(REPORT_XYZ, option, {i});
 }
+
+void FACETOR_LIST_ALL_XYZ(std::string_view option) {
+  LIST_SITES(REPORT_XYZ, option, USED_ATOMS());
+}
+
+void FACETOR_LIST_ADPS(int i, std::string_view option) {
+  LIST_SITES(REPORT_ADPS, option, {i});
+}
+
+void FACETOR_LIST_ALL_ADPS(std::string_view option) {
+  LIST_SITES(REPORT_ADPS, option, USED_ATOMS());
+}
+
+void FACETOR_LIST_BONDS(int i, std::string_view option) {
+  LIST_SITES(BOND_CODE(option), option, {i});
+}
+
+void FACETOR_LIST_ALL_BONDS(std::string_view option) {
+  LIST_SITES(BOND_CODE(option), option, USED_ATOMS());
+}
+
+void FACETOR_LIST_BONDVALENCE(int i, std::string_view option) {
+  LIST_SITES(REPORT_VALENCES, option, {i});
+}
+
+void FACETOR_LIST_ALL_BONDVALENCE(std::string_view option) {
+  LIST_SITES(REPORT_VALENCES, option, USED_ATOMS());
+}
+
+void FACETOR_LIST_ANGLES(int i, std::string_view option) {
+  LIST_SITES(REPORT_ANGLES, option, {i});
+}
+
+void FACETOR_LIST_ALL_ANGLES(std::string_view option) {
+  LIST_SITES(REPORT_ANGLES, option, USED_ATOMS());
+}
+
+void FACETOR_LIST_EDGES(int i, std::string_view option) {
+  LIST_SITES(REPORT_EDGES, option, {i});
+}
+
+void FACETOR_LIST_ALL_EDGES(std::string_view option) {
+  LIST_SITES(REPORT_EDGES, option, USED_ATOMS());
+}
+
+void FACETOR_LIST_ORBIX(int i) {
+  LIST_SITES(REPORT_ORBIX, "", {i});
+}
+
+void FACETOR_LIST_ALL_ORBIX() {
+  LIST_SITES(REPORT_ORBIX, "", USED_ATOMS());
+}
+
+namespace {
 
 // ---- the site that the user names ----
 
@@ -93,11 +155,21 @@ void LIST_NAMED_SITE(REPORT_CODE code, const std::string& name, std::string_view
   if (use < ATOM_OMITTED)
     return WRITE_OUT("|     *****Site with name = " + REFERENCE().ATOM(i).LAB +
                      " in reference block is a duplicate of " + REFERENCE().ATOM(-use).LAB);
-  LIST_SITE(code, i, option);
+  LIST_SITES(code, option, {i});
 }
 
-bool NEEDS_BONDS(REPORT_CODE code) {
-  return code >= REPORT_BONDS;
+// Coordinates end with a note when the program has changed scattering factor symbols.
+void NOTE_CHANGED_SYMBOLS() {
+  constexpr int rule_length = 110;
+  if (!BV_FLAGS(BV_LABELS_CHANGED)) return;
+  WRITE_OUT(MAKESTARS(rule_length));
+  WRITE_OUT("     *****" + std::string(BV_FLAG_TEXTS(BV_LABELS_CHANGED)));
+  WRITE_OUT(MAKESTARS(rule_length));
+}
+
+void LIST_ALL_SITES(REPORT_CODE code, std::string_view option) {
+  LIST_SITES(code, option, USED_ATOMS());
+  if (code == REPORT_XYZ) NOTE_CHANGED_SYMBOLS();
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include "src/facetor6_list/list_parts.h"
 
 #include "cifcode/cif_code_new/writer.h"
-#include "console_code/console/output.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
@@ -11,7 +10,6 @@
 namespace FACETOR_LIST {
 
 using namespace FACETOR_CONSOLE;
-using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 using namespace KVA_UTILITIES;
 
@@ -33,10 +31,10 @@ bool BLOCK_IS_LISTED(int block) {
   return RUN.LIST_ALL_BLOCKS || IUSE(block) != 0;
 }
 
-std::vector<int> LISTED_PLACES() {
+std::vector<int> LISTED_PLACES(bool all) {
   std::vector<int> places;
   for (int place = 1; place <= NPHASES; ++place)
-    if (BLOCK_IS_LISTED(ISORT(place))) places.push_back(place);
+    if (all || IUSE(ISORT(place)) != 0) places.push_back(place);
   return places;
 }
 
@@ -49,22 +47,6 @@ std::vector<int> USED_ATOMS() {
   for (int i = 1; i <= REFERENCE().NATOMS; ++i)
     if (REFERENCE().ATOM_USE(i) == ATOM_USED) atoms.push_back(i);
   return atoms;
-}
-
-bool LIST_STOPPED(WORK& work, int step) {
-  if (GO_ON(work, step)) return false;
-  WRITE_OUT("|*****The list was stopped");
-  return true;
-}
-
-void FOR_EACH_USED_ATOM(void (*report)(int, std::string_view), std::string_view option) {
-  const std::vector<int> atoms = USED_ATOMS();
-  WORK work("", static_cast<int>(atoms.size()));
-  int step = 0;
-  for (int i : atoms) {
-    if (LIST_STOPPED(work, ++step)) return;
-    report(i, option);
-  }
 }
 
 std::string FIRST_CHARACTERS(std::string_view text, int n) {

@@ -6,14 +6,14 @@
 #include <string_view>
 #include <vector>
 
-#include "console_code/console/work.h"
+#include "src/facetor6_console/parameters.h"
 #include "src/facetor6_list/list.h"
 #include "src/facetor6_list/report.h"
 
 namespace FACETOR_LIST {
 
-// Places of the display order whose blocks are listed.
-std::vector<int> LISTED_PLACES();
+// Places of the display order whose blocks are listed: all, or those in use.
+std::vector<int> LISTED_PLACES(bool all = FACETOR_CONSOLE::RUN.LIST_ALL_BLOCKS);
 
 // True when the option text asks for esds.
 bool WANTS_ESDS(std::string_view option);
@@ -39,12 +39,7 @@ REPORT_ROW START_CENTRE_ROW(int place, int i);
 std::string LIGAND_LABEL(int i, int m);
 std::string LIGAND_CODE(int i, int m);
 
-// Whether the user has stopped a list of many tables, which is told. step: the next table, from 1.
-bool LIST_STOPPED(KVA_CONSOLE::WORK& work, int step);
-
-// Numbers of the atoms of the reference block that are in use; calls a routine for each, unless the
-// user stops the list.
+// Numbers of the atoms of the reference block that are in use.
 std::vector<int> USED_ATOMS();
-void FOR_EACH_USED_ATOM(void (*report)(int, std::string_view), std::string_view option);
 
 }  // namespace FACETOR_LIST

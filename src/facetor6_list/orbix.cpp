@@ -109,6 +109,7 @@ REPORT ORBIX_REPORT(int i, const std::vector<int>& places) {
   report.CENTRE = i;
   report.TITLE = {"", "", NO_ORBIX_LINE(i)};
   if (!report.TITLE.back().empty()) return report;
+  report.IS_TABLE = true;
   report.TITLE.back() = TABLE_TITLE("     POLYHEDRON AROUND CENTRAL ATOM ", i) +
                         ", parameters as defined in Acta Cryst. B52 (1996) 78-81";
   ADD_ORBIX_COLUMNS(report);
@@ -118,14 +119,6 @@ REPORT ORBIX_REPORT(int i, const std::vector<int>& places) {
     report.ROWS.push_back(std::move(row));
   }
   return report;
-}
-
-void FACETOR_LIST_ORBIX(int i) {
-  WRITE_REPORT(ORBIX_REPORT(i, LISTED_PLACES()));
-}
-
-void FACETOR_LIST_ALL_ORBIX() {
-  FOR_EACH_USED_ATOM([](int i, std::string_view) { FACETOR_LIST_ORBIX(i); }, "");
 }
 
 }  // namespace FACETOR_LIST

@@ -1,8 +1,12 @@
-// Line start and head of all tables, summaries of blocks, and the table of cells.
+// Summaries of blocks, and the table of cells.
+#include <array>
+#include <span>
+
 #include "console_code/console/output.h"
+#include "console_code/console/tables.h"
 #include "console_code/kva_utilities/columns.h"
-#include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_list/atom_reports.h"
 #include "src/facetor6_list/list_parts.h"
 
 namespace FACETOR_LIST {
@@ -14,24 +18,28 @@ using namespace KVA_UTILITIES;
 
 // ---- summaries ----
 
+namespace {
+
+REPORT SUMMARY(const std::vector<int>& places) {
+  REPORT report;
+  report.IS_TABLE = true;
+  for (int place : places) report.ROWS.push_back({HEAD_OF_PLACE(place), {}, ""});
+  return report;
+}
+
+}  // namespace
+
 void FACETOR_LIST_PHASE() {
-  WRITE_OUT(FACETOR_HEADSTART());
-  for (int place : LISTED_PLACES()) WRITE_OUT(FACETOR_LINESTART(place));
+  WRITE_REPORT(SUMMARY(LISTED_PLACES()));
 }
 
 void FACETOR_LIST_PHASE_USED() {
-  const bool saved = RUN.LIST_ALL_BLOCKS;
-  RUN.LIST_ALL_BLOCKS = false;
-  FACETOR_LIST_PHASE();
-  RUN.LIST_ALL_BLOCKS = saved;
+  WRITE_REPORT(SUMMARY(LISTED_PLACES(false)));
 }
+
+// ---- lists of phases that stand in no display order ----
 
 namespace {
-
-// Place in the list and name, the start of both summaries.
-std::string SUMMARY_START(const STRUCTURE_LIST& phases, int place) {
-  return INTEGER_COLUMNS(place, 3) + ": " + TEXT_COLUMNS(phases(place).BLOCK_TITLE, 20);
-}
 
 bool NOTHING_TO_LIST(int count) {
   WRITE_OUT_BLANK(1);
@@ -40,69 +48,136 @@ bool NOTHING_TO_LIST(int count) {
   return true;
 }
 
+// A value behind the name of a block: where it stands, its head, and which item of PT it is.
+struct CONDITION_COLUMN {
+  std::string_view HEAD;
+  int HEAD_AT;
+  int AT;
+  int WIDTH;
+  int DECIMALS;
+  PT_ROW ROW;
+  PT_COLUMN ITEM;
+};
+constexpr std::array<CONDITION_COLUMN, 2> plain_conditions{
+    {{"T", 31, 26, 7, 1, TEMPERATURE, PT_VALUE}, {"P", 39, 33, 8, 3, PRESSURE, PT_VALUE}}};
+constexpr std::array<CONDITION_COLUMN, 4> esd_conditions{
+    {{"P", 31, 26, 7, 3, PRESSURE, PT_VALUE},
+     {"esdP", 36, 33, 7, 3, PRESSURE, PT_ESD},
+     {"T", 45, 40, 7, 1, TEMPERATURE, PT_VALUE},
+     {"esdT", 50, 47, 6, 1, TEMPERATURE, PT_ESD}}};
+
+enum SUMMARY_COLUMN { SUMMARY_NUMBER, SUMMARY_TITLE, SUMMARY_CONDITIONS };
+
+FIELD_LINE SUMMARY_HEAD(std::span<const CONDITION_COLUMN> columns) {
+  FIELD_LINE line{{SUMMARY_TITLE, 8, "BLOCKNAME"}};
+  int number = SUMMARY_CONDITIONS;
+  for (const CONDITION_COLUMN& column : columns)
+    line.push_back({number++, column.HEAD_AT, std::string(column.HEAD)});
+  return line;
+}
+
+FIELD_LINE SUMMARY_ROW(const CRYSTAL_STRUCTURE_TYPE& phase, int place,
+                       std::span<const CONDITION_COLUMN> columns) {
+  constexpr int title_length = 20;
+  FIELD_LINE line{{SUMMARY_NUMBER, 1, INTEGER_COLUMNS(place) + ":", 4, true},
+                  {SUMMARY_TITLE, 5, " " + FIRST_CHARACTERS(phase.BLOCK_TITLE, title_length),
+                   title_length + 1}};
+  int number = SUMMARY_CONDITIONS;
+  for (const CONDITION_COLUMN& column : columns) {
+    REPORT_COLUMN shown;
+    shown.DECIMALS = column.DECIMALS;
+    shown.AT = column.AT;
+    shown.WIDTH = column.WIDTH;
+    line.push_back(
+        CELL_FIELD(number++, shown, REAL_CELL(phase.PT(column.ROW, column.ITEM)), false));
+  }
+  return line;
+}
+
+void WRITE_SUMMARY(const STRUCTURE_LIST& phases, int first, int last,
+                   std::span<const CONDITION_COLUMN> columns) {
+  if (NOTHING_TO_LIST(last - first + 1)) return;
+  std::vector<FIELD_LINE> table{SUMMARY_HEAD(columns)};
+  for (int place = first; place <= last; ++place)
+    table.push_back(SUMMARY_ROW(phases(place), place, columns));
+  WRITE_TABLE(std::move(table), SUMMARY_CONDITIONS);
+}
+
 }  // namespace
 
 void LIST_PHASE(const STRUCTURE_LIST& phases, int count) {
-  if (NOTHING_TO_LIST(count)) return;
-  WRITE_OUT("       BLOCKNAME              T       P");
-  for (int place = 1; place <= count; ++place)
-    WRITE_OUT(SUMMARY_START(phases, place) + " " +
-              REAL_COLUMNS(phases(place).PT(TEMPERATURE, PT_VALUE), 6, 1) + " " +
-              REAL_COLUMNS(phases(place).PT(PRESSURE, PT_VALUE), 7, 3));
+  WRITE_SUMMARY(phases, 1, count, plain_conditions);
 }
 
 void LIST_PHASE_ESD(const STRUCTURE_LIST& phases, int first, int last) {
-  if (NOTHING_TO_LIST(last - first + 1)) return;
-  WRITE_OUT("       BLOCKNAME              P    esdP     T    esdT");
-  for (int place = first; place <= last; ++place)
-    WRITE_OUT(SUMMARY_START(phases, place) +
-              REAL_COLUMNS(phases(place).PT(PRESSURE, PT_VALUE), 7, 3) +
-              REAL_COLUMNS(phases(place).PT(PRESSURE, PT_ESD), 7, 3) + " " +
-              REAL_COLUMNS(phases(place).PT(TEMPERATURE, PT_VALUE), 6, 1) +
-              REAL_COLUMNS(phases(place).PT(TEMPERATURE, PT_ESD), 6, 1));
+  WRITE_SUMMARY(phases, first, last, esd_conditions);
 }
 
 // ---- cells ----
 
 namespace {
 
-constexpr int cell_start = 44;  // columns before the cell text
+struct CELL_COLUMN {
+  std::string_view NAME;
+  std::string_view UNIT;
+  int HEAD_AT;
+  int WIDTH;
+  int DECIMALS;
+  int ESD_HEAD_AT;
+};
+constexpr std::array<CELL_COLUMN, 7> cell_columns{{{"a", "A", 48, 9, 4, 48},
+                                                   {"b", "A", 57, 9, 4, 61},
+                                                   {"c", "A", 66, 9, 4, 74},
+                                                   {"alpha", "deg", 74, 8, 3, 87},
+                                                   {"beta", "deg", 82, 8, 3, 100},
+                                                   {"gamma", "deg", 90, 8, 3, 113},
+                                                   {"V", "A^3", 100, 9, 3, 126}}};
 
-std::string PLAIN_CELL(const XTAL::CRYSTAL_CELL& cell) {
-  std::string text;
-  for (float length : cell.CELL) text += REAL_COLUMNS(length, 9, 4);
-  for (float angle : cell.ANG) text += REAL_COLUMNS(angle, 8, 3);
-  return text + REAL_COLUMNS(cell.CELLVOL, 9, 3);
+void ADD_CELL_COLUMNS(REPORT& report) {
+  constexpr int esd_step = 13;
+  const bool esd = report.WITH_ESDS;
+  int at = esd ? 47 : 45;
+  for (const CELL_COLUMN& shown : cell_columns) {
+    REPORT_COLUMN column;
+    column.NAME = shown.NAME;
+    column.UNIT = shown.UNIT;
+    column.HAS_ESD = true;
+    column.DECIMALS = shown.DECIMALS;
+    column.AT = at;
+    column.WIDTH = esd ? esd_step : shown.WIDTH;
+    column.HEAD = shown.NAME;
+    column.HEAD_AT = esd ? shown.ESD_HEAD_AT : shown.HEAD_AT;
+    at += column.WIDTH;
+    report.COLUMNS.push_back(column);
+  }
+  if (esd) report.COLUMNS.back().WIDTH = any_width;
 }
 
-void PUT_CELL_WITH_ESDS(const XTAL::CRYSTAL_CELL& cell, std::string& line) {
-  constexpr int first = cell_start + 3;
-  constexpr int step = 13;
-  for (int k = 0; k < 3; ++k) {
-    const auto axis = static_cast<std::size_t>(k);
-    PUT_FIELD(line, first + step * k, step, SETNUM_STD(cell.CELL[axis], cell.CELL_STD[axis]));
-    PUT_FIELD(line, first + step * (k + 3), step, SETNUM_STD(cell.ANG[axis], cell.ANG_STD[axis]));
-  }
-  PUT_AT(line, first + step * 6, SETNUM_STD(cell.CELLVOL, cell.STDVOL));
+REPORT_ROW CELL_ROW(int place) {
+  REPORT_ROW row;
+  row.HEAD = HEAD_OF_PLACE(place);
+  const XTAL::CRYSTAL_CELL& cell = PHASE(row.HEAD.BLOCK).CELL;
+  for (std::size_t k = 0; k < 3; ++k)
+    row.CELLS.push_back(REAL_CELL(cell.CELL[k], cell.CELL_STD[k]));
+  for (std::size_t k = 0; k < 3; ++k) row.CELLS.push_back(REAL_CELL(cell.ANG[k], cell.ANG_STD[k]));
+  row.CELLS.push_back(REAL_CELL(cell.CELLVOL, cell.STDVOL));
+  return row;
 }
 
 }  // namespace
 
+REPORT CELL_REPORT(bool with_esds, const std::vector<int>& places) {
+  REPORT report;
+  report.QUANTITY = "cells";
+  report.WITH_ESDS = with_esds;
+  report.IS_TABLE = true;
+  ADD_CELL_COLUMNS(report);
+  for (int place : places) report.ROWS.push_back(CELL_ROW(place));
+  return report;
+}
+
 void FACETOR_LIST_CELLS(std::string_view option) {
-  const bool esd = WANTS_ESDS(option);
-  WRITE_OUT(FACETOR_HEADSTART() +
-            (esd ? "  a            b            c            alpha        beta         gamma       "
-                   " V"
-                 : "  a        b        c       alpha   beta    gamma     V"));
-  for (int place : LISTED_PLACES()) {
-    const XTAL::CRYSTAL_CELL& cell = PHASE(ISORT(place)).CELL;
-    std::string line = FACETOR_LINESTART(place, esd);
-    if (esd)
-      PUT_CELL_WITH_ESDS(cell, line);
-    else
-      line += PLAIN_CELL(cell);
-    WRITE_OUT(line);
-  }
+  WRITE_REPORT(CELL_REPORT(WANTS_ESDS(option), LISTED_PLACES()));
 }
 
 }  // namespace FACETOR_LIST

@@ -196,7 +196,7 @@ std::size_t MOST_CODES(const REPORT& report) {
 
 void WRITE_REPORT(const REPORT& report) {
   for (const std::string& line : report.TITLE) WRITE_OUT(line);
-  if (report.COLUMNS.empty()) return;
+  if (!report.IS_TABLE) return;
   std::vector<FIELD_LINE> table{HEAD_LINE(report)};
   if (report.SHOW_CODES) {
     table.emplace_back();

@@ -43,6 +43,7 @@ struct REPORT_COLUMN {
   std::vector<std::string> CODES{};  // symmetry codes of the ligands, in the order of the name
   int LIGAND = 0;                    // bond numbers of the ligands, from 1; 0: none
   int SECOND_LIGAND = 0;
+  bool IN_SHEET = true;  // a value of its own; false: tells what the row or another value is
   bool HAS_ESD = false;  // shown as value(esd) in a table with esds
   // ---- how it is printed ----
   int DECIMALS = 0;      // of a real without an esd
@@ -76,7 +77,8 @@ struct REPORT {
   int CENTRE = 0;        // atom of the reference block; 0: none
   bool WITH_ESDS = false;
   bool SHOW_CODES = false;         // symmetry codes stand below the heads
-  std::vector<std::string> TITLE;  // lines above the table; without columns, all that there is
+  std::vector<std::string> TITLE;  // lines above the table
+  bool IS_TABLE = false;           // false: the title tells why there is none
   std::vector<REPORT_COLUMN> COLUMNS;
   std::vector<REPORT_ROW> ROWS;
 };

@@ -48,7 +48,7 @@ bool HAS_LOW_SUM(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
 
 REPORT VALENCE_REPORT(int i, bool with_esds, const std::vector<int>& places) {
   REPORT report = LIGAND_REPORT(i, "valences", "     BOND VALENCES FROM CENTRAL ATOM ", with_esds);
-  if (REFERENCE().NBONDS(i) <= 0) return report;
+  if (!report.IS_TABLE) return report;
   ADD_LIGAND_COLUMNS(report, "_s", "v.u.", true);
   ADD_SUM_COLUMN(report);
   for (int place : places) {
@@ -59,23 +59,17 @@ REPORT VALENCE_REPORT(int i, bool with_esds, const std::vector<int>& places) {
   return report;
 }
 
-void FACETOR_LIST_BONDVALENCE(int i, std::string_view option) {
-  const REPORT report = VALENCE_REPORT(i, WANTS_ESDS(option), LISTED_PLACES());
-  WRITE_REPORT(report);
-  if (report.COLUMNS.empty()) return;
+void WRITE_VALENCE_NOTES(const REPORT& report) {
+  if (!report.IS_TABLE) return;
   bool low_sum = false;
   for (const REPORT_ROW& row : report.ROWS)
-    low_sum = low_sum || HAS_LOW_SUM(PHASE(row.HEAD.BLOCK), i);
+    low_sum = low_sum || HAS_LOW_SUM(PHASE(row.HEAD.BLOCK), report.CENTRE);
   if (low_sum)
     WARNING(
         "If you see small or zero bond valences, check the list of parameters used, and the "
         "scattering factors for the atoms");
   if (BV_FLAGS(BV_MULTIPLE_SITES))
     WRITE_OUT("*****" + std::string(BV_FLAG_TEXTS(BV_MULTIPLE_SITES)));
-}
-
-void FACETOR_LIST_ALL_BONDVALENCE(std::string_view option) {
-  FOR_EACH_USED_ATOM(FACETOR_LIST_BONDVALENCE, option);
 }
 
 }  // namespace FACETOR_LIST
