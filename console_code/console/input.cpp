@@ -39,7 +39,7 @@ void READ_MACRO_LINE(const std::string& prompt) {
   const READ_STATUS status = READ_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING);
   if (status != READ_STATUS::LINE) CONSOLE.INSTRING.clear();
   CONTROL_TO_BLANKS(CONSOLE.INSTRING);
-  WRITE_OUT(prompt + TRIM(CONSOLE.INSTRING), "NOLOG");
+  WRITE_OUT(AS_IT_IS(prompt + TRIM(CONSOLE.INSTRING)), "NOLOG");
   if (status == READ_STATUS::LINE) return;
   CONSOLE.MACRO_STATE = 0;
   CLOSE_FILE(CONSOLE.MACRO_FILE);
@@ -53,7 +53,7 @@ void RECORD_LINE() {
       WRITE_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING))
     return;
   CONSOLE.MACRO_STATE = 0;
-  WRITE_OUT("***** Macro recording stopped because " + CONSOLE.MACRO_FILE.NAME +
+  WRITE_OUT("***** Macro recording stopped because " + AS_IT_IS(CONSOLE.MACRO_FILE.NAME) +
             " cannot be written");
   CLOSE_FILE(CONSOLE.MACRO_FILE);
 }

@@ -46,7 +46,7 @@ OPEN_REQUEST READ_CONTROL(std::string_view control) {
 bool KEEP_OPEN_FILE(FILE_RECORD& file) {
   if (!file.OPEN) return false;
   if (CONSOLE.INSTRING_LEN == 0) {
-    WRITE_OUT(TRIM(file.DESCRIPTOR) + " named " + file.NAME + " is already open");
+    WRITE_OUT(TRIM(file.DESCRIPTOR) + " named " + AS_IT_IS(file.NAME) + " is already open");
     if (GET_ANSWER_YN("Do you want to close this and open a new file", "Y") != 'Y') return true;
   }
   CLOSE_FILE(file);
@@ -106,11 +106,13 @@ bool MODE_ALLOWS(OPEN_MODE mode, const std::string& name, UNIT_MODE& unit_mode) 
       return true;
     case OPEN_MODE::NEW:
       unit_mode = UNIT_MODE::NEW;
-      if (exists) WRITE_OUT("*****File " + name + " already exists, overwriting not allowed");
+      if (exists)
+        WRITE_OUT("*****File " + AS_IT_IS(name) + " already exists, overwriting not allowed");
       return !exists;
     case OPEN_MODE::OLD:
       unit_mode = UNIT_MODE::OLD;
-      if (!exists) WRITE_OUT("*****File " + name + " does not exist, but is required to pre-exist");
+      if (!exists)
+        WRITE_OUT("*****File " + AS_IT_IS(name) + " does not exist, but is required to pre-exist");
       return exists;
     case OPEN_MODE::REPLACE:
       unit_mode = UNIT_MODE::REPLACE;
@@ -118,7 +120,7 @@ bool MODE_ALLOWS(OPEN_MODE mode, const std::string& name, UNIT_MODE& unit_mode) 
     case OPEN_MODE::CONFIRM:
       unit_mode = exists ? UNIT_MODE::REPLACE : UNIT_MODE::NEW;
       if (!exists) return true;
-      WRITE_OUT("*****File " + name + " exists");
+      WRITE_OUT("*****File " + AS_IT_IS(name) + " exists");
       return GET_ANSWER_YN("Do you want to overwrite it", "N") == 'Y';
   }
   return false;
@@ -146,7 +148,7 @@ bool OPEN_NAMED_FILE(FILE_RECORD& file, const std::string& name, const OPEN_REQU
   file.MADE = !FILE_EXISTS(name);
   if (OPEN_NAMED_UNIT(file.UNIT, name, unit_mode) != 0) {
     WRITE_OUT("Error trying to open file " + file.DESCRIPTOR, "NOLOG");
-    WRITE_OUT("Named " + name + " try again", "NOLOG");
+    WRITE_OUT("Named " + AS_IT_IS(name) + " try again", "NOLOG");
     CLOSE_UNIT(file.UNIT);
     return false;
   }
@@ -158,7 +160,7 @@ void REPORT_OPEN(const FILE_RECORD& file, const std::string& name) {
   WRITE_OUT_BLANK(1);
   if (!file.OPEN) return;
   WRITE_OUT("Successfully opened " + file.DESCRIPTOR);
-  WRITE_OUT("Named " + name);
+  WRITE_OUT("Named " + AS_IT_IS(name));
   WRITE_OUT_BLANK(1);
 }
 

@@ -19,6 +19,7 @@ using namespace KVA_UTILITIES;
 namespace {
 
 constexpr char line_break = '|';
+constexpr char shown_bar = '\x1C';        // stands for a "|" that is to be shown
 constexpr int silent_run = 5;             // run type of a program that says nothing on the console
 constexpr int control_columns = 5;        // of a number in a control text
 constexpr int text_column = 10;           // where the texts of the header begin
@@ -44,6 +45,34 @@ std::optional<int> CONTROL_NUMBER(std::string_view control, std::string_view wor
 }
 
 // ---- one line ----
+
+// Bytes of the character that begins a text and is shown as a blank: a control character of ASCII,
+// U+0080 to U+009F, or a mark of direction, U+202A to U+202E and U+2066 to U+2069. 0 when it is
+// none.
+std::size_t CONTROL_LENGTH(std::string_view text) {
+  const auto byte = [text](std::size_t k) {
+    return k < text.size() ? static_cast<unsigned char>(text[k]) : 0U;
+  };
+  if (byte(0) < 0x20U || byte(0) == 0x7FU) return 1;
+  if (byte(0) == 0xC2U && byte(1) >= 0x80U && byte(1) <= 0x9FU) return 2;
+  if (byte(0) != 0xE2U) return 0;
+  const bool embedding = byte(1) == 0x80U && byte(2) >= 0xAAU && byte(2) <= 0xAEU;
+  const bool isolate = byte(1) == 0x81U && byte(2) >= 0xA6U && byte(2) <= 0xA9U;
+  return embedding || isolate ? 3 : 0;
+}
+
+std::string AS_SHOWN(std::string_view line) {
+  std::string shown;
+  while (!line.empty()) {
+    const std::size_t length = CONTROL_LENGTH(line);
+    if (line.front() == shown_bar)
+      shown += line_break;
+    else
+      shown += length > 0 ? ' ' : line.front();
+    line.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return shown;
+}
 
 void WRITE_LINE(const std::string& line, DESTINATION destination, int unit) {
   if (destination == DESTINATION::UNIT) {
@@ -97,6 +126,13 @@ std::string DATE_AND_TIME() {
 
 // ---- lines ----
 
+std::string AS_IT_IS(std::string_view text) {
+  std::string marked(text);
+  std::replace(marked.begin(), marked.end(), shown_bar, ' ');
+  std::replace(marked.begin(), marked.end(), line_break, shown_bar);
+  return marked;
+}
+
 void WRITE_OUT_CONSOLE(std::string_view line) {
   WRITE_CONSOLE(TRIM(line) + "\n");
 }
@@ -129,7 +165,7 @@ void WRITE_OUT(std::string_view text, std::string_view control) {
   for (bool last = false; !last;) {
     const std::size_t bar = text.find(line_break);
     last = bar == std::string_view::npos;
-    WRITE_LINE(start + std::string(text.substr(0, bar)), destination, unit);
+    WRITE_LINE(start + AS_SHOWN(text.substr(0, bar)), destination, unit);
     if (!last) text.remove_prefix(bar + 1);
   }
 }
@@ -155,7 +191,10 @@ void ANNOUNCE(std::string_view text, std::string_view control) {
 
 void WARNING(std::string_view text, std::string_view control) {
   WRITE_OUT(" ", control);
-  WRITE_OUT("*****WARNING: " + TRIM(text), control);
+  const std::size_t breaks = std::min(text.find_first_not_of(line_break), text.size());
+  WRITE_OUT("*****WARNING: " + std::string(text.substr(0, breaks)) +
+                AS_IT_IS(TRIM_VIEW(text.substr(breaks))),
+            control);
   WRITE_OUT(" ", control);
 }
 
@@ -166,7 +205,7 @@ void WRITE_WDIR(std::string_view control) {
   // deleted under us has no name.
   const std::string directory = GET_DIRECTORY();
   if (ierr == 0 && !directory.empty())
-    WRITE_OUT("|    Current working directory is now: " + directory + "|", control);
+    WRITE_OUT("|    Current working directory is now: " + AS_IT_IS(directory) + "|", control);
 }
 
 void WRITE_HEADER(std::string_view control) {

@@ -68,7 +68,7 @@ void WRITE_SELECTIONS(std::string_view title, std::span<const std::string_view> 
   WRITE_OUT("     Possible selections for " + TRIM(title) + ":");
   int number = 0;
   for (const std::string_view entry : list)
-    WRITE_OUT("     " + INTEGER_COLUMNS(++number, 2) + ": " + TRIM(entry));
+    WRITE_OUT("     " + INTEGER_AT_LEAST(++number, 2) + ": " + TRIM(entry));
   WRITE_OUT("      0: Exit");
 }
 

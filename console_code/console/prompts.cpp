@@ -127,7 +127,7 @@ void GET_INPUT_MATRIX(std::string_view prompt, int nrow, int ncol,
   if (!MATRIX_FITS(m, nrow, ncol)) return;
   WRITE_OUT(TRIM(prompt) + ":");
   for (int i = 1; i <= nrow;) {
-    GET_INPUT("  Row " + INTEGER_COLUMNS(i, 1) + ":");
+    GET_INPUT("  Row " + INTEGER_AT_LEAST(i, 1) + ":");
     if (CONSOLE.INSTRING_LEN == 0) return;
     std::vector<float> row(static_cast<std::size_t>(ncol), 0.0f);
     if (!READ_REALS(CONSOLE.INSTRING, row)) {

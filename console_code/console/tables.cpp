@@ -14,13 +14,13 @@ void WRITE_TABLE(std::vector<FIELD_LINE> table, int starts) {
   const auto panels =
       window > 0 ? PANELS(table, starts, window) : std::vector<std::vector<std::string>>{};
   if (panels.size() < 2) {
-    for (const FIELD_LINE& line : table) WRITE_OUT(LINE_TEXT(line));
+    for (const FIELD_LINE& line : table) WRITE_OUT(AS_IT_IS(LINE_TEXT(line)));
     return;
   }
-  for (const FIELD_LINE& line : table) WRITE_OUT(LINE_TEXT(line), "LOGONLY");
+  for (const FIELD_LINE& line : table) WRITE_OUT(AS_IT_IS(LINE_TEXT(line)), "LOGONLY");
   for (std::size_t k = 0; k < panels.size(); ++k) {
     if (k > 0) WRITE_OUT(" ", "NOLOG");
-    for (const std::string& line : panels[k]) WRITE_OUT(line, "NOLOG");
+    for (const std::string& line : panels[k]) WRITE_OUT(AS_IT_IS(line), "NOLOG");
   }
 }
 

@@ -91,8 +91,9 @@ std::string REAL_COLUMNS(float value, int w, int d) {
   return FILL_LEFT(text, w);
 }
 
-std::string REAL_TEXT(float value, int d) {
-  return FIXED(value, d);
+std::string REAL_AT_LEAST(float value, int w, int d) {
+  const std::string text = FIXED(value, d);
+  return FILL_LEFT(text, std::max(w, CHARACTERS(text)));
 }
 
 std::string EXPONENT_COLUMNS(float value, int w, int d) {
@@ -102,6 +103,11 @@ std::string EXPONENT_COLUMNS(float value, int w, int d) {
 std::string INTEGER_COLUMNS(int value, int w) {
   std::string text = std::to_string(value);
   return w > 0 ? FILL_LEFT(text, w) : text;
+}
+
+std::string INTEGER_AT_LEAST(int value, int w) {
+  const std::string text = std::to_string(value);
+  return FILL_LEFT(text, std::max(w, CHARACTERS(text)));
 }
 
 std::string TEXT_COLUMNS(std::string_view text, int n) {

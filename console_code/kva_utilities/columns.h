@@ -12,14 +12,17 @@ namespace KVA_UTILITIES {
 // A zero has no sign. NaN, Inf and -Inf as words. What does not fit fills the field with "*".
 std::string REAL_COLUMNS(float value, int w, int d);
 
-// Real with d decimals in as many columns as it needs.
-std::string REAL_TEXT(float value, int d);
+// The same without stars: in w columns, or in as many as it needs.
+std::string REAL_AT_LEAST(float value, int w, int d);
 
 // Real in exponent form, one digit before the point and d decimals: 3.50E+07, right-adjusted.
 std::string EXPONENT_COLUMNS(float value, int w, int d);
 
 // Whole number in w columns, right-adjusted; w of 0: as many columns as needed.
 std::string INTEGER_COLUMNS(int value, int w = 0);
+
+// The same without stars, for what is counted: in w columns, or in as many as it needs.
+std::string INTEGER_AT_LEAST(int value, int w);
 
 // Characters (not bytes) of a text.
 int CHARACTERS(std::string_view text);

@@ -118,12 +118,12 @@ void CHANGE_USE(const std::string& answer, const std::vector<int>& blocks, bool 
     int z = 0;
     XTAL::GET_CHEMSYMB(answer, symbol, z);
     if (SET_ATOM_USE_ELEMENT(symbol, blocks, use))
-      WRITE_OUT("     Atoms of element " + symbol + now +
+      WRITE_OUT("     Atoms of element " + AS_IT_IS(symbol) + now +
                 (blocks.size() > 1 ? "     in all blocks" : ""));
     return;
   }
   if (SET_ATOM_USE_NAME(answer, blocks, use))
-    WRITE_OUT("     Atoms with names beginning " + answer + now +
+    WRITE_OUT("     Atoms with names beginning " + AS_IT_IS(answer) + now +
               "     in the reference block, and equivalent atoms in other blocks");
 }
 

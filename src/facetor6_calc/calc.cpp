@@ -26,9 +26,9 @@ void REPORT_SEARCH_ERRORS() {
   if (!ERR_KVASTRUCTURES && !WARN_KVASTRUCTURES) return;
   WARNING("Bond calculation error(s) for some atoms in reference phase.");
   if (!ERR_KVASTRUCTURES_MESS.empty())
-    WRITE_OUT("     The error message included: " + ERR_KVASTRUCTURES_MESS);
+    WRITE_OUT("     The error message included: " + AS_IT_IS(ERR_KVASTRUCTURES_MESS));
   if (!WARN_KVASTRUCTURES_MESS.empty())
-    WRITE_OUT("     The warning message included: " + WARN_KVASTRUCTURES_MESS);
+    WRITE_OUT("     The warning message included: " + AS_IT_IS(WARN_KVASTRUCTURES_MESS));
 }
 
 void WARN_OF_CENTRES_OUTSIDE() {

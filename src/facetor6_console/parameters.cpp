@@ -56,7 +56,7 @@ void WRITE_REFERENCE() {
   std::string line = "|     REFERENCE BLOCK IS #" + INTEGER_COLUMNS(IREFERENCE) + ":";
   if (NPHASES > 0) {
     const CRYSTAL_STRUCTURE_TYPE& phase = REFERENCE();
-    line += " " + phase.BLOCK_TITLE +
+    line += " " + AS_IT_IS(phase.BLOCK_TITLE) +
             "   T =" + REAL_COLUMNS(phase.PT(TEMPERATURE, PT_VALUE), 6, 1) +
             " K, P =" + REAL_COLUMNS(phase.PT(PRESSURE, PT_VALUE), 7, 3) + " GPa";
   }

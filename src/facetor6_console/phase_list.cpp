@@ -16,7 +16,7 @@ namespace FACETOR_CONSOLE {
 
 using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
-using KVA_UTILITIES::INTEGER_COLUMNS;
+using KVA_UTILITIES::INTEGER_AT_LEAST;
 
 CRYSTAL_STRUCTURE_TYPE& REFERENCE() {
   return PHASE(IREFERENCE);
@@ -164,7 +164,7 @@ void OMIT_FACETOR_LIST() {
   SET_USE("Input the datablock numbers to omit, <CR> to exit: ", false);
   if (NUMPHASES_USED() == 0) {
     IUSE(IREFERENCE) = 1;
-    WARNING("Previous reference block, #" + INTEGER_COLUMNS(IREFERENCE, 3) +
+    WARNING("Previous reference block, #" + INTEGER_AT_LEAST(IREFERENCE, 3) +
             " has been set used and retained as reference");
   } else if (IUSE(IREFERENCE) == 0) {
     WARNING("The previous reference block is now omitted. You must set a new reference block!");

@@ -2,6 +2,7 @@
 #include "src/facetor6_console/valence_table.h"
 
 #include "console_code/console/output.h"
+#include "console_code/console/tables.h"
 #include "console_code/kva_utilities/columns.h"
 
 namespace FACETOR_CONSOLE {
@@ -27,16 +28,37 @@ void CLEAR_FACETOR_VALENCE() {
   VALENCES_DONE = false;
 }
 
-void REPORT_BVS_PARAMS() {
-  constexpr int label_columns = 4;
-  WRITE_OUT("|          These are the parameters used to calculate bond valences");
-  WRITE_OUT("|         Bond type         d0    b      source");
+namespace {
+
+constexpr int label_columns = 4;
+
+enum PAIR_COLUMN { PAIR_NUMBER, PAIR_LABELS, PAIR_D0, PAIR_B, PAIR_SOURCE };
+
+std::vector<FIELD_LINE> PAIR_TABLE() {
+  std::vector<FIELD_LINE> table{{{PAIR_LABELS, 10, "Bond type"},
+                                 {PAIR_D0, 28, "d0"},
+                                 {PAIR_B, 34, "b"},
+                                 {PAIR_SOURCE, 41, "source"}}};
   for (int row = 1; row <= BV_PAIRS.COUNT(); ++row) {
     const BV_PAIR& pair = BV_PAIRS(row);
-    WRITE_OUT("     " + INTEGER_COLUMNS(row, 2) + ": " + TEXT_COLUMNS(pair.CATION, label_columns) +
-              " -- " + TEXT_COLUMNS(pair.ANION, label_columns) + "     " +
-              REAL_COLUMNS(pair.D0, 6, 3) + REAL_COLUMNS(pair.B, 6, 3) + "  " + pair.SOURCE);
+    table.push_back({{PAIR_NUMBER, 1, INTEGER_COLUMNS(row) + ":", 8, true},
+                     {PAIR_LABELS, 9,
+                      " " + TEXT_COLUMNS(pair.CATION, label_columns) + " -- " +
+                          TEXT_COLUMNS(pair.ANION, label_columns),
+                      13},
+                     {PAIR_D0, 22, REAL_AT_LEAST(pair.D0, 0, 3), 11, true},
+                     {PAIR_B, 33, REAL_AT_LEAST(pair.B, 0, 3), 6, true},
+                     {PAIR_SOURCE, 41, pair.SOURCE}});
   }
+  return table;
+}
+
+}  // namespace
+
+void REPORT_BVS_PARAMS() {
+  WRITE_OUT("|          These are the parameters used to calculate bond valences");
+  WRITE_OUT("");
+  WRITE_TABLE(PAIR_TABLE(), PAIR_D0);
   if (BV_MISSING.COUNT() > 0)
     WRITE_OUT(
         "|***** Parameters for the following atom pairs were not found, use AtomEdit to set "

@@ -68,7 +68,7 @@ std::string REASON_AGAINST(int i) {
   if (phase.ATOM_USE(i) == ATOM_OMITTED)
     return "     ***** This atom is marked not to be used and cannot be selected";
   if (phase.NBONDS(i) >= 1 && phase.NBONDS(i) <= 3)
-    return "     ***** This atom has " + INTEGER_COLUMNS(phase.NBONDS(i), 1) +
+    return "     ***** This atom has " + INTEGER_AT_LEAST(phase.NBONDS(i), 1) +
            " ligands and therefore no polyhedral volume";
   if (!(phase.POLYHEDRON(i, POLY_VOLUME) >= least_volume))
     return "     ***** No polyhedral volume has been calculated for this central atom";
@@ -77,7 +77,8 @@ std::string REASON_AGAINST(int i) {
 
 void WRITE_VOLUMES_OF(int i, const STRUCTURE_LIST& phases, int n) {
   const std::string label = REFERENCE().ATOM(i).LAB;
-  WRITE_OUT("|    Polyhedral volumes for " + label + "  will be written to the kompressa dat file");
+  WRITE_OUT("|    Polyhedral volumes for " + AS_IT_IS(label) +
+            "  will be written to the kompressa dat file");
   std::vector<EOS_POINT> points;
   for (int k = 1; k <= n; ++k) {
     EOS_POINT point = CONDITIONS(phases(k));

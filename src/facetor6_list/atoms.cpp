@@ -64,8 +64,8 @@ void WRITE_NAMES(const CRYSTAL_STRUCTURE_TYPE& phase, bool with_factors) {
       names += TEXT_COLUMNS(MARKED_NAME(phase, i), width);
       factors += TEXT_COLUMNS(phase.ATOM(i).SFACSYMB, width);
     }
-    WRITE_OUT(names);
-    if (with_factors) WRITE_OUT(factors);
+    WRITE_OUT(AS_IT_IS(names));
+    if (with_factors) WRITE_OUT(AS_IT_IS(factors));
   }
 }
 
@@ -98,7 +98,7 @@ void FACETOR_LIST_ATOMS(std::string_view option, int block) {
   bool marks = false;
   for (std::size_t k = 0; k < places.size(); ++k) {
     const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(ISORT(places[k]));
-    WRITE_OUT(starts[k]);
+    WRITE_OUT(AS_IT_IS(starts[k]));
     WRITE_NAMES(phase, with_factors);
     marks = marks || HAS_MARKS(phase);
   }
@@ -336,7 +336,7 @@ REPORT ADP_REPORT(int i, TENSOR_FORM form, bool with_esds, const MATCHED_ATOMS& 
   REPORT report = ATOM_REPORT(i, "adps", with_esds);
   std::string title = " ADPs TRANSFORMED TO POSITION EQUIVALENT TO ATOM IN REFERENCE BLOCK (" +
                       REFERENCE().BLOCK_TITLE + ") AT";
-  for (float x : REFERENCE().ATOM(i).X) title += REAL_COLUMNS(x, 7, 3);
+  for (float x : REFERENCE().ATOM(i).X) title += " " + REAL_AT_LEAST(x, 6, 3);
   report.TITLE = {"", "", title};
   ADD_NAME_COLUMNS(report, atoms);
   ADD_TENSOR_COLUMNS(report, form);

@@ -19,7 +19,7 @@ using namespace KVA_UTILITIES;
 // ---- pieces shared with the valence table ----
 
 std::string LIMITS_LINE() {
-  return "     BETWEEN " + REAL_COLUMNS(RUN.DMIN, 5, 2) + " AND " + REAL_COLUMNS(RUN.DMAX, 5, 2) +
+  return "     BETWEEN " + REAL_AT_LEAST(RUN.DMIN, 5, 2) + " AND " + REAL_AT_LEAST(RUN.DMAX, 5, 2) +
          " ANGSTROM";
 }
 

@@ -147,14 +147,16 @@ int FIND_SITE(const std::string& name) {
 
 void LIST_NAMED_SITE(REPORT_CODE code, const std::string& name, std::string_view option) {
   const int i = FIND_SITE(name);
-  if (i == 0) return WRITE_OUT("Site with name = " + name + " not found in reference block");
+  if (i == 0)
+    return WRITE_OUT("Site with name = " + AS_IT_IS(name) + " not found in reference block");
   const int use = REFERENCE().ATOM_USE(i);
   if (use == ATOM_OMITTED)
-    return WRITE_OUT("     *****Site with name = " + name +
+    return WRITE_OUT("     *****Site with name = " + AS_IT_IS(name) +
                      " in reference block marked not to be used");
   if (use < ATOM_OMITTED)
-    return WRITE_OUT("|     *****Site with name = " + REFERENCE().ATOM(i).LAB +
-                     " in reference block is a duplicate of " + REFERENCE().ATOM(-use).LAB);
+    return WRITE_OUT("|     *****Site with name = " + AS_IT_IS(REFERENCE().ATOM(i).LAB) +
+                     " in reference block is a duplicate of " +
+                     AS_IT_IS(REFERENCE().ATOM(-use).LAB));
   LIST_SITES(code, option, {i});
 }
 

@@ -47,7 +47,7 @@ std::string CELL_TEXT(const REPORT_CELL& cell, const REPORT_COLUMN& column, bool
       return "No value";
     case CELL_KIND::REAL:
       return with_esds && column.HAS_ESD ? SETNUM_STD(cell.VALUE, cell.STD)
-                                         : REAL_TEXT(cell.VALUE, column.DECIMALS);
+                                         : REAL_AT_LEAST(cell.VALUE, 0, column.DECIMALS);
     case CELL_KIND::WHOLE:
       return INTEGER_COLUMNS(cell.COUNT);
     case CELL_KIND::TEXT:
@@ -195,7 +195,7 @@ std::size_t MOST_CODES(const REPORT& report) {
 }  // namespace
 
 void WRITE_REPORT(const REPORT& report) {
-  for (const std::string& line : report.TITLE) WRITE_OUT(line);
+  for (const std::string& line : report.TITLE) WRITE_OUT(AS_IT_IS(line));
   if (!report.IS_TABLE) return;
   std::vector<FIELD_LINE> table{HEAD_LINE(report)};
   if (report.SHOW_CODES) {

@@ -27,7 +27,7 @@ void LIST_SYMOPS() {
             INTEGER_COLUMNS(IREFERENCE) + ") are:");
   const XTAL::SPACE_GROUP& group = REFERENCE().SPG;
   for (int op = 1; op <= group.MULTIP; ++op)
-    WRITE_OUT("     " + INTEGER_COLUMNS(op, 3) + ":" + group.SYMOPSYMB(op));
+    WRITE_OUT("     " + INTEGER_AT_LEAST(op, 3) + ":" + group.SYMOPSYMB(op));
 }
 
 void FACETOR_LIST_SYMM() {
@@ -35,7 +35,7 @@ void FACETOR_LIST_SYMM() {
   for (int place : LISTED_PLACES()) {
     const int block = ISORT(place);
     const XTAL::SPACE_GROUP& group = PHASE(block).SPG;
-    WRITE_OUT(INTEGER_COLUMNS(block, 7) + "  " + TEXT_COLUMNS(group.SPG_SYMB, 20) +
+    WRITE_OUT(INTEGER_AT_LEAST(block, 7) + "  " + AS_IT_IS(TEXT_COLUMNS(group.SPG_SYMB, 20)) +
               INVERSION_TEXT(group));
   }
   LIST_SYMOPS();

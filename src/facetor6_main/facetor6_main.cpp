@@ -144,9 +144,9 @@ void REPORT_NO_ROUTINE(int icom) {
   const bool in_table = icom >= 1 && icom <= CONSOLE.COMMANDS.COUNT();
   WRITE_OUT_BLANK(1);
   WRITE_OUT("    ***** Command not allocated to a subroutine");
-  WRITE_OUT(KVA_UTILITIES::INTEGER_COLUMNS(icom, 5) + " " +
+  WRITE_OUT(KVA_UTILITIES::INTEGER_AT_LEAST(icom, 5) + " " +
             (in_table ? CONSOLE.COMMANDS(icom).CLIST : ""));
-  WRITE_OUT("   command argument was: " + CONSOLE.INSTRING);
+  WRITE_OUT("   command argument was: " + AS_IT_IS(CONSOLE.INSTRING));
 }
 
 void EXECUTE(int icom) {

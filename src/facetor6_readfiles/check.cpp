@@ -62,19 +62,19 @@ std::string BLOCK_NAME(const std::string& first_line) {
 
 // Shows the items that the block has and then those that it lacks.
 void REPORT_BLOCK(const FILE_LINES& block, int number, const std::vector<std::string>& items) {
-  WRITE_OUT("|| ******New data block, #" + INTEGER_COLUMNS(number, 3) +
-            " named: " + BLOCK_NAME(block(1)) + ":|");
+  WRITE_OUT("|| ******New data block, #" + INTEGER_AT_LEAST(number, 3) +
+            " named: " + AS_IT_IS(BLOCK_NAME(block(1))) + ":|");
   std::vector<std::string> missing;
   for (const std::string& item : items) {
     const int line = FINDLINE(block, item, 0, 0);
     if (line > 0)
-      WRITE_OUT("   " + block(line));
+      WRITE_OUT("   " + AS_IT_IS(block(line)));
     else
       missing.push_back(item);
   }
   if (missing.empty()) return WRITE_OUT("|   All required items are present|");
   WRITE_OUT("|   MISSING items:");
-  for (const std::string& item : missing) WRITE_OUT("   " + item);
+  for (const std::string& item : missing) WRITE_OUT("   " + AS_IT_IS(item));
 }
 
 void ADD_TO_LOADED(const std::string& file_name, FILE_LINES& ciflines) {

@@ -35,7 +35,7 @@ struct BLOCK {
 
 // "in block # 12 in the cif".
 std::string BLOCK_WORDS(const BLOCK& block) {
-  return "in block #" + INTEGER_COLUMNS(block.NUMBER, 3) + " in the cif";
+  return "in block #" + INTEGER_AT_LEAST(block.NUMBER, 3) + " in the cif";
 }
 
 // ---- title and cell ----
@@ -151,7 +151,7 @@ SYMMETRY SYMMETRY_OF(const SYMMETRY_TEXTS& texts) {
 }
 
 void REPORT_SYMMETRY_FAULT(const SYMMETRY& symmetry, const BLOCK& block) {
-  const std::string number = INTEGER_COLUMNS(block.NUMBER, 3);
+  const std::string number = INTEGER_AT_LEAST(block.NUMBER, 3);
   switch (symmetry.FAULT) {
     case SYMMETRY_FAULT::NONE:
       return;

@@ -354,7 +354,7 @@ void READ_MODES(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
   const int count = static_cast<int>(modes.size());
   RAMAN::ALLOCATE_MODE_LIST(count, phase.MODE_LIST);
   phase.MODE_LIST.MODE.ITEMS = modes;
-  WRITE_OUT("     File also contained information on " + INTEGER_COLUMNS(count, 2) + " modes");
+  WRITE_OUT("     File also contained information on " + INTEGER_AT_LEAST(count, 2) + " modes");
 }
 
 }  // namespace

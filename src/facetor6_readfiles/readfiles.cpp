@@ -87,7 +87,7 @@ int CHOOSE_FILE(FILE_RECORD& file) {
 // Shows what was read and adds it on the user's word; false when there was no room.
 bool OFFER_BLOCKS(STRUCTURE_LIST& newx, int nblocks) {
   WRITE_OUT_BLANK(1);
-  WRITE_OUT("The following " + INTEGER_COLUMNS(nblocks, 2) +
+  WRITE_OUT("The following " + INTEGER_AT_LEAST(nblocks, 2) +
             " crystal structures were read from the file:");
   FACETOR_LIST::LIST_PHASE(newx, nblocks);
   for (CRYSTAL_STRUCTURE_TYPE& phase : newx) COMPLETE_BLOCK(phase);

@@ -126,7 +126,7 @@ void WRITE_TO_FILE(FILE_RECORD& file) {
     if (ERR_KVACIF)
       WARNING("Errors on writing the file: check it carefully");
     else
-      WRITE_OUT(INTEGER_COLUMNS(nwrite, 5) + " structures written to file");
+      WRITE_OUT(INTEGER_AT_LEAST(nwrite, 5) + " structures written to file");
   }
   CLOSE_OR_REMOVE(file);
 }

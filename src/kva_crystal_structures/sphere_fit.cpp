@@ -109,7 +109,7 @@ void CALC_POLY_ORBIX(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   const VECTOR3 sphere_cart = FIT_SPHERE(v_cart, singular);
   if (singular) {
     SET_ERR_KVASTRUCTURES("Error inverting matrix to determine centroid coords for polyhedron " +
-                          KVA_UTILITIES::INTEGER_COLUMNS(i, 2) + " in " + phase.BLOCK_TITLE);
+                          KVA_UTILITIES::INTEGER_AT_LEAST(i, 2) + " in " + phase.BLOCK_TITLE);
     return;
   }
   const VECTOR3 sphere_frac = XTAL::MULTIPLY(phase.CELL.ORTH_CR_CEL, sphere_cart);

@@ -675,7 +675,7 @@ TEST_F(REPORTS, AN_ATOM_OMITTED_IN_ONE_BLOCK_LEAVES_A_GAP_THERE) {
   EXPECT_EQ(PHASE(1).NBONDS(1), 4);
   EXPECT_EQ(PHASE(2).NBONDS(1), 3);
   // Its own column is empty, and the volume is withheld.
-  EXPECT_TRUE(bonds.ends_with(start_2 + "  1.6004  1.6004  1.6004No value    3  1.6004\n"))
+  EXPECT_TRUE(bonds.ends_with(start_2 + "  1.6004  1.6004  1.6004 No value    3  1.6004\n"))
       << bonds;
   EXPECT_EQ(PHASE(2).NBONDS(5), 0) << "omitted, not absent";
   // Coordinates are shown for omitted atoms of other blocks; CALC has charged the symbols.

@@ -62,10 +62,10 @@ TEST_F(MATCHING, AN_ATOM_IS_FOLLOWED_OVER_NINE_TENTHS_OF_THE_SHORTEST_BOND) {
            ": 298.0   0.000         1";
   };
   EXPECT_EQ(ROWS(SAID("", [] { FACETOR_LIST_BONDS(1); }), start_1),
-            start_1 + "  1.6000    1  1.6000   0.000\n" + start_2 +
-                "  2.1260    1  2.1260   0.000\n" + start_3 + "  2.1260    1  2.1260   0.000\n" +
+            start_1 + "   1.6000    1  1.6000   0.000\n" + start_2 +
+                "   2.1260    1  2.1260   0.000\n" + start_3 + "   2.1260    1  2.1260   0.000\n" +
                 line_start("4", "fourth") + no_centre + "\n" + line_start("5", "fifth") +
-                "No value    0  0.0000\n" + line_start("6", "sixth") + no_centre + "\n");
+                " No value    0  0.0000\n" + line_start("6", "sixth") + no_centre + "\n");
 }
 
 // ---- tensors of images ----

@@ -142,17 +142,17 @@ TEST_F(PHASES, LIST_NUMBERS_ARE_PLACES_IN_THE_LIST) {
   EXPECT_EQ(SAID("", [] { LIST_PHASE_ESD(PHASE, 2, 1); }), none);
 }
 
-TEST_F(PHASES, LISTS_FILL_WITH_STARS_WHAT_DOES_NOT_FIT) {
+TEST_F(PHASES, COLUMNS_OF_LISTS_WIDEN_FOR_LONG_VALUES) {
   ADD("first");
   PHASE(1).PT(TEMPERATURE, PT_VALUE) = 10000.0f;
   PHASE(1).PT(TEMPERATURE, PT_ESD) = no_number;
   PHASE(1).PT(PRESSURE, PT_VALUE) = -1000.0f;
   EXPECT_EQ(SAID("", [] { LIST_PHASE(PHASE, 1); }),
-            "\n       BLOCKNAME              T       P\n"
-            "  1: first                ****** *******\n");
+            "\n       BLOCKNAME               T         P\n"
+            "  1: first                10000.0 -1000.000\n");
   EXPECT_EQ(SAID("", [] { LIST_PHASE_ESD(PHASE, 1, 1); }),
-            "\n       BLOCKNAME              P    esdP     T    esdT\n"
-            "  1: first               *******  0.000 ******   NaN\n");
+            "\n       BLOCKNAME                 P    esdP      T       esdT\n"
+            "  1: first                -1000.000  0.000 10000.0 No value\n");
 }
 
 // ---- cells ----
@@ -196,19 +196,20 @@ TEST_F(PHASES, CELLS_IN_DISPLAY_ORDER) {
             start_2 + "  12.5000" + rest + start_1 + "  10.0000" + rest);
 }
 
-TEST_F(PHASES, CELL_VALUES_THAT_DO_NOT_FIT) {
+TEST_F(PHASES, COLUMNS_WIDEN_FOR_LONG_CELL_VALUES) {
   ADD("first");
   XTAL::CRYSTAL_CELL& cell = PHASE(1).CELL;
   cell.CELL = {12345.5f, 10.0f, no_number};
   cell.CELL_STD = {0.0f, 0.00000012f, 0.0f};
   cell.CELLVOL = 123456.5f;
-  // "12345.5000" and "123456.500" have 10 characters for 9 columns.
+  // "12345.5000" and "123456.500" have 11 characters with a blank, for 9 columns.
   EXPECT_EQ(ROWS(SAID("", [] { FACETOR_LIST_CELLS(); }), start_1),
-            start_1 + "*********  10.0000      NaN  90.000  90.000  90.000*********\n");
-  // "10.00000000(12)" has 15 characters for the 13 columns 60 to 72. A number without decimals has
-  // no point; the tie of 123456.5 goes to the even digit.
-  EXPECT_EQ(ROWS(SAID("", [] { FACETOR_LIST_CELLS("ESD"); }), esd_start_1),
-            esd_start_1 +
-                "   12345.5     ************* NaN          90.0000      90.0000      90.0000      "
-                "123456\n");
+            start_1 + " 12345.5000  10.0000 No value  90.000  90.000  90.000 123456.500\n");
+  // "10.00000000(12)" has 16 characters with its blank, for the 13 columns 60 to 72. A number
+  // without decimals has no point; the tie of 123456.5 goes to the even digit.
+  EXPECT_EQ(
+      ROWS(SAID("", [] { FACETOR_LIST_CELLS("ESD"); }), esd_start_1),
+      esd_start_1 +
+          "   12345.5      10.00000000(12) No value      90.0000      90.0000      90.0000      "
+          "123456\n");
 }

@@ -75,8 +75,8 @@ const std::string no_volume = "  Polyhedron has zero volume, probably co-planar 
 TEST_F(POLYHEDRA, ANGLES_OF_THREE_LIGANDS) {
   for (int block : {1, 2}) SURROUND(block, 3);
   EXPECT_EQ(ANGLES(), AROUND("ANGLES") + "\n" + head + " O1-O2   O1-O3   O2-O3    AngleVar\n" +
-                          start_1 + "  103.000  104.000  105.000    12.5000\n" + start_2 +
-                          "  103.000  104.000  105.000    12.5000\n");
+                          start_1 + " 103.000 104.000 105.000    12.5000\n" + start_2 +
+                          " 103.000 104.000 105.000    12.5000\n");
   EXPECT_EQ(ANGLES("Esd"), AROUND("ANGLES") + "\n" + head +
                                " O1-O2      O1-O3      O2-O3      AngleVar\n" + esd_start_1 +
                                "  103.0(5)   104.0(5)   105.0(5)    12.5000\n" + esd_start_2 +

@@ -85,14 +85,15 @@ TEST_F(POSITIONS, COORDINATE_ESDS_ARE_THOSE_OF_THE_IMAGE) {
       << said;
 }
 
-TEST_F(POSITIONS, AN_OPERATOR_ABOVE_NINE_IS_A_STAR) {
+TEST_F(POSITIONS, AN_OPERATOR_ABOVE_NINE_MAKES_A_COLUMN_OF_ITS_OWN) {
   const auto hexagonal = [](const VECTOR3& x_frac) {
     return MADE({5, 5, 9}, {90, 90, 120}, "P 6/m m m", {{"Si1", x_frac}});
   };
   ADD("first", hexagonal({0.125f, 0.375f, 0.25f}));
   ADD("second", hexagonal({0.875f, 0.625f, 0.75f}));  // related by operator 13, -x,-y,-z
-  EXPECT_TRUE(
-      XYZ().ends_with(start_2 + "* Si1       (Si  )   0.12500   0.37500   0.25000 1.000\n"));
+  EXPECT_EQ(ROWS(XYZ(), start_1),
+            start_1 + "  1 Si1       (Si  )   0.12500   0.37500   0.25000 1.000\n" + start_2 +
+                " 13 Si1       (Si  )   0.12500   0.37500   0.25000 1.000\n");
 }
 
 TEST_F(POSITIONS, DUPLICATES_FOLLOW_WITH_SYMBOL_AND_OCCUPANCY) {
@@ -130,17 +131,17 @@ TEST_F(POSITIONS, ONE_DUPLICATE_HAS_ONE_HEAD_AND_A_HIDDEN_ONE_NONE) {
   EXPECT_NE(XYZ().find(plain_head + "\n"), std::string::npos);
 }
 
-TEST_F(POSITIONS, OMITTED_ATOMS_ARE_FOUND_AND_LONG_TEXTS_ARE_CUT) {
+TEST_F(POSITIONS, OMITTED_ATOMS_ARE_FOUND_AND_LONG_LABELS_ARE_WHOLE) {
   ADD("first");
   PHASE(1).ATOM_USE(1) = ATOM_OMITTED;
   PHASE(1).ATOM(1).LAB = "Silicon_number_1";
   PHASE(1).ATOM(1).SFACSYMB = "Si+4";
   PHASE(1).ATOM(1).OCC = 100.0f;
-  // "100.000" has 7 characters for 6 columns.
+  // With a blank the label has 17 characters for 10 columns, "100.000" 8 for 6.
   EXPECT_EQ(ROWS(XYZ(), start_1),
-            start_1 + "1 Silicon_nu(Si+4)   0.10000   0.20000   0.30000******\n");
+            start_1 + "1 Silicon_number_1 (Si+4)   0.10000   0.20000   0.30000 100.000\n");
   EXPECT_EQ(ROWS(ADPS("U"), start_1),
-            start_1 + "1 Silicon_nu(Si+4)" + zero_tensor + " 0.0000  0.000\n");
+            start_1 + "1 Silicon_number_1 (Si+4)" + zero_tensor + " 0.0000  0.000\n");
 }
 
 TEST_F(POSITIONS, A_SITE_WITHOUT_EQUIVALENT_KEEPS_ITS_LINE_START) {
@@ -359,17 +360,18 @@ TEST_F(POSITIONS, ISOTROPIC_ATOMS_WITH_ESDS) {
   ADD("first");
   PHASE(1).ATOM(1).UEQ = 0.0125f;
   PHASE(1).ATOM(1).BISO = 1234.5f;
-  // A zero without an esd has five decimals; "1234.500" has 8 characters for the 6 columns 150-155.
+  // A zero without an esd has five decimals; "1234.500" has 8 characters
+  // and reaches out to the left of the 6 columns 150-155.
   EXPECT_EQ(ROWS(ADPS("ESD, U"), esd_start_1),
             esd_start_1 + si_by_1 +
                 " 0.00000      0.00000      0.00000      0.00000      0.00000      0.00000      "
-                "0.013   ******\n");
+                "0.013 1234.500\n");
 }
 
-TEST_F(POSITIONS, A_TENSOR_VALUE_TOO_WIDE_IS_STARS) {
+TEST_F(POSITIONS, A_COLUMN_WIDENS_FOR_A_LONG_TENSOR_VALUE) {
   ADD_TETRAGONAL("first", {0.1f, 0.25f, 0.3f});
   PHASE(1).ATOM(1).U[0] = 20000.0f;  // beta form: U11 is 20000 / 0.197392
-  EXPECT_EQ(
-      ROWS(ADPS("BETA"), start_1),
-      start_1 + si_by_1 + "**********   0.00395   0.00592   0.00079   0.00099   0.00118  1.579\n");
+  EXPECT_EQ(ROWS(ADPS("BETA"), start_1),
+            start_1 + si_by_1 +
+                " 20000.00000   0.00395   0.00592   0.00079   0.00099   0.00118  1.579\n");
 }

@@ -500,10 +500,11 @@ TEST_F(TRANSFORMATION, REPORTS_SAY_THAT_A_TRANSFORMED_BLOCK_HAS_NO_VALUES) {
   ADD("second");
   SAID("2 4\n", FACETOR_CALC::RUN_FACETOR_CALC_BONDS);
   KEEP(identity, "", "2\n");
-  // Three values of 8 columns behind column 44, then the number of bonds and their mean.
+  // Three values of 8 columns and a blank behind column 44, then the number of bonds and their
+  // mean.
   EXPECT_TRUE(SAID("", [] {
                 FACETOR_LIST_BONDS(1);
-              }).ends_with(start_2 + "No valueNo valueNo value    0  0.0000\n"));
+              }).ends_with(start_2 + " No value No value No value    0  0.0000\n"));
   KEEP(identity, "", "1\n");
   EXPECT_EQ(SAID("", [] { RUN_FACETOR_LIST_GEOM(REPORT_BONDS); }),
             "     No bond lengths have been loaded or calculated\n");

@@ -56,9 +56,9 @@ TEST_F(VALENCE_LISTS, A_GAP_BETWEEN_BONDS_LEAVES_THE_OTHERS_IN_THEIR_COLUMNS) {
   GIVE(1, {1.5f, 1.6f, 1.7f}, 1.5f);
   GIVE(2, {1.5f, 0.0f, 1.7f}, 1.0f);
   PHASE(3).NBONDS(1) = NO_CENTRE;
-  EXPECT_EQ(TABLE(), TITLE("BOND VALENCES FROM") + head + " O1      O2      O3        BVSUM\n" +
-                         start_1 + "  0.2500  0.5000  0.7500     1.500\n" + start_2 +
-                         "  0.2500No value  0.7500     1.000\n" + start_3 + no_centre + "\n");
+  EXPECT_EQ(TABLE(), TITLE("BOND VALENCES FROM") + head + " O1       O2      O3        BVSUM\n" +
+                         start_1 + "  0.2500   0.5000  0.7500     1.500\n" + start_2 +
+                         "  0.2500 No value  0.7500     1.000\n" + start_3 + no_centre + "\n");
   EXPECT_EQ(TABLE("ESD"),
             TITLE("BOND VALENCES FROM") + head + " O1         O2         O3          BVSUM\n" +
                 esd_start_1 + "  0.250(10)  0.500(10)  0.750(10)  1.50(2)\n" + esd_start_2 +
@@ -77,11 +77,11 @@ TEST_F(VALENCE_LISTS, SYMMETRY_CODES_STAND_UNDER_THE_LABELS) {
                                           esd_start_1 + "  0.250(10)  0.500(10)  0.75(2)\n");
 }
 
-TEST_F(VALENCE_LISTS, A_VALUE_TOO_WIDE_IS_STARS) {
+TEST_F(VALENCE_LISTS, COLUMNS_WIDEN_FOR_LONG_VALUES) {
   ADD("first");
   GIVE(1, {1.5f, 1.6f}, 1.0e6f);
   PHASE(1).BONDS(1, 1, BOND_VALENCE) = 12345.0f;
-  EXPECT_EQ(ROWS(TABLE(), start_1), start_1 + "********  0.5000  ********\n");
+  EXPECT_EQ(ROWS(TABLE(), start_1), start_1 + " 12345.0000  0.5000   1000000.000\n");
 }
 
 // ---- LIST and TABLE ----
