@@ -132,8 +132,7 @@ std::string LINE_TEXT(const FIELD_LINE& line) {
 
 namespace {
 
-// Columns that stay together, from FIRST to below END, in the places from LEFT to RIGHT; the blanks
-// before them are theirs.
+// Columns that stay together, from FIRST to below END, in the places from LEFT to RIGHT.
 struct COLUMN_GROUP {
   int FIRST;
   int END;
@@ -166,7 +165,7 @@ std::vector<COLUMN_GROUP> GROUPS(const std::vector<FIELD_LINE>& table, int first
   std::vector<COLUMN_GROUP> groups;
   for (int c = first; c < end; ++c) {
     const auto k = static_cast<std::size_t>(c);
-    if (groups.empty() || left[k] > right[k]) groups.push_back({c, c, right[k] + 1, 0});
+    if (groups.empty() || left[k] > right[k]) groups.push_back({c, c, left[k], 0});
     groups.back().END = c + 1;
     groups.back().RIGHT = right[k + 1];
   }

@@ -176,7 +176,7 @@ int ROW_TO_CHANGE(const std::array<float, 3>& numbers, int found) {
   const float wanted = std::clamp(numbers[0], -beyond_the_columns, beyond_the_columns);
   const int row = static_cast<int>(std::lround(wanted));
   if (found > 0 && (row < 1 || row > BV_PAIRS.COUNT())) {
-    WRITE_OUT("A list number of " + INTEGER_AT_LEAST(row, 4) + " is not valid");
+    WRITE_OUT("A list number of " + INTEGER_COLUMNS(row, 4) + " is not valid");
     return 0;
   }
   if (found < 3 || !(numbers[2] > 0.0f)) {

@@ -36,6 +36,23 @@ TEST_F(OUTPUT, BAR_BREAKS_THE_LINE) {
   EXPECT_EQ(WRITTEN("|"), "\n\n");
 }
 
+TEST_F(OUTPUT, A_BAR_IN_A_TEXT_AS_IT_IS_IS_SHOWN) {
+  EXPECT_EQ(WRITTEN("|named " + AS_IT_IS("a|b|") + "|end"), "\nnamed a|b|\nend\n");
+  EXPECT_EQ(SAID("", [] { WARNING("|no file a|b"); }), "\n*****WARNING:\nno file a|b\n\n");
+}
+
+TEST_F(OUTPUT, CONTROL_CHARACTERS_ARE_BLANKS) {
+  EXPECT_EQ(WRITTEN("a\tb\x1b[31mc\x7f"
+                    "d\r."),
+            "a b [31mc d .\n");
+  EXPECT_EQ(WRITTEN("a\u0080b\u009fc"), "a b c\n");
+  EXPECT_EQ(WRITTEN("a\u202ab\u202ec\u2066d\u2069e"), "a b c d e\n");
+  // Their neighbours are letters and signs.
+  EXPECT_EQ(WRITTEN("\u00a0\u2029\u202f\u2065\u206a\u00c5"),
+            "\u00a0\u2029\u202f\u2065\u206a\u00c5\n");
+  EXPECT_EQ(WRITTEN(AS_IT_IS("a\x1c|b")), "a |b\n");
+}
+
 TEST_F(OUTPUT, EACH_LINE_LOSES_TRAILING_BLANKS_AND_KEEPS_LEADING_ONES) {
   EXPECT_EQ(WRITTEN("  a  |  b   "), "  a\n  b\n");
 }

@@ -18,6 +18,14 @@ constexpr float infinity = std::numeric_limits<float>::infinity();
 
 // ---- fields ----
 
+TEST(COLUMNS_AT_LEAST, NUMBERS_THAT_DO_NOT_FIT_ARE_WHOLE) {
+  EXPECT_EQ(REAL_AT_LEAST(1.25f, 6, 2), "  1.25");
+  EXPECT_EQ(REAL_AT_LEAST(-1234.5f, 6, 2), "-1234.50");
+  EXPECT_EQ(REAL_AT_LEAST(-0.25f, 4, 2), "-0.25");
+  EXPECT_EQ(INTEGER_AT_LEAST(12, 3), " 12");
+  EXPECT_EQ(INTEGER_AT_LEAST(12345, 3), "12345");
+}
+
 TEST(REAL_COLUMNS, RIGHT_ADJUSTED_AND_ROUNDED_TO_NEAREST) {
   EXPECT_EQ(REAL_COLUMNS(1.5f, 8, 4), "  1.5000");
   EXPECT_EQ(REAL_COLUMNS(2.5f, 4, 0), "   2") << "a tie goes to the even digit";

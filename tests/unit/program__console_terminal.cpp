@@ -65,6 +65,48 @@ TEST_F(TERMINAL, INPUT_FROM_A_TERMINAL_LEAVES_OUTPUT_TO_A_FILE_AS_IT_IS) {
   EXPECT_EQ(TIMELESS(TEXT_OF(folder / "said")), expected);
 }
 
+// ---- tables ----
+
+// Two blocks; a bond table with esds of six bonds, its heads from column 46 on, eleven columns
+// each.
+TEST_F(TERMINAL, A_WIDE_TABLE_IS_SHOWN_IN_PANELS_AND_LOGGED_WHOLE) {
+  fs::copy(fs::path(PLACES::SOURCE()) / "examples/hematite-pressure/hematite.cif",
+           work / "hematite.cif");
+  const PSEUDO_TERMINAL terminal = OPEN_TERMINAL(80);
+  if (terminal.MASTER < 0) GTEST_SKIP() << "no pseudo terminal here";
+  ::setenv("TERM", "dumb", 1);
+  PUT_FILE(work / "wide.mcr",
+           "LOG wide\nREAD cif hematite.cif\nY\nCALC poly\n\n\nTABLE bond\nFe1\n\nEXIT\n");
+  START(terminal.SLAVE, ::fcntl(terminal.SLAVE, F_DUPFD_CLOEXEC, 3), our_own);
+  TYPE_ON(terminal.MASTER, "MACRO wide\n");
+  std::string said;
+  READ_ON(terminal.MASTER, said);
+  ::close(terminal.MASTER);
+  EXPECT_GOOD_END();
+  const std::string start = "       BLOCKNAME      T        P         IUSE";
+  std::string panels;
+  for (std::string line : LINES(FROM_LINE(said, start + " O1         O1         O1"))) {
+    if (line.ends_with('\r')) line.pop_back();
+    if (line.find("central atom is") != std::string::npos) break;
+    panels += line + "\n";
+  }
+  const std::string head = start + " O1         O1         O1\n";
+  const std::string row = "  1: Hematite_0.00 : 298.000   0.0001      1";
+  EXPECT_TRUE(panels.starts_with(head + row + "  2.113(4)   2.113(4)   2.113(4)\n")) << panels;
+  EXPECT_NE(panels.find("\n\n" + head + row + "  1.944(3)   1.944(3)   1.944(3)\n"),
+            std::string::npos)
+      << panels;
+  EXPECT_NE(panels.find("\n\n" + start + " N AVERAGE  QE       AV\n" + row +
+                        "  6  2.0287  1.0265  85.657\n"),
+            std::string::npos)
+      << panels;
+  for (const std::string& line : LINES(panels)) EXPECT_LE(line.size(), 80u);
+  EXPECT_NE(
+      TEXT_OF(work / "wide.log")
+          .find("\n" + row + "  2.113(4)   2.113(4)   2.113(4)   1.944(3)   1.944(3)   1.944(3)"),
+      std::string::npos);
+}
+
 // ---- interrupts ----
 
 class INTERRUPTED : public STARTED {
