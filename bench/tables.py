@@ -93,13 +93,13 @@ def said_by(command):
 
 
 def show_comparisons(build):
-    print("\nOther programs on the same files, CPU time\n")
-    gemmi = build / "bench/gemmi_reader"
+    print("\nReaders in turns, and another program, on the same files, CPU time (share of gemmi's)\n")
+    readers = build / "bench/gemmara_readers"
     for kind, blocks in (("pyroxene", 1000), ("pyroxene", 10000), ("garnet", 1000),
                          ("triclinic", 100), ("zeolite", 30)):
-        answer = said_by([gemmi, series(build, kind, blocks), str(REPEATS)]) if gemmi.exists() else \
-            "not built"
-        print("gemmi reads %-10s %s" % (kind, answer))
+        answer = said_by([readers, series(build, kind, blocks), str(4 * REPEATS)]) \
+            if readers.exists() else "not built"
+        print("%-10s %s" % (kind, answer))
     script = pathlib.Path(__file__).with_name("cctbx_geometry.py")
     for kind, dmax in RADII.items():
         answer = said_by([CCTBX_PYTHON, script, series(build, kind, 100), str(dmax)])

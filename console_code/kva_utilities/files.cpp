@@ -1,10 +1,11 @@
 // Files by unit number, file names, and whole files as lines. Asks and prints nothing.
 #include "console_code/kva_utilities/files.h"
 
-#include <algorithm>  // for min
+#include <algorithm>  // for max, min
 #include <cerrno>
 #include <cstring>  // for memchr
 #include <map>
+#include <span>
 
 #include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
@@ -196,6 +197,26 @@ void READ_FILE(FILE_RECORD& file, FILE_LINES& flines, std::string& message) {
     message = "*****Error in reading file: " + name + " or it is empty";
     flines.CLEAR();
     CLOSE_FILE(file);
+  }
+}
+
+bool READ_FILE_BYTES(const std::string& name, std::string& bytes) {
+  bytes.clear();
+  const FILE_IDENTITY identity = IDENTITY_OF(name);
+  OPENED_FILE opened;
+  if (!identity.REGULAR || OPEN_AS_ALLOWED(name, UNIT_MODE::OLD, opened) != 0 || !opened.READABLE)
+    return false;
+  constexpr std::size_t step = 1U << 16;
+  std::size_t held = 0;
+  while (true) {
+    bytes.resize(std::max(identity.SIZE + 1, held + step));
+    const std::ptrdiff_t read = READ_BYTES(opened.FILE.get(), std::span(bytes).subspan(held));
+    if (read < 0) bytes.clear();
+    if (read < 0) return false;
+    held += static_cast<std::size_t>(read);
+    if (read > 0) continue;
+    bytes.resize(held);
+    return true;
   }
 }
 

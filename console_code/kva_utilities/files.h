@@ -63,6 +63,9 @@ std::string CUT_LINE(std::string_view line);
 void READ_FILE(FILE_RECORD& file, FILE_LINES& flines, std::string& message);
 void CLOSE_FILE(FILE_RECORD& file);
 
+// The bytes of a file as they are. False when it cannot be read or is no ordinary file.
+bool READ_FILE_BYTES(const std::string& name, std::string& bytes);
+
 void CLEAN_FILE(FILE_LINES& flines);         // control characters to blanks
 void STRIP_BLANK_LINES(FILE_LINES& flines);  // non-blank lines to the front, the rest blank
 void STRIP_COMMENTS(FILE_LINES& flines, std::string_view marker);

@@ -58,22 +58,11 @@ bool READ_CELL(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_T
   return false;
 }
 
-// Compares the volume that the file gives with that of its cell.
-void CHECK_VOLUME(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
-  constexpr float most_esds = 3.0f;
-  constexpr float most_relative = 0.005f;
+void READ_VOLUME(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   float volume = 0.0f;
   float std = 0.0f;
   READ_CIF_VALUE("_cell_volume", flines, block.START, block.END, volume, std);
-  if (!(volume > TINY_REAL) || !(std::abs(std) > TINY_REAL)) return;
-  const float from_cell = phase.CELL.CELLVOL;
-  const float difference = std::abs(from_cell - volume);
-  phase.CELL.STDVOL = std;
-  if (!(difference / std > most_esds) && !(difference / volume > most_relative)) return;
-  WRITE_OUT("*****Warning: Volume in CIF looks inconsistent with cell parameters:");
-  WRITE_OUT("     Volume from cif  = " + SETNUM_STD(volume, std));
-  WRITE_OUT("     Volume from cell = " + SETNUM_STD(from_cell, std));
-  WRITE_OUT("     Calculated value will be used");
+  CHECK_VOLUME(volume, std, phase);
 }
 
 void READ_CONDITIONS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
@@ -215,7 +204,7 @@ void READ_ATOMS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_
 void READ_BLOCK(const FILE_LINES& flines, const BLOCK& block, LAST_SYMMETRY& last,
                 CRYSTAL_STRUCTURE_TYPE& phase) {
   READ_TITLE(flines, block, phase);
-  if (READ_CELL(flines, block, phase)) CHECK_VOLUME(flines, block, phase);
+  if (READ_CELL(flines, block, phase)) READ_VOLUME(flines, block, phase);
   READ_CONDITIONS(flines, block, phase);
   READ_SPACE_GROUP(flines, block, last, phase);
   READ_ATOMS(flines, block, phase);
@@ -233,6 +222,20 @@ void NAME_UNTITLED(std::string_view file_name, STRUCTURE_LIST& newx) {
   for (CRYSTAL_STRUCTURE_TYPE& phase : newx)
     if (LENTRIM(phase.BLOCK_TITLE) == 0)
       phase.BLOCK_TITLE = UNIQUE_NAME(CUT_TEXT(name, TITLE_LENGTH), taken, TITLE_LENGTH);
+}
+
+void CHECK_VOLUME(float volume, float std, CRYSTAL_STRUCTURE_TYPE& phase) {
+  constexpr float most_esds = 3.0f;
+  constexpr float most_relative = 0.005f;
+  if (!(volume > TINY_REAL) || !(std::abs(std) > TINY_REAL)) return;
+  const float from_cell = phase.CELL.CELLVOL;
+  const float difference = std::abs(from_cell - volume);
+  phase.CELL.STDVOL = std;
+  if (!(difference / std > most_esds) && !(difference / volume > most_relative)) return;
+  WRITE_OUT("*****Warning: Volume in CIF looks inconsistent with cell parameters:");
+  WRITE_OUT("     Volume from cif  = " + SETNUM_STD(volume, std));
+  WRITE_OUT("     Volume from cell = " + SETNUM_STD(from_cell, std));
+  WRITE_OUT("     Calculated value will be used");
 }
 
 void STORE_ATOMS(const LIST<ATOM_TYPE>& atoms, int natoms, CRYSTAL_STRUCTURE_TYPE& phase) {

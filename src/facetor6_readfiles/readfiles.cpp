@@ -60,11 +60,11 @@ void COMPLETE_BLOCK(CRYSTAL_STRUCTURE_TYPE& phase) {
 
 // ---- choosing and reading a file ----
 
-enum FILE_TYPE { CIF_FILE = 1, RFINE_FILE, CRYSTAL_FILE, CCSL_FILE };
-constexpr std::array<std::string_view, 4> type_menu{"cif", "RFINE prm", "Crystal17 out",
-                                                    "CCSL cnt"};  // ORDER FILE_TYPE
-constexpr std::array<std::string_view, 4> type_extensions{"cif", "prm", "out",
-                                                          "cnt"};  // ORDER FILE_TYPE
+enum FILE_TYPE { CIF_FILE = 1, RFINE_FILE, CRYSTAL_FILE, CCSL_FILE, FULL_CIF_FILE };
+constexpr std::array<std::string_view, 5> type_menu{"cif", "RFINE prm", "Crystal17 out", "CCSL cnt",
+                                                    "full CIF"};  // ORDER FILE_TYPE
+constexpr std::array<std::string_view, 5> type_extensions{"cif", "prm", "out", "cnt",
+                                                          "cif"};  // ORDER FILE_TYPE
 
 // Opens a file of a type that can be read; 0 when the user wants none.
 int CHOOSE_FILE(FILE_RECORD& file) {
@@ -72,7 +72,7 @@ int CHOOSE_FILE(FILE_RECORD& file) {
     const int type = GET_LIST_SELECTION("File type", type_menu);
     if (type <= 0) return 0;
     const auto entry = static_cast<std::size_t>(type - 1);
-    if (type != CIF_FILE && type != CRYSTAL_FILE) {
+    if (type == RFINE_FILE || type == CCSL_FILE) {
       WRITE_OUT("|*****Reading of " + std::string(type_menu[entry]) + " file not yet available");
       continue;
     }
@@ -110,26 +110,47 @@ void SHOW_LOADED() {
   EQUAL_ATOMS();
 }
 
-// Lines of the file. False, after a message, when there are none or the user stopped the work.
-bool READ_CHOSEN_FILE(FILE_RECORD& file, FILE_LINES& flines) {
-  WORK work("Reading the file", 1);
+// A file as its reader wants it: its lines, its bytes, or both.
+struct FILE_CONTENTS {
+  std::string NAME;
+  FILE_LINES LINES;
+  std::string BYTES;
+};
+
+// The message of a file that cannot be read, blank when it can.
+std::string READ_CONTENTS(int type, FILE_RECORD& file, FILE_CONTENTS& contents) {
+  contents.NAME = file.NAME;  // closing the file forgets it
   std::string message;
-  READ_FILE(file, flines, message);
+  if (type != FULL_CIF_FILE) READ_FILE(file, contents.LINES, message);
   CLOSE_FILE(file);
+  if (!message.empty() || type == CRYSTAL_FILE) return message;
+  const bool read = READ_FILE_BYTES(contents.NAME, contents.BYTES);
+  if (read && !contents.BYTES.empty()) return "";
+  return read ? "*****Error in reading file: " + contents.NAME + " or it is empty"
+              : "*****Error opening file: " + contents.NAME;
+}
+
+// False, after a message, when there is nothing to read or the user stopped the work.
+bool READ_CHOSEN_FILE(int type, FILE_RECORD& file, FILE_CONTENTS& contents) {
+  WORK work("Reading the file", 1);
+  const std::string message = READ_CONTENTS(type, file, contents);
   if (message.empty()) return GO_ON(work, 1);
   WRITE_OUT_BLANK(1);
   WRITE_OUT(message);
   return false;
 }
 
-// The blocks of the lines, by the type of the file. Those without a title get the file's name.
-void READ_BLOCKS(int type, const std::string& file_name, FILE_LINES& flines, STRUCTURE_LIST& newx,
-                 int& nblocks) {
-  if (type == CIF_FILE)
-    READ_CIF_TO_LIST(flines, newx, nblocks);
+// The blocks of a file, by its type. Those without a title get the file's name.
+void READ_BLOCKS(int type, FILE_CONTENTS& contents, STRUCTURE_LIST& newx, int& nblocks) {
+  if (type == FULL_CIF_FILE)
+    READ_FULL_TO_LIST(contents.BYTES, newx, nblocks);
+  else if (type == CIF_FILE)
+    READ_CIF_TO_LIST(contents.LINES, newx, nblocks);
   else
-    READ_OUT_FILE(flines, newx, nblocks);
-  NAME_UNTITLED(file_name, newx);
+    READ_OUT_FILE(contents.LINES, newx, nblocks);
+  NAME_UNTITLED(contents.NAME, newx);
+  const bool stopped = newx.COUNT() < nblocks;
+  if (type == CIF_FILE && !stopped) CHECK_PLAIN_READING(contents.BYTES, contents.LINES, newx);
 }
 
 }  // namespace
@@ -142,12 +163,11 @@ void READ_PHASE_FROM_FILE() {
   FILE_RECORD file;
   const int type = CHOOSE_FILE(file);
   if (type == 0) return;
-  const std::string name = file.NAME;  // closing the file forgets it
-  FILE_LINES flines;
-  if (!READ_CHOSEN_FILE(file, flines)) return;
+  FILE_CONTENTS contents;
+  if (!READ_CHOSEN_FILE(type, file, contents)) return;
   STRUCTURE_LIST newx;
   int nblocks = 0;
-  READ_BLOCKS(type, name, flines, newx, nblocks);
+  READ_BLOCKS(type, contents, newx, nblocks);
   if (newx.COUNT() == 0) return WARNING("     No crystal structures were read from this file");
   if (newx.COUNT() < nblocks) WARNING("More crystal structures in file than capacity of arrays");
   if (OFFER_BLOCKS(newx, nblocks)) SHOW_LOADED();

@@ -17,9 +17,8 @@ using KVA_UTILITIES::FILE_LINES;
 using KVA_UTILITIES::LIST;
 using KVA_UTILITIES::VECTOR3;
 
-// Conditions of a block whose file tells none. They were not measured and have no esds.
-inline constexpr float ROOM_TEMPERATURE = 298.0f;  // K
-inline constexpr float ONE_ATMOSPHERE = 0.0001f;   // GPa
+using KVA_CRYSTAL_STRUCTURES::ONE_ATMOSPHERE;
+using KVA_CRYSTAL_STRUCTURES::ROOM_TEMPERATURE;
 
 // The command READ.
 void READ_PHASE_FROM_FILE();
@@ -29,6 +28,19 @@ inline constexpr int TITLE_LENGTH = 80;  // characters of a block's title
 
 // Every block of a CIF into newx; nblocks receives their count.
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
+
+// Every structure of a CIF into newx, by the reader of the whole syntax; nblocks receives their
+// count. bytes are those of the file.
+void READ_FULL_TO_LIST(std::string_view bytes, STRUCTURE_LIST& newx, int& nblocks);
+
+// Warns of each block of newx that READ_CIF_TO_LIST read otherwise than the full reader does, and
+// of structures that this one alone finds. flines are the lines as READ_CIF_TO_LIST left them.
+// newx is empty when the user stopped the work.
+void CHECK_PLAIN_READING(std::string_view bytes, const FILE_LINES& flines, STRUCTURE_LIST& newx);
+
+// Compares the volume that a file gives, with its esd, with that of the record's cell, and keeps
+// the esd. Without an esd nothing is compared.
+void CHECK_VOLUME(float volume, float std, KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase);
 
 // The text output of a run of the CRYSTAL program as one record; nblocks becomes 1. Asks for the
 // space group when the file does not tell it.

@@ -23,6 +23,9 @@ using MATRIX6 = std::array<VECTOR6, 6>;  // 0-based, row first
 inline constexpr int MAX_BONDS = 20;      // bonds of a centre
 inline constexpr int MAX_DUPLICATES = 2;  // further atoms of a site that are remembered
 inline constexpr int START_CAPACITY = 8;  // atoms that an empty record has room for
+// Conditions of a block whose file tells none. They were not measured and have no esds.
+inline constexpr float ROOM_TEMPERATURE = 298.0f;  // K
+inline constexpr float ONE_ATMOSPHERE = 0.0001f;   // GPa
 
 // Values of ATOM_USE; a negative value -k marks a duplicate of atom k.
 inline constexpr int ATOM_OMITTED = 0;

@@ -38,6 +38,7 @@ const std::string menu =
     "      2: RFINE prm\n"
     "      3: Crystal17 out\n"
     "      4: CCSL cnt\n"
+    "      5: full CIF\n"
     "      0: Exit\n"
     "\n     Enter selection by number:";
 const std::string question = "Do you want to add this new data (Y/N) <Y>?";

@@ -1,0 +1,175 @@
+// Every structure of a CIF, by the full reader, as a phase record; and what the full reader finds
+// where the plain one reads otherwise.
+#include <algorithm>  // for count, max
+#include <string>
+#include <string_view>
+
+#include "cifcode/cif_code_new/scanner.h"
+#include "cifcode/cif_full/structure.h"
+#include "common_code/Raman_module.h"
+#include "console_code/console/output.h"
+#include "console_code/console/work.h"
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/text.h"
+#include "src/facetor6_readfiles/readfiles.h"
+
+namespace FACETOR_READFILES {
+
+using namespace KVA_CIFFULL;
+using namespace KVA_CONSOLE;
+using namespace KVA_CRYSTAL_STRUCTURES;
+using namespace KVA_UTILITIES;
+
+namespace {
+
+// ---- what is told ----
+
+// Structures of the file, read or not, so far.
+std::string STRUCTURE_WORDS(int number) {
+  return "in block #" + INTEGER_COLUMNS(number, 3) + " in the cif";
+}
+
+void TELL(const STRUCTURE& structure, int number) {
+  const std::string where = structure.STATUS == BLOCK_STATUS::PASSED_OVER
+                                ? "in data_" + std::string(structure.TITLE)
+                                : STRUCTURE_WORDS(number);
+  if (structure.STATUS == BLOCK_STATUS::NO_CELL)
+    WARNING("The cell of " + std::string(structure.TITLE) +
+            " is missing or cannot be read, the block is not read " + where);
+  for (const std::string& telling : structure.TELLINGS) WARNING(telling + " " + where);
+}
+
+// ---- records ----
+
+// The loop of modes is read by the lines of its block.
+void READ_MODES(const STRUCTURE& structure, CRYSTAL_STRUCTURE_TYPE& phase) {
+  FILE_LINES lines;
+  std::string_view rest = structure.BYTES;
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
+    lines.ADD(CUT_LINE(rest.substr(0, end)));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  KVA_CIFNEW::CLEAN_CIF(lines);
+  RAMAN::READ_MODE_LIST(lines, 1, lines.COUNT(), phase.MODE_LIST);
+}
+
+void SET_CONDITION(const VALUE_STD& read, float usual, PT_ROW row, CRYSTAL_STRUCTURE_TYPE& phase) {
+  phase.PT(row, PT_VALUE) = read.VALUE == 0.0f ? usual : read.VALUE;
+  phase.PT(row, PT_ESD) = read.STD;
+}
+
+void FILL_RECORD(const STRUCTURE& structure, CRYSTAL_STRUCTURE_TYPE& phase) {
+  INIT_CRYSTAL_STRUCTURE_TYPE(phase);
+  phase.BLOCK_TITLE = CUT_TEXT(structure.TITLE, TITLE_LENGTH);
+  phase.CELL = structure.CELL;
+  CHECK_VOLUME(structure.VOLUME.VALUE, structure.VOLUME.STD, phase);
+  SET_CONDITION(structure.T, ROOM_TEMPERATURE, TEMPERATURE, phase);
+  SET_CONDITION(structure.P, 0.0f, PRESSURE, phase);
+  phase.SPG = structure.SPG->GROUP;
+  STORE_ATOMS(structure.ATOMS, structure.ATOMS.COUNT(), phase);
+  if (structure.HAS_MODES) READ_MODES(structure, phase);
+}
+
+}  // namespace
+
+void READ_FULL_TO_LIST(std::string_view bytes, STRUCTURE_LIST& newx, int& nblocks) {
+  constexpr int many_lines = 25000;
+  WORK work("Reading structures: block", 0);
+  newx.CLEAR();
+  nblocks = 0;
+  if (std::count(bytes.begin(), bytes.end(), '\n') > many_lines)
+    WRITE_OUT("|*****This is a large file, please be patient while it is read in*****|");
+  STRUCTURE_READER reader = STRUCTURES_OF(bytes);
+  STRUCTURE structure;
+  int number = 0;
+  int passed_over = 0;
+  while (NEXT_STRUCTURE(reader, structure)) {
+    if (structure.STATUS != BLOCK_STATUS::PASSED_OVER) ++number;
+    TELL(structure, number);
+    if (structure.STATUS == BLOCK_STATUS::PASSED_OVER) ++passed_over;
+    if (structure.STATUS != BLOCK_STATUS::READ) continue;
+    if (!GO_ON(work, ++nblocks)) return newx.CLEAR();
+    newx.ITEMS.emplace_back();
+    FILL_RECORD(structure, newx(nblocks));
+  }
+  if (passed_over > 0)
+    WRITE_OUT("     " + INTEGER_COLUMNS(passed_over) +
+              " blocks without a structure were passed over");
+}
+
+// ---- the check of the plain reader ----
+
+namespace {
+
+// The blocks of the plain reader by the lines at which they start.
+struct PLAIN_BLOCKS {
+  const STRUCTURE_LIST& RECORDS;
+  LIST<int> STARTS;
+  int NEXT = 1;  // block whose start is looked at next
+};
+
+// The record whose block starts on the line, 0 without one. Lines are asked for in order.
+int BLOCK_AT(PLAIN_BLOCKS& plain, int line) {
+  while (plain.NEXT <= plain.RECORDS.COUNT() && plain.STARTS(plain.NEXT) < line) ++plain.NEXT;
+  const bool found = plain.NEXT <= plain.RECORDS.COUNT() && plain.STARTS(plain.NEXT) == line;
+  return found ? plain.NEXT++ : 0;
+}
+
+// Lines up to a place, counted on from the last one.
+struct LINE_COUNTER {
+  const char* AT;
+  int LINE = 1;
+
+  int UP_TO(const char* place) {
+    LINE += static_cast<int>(std::count(AT, place, '\n'));
+    AT = place;
+    return LINE;
+  }
+};
+
+bool SAME_OPERATORS(const XTAL::SPACE_GROUP& a, const XTAL::SPACE_GROUP& b) {
+  return a.SYMOPSYMB.ITEMS == b.SYMOPSYMB.ITEMS || XTAL::SPGR_EQUAL(a, b);
+}
+
+void REPORT_DIFFERENCES(const STRUCTURE& structure, const CRYSTAL_STRUCTURE_TYPE& plain,
+                        int block) {
+  const std::string start = "Block #" + INTEGER_COLUMNS(block, 3) + " " + plain.BLOCK_TITLE + ": ";
+  // The plain reader takes 90 degrees for an angle that is missing, as is meant, but also 1
+  // angstrom for a length. Without any cell it is known to have read none.
+  if (structure.LENGTH_MISSING && plain.CELL.CELL != VECTOR3{1.0f, 1.0f, 1.0f})
+    WARNING(start + "a cell length is missing or cannot be read, READ full does not read it");
+  if (structure.STATUS == BLOCK_STATUS::NO_CELL) return;
+  const std::string told =
+      DIFFERENCES(structure, plain, SAME_OPERATORS(structure.SPG->GROUP, plain.SPG));
+  if (!told.empty()) WARNING(start + "READ full reads " + told);
+}
+
+}  // namespace
+
+void CHECK_PLAIN_READING(std::string_view bytes, const FILE_LINES& flines, STRUCTURE_LIST& newx) {
+  WORK work("Checking structures: block", newx.COUNT());
+  PLAIN_BLOCKS plain{newx, {}, 1};
+  int count = 0;
+  KVA_CIFNEW::FIND_ALL_BLOCKS_CIF(flines, plain.STARTS, count);
+  STRUCTURE_READER reader = STRUCTURES_OF(bytes);
+  LINE_COUNTER lines{reader.SOURCE.SOURCE.BYTES.data()};
+  STRUCTURE structure;
+  int read = 0;
+  int alone = 0;
+  while (NEXT_STRUCTURE(reader, structure)) {
+    const int block = BLOCK_AT(plain, lines.UP_TO(structure.BYTES.data()));
+    if (structure.STATUS == BLOCK_STATUS::PASSED_OVER) continue;
+    if (structure.STATUS == BLOCK_STATUS::READ) ++read;
+    if (!GO_ON(work, read)) return newx.CLEAR();
+    if (block > 0)
+      REPORT_DIFFERENCES(structure, newx(block), block);
+    else if (structure.STATUS == BLOCK_STATUS::READ)
+      ++alone;
+  }
+  if (alone > 0)
+    WARNING("READ full reads " + INTEGER_COLUMNS(read) + " structures from this file (not " +
+            INTEGER_COLUMNS(read - alone) + ")");
+}
+
+}  // namespace FACETOR_READFILES

@@ -1,0 +1,441 @@
+// What the full reader makes of a block, item by item: small files with the reading that a person
+// works out, and what is told.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+
+#include "cifcode/cif_full/structure.h"
+
+namespace {
+
+using namespace KVA_CIFFULL;
+
+const std::string cubic_cell =
+    "_cell_length_a 5.0(1)\n_cell_length_b 5.0(1)\n_cell_length_c 5.0(1)\n"
+    "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n";
+const std::string one_site =
+    "loop_ _atom_site_label _atom_site_fract_x _atom_site_fract_y _atom_site_fract_z\n"
+    "Si1 0.1 0.2 0.3\n";
+const std::string no_symmetry = "_symmetry_space_group_name_H-M 'P 1'\n";
+
+// The first block of a text that is read.
+struct READING {
+  std::string BYTES;
+  STRUCTURE_READER READER;
+  STRUCTURE FOUND;
+
+  explicit READING(const std::string& bytes) : BYTES(bytes), READER(STRUCTURES_OF(BYTES)) {
+    while (NEXT_STRUCTURE(READER, FOUND) && FOUND.STATUS != BLOCK_STATUS::READ) {
+    }
+  }
+
+  std::string TOLD() const {
+    std::string told;
+    for (const std::string& telling : FOUND.TELLINGS) told += (told.empty() ? "" : "|") + telling;
+    return told;
+  }
+};
+
+// A block with the cell, the space group and the site, where the text does not have its own.
+std::string WITH_SITE(const std::string& text) {
+  return "data_a\n" + cubic_cell + no_symmetry + text + one_site;
+}
+
+std::string WITH_SITES(const std::string& loop) {
+  return "data_a\n" + cubic_cell + no_symmetry + loop;
+}
+
+// ---- cell ----
+
+TEST(FULL_CELL, SIX_PARAMETERS_WITH_ESDS_BY_OLD_AND_NEW_NAMES) {
+  const READING reading(
+      "data_a _cell.length_a 5.1(2) _cell.length_b 6.25(3) _CELL_LENGTH_C '7'\n"
+      "_cell_angle_alpha 91.5(1) _cell_angle_beta\n92 _cell_angle_gamma\n;93\n;\n" +
+      no_symmetry + one_site);
+  ASSERT_EQ(reading.FOUND.STATUS, BLOCK_STATUS::READ);
+  EXPECT_EQ(reading.FOUND.CELL.CELL, (VECTOR3{5.1f, 6.25f, 7.0f}));
+  EXPECT_EQ(reading.FOUND.CELL.ANG, (VECTOR3{91.5f, 92.0f, 93.0f}));
+  EXPECT_FLOAT_EQ(reading.FOUND.CELL.CELL_STD[0], 0.2f);
+  EXPECT_FLOAT_EQ(reading.FOUND.CELL.CELL_STD[1], 0.03f);
+  EXPECT_FLOAT_EQ(reading.FOUND.CELL.ANG_STD[0], 0.1f);
+  EXPECT_EQ(reading.TOLD(), "");
+}
+
+TEST(FULL_CELL, WITHOUT_ALL_SIX_THE_BLOCK_IS_NOT_READ) {
+  for (const char* wrong : {"?", "abc", "-5", "0", "nan"}) {
+    READING reading("data_a _cell_length_a " + std::string(wrong) +
+                    " _cell_length_b 5 _cell_length_c 5 _cell_angle_alpha 90 _cell_angle_beta 90 "
+                    "_cell_angle_gamma 90\n" +
+                    one_site);
+    EXPECT_EQ(reading.FOUND.STATUS, BLOCK_STATUS::PASSED_OVER) << wrong;  // the end of the file
+    reading.READER = STRUCTURES_OF(reading.BYTES);
+    NEXT_STRUCTURE(reading.READER, reading.FOUND);
+    EXPECT_EQ(reading.FOUND.STATUS, BLOCK_STATUS::NO_CELL) << wrong;
+  }
+}
+
+// ---- symmetry ----
+
+// Symbol and number of operators, then what is told.
+std::string GROUP(const std::string& items, const std::string& cell = cubic_cell) {
+  const READING reading("data_a\n" + cell + items + one_site);
+  if (reading.FOUND.STATUS != BLOCK_STATUS::READ) return "not read";
+  const XTAL::SPACE_GROUP& group = reading.FOUND.SPG->GROUP;
+  const std::string told = reading.TOLD();
+  return group.SPG_SYMB + " " + std::to_string(group.MULTIP) + (told.empty() ? "" : "|" + told);
+}
+
+TEST(FULL_SYMMETRY, OPERATORS_QUOTED_OR_BARE_IN_A_LOOP_OF_ANY_COLUMNS) {
+  EXPECT_EQ(GROUP("loop_ _symmetry_equiv_pos_as_xyz 'x, y, z' \"-x,-y,-z\"\n"), "P -1 2");
+  EXPECT_EQ(GROUP("loop_ _space_group_symop_id _space_group_symop.operation_xyz _x\n"
+                  "1 x,y,z a 2 -X,-Y,-Z b\n"),
+            "P -1 2");
+  EXPECT_EQ(GROUP("_space_group_symop_operation_xyz x,y,z\n"), "P 1 1");
+  EXPECT_EQ(GROUP("loop_\n_symmetry_equiv_pos_as_xyz\nx, y, z\n-x, -y, -z\n"), "P -1 2");
+  EXPECT_EQ(GROUP("loop_ _space_group_symop_magn_operation.xyz x,y,z,+1 -x,-y,-z,-1\n"
+                  "loop_ _space_group_symop_magn_centering.xyz x,y,z,+1 x+1/2,y+1/2,z+1/2,-1\n"),
+            "unknown 4");  // the setting I -1 has no row
+}
+
+TEST(FULL_SYMMETRY, SYMBOLS_IN_ALL_THE_WAYS_IN_WHICH_THEY_ARE_WRITTEN) {
+  const auto hm = [](const std::string& symbol) {
+    return GROUP("_symmetry_space_group_name_H-M \"" + symbol + "\"\n");
+  };
+  for (const char* symbol : {"F d -3 m", "Fd-3m", "F d -3 m :2", "Fd-3m:2", "F d -3 m Z", "Fd-3mZ",
+                             "F d -3 m (origin choice 2)"})
+    EXPECT_EQ(hm(symbol).substr(0, 8) + hm(symbol).substr(hm(symbol).rfind(' ')), "F d -3 m 192")
+        << symbol;
+  for (const char* symbol : {"F d -3 m :1", "Fd-3m:1", "F d -3 m S", "Fd-3mS",
+                             "F d -3 m (origin choice 1)", "F d -3 m, origin 1"})
+    EXPECT_EQ(hm(symbol), "F d -3 m:1 192") << symbol;
+  for (const char* symbol : {"P n m a", "Pnma", "P_n_m_a", "P n m a S"})
+    EXPECT_EQ(hm(symbol), "P n m a 8") << symbol;
+  EXPECT_EQ(hm("Fd3m"), "F d 3 m 192");  // without the bar, as it was written before 1992
+  EXPECT_EQ(hm("P 21 3"), "P 21 3 12");
+  EXPECT_EQ(hm("P2(1)3"), "P 21 3 12");
+  EXPECT_EQ(hm("P 2~1~ 3"), "P 21 3 12");
+  EXPECT_EQ(GROUP("_space_group_name_H-M_alt ?\n_symmetry_space_group_name_H-M Pm-3m\n"),
+            "P m -3 m 48");
+}
+
+TEST(FULL_SYMMETRY, HALL_SYMBOL_THEN_SYMBOL_THEN_NUMBER) {
+  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 2ac 2n'\n_space_group_IT_number 1\n"), "P n m a 8");
+  EXPECT_EQ(GROUP("_space_group_name_Hall nonsense\n_space_group_name_H-M_alt 'P n m a'\n"),
+            "P n m a 8");
+  EXPECT_EQ(GROUP("_symmetry_Int_Tables_number 62\n"), "P n m a 8");
+  EXPECT_EQ(GROUP("_space_group_IT_number 227\n_space_group_IT_coordinate_system_code 1\n"),
+            "F d -3 m:1 192");
+  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 2ac 2n'\n_space_group_name_H-M_alt 'P b c a'\n"),
+            "P n m a 8|The symbol P b c a does not agree with the Hall symbol -P 2ac 2n, which is "
+            "read");
+}
+
+TEST(FULL_SYMMETRY, OPERATORS_WIN_AND_A_CONTRADICTION_IS_TOLD) {
+  const std::string inversion = "loop_ _symmetry_equiv_pos_as_xyz x,y,z -x,-y,-z\n";
+  EXPECT_EQ(GROUP(inversion + "_symmetry_space_group_name_H-M 'P 1'\n"),
+            "P -1 2|The symbol P 1 does not agree with the operators, which are read: P -1");
+  EXPECT_EQ(GROUP(inversion + "_space_group_name_Hall 'P 1'\n"),
+            "P -1 2|The Hall symbol P 1 does not agree with the operators, which are read: P -1");
+  EXPECT_EQ(GROUP(inversion + "_space_group_IT_number 1\n"),
+            "P -1 2|The number 1 does not agree with the operators, which are read: P -1");
+  EXPECT_EQ(GROUP("loop_ _symmetry_equiv_pos_as_xyz x,y,z a,b,c\n"
+                  "_symmetry_space_group_name_H-M 'P m'\n"),
+            "P m 2|The operators make no space group, it is P m by the symbol");
+}
+
+// The symbol leaves the origin open, so that operators of either are no contradiction.
+TEST(FULL_SYMMETRY, A_SYMBOL_WITHOUT_A_CHOICE_AGREES_WITH_THE_OPERATORS_OF_EACH) {
+  const std::string first_origin =
+      "loop_ _symmetry_equiv_pos_as_xyz x,y,z -x,-y,z -x,y,-z x,-y,-z 1/2-x,1/2-y,1/2-z "
+      "1/2+x,1/2+y,1/2-z 1/2+x,1/2-y,1/2+z 1/2-x,1/2+y,1/2+z\n";
+  EXPECT_EQ(GROUP(first_origin + "_symmetry_space_group_name_H-M 'P n n n'\n"), "P n n n:1 8");
+  EXPECT_EQ(GROUP(first_origin + "_symmetry_space_group_name_H-M 'P n n n :2'\n"),
+            "P n n n:1 8|The symbol P n n n :2 does not agree with the operators, which are read: "
+            "P n n n:1");
+}
+
+TEST(FULL_SYMMETRY, AN_R_SYMBOL_OVER_A_RHOMBOHEDRAL_CELL_HAS_ITS_AXES) {
+  const std::string cell =
+      "_cell_length_a 6 _cell_length_b 6 _cell_length_c 6 _cell_angle_alpha 50 "
+      "_cell_angle_beta 50 _cell_angle_gamma 50\n";
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c'\n", cell), "R -3 c:r 12");
+  EXPECT_EQ(GROUP("_space_group_IT_number 167\n", cell), "R -3 c:r 12");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c :R'\n", cell), "R -3 c:r 12");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c H'\n", cell),
+            "R -3 c 36|The operators of R -3 c do not fit the cell");
+}
+
+TEST(FULL_SYMMETRY, OPERATORS_THAT_CHANGE_THE_CELL_ARE_TOLD) {
+  const std::string cell =
+      "_cell_length_a 5 _cell_length_b 6 _cell_length_c 7 _cell_angle_alpha 90 "
+      "_cell_angle_beta 100 _cell_angle_gamma 90\n";
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'P 21/c'\n", cell), "P 21/c 4");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'P m m m'\n", cell),
+            "P m m m 8|The operators of P m m m do not fit the cell");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'P 4/m'\n", cell),
+            "P 4/m 8|The operators of P 4/m do not fit the cell");
+}
+
+TEST(FULL_SYMMETRY, NONE_IS_P1_AND_TOLD) {
+  EXPECT_EQ(GROUP(""), "P 1 1|No symmetry, space group set to P 1");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'Q 9'\n"),
+            "P 1 1|The space group Q 9 is not known, space group set to P 1");
+}
+
+// ---- temperature and pressure ----
+
+std::string CONDITIONS(const std::string& items) {
+  const READING reading(WITH_SITE(items));
+  const auto text = [](const VALUE_STD& number) {
+    return std::to_string(number.VALUE) + "(" + std::to_string(number.STD) + ")";
+  };
+  return text(reading.FOUND.T) + " " + text(reading.FOUND.P) +
+         (reading.TOLD().empty() ? "" : "|" + reading.TOLD());
+}
+
+TEST(FULL_CONDITIONS, OF_THE_MEASUREMENT_THEN_OF_THE_CELL) {
+  EXPECT_EQ(CONDITIONS(""), "0.000000(0.000000) 0.000000(0.000000)");
+  EXPECT_EQ(CONDITIONS("_diffrn_ambient_temperature 150(2)\n_diffrn_ambient_pressure 2.50(5)e6\n"
+                       "_cell_measurement_temperature 200\n"),
+            "150.000000(2.000000) 0.000000(0.000000)|The pressure 2.50(5)e6 is not read: it is no "
+            "number in kPa");
+  EXPECT_EQ(CONDITIONS("_diffrn_ambient_temperature ?\n_cell_measurement_temperature 200\n"
+                       "_cell_measurement_pressure 2500000(50000)\n"),
+            "200.000000(0.000000) 2.500000(0.050000)");
+}
+
+TEST(FULL_CONDITIONS, A_UNIT_OF_THE_ITEM_MAY_STAND_BEHIND_ANOTHER_IS_TOLD) {
+  for (const char* text : {"150 K", "150K", "'150 K'", "'150K'", "150 kelvin", "\n;150 K\n;"})
+    EXPECT_EQ(CONDITIONS("_diffrn_ambient_temperature " + std::string(text) + "\n"),
+              "150.000000(0.000000) 0.000000(0.000000)")
+        << text;
+  EXPECT_EQ(CONDITIONS("_diffrn_ambient_pressure '100 kPa'\n"),
+            "0.000000(0.000000) 0.000100(0.000000)");
+  EXPECT_EQ(CONDITIONS("_diffrn_ambient_temperature 20 C\n"),
+            "0.000000(0.000000) 0.000000(0.000000)|The temperature 20 C is not read: it is no "
+            "number in K");
+  EXPECT_EQ(CONDITIONS("_diffrn_ambient_pressure '2.5 GPa'\n"),
+            "0.000000(0.000000) 0.000000(0.000000)|The pressure 2.5 GPa is not read: it is no "
+            "number in kPa");
+}
+
+TEST(FULL_CONDITIONS, A_STRAY_WORD_BEHIND_ANOTHER_VALUE_IS_A_FAULT_WITH_ITS_LINE) {
+  EXPECT_EQ(CONDITIONS("_cell_volume 125 A\n"),
+            "0.000000(0.000000) 0.000000(0.000000)|Line 9: a data name was expected, not A");
+}
+
+// ---- sites ----
+
+// Label, element, charge, position, occupancy of each site; then what is told.
+std::string SITES(const std::string& text) {
+  const READING reading(text);
+  std::string sites;
+  for (const ATOM_TYPE& atom : reading.FOUND.ATOMS) {
+    std::string numbers;
+    for (float number : {atom.X[0], atom.X[1], atom.X[2], atom.OCC}) {
+      std::string digits = std::to_string(number).substr(0, std::to_string(number).find('.') + 4);
+      numbers += " " + digits;
+    }
+    sites += (sites.empty() ? "" : "; ") + atom.LAB + " " + atom.CHEMSYMB + "/" + atom.SFACSYMB +
+             numbers;
+  }
+  return sites + (reading.TOLD().empty() ? "" : "|" + reading.TOLD());
+}
+
+const std::string site_head =
+    "loop_ _atom_site_label _atom_site_type_symbol _atom_site_fract_x _atom_site_fract_y "
+    "_atom_site_fract_z _atom_site_occupancy\n";
+
+TEST(FULL_SITES, LABELS_KEEP_APOSTROPHES) {
+  EXPECT_EQ(SITES(WITH_SITES(site_head + "O1' O 0.1 0.2 0.3 1 \"O1''\" O .1 -.5 +0.5 1\n"
+                                         "'C a' C 1e-1 0 0 1\n")),
+            "O1' O/O 0.100 0.200 0.300 1.000; O1'' O/O 0.100 -0.500 0.500 1.000; "
+            "C a C/C 0.100 0.000 0.000 1.000");
+}
+
+TEST(FULL_SITES, ZERO_OCCUPANCY_STAYS_AND_NONE_IS_ONE) {
+  EXPECT_EQ(SITES(WITH_SITES(site_head + "A1 O 0 0 0 0 A2 O 0 0 0 ? A3 O 0 0 0 . A4 O 0 0 0 "
+                                         "0.25(1) A5 O 0 0 0 all\n")),
+            "A1 O/O 0.000 0.000 0.000 0.000; A2 O/O 0.000 0.000 0.000 1.000; "
+            "A3 O/O 0.000 0.000 0.000 1.000; A4 O/O 0.000 0.000 0.000 0.250; "
+            "A5 O/O 0.000 0.000 0.000 1.000|"
+            "1 sites with an occupancy that is no number, which is read as 1, first A5");
+}
+
+TEST(FULL_SITES, FRACTIONS_AND_BROKEN_ESDS) {
+  EXPECT_EQ(SITES(WITH_SITES(site_head + "A1 O 1/3 -2/3 1/8 1\nA2 O 0.25( 0.5() 0.125(x) 1\n")),
+            "A1 O/O 0.333 -0.666 0.125 1.000; A2 O/O 0.250 0.500 0.125 1.000|"
+            "1 sites with an esd that cannot be read, first A2");
+}
+
+TEST(FULL_SITES, THOSE_WITHOUT_A_POSITION_ARE_LEFT_OUT_AND_TOLD) {
+  EXPECT_EQ(
+      SITES(WITH_SITES(site_head + "A1 O 0 0 0 1\nA2 O ? 0 0 1\nA3 O . . . 1\nA4 O x 0 0 1\n")),
+      "A1 O/O 0.000 0.000 0.000 1.000|"
+      "2 sites without coordinates are left out, first A2|"
+      "1 sites whose coordinates are no numbers are left out, first A4");
+  EXPECT_EQ(SITES(WITH_SITES("loop_ _atom_site_calc_flag _atom_site_label _atom_site_fract_x "
+                             "_atom_site_fract_y _atom_site_fract_z\nd C1 0 0 0\nDUM C2 1 0 0\n"
+                             "dum C3 1 0 0\n")),
+            "C1 C/C 0.000 0.000 0.000 1.000|2 sites with the flag dum are left out, first C2");
+}
+
+TEST(FULL_SITES, A_SITE_WITHOUT_A_LABEL_IS_CALLED_BY_ITS_TYPE_AND_NUMBER) {
+  EXPECT_EQ(SITES(WITH_SITES("loop_ _atom_site_type_symbol _atom_site_fract_x _atom_site_fract_y "
+                             "_atom_site_fract_z\nMg 0 0 0\nO .5 .5 .5\n")),
+            "Mg1 Mg/Mg 0.000 0.000 0.000 1.000; O2 O/O 0.500 0.500 0.500 1.000");
+}
+
+TEST(FULL_SITES, ONE_SITE_NEEDS_NO_LOOP) {
+  EXPECT_EQ(SITES(WITH_SITES("_atom_site_label Po _atom_site_fract_x 0 _atom_site_fract_y 0 "
+                             "_atom_site_fract_z 0\n")),
+            "Po Po/Po 0.000 0.000 0.000 1.000");
+}
+
+// ---- elements and charges ----
+
+TEST(FULL_ELEMENTS, OF_THE_TYPE_ELSE_OF_THE_LABEL) {
+  EXPECT_EQ(SITES(WITH_SITES(site_head + "X1 Fe3+ 0 0 0 1\nX2 O2- 0 0 0 1\nX3 Na+ 0 0 0 1\n"
+                                         "Ca1 ? 0 0 0 1\nWat1 . 0 0 0 1\nD2 D 0 0 0 1\n"
+                                         "Cl1 Xx 0 0 0 1\n")),
+            "X1 Fe/Fe+3 0.000 0.000 0.000 1.000; X2 O/O-2 0.000 0.000 0.000 1.000; "
+            "X3 Na/Na+1 0.000 0.000 0.000 1.000; Ca1 Ca/Ca 0.000 0.000 0.000 1.000; "
+            "Wat1 O/O 0.000 0.000 0.000 1.000; D2 D/D 0.000 0.000 0.000 1.000; "
+            "Cl1 Cl/Cl 0.000 0.000 0.000 1.000");
+}
+
+std::string CHARGES(const std::string& types) {
+  const READING reading(WITH_SITES(types + site_head + "X1 Fe 0 0 0 1\nX2 O 0 0 0 1\n"));
+  return std::to_string(reading.FOUND.ATOMS(1).CHARGE) + " " +
+         std::to_string(reading.FOUND.ATOMS(2).CHARGE) + " " + reading.FOUND.ATOMS(1).SFACSYMB;
+}
+
+TEST(FULL_ELEMENTS, CHARGES_OF_THE_TYPE_LOOP) {
+  EXPECT_EQ(CHARGES("loop_ _atom_type_symbol _atom_type_oxidation_number Fe 2.5 O -2\n"),
+            "2.500000 -2.000000 Fe");
+  EXPECT_EQ(CHARGES("loop_ _atom_type_symbol _atom_type_oxidation_number Fe 3 O ?\n"),
+            "3.000000 0.000000 Fe+3");
+  EXPECT_EQ(CHARGES("loop_ _atom_type_symbol _atom_type_description Fe Fe3+ O 'O-2'\n"),
+            "3.000000 -2.000000 Fe+3");
+  EXPECT_EQ(CHARGES("loop_ _atom_type_symbol _atom_type_description Fe iron O 'part-2'\n"),
+            "0.000000 0.000000 Fe");
+}
+
+// ---- displacements ----
+
+// Kind and the six numbers (isotropic: U, or B) of each site; then what is told.
+std::string DISPLACEMENTS(const std::string& loops) {
+  const READING reading(WITH_SITES(loops));
+  std::string text;
+  for (const ATOM_TYPE& atom : reading.FOUND.ATOMS) {
+    text += (text.empty() ? "" : "; ") + atom.LAB;
+    if (atom.THTYPE == "isotr") {
+      text += " U " + std::to_string(atom.UEQ) + " B " + std::to_string(atom.BISO) + "(" +
+              std::to_string(atom.BISO_STD) + ")";
+      continue;
+    }
+    text += " " + atom.UTYPE;
+    for (float u : atom.U) text += " " + std::to_string(u);
+  }
+  return text + (reading.TOLD().empty() ? "" : "|" + reading.TOLD());
+}
+
+const std::string two_sites =
+    "loop_ _atom_site_label _atom_site_fract_x _atom_site_fract_y _atom_site_fract_z\n"
+    "A 0 0 0\nA1 .5 .5 .5\n";
+const std::string u_head =
+    "loop_ _atom_site_aniso_label _atom_site_aniso_U_11 _atom_site_aniso_U_22 "
+    "_atom_site_aniso_U_33 _atom_site_aniso_U_12 _atom_site_aniso_U_13 _atom_site_aniso_U_23\n";
+
+TEST(FULL_DISPLACEMENTS, BEFORE_OR_BEHIND_THE_SITES_BY_WHOLE_LABELS) {
+  const std::string expected =
+      "A U 0.000000 B 0.000000(0.000000); A1 u_ij 0.010000 0.020000 0.030000 0.004000 0.005000 "
+      "0.006000";
+  const std::string row = "A1 .01(1) .02 .03 .004 .005 .006\n";
+  EXPECT_EQ(DISPLACEMENTS(two_sites + u_head + row), expected);
+  EXPECT_EQ(DISPLACEMENTS(u_head + row + two_sites), expected);
+  EXPECT_EQ(DISPLACEMENTS(two_sites + u_head + row + "B9 1 1 1 1 1 1\nA ? ? ? ? ? ?\n"),
+            expected + "|1 labels of displacements that no site has, first B9");
+}
+
+// 8 pi^2 = 78.9568: B of 0.789568 is U of 0.01. Beta stays what it is until the cell makes U of it.
+TEST(FULL_DISPLACEMENTS, AS_B_OR_BETA) {
+  EXPECT_EQ(
+      DISPLACEMENTS(two_sites +
+                    "loop_ _atom_site_aniso_label _atom_site_aniso_B_11 _atom_site_aniso_B_22 "
+                    "_atom_site_aniso_B_33 _atom_site_aniso_B_12 _atom_site_aniso_B_13 "
+                    "_atom_site_aniso_B_23\nA .789568 .789568 .789568 0 0 0\n"),
+      "A u_ij 0.010000 0.010000 0.010000 0.000000 0.000000 0.000000; "
+      "A1 U 0.000000 B 0.000000(0.000000)");
+  EXPECT_EQ(DISPLACEMENTS(two_sites + "loop_ _atom_site_aniso.label _atom_site_aniso.beta_11 "
+                                      "_atom_site_aniso.beta_22 _atom_site_aniso.beta_33 "
+                                      "_atom_site_aniso.beta_12 _atom_site_aniso.beta_13 "
+                                      "_atom_site_aniso.beta_23\nA .001 .002 .003 0 0 0\n"),
+            "A beta 0.001000 0.002000 0.003000 0.000000 0.000000 0.000000; "
+            "A1 U 0.000000 B 0.000000(0.000000)");
+}
+
+TEST(FULL_DISPLACEMENTS, U_OR_B_WITH_ESD) {
+  EXPECT_EQ(DISPLACEMENTS("loop_ _atom_site_label _atom_site_fract_x _atom_site_fract_y "
+                          "_atom_site_fract_z _atom_site_U_iso_or_equiv _atom_site_B_iso_or_equiv\n"
+                          "A 0 0 0 .01(1) ?\nB 0 0 .5 ? .5(1)\nC .5 0 0 ? ?\nD 0 .5 0 ab ?\n"),
+            "A U 0.010000 B 0.000000(0.789568); B U 0.000000 B 0.500000(0.100000); "
+            "C U 0.000000 B 0.000000(0.000000); D U 0.000000 B 0.000000(0.000000)|"
+            "1 sites with a displacement that is no number, which is not read, first D");
+}
+
+// Sites that share a label have their displacements in turn.
+TEST(FULL_DISPLACEMENTS, OF_SITES_WITH_ONE_LABEL) {
+  EXPECT_EQ(DISPLACEMENTS("loop_ _atom_site_label _atom_site_fract_x _atom_site_fract_y "
+                          "_atom_site_fract_z\nA 0 0 0\nA 0 0 .5\n" +
+                          u_head + "A 1 1 1 0 0 0\nA 2 2 2 0 0 0\nA 3 3 3 0 0 0\n"),
+            "A u_ij 1.000000 1.000000 1.000000 0.000000 0.000000 0.000000; "
+            "A u_ij 2.000000 2.000000 2.000000 0.000000 0.000000 0.000000");
+}
+
+TEST(FULL_DISPLACEMENTS, IN_THE_LOOP_OF_THE_SITES) {
+  EXPECT_EQ(DISPLACEMENTS("loop_ _atom_site_label _atom_site_fract_x _atom_site_fract_y "
+                          "_atom_site_fract_z _atom_site_aniso_U_11 _atom_site_aniso_U_22 "
+                          "_atom_site_aniso_U_33\nA 0 0 0 1 2 3\nB ? 0 0 7 7 7\nC 0 0 .5 4 5 6\n"),
+            "A u_ij 1.000000 2.000000 3.000000 0.000000 0.000000 0.000000; "
+            "C u_ij 4.000000 5.000000 6.000000 0.000000 0.000000 0.000000|"
+            "1 sites without coordinates are left out, first B");
+}
+
+// ---- blocks ----
+
+TEST(FULL_BLOCKS, EVERY_BLOCK_WITH_A_CELL_AND_A_SITE_IS_READ) {
+  const std::string bytes = "data_text _x 1\n" + WITH_SITE("") + "data_global\n" + cubic_cell +
+                            no_symmetry + one_site + "data_cell\n" + cubic_cell;
+  STRUCTURE_READER reader = STRUCTURES_OF(bytes);
+  STRUCTURE structure;
+  std::string blocks;
+  while (NEXT_STRUCTURE(reader, structure))
+    blocks += std::string(structure.TITLE) +
+              (structure.STATUS == BLOCK_STATUS::READ ? " read " : " passed over ");
+  EXPECT_EQ(blocks, "text passed over a read global read cell passed over ");
+}
+
+// A million sites, and as many displacements in the other order.
+TEST(FULL_BLOCKS, MANY_SITES_TAKE_TIME_IN_PROPORTION) {
+  constexpr int many = 200000;
+  constexpr double bound = 20.0;  // seconds; going through the sites for each would take hours
+  std::string sites =
+      "loop_ _atom_site_label _atom_site_fract_x _atom_site_fract_y _atom_site_fract_z\n";
+  std::string tensors = u_head;
+  for (int i = 0; i < many; ++i) {
+    sites += "A" + std::to_string(i) + " 0 0 0\n";
+    tensors += "A" + std::to_string(many - i) + " 1 1 1 0 0 0\n";
+  }
+  const auto start = std::chrono::steady_clock::now();
+  const READING reading(WITH_SITES(sites + tensors));
+  const double seconds =
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  EXPECT_EQ(reading.FOUND.ATOMS.COUNT(), many);
+  EXPECT_EQ(reading.FOUND.ATOMS(1).THTYPE, "isotr");
+  EXPECT_EQ(reading.FOUND.ATOMS(many).THTYPE, "Aniso");
+  EXPECT_LT(seconds, bound);
+}
+
+}  // namespace
