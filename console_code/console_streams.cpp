@@ -21,13 +21,14 @@ void WRITE_STREAM(std::string_view text) {
 
 bool READ_STREAM(std::string& line) {
   using TRAITS = std::char_traits<char>;
+  constexpr std::size_t kept = KVA_UTILITIES::LINE_LENGTH + 4;  // a character may reach beyond
   line.clear();
   std::streambuf& input = *std::cin.rdbuf();
   TRAITS::int_type c = input.sbumpc();
   if (TRAITS::eq_int_type(c, TRAITS::eof())) return false;
   for (; !TRAITS::eq_int_type(c, TRAITS::eof()) && c != '\n'; c = input.sbumpc())
-    if (line.size() <= KVA_UTILITIES::LINE_LENGTH) line += TRAITS::to_char_type(c);
-  line = KVA_UTILITIES::CUT_LINE(line);
+    if (line.size() < kept) line += TRAITS::to_char_type(c);
+  if (line.size() < kept && line.ends_with('\r')) line.pop_back();
   return true;
 }
 

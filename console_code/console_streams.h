@@ -10,7 +10,8 @@ namespace KVA_CONSOLE {
 // Writes text to std::cout as it is, and flushes it.
 void WRITE_STREAM(std::string_view text);
 
-// Reads one line of std::cin, of any length, cut at 255 bytes. False at the end of input.
+// Reads one line of std::cin; of a long one, somewhat more than 255 bytes. False at the end of
+// input.
 bool READ_STREAM(std::string& line);
 
 // Stands behind the name of a file that is being saved, before what tells one writer from another.

@@ -28,17 +28,24 @@ void SET_CONSOLE_TITLE(std::string_view title);
 // Writes text to standard output as it is, and flushes it.
 void WRITE_CONSOLE(std::string_view text);
 
-// Reads one line of standard input, of any length, cut at 255 bytes. False at the end of input.
+// Reads one line of standard input; of a long one, at least its first 255 bytes and some more.
+// False at the end of input, and when the interrupt key ended the reading.
 bool READ_CONSOLE(std::string& line);
 
 // Shows text on the terminal of standard error in place of what was shown before; blank removes it.
 // Nothing happens when standard error is no terminal.
 void SHOW_STATUS(std::string_view text);
 
-// From the first to the second the interrupt key is only remembered.
+// From the first to the second the interrupt key is only remembered. Where standard input is a
+// terminal KEEP_INTERRUPTS, called once at start, makes it so for good.
 void LISTEN_FOR_INTERRUPT();
 void STOP_LISTENING();
+void KEEP_INTERRUPTS();
 bool INTERRUPTED();
+void FORGET_INTERRUPT();
+
+// While it is on, an interrupt that is kept ends a reading that waits for input.
+void LET_INTERRUPT_END_READING(bool on);
 
 // The program's name and arguments.
 std::vector<std::string> COMMAND_LINE(int argc, char** argv);

@@ -2,8 +2,10 @@
 // command of the table.
 #include "console_code/console/command.h"
 
+#include <algorithm>  // for any_of
 #include <array>
 #include <string_view>
+#include <utility>  // for move
 
 #include "console_code/console/input.h"
 #include "console_code/console/open_file.h"
@@ -235,6 +237,13 @@ LINE_HELP HELP_WITH_COMMANDS() {
 
 // ---- help ----
 
+bool HAS_COMMANDS(int group) {
+  return std::any_of(CONSOLE.COMMANDS.begin(), CONSOLE.COMMANDS.end(),
+                     [group](const COMMAND_ENTRY& entry) {
+                       return entry.CLIST_GROUP == group && !IS_HIDDEN(entry);
+                     });
+}
+
 void HELP_GROUP(int group) {
   for (const COMMAND_ENTRY& entry : CONSOLE.COMMANDS) {
     if (entry.CLIST_GROUP != group || IS_HIDDEN(entry)) continue;
@@ -254,7 +263,7 @@ void CONSOLE_HELP() {
   HELP_GROUP(0);
   for (int group = 1; group <= CONSOLE.CLIST_GROUP_TITLE.COUNT(); ++group) {
     const std::string title = TRIM(CONSOLE.CLIST_GROUP_TITLE(group));
-    if (title.empty()) continue;
+    if (title.empty() || !HAS_COMMANDS(group)) continue;
     WRITE_OUT_BLANK(1);
     WRITE_OUT("        ******" + title + "******");
     HELP_GROUP(group);
@@ -276,15 +285,43 @@ std::string SET_CMD_PROMPT_DATE() {
   return DATE_KVA() + " " + CLOCK_KVA().substr(0, clock_columns) + " " + stem + ">";
 }
 
-void COMMAND(int& icom) {
+void BACK_AT_MAIN_PROMPT() {
+  CONSOLE.DROPPED = false;
+  KEEP_RECORDED({});
+}
+
+namespace {
+
+// The line, or a command before it, was dropped. True when the prompt is the main one, which goes
+// on; else the caller's loop ends.
+bool GOES_ON(const std::vector<std::string>& leaving) {
+  const bool main_prompt = leaving.empty() && CONSOLE.SYSTEM_MODE == 0;
+  if (CONSOLE.SYSTEM_MODE == 1) LEAVE_SYSTEM_MODE();
+  if (!main_prompt) return false;
+  CONSOLE.DROPPED = false;
+  if (CONSOLE.DROPPED_BLANK) WRITE_OUT("     To leave the program type EXIT");
+  return true;
+}
+
+// A command that ends at this prompt is done.
+void KEEP_COMMAND(std::vector<std::string> leaving) {
+  if (CONSOLE.SYSTEM_MODE == 1) leaving.insert(leaving.begin(), "PROG");
+  KEEP_RECORDED(std::move(leaving));
+}
+
+}  // namespace
+
+void COMMAND(int& icom, const std::vector<std::string>& leaving) {
   icom = 0;
   while (true) {
     WRITE_OUT_BLANK(1);
     GET_INPUT(SET_CMD_PROMPT_DATE(), HELP_WITH_COMMANDS());
+    if (CONSOLE.DROPPED && !GOES_ON(leaving)) return;
     if (CONSOLE.INSTRING_LEN == 0) continue;
     CONSOLE.INCOM = U_CASE(CONSOLE.INSTRING.substr(0, CONSOLE.INSTRING.find(' ')));
     if (CONSOLE.SYSTEM_MODE == 1) {
       RUN_SYSTEM_LINE();
+      KEEP_COMMAND(leaving);
       continue;
     }
     TAKE_WORD();
@@ -295,6 +332,8 @@ void COMMAND(int& icom) {
     }
     if (built_in != BUILT_IN::NONE) {
       RUN_BUILT_IN(built_in);
+      if (CONSOLE.DROPPED) return;
+      if (built_in != BUILT_IN::SYS) KEEP_COMMAND(leaving);
       continue;
     }
     icom = FIND_COMMAND(CONSOLE.INCOM);

@@ -4,6 +4,7 @@
 
 #include <cstdlib>  // for exit
 #include <iostream>
+#include <utility>  // for move
 
 #include "console_code/console/line_editor.h"
 #include "console_code/console/output.h"
@@ -35,8 +36,9 @@ void CONTROL_TO_BLANKS(std::string& line) {
   std::exit(end_of_input_status);
 }
 
-void READ_MACRO_LINE(const std::string& prompt) {
-  const READ_STATUS status = READ_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING);
+// longer: whether the line was cut.
+void READ_MACRO_LINE(const std::string& prompt, bool& longer) {
+  const READ_STATUS status = READ_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING, &longer);
   if (status != READ_STATUS::LINE) CONSOLE.INSTRING.clear();
   CONTROL_TO_BLANKS(CONSOLE.INSTRING);
   WRITE_OUT(AS_IT_IS(prompt + TRIM(CONSOLE.INSTRING)), "NOLOG");
@@ -58,10 +60,30 @@ void RECORD_LINE() {
   CLOSE_FILE(CONSOLE.MACRO_FILE);
 }
 
-bool READ_TYPED_LINE(const std::string& prompt, const LINE_HELP& help) {
+bool READ_WHOLE_LINE(const std::string& prompt, const LINE_HELP& help) {
   if (EDITING_POSSIBLE(prompt)) return EDIT_LINE(prompt, help, CONSOLE.INSTRING);
   WRITE_CONSOLE(prompt);
   return READ_CONSOLE(CONSOLE.INSTRING);
+}
+
+// longer: whether the line was cut.
+bool READ_TYPED_LINE(const std::string& prompt, const LINE_HELP& help, bool& longer) {
+  const bool read = READ_WHOLE_LINE(prompt, help);
+  longer = CONSOLE.INSTRING.size() > INPUT_LENGTH;
+  CONSOLE.INSTRING = CUT_LINE(CONSOLE.INSTRING);
+  CONSOLE.MACRO_CHAIN = 0;
+  CONTROL_TO_BLANKS(CONSOLE.INSTRING);
+  if (read && !help.SECRET) REMEMBER_LINE(CONSOLE.INSTRING);
+  return read;
+}
+
+// The interrupt key was pressed at the prompt, or since the last one.
+void DROP_AT(const std::string& prompt) {
+  FORGET_INTERRUPT();
+  CONSOLE.DROPPED_BLANK = LENTRIM(CONSOLE.INSTRING) == 0;
+  WRITE_CONSOLE("\n");
+  WRITE_LOG(prompt + "^C");
+  DROP_COMMAND();
 }
 
 }  // namespace
@@ -78,21 +100,44 @@ std::string TAKE_WORD() {
 }
 
 bool GET_INPUT_CMD(std::string_view prompt, const LINE_HELP& help) {
-  const bool read = READ_TYPED_LINE(TRIM(prompt), help);
-  CONSOLE.MACRO_CHAIN = 0;
-  CONTROL_TO_BLANKS(CONSOLE.INSTRING);
-  if (!help.SECRET) REMEMBER_LINE(CONSOLE.INSTRING);
-  return read;
+  bool longer = false;
+  return READ_TYPED_LINE(TRIM(prompt), help, longer);
+}
+
+void STOP_MACRO() {
+  if (CONSOLE.MACRO_STATE != 1) return;
+  CONSOLE.MACRO_STATE = 0;
+  CLOSE_FILE(CONSOLE.MACRO_FILE);
+  WRITE_OUT("***** Macro stopped");
+}
+
+void DROP_COMMAND() {
+  CLEAR_INPUT();
+  CONSOLE.DROPPED = true;
+  if (CONSOLE.MACRO_STATE != -1 || !CUT_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.RECORDED)) return;
+  for (const std::string& line : CONSOLE.LEAVING) WRITE_UNIT(CONSOLE.MACRO_FILE.UNIT, line);
+}
+
+void KEEP_RECORDED(std::vector<std::string> leaving) {
+  if (CONSOLE.DROPPED) return;
+  CONSOLE.RECORDED = UNIT_POSITION(CONSOLE.MACRO_FILE.UNIT);
+  CONSOLE.LEAVING = std::move(leaving);
 }
 
 void GET_INPUT(std::string_view prompt, const LINE_HELP& help) {
   const std::string shown = TRIM(prompt);
   CLEAR_INPUT();
-  if (CONSOLE.MACRO_STATE == 1)
-    READ_MACRO_LINE(shown);
-  else if (!GET_INPUT_CMD(prompt, help))
+  if (CONSOLE.DROPPED) return;
+  if (INTERRUPTED()) STOP_MACRO();
+  bool longer = false;
+  if (CONSOLE.MACRO_STATE == 1) {
+    READ_MACRO_LINE(shown, longer);
+  } else if (INTERRUPTED() || !READ_TYPED_LINE(shown, help, longer)) {
+    if (INTERRUPTED()) return DROP_AT(shown);
     END_OF_INPUT();
+  }
   WRITE_LOG(shown + TRIM(CONSOLE.INSTRING));
+  if (longer) WARNING("The line is longer than 255 characters: the rest of it is not read");
   STRIP_FRONT_BLANK(CONSOLE.INSTRING, CONSOLE.INSTRING_LEN);
   RECORD_LINE();
 }

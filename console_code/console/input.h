@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "console_code/console/completion.h"
 
@@ -10,10 +11,22 @@ namespace KVA_CONSOLE {
 
 // Reads one line into INSTRING and INSTRING_LEN. At the end of standard input it closes the log
 // and the macro file and ends the program with status 2. help: what a user at a terminal is helped
-// with while he types.
+// with while he types. The interrupt key drops the command: there is no line then, as if it were
+// blank, and there is none before the main prompt. Who asks goes back from there and applies
+// nothing: where a blank line means anything but that, he looks at CONSOLE.DROPPED.
 void GET_INPUT(std::string_view prompt, const LINE_HELP& help = {});
 
-// The console alone: prompt and line. False at the end of input.
+// Drops the command that runs, and takes its lines out of the macro that is recorded.
+void DROP_COMMAND();
+
+// A step of the command that runs is done: what is recorded of it so far stays when it is dropped,
+// with the lines behind it that lead back to the main prompt.
+void KEEP_RECORDED(std::vector<std::string> leaving);
+
+// A macro that is replayed ends here.
+void STOP_MACRO();
+
+// The console alone: prompt and line. False at the end of input, and when interrupted.
 bool GET_INPUT_CMD(std::string_view prompt, const LINE_HELP& help = {});
 
 void CLEAR_INPUT();

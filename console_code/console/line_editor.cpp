@@ -172,6 +172,16 @@ bool EDITING_POSSIBLE(const std::string& prompt) {
   return CHARACTERS(prompt) != no_characters;
 }
 
+namespace {
+
+// What has been typed of a line that did not come to its end.
+std::string EDITED_TEXT() {
+  const LineInfo* const info = ::el_line(editor);
+  return {info->buffer, info->lastchar};
+}
+
+}  // namespace
+
 bool EDIT_LINE(const std::string& prompt, const LINE_HELP& help, std::string& line) {
   const TERMINAL_CHARACTERS scope;
   shown_prompt = prompt;
@@ -179,13 +189,19 @@ bool EDIT_LINE(const std::string& prompt, const LINE_HELP& help, std::string& li
   ::el_resize(editor);
   const char* typed = nullptr;
   int count = 0;
+  LET_INTERRUPT_END_READING(true);
   do typed = ::el_gets(editor, &count);
-  while (typed == nullptr && count < 0 && errno == EINTR);
+  while (typed == nullptr && count < 0 && errno == EINTR && !INTERRUPTED());
+  LET_INTERRUPT_END_READING(false);
   line_help = nullptr;
+  if (INTERRUPTED()) {
+    line = EDITED_TEXT();
+    WRITE_CONSOLE("^C");  // as the terminal itself shows the key where no line is edited
+    return false;
+  }
   line = typed != nullptr && count > 0 ? typed : "";
   const bool read = !line.empty();
   if (line.ends_with('\n')) line.pop_back();
-  line = CUT_LINE(line);
   return read;
 }
 

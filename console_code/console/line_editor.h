@@ -15,7 +15,8 @@ void START_LINE_EDITOR();
 // Whether a line behind this prompt can be edited.
 bool EDITING_POSSIBLE(const std::string& prompt);
 
-// Shows the prompt and reads one line, of any length, cut at 255 bytes. False at the end of input.
+// Shows the prompt and reads one line, of any length. False at the end of input, and when the
+// interrupt key ended the reading: line is then what had been typed.
 bool EDIT_LINE(const std::string& prompt, const LINE_HELP& help, std::string& line);
 
 // Keeps the line in the history, unless it is blank or the same as the one before.

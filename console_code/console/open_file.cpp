@@ -2,6 +2,7 @@
 // Reads and writes no content.
 #include "console_code/console/open_file.h"
 
+#include <array>
 #include <cerrno>  // for ENAMETOOLONG
 
 #include "console_code/console/input.h"
@@ -10,6 +11,7 @@
 #include "console_code/console/settings.h"
 #include "console_code/console/state.h"
 #include "console_code/console_win.h"
+#include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
 
@@ -19,12 +21,15 @@ using namespace KVA_UTILITIES;
 
 namespace {
 
+constexpr int peek_unit = 97;  // of a file that is looked into before it is opened
+
 enum class OPEN_MODE { UNKNOWN, APPEND, NEW, OLD, REPLACE, CONFIRM };
 
 // What the control text of OPEN_FILE asks for.
 struct OPEN_REQUEST {
   OPEN_MODE MODE = OPEN_MODE::UNKNOWN;
   bool TO_READ = false;  // read access is wanted, else write access
+  bool MACRO = false;    // to be replayed
   std::string WORD = "Open";
 };
 
@@ -37,6 +42,7 @@ OPEN_REQUEST READ_CONTROL(std::string_view control) {
   if (has("REPLACE")) request.MODE = has("CONF") ? OPEN_MODE::CONFIRM : OPEN_MODE::REPLACE;
   if (has("SAVE")) request.WORD = "Save";
   if (has("READ")) request.TO_READ = true;
+  if (has("MACRO")) request.MACRO = request.TO_READ;
   return request;
 }
 
@@ -90,6 +96,70 @@ std::string TAKE_NAME(const FILE_RECORD& file, const OPEN_REQUEST& request) {
   if (FILENAME(name).find('.') != std::string::npos) return name;
   const std::string extended = name + "." + file.EXT;
   return FILE_EXISTS(extended) ? extended : name;
+}
+
+// ---- kinds of files ----
+
+enum class KIND { CIF, CRYSTAL_OUTPUT, DATA, MACRO, LOG, SHEET, GRAPH, SCRIPT, OTHER };
+
+struct KIND_ROW {
+  std::string_view EXTENSION;
+  KIND CODE;
+};
+
+// The files that the program knows by their extensions.
+// clang-format off
+constexpr std::array kinds{
+    KIND_ROW{"cif", KIND::CIF},
+    KIND_ROW{"out", KIND::CRYSTAL_OUTPUT},
+    KIND_ROW{"dat", KIND::DATA},
+    KIND_ROW{"mcr", KIND::MACRO},
+    KIND_ROW{"log", KIND::LOG},
+    KIND_ROW{"csv", KIND::SHEET},
+    KIND_ROW{"tsv", KIND::SHEET},
+    KIND_ROW{"tex", KIND::SHEET},
+    KIND_ROW{"svg", KIND::GRAPH},
+    KIND_ROW{"pdf", KIND::GRAPH},
+    KIND_ROW{"png", KIND::GRAPH},
+    KIND_ROW{"gp",  KIND::SCRIPT},
+};
+// clang-format on
+
+KIND KIND_OF(std::string_view extension) {
+  for (const KIND_ROW& row : kinds)
+    if (EQUAL_TEXT(row.EXTENSION, extension)) return row.CODE;
+  return KIND::OTHER;
+}
+
+// Whether a file of this name would be taken for another kind than those with the extension.
+bool IS_OF_ANOTHER_KIND(const std::string& name, std::string_view extension) {
+  const std::string last = FILENAME(name);
+  const std::size_t dot = last.rfind('.');
+  if (dot == std::string::npos) return false;
+  const KIND kind = KIND_OF(last.substr(dot + 1));
+  return kind != KIND::OTHER && kind != KIND_OF(extension);
+}
+
+// Lines of a file that can be read again and again; 0 of any other.
+int LINES_IN(const std::string& name) {
+  int lines = 0;
+  if (!IDENTITY_OF(name).REGULAR || OPEN_UNIT(peek_unit, name, UNIT_MODE::OLD) != 0) return lines;
+  for (std::string line; READ_UNIT(peek_unit, line) == READ_STATUS::LINE;) ++lines;
+  CLOSE_UNIT(peek_unit);
+  return lines;
+}
+
+// The first line that is neither blank nor a comment begins a data block.
+bool IS_CIF(const std::string& name) {
+  if (!IDENTITY_OF(name).REGULAR || OPEN_UNIT(peek_unit, name, UNIT_MODE::OLD) != 0) return false;
+  std::string line;
+  bool found = false;
+  while (!found && READ_UNIT(peek_unit, line) == READ_STATUS::LINE) {
+    line = LEFT_ADJUST(line);
+    found = !line.empty() && line.front() != '#';
+  }
+  CLOSE_UNIT(peek_unit);
+  return found && BEGINS_WITH(line, "data_");
 }
 
 // ---- opening ----
@@ -156,11 +226,15 @@ bool OPEN_NAMED_FILE(FILE_RECORD& file, const std::string& name, const OPEN_REQU
 }
 
 // name is our own copy: a log that cannot be written loses its name while it is reported.
-void REPORT_OPEN(const FILE_RECORD& file, const std::string& name) {
+// lines: that stand in it already.
+void REPORT_OPEN(const FILE_RECORD& file, const std::string& name, int lines) {
   WRITE_OUT_BLANK(1);
   if (!file.OPEN) return;
   WRITE_OUT("Successfully opened " + file.DESCRIPTOR);
   WRITE_OUT("Named " + AS_IT_IS(name));
+  if (lines > 0)
+    WRITE_OUT("     The file exists: this is added behind its " + INTEGER_COLUMNS(lines) +
+              " lines");
   WRITE_OUT_BLANK(1);
 }
 
@@ -192,7 +266,7 @@ void TAKE_CHOSEN(const std::string& path) {
 // Asks by the system's dialogue. False when the question must be put at the prompt: a macro answers
 // it by a line.
 bool CHOSEN_BY_DIALOGUE(const FILE_QUESTION& question) {
-  if (CONSOLE.MACRO_STATE == 1) return false;
+  if (CONSOLE.MACRO_STATE == 1 || CONSOLE.DROPPED) return false;
   std::string path;
   const FILE_CHOICE choice = CHOOSE_FILE(question, path);
   if (choice == FILE_CHOICE::CHOSEN) TAKE_CHOSEN(path);
@@ -217,13 +291,20 @@ bool OPEN_FILE(FILE_RECORD& file, std::string_view control) {
   if (KEEP_OPEN_FILE(file)) return false;
   while (NAME_IS_PENDING(file, request)) {
     const std::string name = TAKE_NAME(file, request);
+    const int lines = request.MODE == OPEN_MODE::APPEND ? LINES_IN(name) : 0;
     if (name.empty()) {
       WRITE_OUT("*****Failed to read file name, try again");
+    } else if (request.MODE != OPEN_MODE::OLD && IS_OF_ANOTHER_KIND(name, file.EXT)) {
+      WRITE_OUT("*****The file " + AS_IT_IS(name) + " is of another kind");
+      if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+    } else if (request.MACRO && IS_CIF(name)) {
+      WRITE_OUT("*****This is a CIF, not a macro: READ cif reads it");
+      return false;
     } else if (OPEN_NAMED_FILE(file, name, request)) {
       file.NAME = name;
       file.OPEN = true;
       file.SHORT_NAME = FILENAME(name);
-      REPORT_OPEN(file, name);
+      REPORT_OPEN(file, name, lines);
       return file.OPEN;
     }
     CLEAR_INPUT();
@@ -258,7 +339,7 @@ bool OPEN_MACRO_FILE(std::string_view control) {
   CONSOLE.MACRO_FILE.DESCRIPTOR = "file for macros";
   CONSOLE.MACRO_FILE.UNIT = MACRO_UNIT;
   CONSOLE.MACRO_FILE.EXT = "mcr";
-  return OPEN_FILE(CONSOLE.MACRO_FILE, control);
+  return OPEN_FILE(CONSOLE.MACRO_FILE, std::string(control) + " MACRO");
 }
 
 }  // namespace KVA_CONSOLE

@@ -9,7 +9,10 @@
 namespace KVA_CONSOLE {
 
 // Opens a file named by the pending text or by a prompt, and asks again until it is open or no
-// name is given. Words in control: "APPEND", "NEW", "OLD", "REPLACE", "CONF", "SAVE", "READ".
+// name is given. Words in control: "APPEND", "NEW", "OLD", "REPLACE", "CONF", "SAVE", "READ", and
+// "MACRO", which refuses a CIF and asks for no other name. A file that is to be written, and whose
+// extension is that of another kind of file of the program than file.EXT, is refused; in a macro
+// that drops the command.
 // True when this call opened the file; file.OPEN is true as well when one was kept open.
 bool OPEN_FILE(KVA_UTILITIES::FILE_RECORD& file, std::string_view control = "");
 

@@ -156,6 +156,7 @@ void WRITE_OUT(std::string_view text, std::string_view control) {
   }
   const bool shifted = HAS_WORD(control, "BLANK");
 
+  if (CONSOLE.DROPPED && destination != DESTINATION::UNIT) return;
   if (CONSOLE.RUN_TYPE == silent_run && destination == DESTINATION::CONSOLE) return;
   if (CONSOLE.RUN_TYPE == silent_run && destination != DESTINATION::UNIT)
     destination = DESTINATION::LOG;

@@ -93,6 +93,7 @@ std::vector<int> GET_LIST(std::string_view prompt, int nmax) {
     if (CONSOLE.INSTRING_LEN == 0) {
       WRITE_OUT_BLANK(1);
       GET_INPUT(prompt, {.WORDS = {{"all"}}});
+      if (CONSOLE.DROPPED) return {};
       if (CONSOLE.INSTRING_LEN == 0) return list;
     }
     WORK_LIST work;

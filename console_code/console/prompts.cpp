@@ -59,6 +59,7 @@ char GET_ANSWER(std::string_view prompt, char ay, char an, std::string_view cont
   shown += "? ";
   while (true) {
     GET_INPUT(shown);
+    if (CONSOLE.DROPPED) return an;
     if (CONSOLE.INSTRING_LEN == 0 && !refuse_blank) return preset;
     const bool is_an = ANSWER({&an, 1}) > 0;
     const bool is_ay = ANSWER({&ay, 1}) > 0;
@@ -146,7 +147,7 @@ std::string GET_INPUT_STRING(std::string_view prompt, std::string_view control) 
   const bool refuse_blank = INDEXALL(control, "R") > 0;
   WRITE_OUT_BLANK(1);
   do GET_INPUT(prompt);
-  while (refuse_blank && CONSOLE.INSTRING_LEN == 0);
+  while (refuse_blank && CONSOLE.INSTRING_LEN == 0 && !CONSOLE.DROPPED);
   return LEFT_ADJUST(CONSOLE.INSTRING);
 }
 

@@ -1,4 +1,5 @@
-// Questions: lists, choices, yes or no, values, texts. Each takes its line from GET_INPUT.
+// Questions: lists, choices, yes or no, values, texts. Each takes its line from GET_INPUT. When the
+// command is dropped the answer is none: an empty list, no choice, no, zeros, a blank text.
 #pragma once
 
 #include <span>

@@ -207,6 +207,7 @@ void START_MACRO(const std::string& argument) {
   CONSOLE.INSTRING_LEN = LENTRIM(CONSOLE.INSTRING);
   OPEN_MACRO_FILE("OLD READ");
   if (CONSOLE.MACRO_FILE.OPEN) CONSOLE.MACRO_STATE = 1;
+  CONSOLE.DROPPED = false;  // the question for another name
 }
 
 // ---- operation mode ----
@@ -312,6 +313,7 @@ void SYSTEM_COMMAND(std::string_view line, bool& err) {
 void INIT_CONSOLE(const std::string& argument) {
   CONSOLE.RUN_TYPE = 1;
   FILL_STANDARD_STREAMS();
+  KEEP_INTERRUPTS();
   SIZE_CONSOLE();
   SET_WIDTH();
   SET_CONSOLE_TITLE(PROGRAM_NAME + " ");

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "console_code/kva_utilities/files.h"
 #include "console_code/kva_utilities/table.h"
@@ -61,6 +62,12 @@ struct CONSOLE_STATE {
   std::string LOG_PATH;      // of the log that was opened last, from the root
   bool RESERVED_ON = false;  // reserved commands are open
   int OPERATION_MODE = 0;    // 0 default, 1 expert, 2 debug; -1 disables MODE
+
+  // ---- a command that was dropped ----
+  bool DROPPED = false;        // to the next main prompt nothing is asked, said or applied
+  bool DROPPED_BLANK = false;  // nothing had been typed on the line at which it was dropped
+  long RECORDED = 0;           // bytes of the recorded macro that stay when a command is dropped
+  std::vector<std::string> LEAVING;  // lines that lead back to the main prompt behind them
 
   // ---- output ----
   int RUN_TYPE = 1;  // 1: console program; no other value is set

@@ -1,10 +1,8 @@
 // The line that tells how far a long work has come, and its interruption.
 #include "console_code/console/work.h"
 
-#include "console_code/console/output.h"
-#include "console_code/console/state.h"
+#include "console_code/console/input.h"
 #include "console_code/console_win.h"
-#include "console_code/kva_utilities/files.h"
 
 namespace KVA_CONSOLE {
 
@@ -22,13 +20,6 @@ void SHOW(WORK& work, int step) {
   SHOW_STATUS(work.WORDS + " " + std::to_string(step) + " of " + std::to_string(work.TOTAL));
 }
 
-void STOP_MACRO() {
-  if (CONSOLE.MACRO_STATE != 1) return;
-  CONSOLE.MACRO_STATE = 0;
-  KVA_UTILITIES::CLOSE_FILE(CONSOLE.MACRO_FILE);
-  WRITE_OUT("***** Macro stopped");
-}
-
 }  // namespace
 
 WORK::WORK(std::string_view words, int total)
@@ -39,12 +30,14 @@ WORK::WORK(std::string_view words, int total)
 WORK::~WORK() {
   if (SHOWN) SHOW_STATUS("");
   STOP_LISTENING();
+  if (STOPPED) FORGET_INTERRUPT();
 }
 
 bool GO_ON(WORK& work, int step) {
   SHOW(work, step);
   if (!INTERRUPTED()) return true;
   STOP_MACRO();
+  work.STOPPED = true;
   return false;
 }
 

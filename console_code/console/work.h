@@ -19,6 +19,7 @@ struct WORK {
   std::string WORDS;  // what is being done, as "Reading structures"; blank: nothing is shown
   int TOTAL = 0;      // steps in all
   bool SHOWN = false;
+  bool STOPPED = false;                             // by the user
   std::chrono::steady_clock::time_point NEXT_SHOW;  // when the line is shown or renewed
 };
 

@@ -127,14 +127,16 @@ READ_STATUS READ_LINE(OPENED_UNIT& opened, std::string& line) {
 
 }  // namespace
 
-READ_STATUS READ_UNIT(int unit, std::string& line) {
+READ_STATUS READ_UNIT(int unit, std::string& line, bool* longer) {
   line.clear();
+  if (longer != nullptr) *longer = false;
   const auto found = UNITS().find(unit);
   if (found == UNITS().end() || !found->second.OPENED.READABLE) return READ_STATUS::FAILED;
   OPENED_UNIT& opened = found->second;
   const READ_STATUS status = READ_LINE(opened, line);
   if (opened.AT_START) DROP_BYTE_ORDER_MARK(line);
   opened.AT_START = false;
+  if (longer != nullptr) *longer = status == READ_STATUS::LINE && line.size() > LINE_LENGTH;
   line.resize(CUT_VIEW(line, LINE_LENGTH).size());
   return status;
 }
@@ -146,6 +148,18 @@ bool WRITE_UNIT(int unit, std::string_view line) {
   const std::string text = std::string(line) + "\n";
   return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
          std::fflush(stream) == 0;
+}
+
+long UNIT_POSITION(int unit) {
+  const auto found = UNITS().find(unit);
+  return found == UNITS().end() ? -1 : std::ftell(found->second.OPENED.FILE.get());
+}
+
+bool CUT_UNIT(int unit, long position) {
+  const auto found = UNITS().find(unit);
+  if (found == UNITS().end() || position < 0 || !found->second.OPENED.WRITABLE) return false;
+  std::FILE* const stream = found->second.OPENED.FILE.get();
+  return SHORTEN(stream, position) && std::fseek(stream, position, SEEK_SET) == 0;
 }
 
 // ---- names ----

@@ -37,12 +37,18 @@ void CLOSE_UNIT(int unit);
 bool UNIT_READABLE(int unit);
 bool UNIT_WRITABLE(int unit);
 
-// Next line, cut at LINE_LENGTH, without its line end and trailing blanks.
+// Next line, cut at LINE_LENGTH, without its line end and trailing blanks. longer, if asked for:
+// whether there was more of it.
 enum class READ_STATUS { LINE, END, FAILED };
-READ_STATUS READ_UNIT(int unit, std::string& line);
+READ_STATUS READ_UNIT(int unit, std::string& line, bool* longer = nullptr);
 
 // Writes one line and flushes it. False when the system refused.
 bool WRITE_UNIT(int unit, std::string_view line);
+
+// Bytes before the place where the next line of the unit is written; less than 0 where that cannot
+// be told, as of a pipe. CUT_UNIT goes back there and takes away what stands behind it.
+long UNIT_POSITION(int unit);
+bool CUT_UNIT(int unit, long position);
 
 // True when anything exists under the name, and when it is a directory.
 bool FILE_EXISTS(const std::string& name);

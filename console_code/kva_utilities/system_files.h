@@ -43,4 +43,7 @@ int OPEN_AS_ALLOWED(const std::string& name, UNIT_MODE mode, OPENED_FILE& opened
 // Reads the next bytes past the stream's buffer: how many, 0 at the end, less when it failed.
 std::ptrdiff_t READ_BYTES(std::FILE* stream, std::span<char> bytes);
 
+// Takes away all bytes of the file behind the first size. False when the system refused.
+bool SHORTEN(std::FILE* stream, long size);
+
 }  // namespace KVA_UTILITIES

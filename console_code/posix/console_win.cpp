@@ -11,7 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>     // for sig_atomic_t
-#include <cstdio>      // for fflush, rename
+#include <cstdio>      // for clearerr, fflush, rename
 #include <cstdlib>     // for getenv, mkstemp, realpath, system
 #include <filesystem>  // for current_path
 #include <iostream>
@@ -121,7 +121,11 @@ void WRITE_CONSOLE(std::string_view text) {
 }
 
 bool READ_CONSOLE(std::string& line) {
-  return READ_STREAM(line);
+  LET_INTERRUPT_END_READING(true);
+  const bool read = READ_STREAM(line);
+  LET_INTERRUPT_END_READING(false);
+  if (!read && INTERRUPTED()) std::clearerr(stdin);
+  return read;
 }
 
 void SHOW_STATUS(std::string_view text) {
@@ -135,19 +139,26 @@ void SHOW_STATUS(std::string_view text) {
 namespace {
 
 volatile std::sig_atomic_t interrupt_seen = 0;
+bool interrupts_kept = false;
 struct sigaction usual_interrupt {};
 
 void REMEMBER_INTERRUPT(int /*signal*/) {
   interrupt_seen = 1;
 }
 
+// flags: SA_RESTART where a call that waits is to go on behind the signal.
+struct sigaction REMEMBERING(int flags) {
+  struct sigaction action {};
+  action.sa_handler = REMEMBER_INTERRUPT;
+  action.sa_flags = flags;
+  return action;
+}
+
 }  // namespace
 
 void LISTEN_FOR_INTERRUPT() {
-  interrupt_seen = 0;
-  struct sigaction listening {};
-  listening.sa_handler = REMEMBER_INTERRUPT;
-  listening.sa_flags = SA_RESTART;
+  if (!interrupts_kept) interrupt_seen = 0;
+  const struct sigaction listening = REMEMBERING(SA_RESTART);
   ::sigaction(SIGINT, &listening, &usual_interrupt);
 }
 
@@ -155,8 +166,27 @@ void STOP_LISTENING() {
   ::sigaction(SIGINT, &usual_interrupt, nullptr);
 }
 
+// A program that was started to ignore the key goes on ignoring it.
+void KEEP_INTERRUPTS() {
+  struct sigaction found {};
+  if (::isatty(STDIN_FILENO) == 0 || ::sigaction(SIGINT, nullptr, &found) != 0) return;
+  if (found.sa_handler == SIG_IGN) return;
+  interrupts_kept = true;
+  LET_INTERRUPT_END_READING(false);
+}
+
 bool INTERRUPTED() {
   return interrupt_seen != 0;
+}
+
+void FORGET_INTERRUPT() {
+  interrupt_seen = 0;
+}
+
+void LET_INTERRUPT_END_READING(bool on) {
+  if (!interrupts_kept) return;
+  const struct sigaction kept = REMEMBERING(on ? 0 : SA_RESTART);
+  ::sigaction(SIGINT, &kept, nullptr);
 }
 
 // ---- arguments and environment ----

@@ -95,4 +95,8 @@ std::ptrdiff_t READ_BYTES(std::FILE* stream, std::span<char> bytes) {
   return read;
 }
 
+bool SHORTEN(std::FILE* stream, long size) {
+  return ::ftruncate(::fileno(stream), static_cast<off_t>(size)) == 0;
+}
+
 }  // namespace KVA_UTILITIES

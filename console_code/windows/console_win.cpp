@@ -77,22 +77,39 @@ void WRITE_CHARACTERS(HANDLE console, std::string_view text) {
   }
 }
 
-// A line as typed. False at the end of input, which Ctrl-Z at the start of a line means.
+std::atomic<bool> interrupt_seen = false;  // set by a thread of the system's
+bool interrupts_kept = false;
+
+// The interrupt key ends a reading a moment before the system's thread tells us.
+void WAIT_FOR_INTERRUPT() {
+  constexpr int longest = 200;  // milliseconds
+  for (int i = 0; i < longest && !interrupt_seen; ++i) ::Sleep(1);
+  interrupt_seen = true;
+}
+
+// A line as typed. False at the end of input, which Ctrl-Z at the start of a line means, and when
+// the interrupt key ended the reading.
 bool READ_CHARACTERS(HANDLE console, std::string& line) {
   constexpr wchar_t end_of_input = 0x1A;
   std::wstring typed;
   while (!typed.ends_with(L'\n')) {
     std::array<wchar_t, KVA_UTILITIES::LINE_LENGTH> part{};
     DWORD read = 0;
+    ::SetLastError(ERROR_SUCCESS);
     if (::ReadConsoleW(console, part.data(), static_cast<DWORD>(part.size()), &read, nullptr) ==
             0 ||
-        read == 0)
+        read == 0) {
+      if (interrupts_kept && ::GetLastError() == ERROR_OPERATION_ABORTED) {
+        WAIT_FOR_INTERRUPT();
+        typed.clear();
+      }
       break;
+    }
     typed.append(part.data(), read);
   }
   line.clear();
   if (typed.empty() || typed.front() == end_of_input) return false;
-  line = KVA_UTILITIES::CUT_LINE(NARROW_TEXT(typed.substr(0, typed.find_first_of(L"\r\n"))));
+  line = NARROW_TEXT(typed.substr(0, typed.find_first_of(L"\r\n")));
   return true;
 }
 
@@ -165,8 +182,6 @@ void SHOW_STATUS(std::string_view text) {
 
 namespace {
 
-std::atomic<bool> interrupt_seen = false;  // set by a thread of the system's
-
 // The key is dealt with; other events, such as the window being closed, are not ours.
 BOOL WINAPI REMEMBER_INTERRUPT(DWORD event) {
   if (event != CTRL_C_EVENT) return FALSE;
@@ -177,13 +192,27 @@ BOOL WINAPI REMEMBER_INTERRUPT(DWORD event) {
 }  // namespace
 
 void LISTEN_FOR_INTERRUPT() {
+  if (interrupts_kept) return;
   interrupt_seen = false;
   ::SetConsoleCtrlHandler(REMEMBER_INTERRUPT, TRUE);
 }
 
 void STOP_LISTENING() {
-  ::SetConsoleCtrlHandler(REMEMBER_INTERRUPT, FALSE);
+  if (!interrupts_kept) ::SetConsoleCtrlHandler(REMEMBER_INTERRUPT, FALSE);
 }
+
+void KEEP_INTERRUPTS() {
+  if (!IS_CONSOLE(INPUT())) return;
+  interrupts_kept = true;
+  ::SetConsoleCtrlHandler(REMEMBER_INTERRUPT, TRUE);
+}
+
+void FORGET_INTERRUPT() {
+  interrupt_seen = false;
+}
+
+// The system ends the reading by itself.
+void LET_INTERRUPT_END_READING(bool /*on*/) {}
 
 bool INTERRUPTED() {
   return interrupt_seen;

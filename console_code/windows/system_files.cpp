@@ -153,4 +153,8 @@ std::ptrdiff_t READ_BYTES(std::FILE* stream, std::span<char> bytes) {
   return ::_read(::_fileno(stream), bytes.data(), static_cast<unsigned>(bytes.size()));
 }
 
+bool SHORTEN(std::FILE* stream, long size) {
+  return ::_chsize_s(::_fileno(stream), size) == 0;
+}
+
 }  // namespace KVA_UTILITIES

@@ -148,6 +148,7 @@ void RUN_SET_ATOM_USE(bool use) {
                           : "|*****These are the atom names and their status:");
     FACETOR_LIST::FACETOR_LIST_ATOMS();
     WRITE_REFERENCE();
+    KEEP_RECORDED({"", "EXIT"});
   }
 }
 
@@ -181,6 +182,7 @@ void ASK_ELEMENTS(const std::vector<int>& blocks) {
     } else {
       CHANGE_ELEMENTS(U_CASE(words[0]), U_CASE(words[1]), blocks);
       CHEMSYMB_PRESENT();
+      KEEP_RECORDED({"", "EXIT"});
     }
   }
 }
@@ -236,9 +238,10 @@ void RUN_ATOMEDIT() {
     CONSOLE.CMD_PROMPT = "ATOMEDIT>";
     SET_CLIST_ATOMEDIT();
     int icom = 0;
-    COMMAND(icom);
+    COMMAND(icom, {"EXIT"});
     if (icom <= 0) return;
     EXECUTE_ATOMEDIT(icom);
+    KEEP_RECORDED({"EXIT"});
   }
 }
 

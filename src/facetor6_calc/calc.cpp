@@ -4,8 +4,10 @@
 #include <array>
 #include <utility>  // for move
 
+#include "console_code/console/input.h"
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
+#include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
@@ -65,6 +67,7 @@ bool RUN_FACETOR_CALC_BONDS() {
   CHEMSYMB_PRESENT();
   WRITE_BOND_EXCLUSION();
   GET_INPUT_DMIN_DMAX();
+  if (CONSOLE.DROPPED) return false;
   CLEAR_FACETOR_BONDS();
   WORK work("Measuring bonds: block", NPHASES);
   CALC_BONDS_ALLATOMS(REFERENCE(), RUN.DMIN, RUN.DMAX, &RUN.BONDEX);
@@ -140,6 +143,7 @@ void RUN_FACETOR_CALC() {
       default:
         WRITE_OUT("*****Option not recognised");
     }
+    KEEP_RECORDED({""});
   }
 }
 

@@ -204,6 +204,33 @@ void CHANGE_PARAMETERS() {
   }
 }
 
+// What the dialogue changes.
+struct VALENCE_INPUT {
+  decltype(BV_PAIRS) PAIRS = BV_PAIRS;
+  decltype(BV_FLAGS) FLAGS = BV_FLAGS;
+  std::vector<std::vector<std::string>> SYMBOLS;  // of the atoms of each block
+};
+
+VALENCE_INPUT CURRENT_INPUT() {
+  VALENCE_INPUT input;
+  for (int block = 1; block <= NPHASES; ++block) {
+    std::vector<std::string>& symbols = input.SYMBOLS.emplace_back();
+    for (int i = 1; i <= PHASE(block).NATOMS; ++i) symbols.push_back(PHASE(block).ATOM(i).SFACSYMB);
+  }
+  return input;
+}
+
+void PUT_BACK(const VALENCE_INPUT& input) {
+  BV_PAIRS = input.PAIRS;
+  BV_FLAGS = input.FLAGS;
+  int block = 0;
+  for (const std::vector<std::string>& symbols : input.SYMBOLS) {
+    CRYSTAL_STRUCTURE_TYPE& phase = PHASE(++block);
+    int i = 0;
+    for (const std::string& symbol : symbols) phase.ATOM(++i).SFACSYMB = symbol;
+  }
+}
+
 // ---- the calculation ----
 
 void FLAG_MULTIPLE_SITES(const CRYSTAL_STRUCTURE_TYPE& phase) {
@@ -232,6 +259,7 @@ bool REFERENCE_HAS_VALENCES() {
 void RUN_FACETOR_CALC_VALENCE() {
   ANNOUNCE("Bond valence calculations");
   if (BV_PAIRS.COUNT() == 0) BUILD_BVTABLE();
+  const VALENCE_INPUT before = CURRENT_INPUT();
   while (true) {
     REPORT_BVS_PARAMS();
     WRITE_OUT("|");
@@ -244,6 +272,7 @@ void RUN_FACETOR_CALC_VALENCE() {
     if (GET_ANSWER_YN("     Do you want to change any of these parameters?", "N") != 'Y') break;
     CHANGE_PARAMETERS();
   }
+  if (CONSOLE.DROPPED) return PUT_BACK(before);
   CALC_VALENCES_OF_ALL_BLOCKS();
   FACETOR_LIST::FACETOR_LIST_ALL_BONDVALENCE();
   VALENCES_DONE = REFERENCE_HAS_VALENCES();

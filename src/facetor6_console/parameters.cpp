@@ -118,7 +118,7 @@ void SET_REFERENCE() {
   WRITE_REFERENCE();
   while (true) {
     ASK_REFERENCE();
-    if (IUSE(IREFERENCE) != 0) return;
+    if (IUSE(IREFERENCE) != 0 || CONSOLE.DROPPED) return;
     WRITE_OUT("     You must set a used block as reference");
   }
 }
@@ -141,9 +141,11 @@ void SET_BOND_EXCLUSION() {
       "calculations|");
   WRITE_OUT(
       "    Do you want the following types of atom-atom distances to be INCLUDED in calculations?");
+  auto excluded = RUN.BONDEX;
   for (int k = 1; k <= BOND_CLASSES; ++k)
-    RUN.BONDEX(k) =
-        GET_ANSWER_YN("     " + std::string(BONDEXLABEL(k)) + " distances:", "Y") != 'Y';
+    excluded(k) = GET_ANSWER_YN("     " + std::string(BONDEXLABEL(k)) + " distances:", "Y") != 'Y';
+  if (CONSOLE.DROPPED) return;
+  RUN.BONDEX = excluded;
   WRITE_BOND_EXCLUSION();
 }
 
@@ -194,10 +196,11 @@ void RUN_SET_FACETOR_PARAMS() {
     case EXCLUDE:
       SET_BOND_EXCLUSION();
       break;
-    case SYMCODES:
-      RUN.LIST_SYMCODES =
-          GET_ANSWER_YN("Do you want to see symcodes in bond listings?", "N") == 'Y';
+    case SYMCODES: {
+      const char answer = GET_ANSWER_YN("Do you want to see symcodes in bond listings?", "N");
+      if (!CONSOLE.DROPPED) RUN.LIST_SYMCODES = answer == 'Y';
       break;
+    }
     default:
       break;
   }

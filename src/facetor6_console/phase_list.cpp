@@ -7,6 +7,7 @@
 
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
+#include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/matrix.h"
 #include "src/facetor6_console/parameters.h"
@@ -161,6 +162,7 @@ void USE_FACETOR_LIST() {
 
 void OMIT_FACETOR_LIST() {
   if (CHECK_NOPHASES()) return;
+  const KVA_UTILITIES::FLAGS before = IUSE;
   SET_USE("Input the datablock numbers to omit, <CR> to exit: ", false);
   if (NUMPHASES_USED() == 0) {
     IUSE(IREFERENCE) = 1;
@@ -170,12 +172,14 @@ void OMIT_FACETOR_LIST() {
     WARNING("The previous reference block is now omitted. You must set a new reference block!");
     SET_REFERENCE();
   }
+  if (CONSOLE.DROPPED) IUSE = before;
 }
 
 void SORT_FACETOR_LIST() {
   if (CHECK_NOPHASES()) return;
   const PT_ROW row = GET_ANSWER("Sort by P or T?", 'P', 'T', "P") == 'P' ? PRESSURE : TEMPERATURE;
   const bool decreasing = GET_ANSWER("Sort increasing or decreasing?", 'I', 'D', "I") == 'D';
+  if (CONSOLE.DROPPED) return;
   std::vector<float> values;
   for (int i = 1; i <= NPHASES; ++i) values.push_back(PHASE(i).PT(row, PT_VALUE));
   std::vector<int> order = KVA_UTILITIES::SET_SORT(values, true);

@@ -148,6 +148,7 @@ void RUN_EXPORT() {
       default:
         return;
     }
+    KEEP_RECORDED({""});
   }
 }
 

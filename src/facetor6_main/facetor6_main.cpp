@@ -59,10 +59,11 @@ enum MAIN_COMMAND {
 };
 
 // Groups of HELP, in the order in which they are shown.
-enum MAIN_GROUP { CONFIGURATION = 1, FILES, DATA, RESULTS };
+enum MAIN_GROUP { CONFIGURATION = 1, FILES, DATA, RESULTS, SHEETS };
 
-constexpr std::array<std::string_view, RESULTS> group_titles{
-    "Configuration", "File Input/Output", "Data management", "Calculations & Results"};
+constexpr std::array<std::string_view, SHEETS> group_titles{
+    "Configuration", "File Input/Output", "Data management", "Calculations & Results",
+    "Measures, sheets and graphs"};
 
 struct MAIN_ROW {
   MAIN_COMMAND CODE;
@@ -241,8 +242,10 @@ void START_UP(const std::string& macro) {
     CONSOLE.CMD_PROMPT = "G_MARA";
     SET_CMD_PROMPT();
     SET_CLIST_MAIN();
+    BACK_AT_MAIN_PROMPT();
     int icom = 0;
     COMMAND(icom);
+    if (CONSOLE.DROPPED) continue;
     if (icom <= 0) CLOSE_CONSOLE();
     CARRY_OUT(icom);
   }

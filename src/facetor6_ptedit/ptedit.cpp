@@ -191,6 +191,7 @@ void CHANGE_BLOCKS(char kind) {
     if (change->LAST < change->FIRST) continue;
     APPLY_CHANGE(kind, *change);
     FACETOR_LIST::LIST_PHASE_ESD(PHASE, change->FIRST, change->LAST);
+    KEEP_RECORDED({"", ""});
   }
 }
 

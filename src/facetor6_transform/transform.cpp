@@ -160,6 +160,7 @@ void RUN_TRANSFORM() {
   do {
     const std::vector<int> blocks = BLOCKS_TO_TRANSFORM();
     if (blocks.empty() || !TRANSFORM_BLOCKS(blocks, transformation)) return;
+    KEEP_RECORDED({"N"});
   } while (GET_ANSWER_YN("    Do you want to apply the same transformation to other datablocks",
                          "N") == 'Y');
 }

@@ -143,6 +143,7 @@ void WRITE_CIF_FACETOR(int unit, int& nwrite) {
   WRITE_OUT("||");
   if (GET_ANSWER_YN("     Is this ok?") != 'Y') return;
   const std::vector<int> centres = ASK_CENTRES();
+  if (CONSOLE.DROPPED) return;
   nwrite = 0;
   for (int place = 1; place <= NPHASES; ++place) {
     const int block = ISORT(place);

@@ -52,13 +52,18 @@ TEST_F(INPUT, CONTROL_CHARACTERS_COUNT_AS_BLANKS) {
   EXPECT_EQ(CONSOLE.INSTRING, "a b c d e [A");
 }
 
-TEST_F(INPUT, LINES_ARE_CUT_AT_255_BYTES) {
-  ASKED(std::string(255, 'a') + "\n");
-  EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
-  ASKED(std::string(256, 'a') + "\n");
-  EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
-  ASKED(std::string(1000000, 'a') + "\n");
-  EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
+const std::string too_long =
+    "\n*****WARNING: The line is longer than 255 characters: the rest of it is not read\n\n";
+
+TEST_F(INPUT, LINES_ARE_CUT_AT_255_BYTES_AND_THAT_IS_TOLD) {
+  for (const std::string end : {"\n", "\r\n"}) {
+    EXPECT_EQ(ASKED(std::string(255, 'a') + end), "Name:");
+    EXPECT_EQ(CONSOLE.INSTRING, std::string(255, 'a'));
+    EXPECT_EQ(ASKED(std::string(255, 'a') + "b" + end), "Name:" + too_long);
+    EXPECT_EQ(CONSOLE.INSTRING, std::string(255, 'a'));
+    EXPECT_EQ(ASKED(std::string(1000000, 'a') + end), "Name:" + too_long);
+    EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
+  }
 }
 
 // 254 bytes and an a-umlaut of two: the character would end at 256, so it goes as a whole.
@@ -142,10 +147,46 @@ TEST_F(INPUT, MACRO_LINES_MAY_END_WITH_RETURNS_AND_HOLD_CONTROL_CHARACTERS) {
   EXPECT_EQ(ASKED(""), "Name:last\n");
 }
 
-TEST_F(INPUT, MACRO_LINES_ARE_CUT_AT_255_BYTES) {
-  START_MACRO_WITH(std::string(300, 'a') + "\n");
-  ASKED("");
-  EXPECT_EQ(CONSOLE.INSTRING_LEN, 255);
+TEST_F(INPUT, MACRO_LINES_ARE_CUT_AT_255_BYTES_AND_THAT_IS_TOLD) {
+  const std::string whole(255, 'a');
+  START_MACRO_WITH(whole + "\n" + whole + "\r\n" + whole + "b\n");
+  EXPECT_EQ(ASKED(""), "Name:" + whole + "\n");
+  EXPECT_EQ(ASKED(""), "Name:" + whole + "\n");
+  EXPECT_EQ(ASKED(""), "Name:" + whole + "\n" + too_long);
+  EXPECT_EQ(CONSOLE.INSTRING, whole);
+}
+
+// ---- a command that is dropped ----
+
+TEST_F(INPUT, NOTHING_IS_ASKED_OR_SAID_ONCE_THE_COMMAND_IS_DROPPED) {
+  PEND("old text");
+  DROP_COMMAND();
+  EXPECT_EQ(ASKED(""), "");
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, 0);
+}
+
+TEST_F(INPUT, LINES_OF_A_DROPPED_COMMAND_LEAVE_THE_MACRO_AND_FINISHED_STEPS_STAY) {
+  PUT_FILE("rec.mcr", "");
+  CONSOLE.MACRO_FILE.UNIT = MACRO_UNIT;
+  CONSOLE.MACRO_FILE.NAME = "rec.mcr";
+  KVA_UTILITIES::OPEN_UNIT(MACRO_UNIT, "rec.mcr", KVA_UTILITIES::UNIT_MODE::REPLACE);
+  CONSOLE.MACRO_FILE.OPEN = true;
+  CONSOLE.MACRO_STATE = -1;
+  KEEP_RECORDED({});
+  ASKED("first\n");
+  KEEP_RECORDED({});
+  ASKED("second\n");
+  ASKED("of the second\n");
+  DROP_COMMAND();
+  CONSOLE.DROPPED = false;
+  EXPECT_EQ(TEXT_OF("rec.mcr"), "first\n");
+  KEEP_RECORDED({});
+  ASKED("third\n");
+  ASKED("done\n");
+  KEEP_RECORDED({"", "EXIT"});
+  ASKED("half\n");
+  DROP_COMMAND();
+  EXPECT_EQ(TEXT_OF("rec.mcr"), "first\nthird\ndone\n\nEXIT\n");
 }
 
 // ---- recording ----

@@ -39,6 +39,19 @@ TEST_F(MACROS, END_FALLS_THROUGH_TO_THE_NEXT_TESTS_WHEN_NOTHING_IS_RECORDED) {
   EXPECT_EQ(COMMANDED("ENDING\n"), 19);
 }
 
+TEST_F(MACROS, A_CIF_IS_NO_MACRO) {
+  const std::string refusal =
+      "\n*****This is a CIF, not a macro: READ cif reads it\n***** Failed to start macro\n";
+  for (const char* text : {"data_a\n", "\n  # by hand\n\n  DATA_quartz\n_cell_length_a 5\n"}) {
+    PUT_FILE("a.cif", text);
+    EXPECT_EQ(ANSWERED("MACRO a.cif"), refusal) << text;
+    EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
+    EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
+  }
+  PUT_FILE("run.mcr", "# comment\nX\ndata_a\n");
+  EXPECT_EQ(COMMANDED("MACRO run\n"), -1);
+}
+
 TEST_F(MACROS, RECORDING_WITHOUT_A_NAME_FAILS) {
   EXPECT_EQ(ANSWERED("RECORD\n"),
             "       Open a file to record the commands\n"

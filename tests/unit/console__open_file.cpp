@@ -39,8 +39,12 @@ class OPENING : public CONSOLE_TEST {
     return file.OPEN;
   }
 
-  static std::string SUCCESS(const std::string& name) {
-    return "\nSuccessfully opened data file\nNamed " + name + "\n\n";
+  // lines: that stand in the file already, and are told.
+  static std::string SUCCESS(const std::string& name, int lines = 0) {
+    const std::string behind =
+        "     The file exists: this is added behind its " + std::to_string(lines) + " lines\n";
+    return "\nSuccessfully opened data file\nNamed " + name + "\n" + (lines > 0 ? behind : "") +
+           "\n";
   }
   const std::string prompt = "\n     Open data file (*.dat):";
 };
@@ -174,18 +178,58 @@ TEST_F(OPENING, MODE_0_OPENS_WHAT_IS_THERE_OR_MAKES_IT) {
 TEST_F(OPENING, APPEND_WRITES_BEHIND_AN_OLD_FILE_AND_MAKES_A_NEW_ONE) {
   PUT_FILE("old.txt", "content\n");
   EXPECT_TRUE(OPENED("old.txt", "append"));
-  EXPECT_EQ(said, "\n" + SUCCESS("old.txt"));
+  EXPECT_EQ(said, "\n" + SUCCESS("old.txt", 1));
   KVA_UTILITIES::WRITE_UNIT(32, "more");
   EXPECT_EQ(TEXT_OF("old.txt"), "content\nmore\n");
   EXPECT_TRUE(OPENED("new.txt", "APPEND"));
+  EXPECT_EQ(said, "\n" + SUCCESS("new.txt"));
   KVA_UTILITIES::WRITE_UNIT(32, "first");
   EXPECT_EQ(TEXT_OF("new.txt"), "first\n");
 }
 
 TEST_F(OPENING, APPEND_CONFIRMS_NOTHING) {
-  PUT_FILE("old.txt", "content\n");
+  PUT_FILE("old.txt", "content\n\nwithout an end");
   EXPECT_TRUE(OPENED("old.txt", "APPEND CONF"));
-  EXPECT_EQ(said, "\n" + SUCCESS("old.txt"));
+  EXPECT_EQ(said, "\n" + SUCCESS("old.txt", 3));
+}
+
+// ---- kinds of files ----
+
+TEST_F(OPENING, A_FILE_OF_ANOTHER_KIND_IS_NOT_WRITTEN_AND_ANOTHER_NAME_IS_ASKED_FOR) {
+  for (const std::string other :
+       {"cif", "OUT", "mcr", "log", "csv", "tsv", "tex", "svg", "pdf", "png", "gp"}) {
+    const std::string name = "folder.d/a." + other;
+    for (const char* control : {"APPEND CONF", "REPLACE", "REPLACE CONFIRM", "NEW"}) {
+      EXPECT_FALSE(OPENED(name, control, "\n"));
+      EXPECT_EQ(said, "\n*****The file " + name + " is of another kind\n" + prompt) << control;
+    }
+  }
+  PUT_FILE("a.cif", "data_a\n");
+  EXPECT_TRUE(OPENED("a.cif", "APPEND", "b.dat\n"));
+  EXPECT_EQ(TEXT_OF("a.cif"), "data_a\n");
+}
+
+TEST_F(OPENING, FILES_OF_ITS_OWN_KIND_AND_OF_NONE_ARE_WRITTEN) {
+  for (const char* name : {"a.dat", "a.DAT", "a.txt", "a.cif.dat", "a.cif2", "dat"})
+    EXPECT_TRUE(OPENED(name, "APPEND")) << name;
+  file.EXT = "svg";
+  EXPECT_TRUE(OPENED("a.png", "REPLACE"));
+  file.EXT = "csv";
+  EXPECT_TRUE(OPENED("a.tex", "REPLACE"));
+  EXPECT_FALSE(OPENED("a.svg", "REPLACE", "\n"));
+}
+
+TEST_F(OPENING, ANY_KIND_IS_READ) {
+  PUT_FILE("a.cif", "data_a\n");
+  EXPECT_TRUE(OPENED("a.cif", "OLD READ"));
+}
+
+TEST_F(OPENING, IN_A_MACRO_A_FILE_OF_ANOTHER_KIND_DROPS_THE_COMMAND) {
+  START_MACRO_WITH("answer\n");
+  EXPECT_FALSE(OPENED("a.cif", "APPEND"));
+  EXPECT_EQ(said, "\n*****The file a.cif is of another kind\n");
+  EXPECT_TRUE(CONSOLE.DROPPED);
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 1) << "the macro goes on";
 }
 
 TEST_F(OPENING, NEW_REFUSES_AN_OLD_FILE) {

@@ -36,8 +36,9 @@ const std::string which_atom = "    Enter central atom name:";
 const std::string which_file = "\n\n     Open Kompressa datafile (*.dat):";
 const std::string failed = "\n*****WARNING: Errors on writing the file: check it carefully\n\n";
 
-std::string OPENED(const std::string& name) {
-  return "\nSuccessfully opened Kompressa datafile\nNamed " + name + "\n\n";
+// told: what is said of the lines that the file holds already.
+std::string OPENED(const std::string& name, const std::string& told = "") {
+  return "\nSuccessfully opened Kompressa datafile\nNamed " + name + "\n" + told + "\n";
 }
 
 std::string COUNT(const std::string& count) {
@@ -382,8 +383,10 @@ TEST_F(EXPORT, A_WRITE_THAT_FAILS_HALFWAY_LEAVES_WHAT_WAS_THERE) {
   const std::string said = EXPORT_CELLS();
   ::setrlimit(RLIMIT_FSIZE, &unlimited);
   std::signal(SIGXFSZ, old_handler);
-  EXPECT_EQ(said, opening + head + "\n" + start_1 + "\n" + is_this_ok + menu + cells + which_file +
-                      OPENED("out.dat") + failed + menu);
+  EXPECT_EQ(said,
+            opening + head + "\n" + start_1 + "\n" + is_this_ok + menu + cells + which_file +
+                OPENED("out.dat", "     The file exists: this is added behind its 1 lines\n") +
+                failed + menu);
   EXPECT_TRUE(TEXT_OF("out.dat").starts_with("mine\n"));
 }
 

@@ -27,8 +27,9 @@ const std::string all_bonds =
 const std::string choose_bonds =
     "*****Now select the bonds to be written to the CIF, by the central atom:\n\n";
 
-std::string OPENED(const std::string& name) {
-  return "\n\nSuccessfully opened cif file\nNamed " + name + "\n\n";
+// told: what is said of the lines that the file holds already.
+std::string OPENED(const std::string& name, const std::string& told = "") {
+  return "\n\nSuccessfully opened cif file\nNamed " + name + "\n" + told + "\n";
 }
 
 std::string COUNT(const std::string& count) {
@@ -408,7 +409,8 @@ TEST_F(WRITE, A_WRITE_THAT_FAILS_HALFWAY_LEAVES_WHAT_WAS_THERE) {
   const std::string said = DIALOGUE("y\n");
   ::setrlimit(RLIMIT_FSIZE, &unlimited);
   std::signal(SIGXFSZ, old_handler);
-  EXPECT_EQ(said, OPENED("out.cif") + wanted + head + "\n" + start_1 + "\n" + is_this_ok + failed);
+  EXPECT_EQ(said, OPENED("out.cif", "     The file exists: this is added behind its 2 lines\n") +
+                      wanted + head + "\n" + start_1 + "\n" + is_this_ok + failed);
   EXPECT_TRUE(TEXT_OF("out.cif").starts_with(mine));
 }
 

@@ -3,6 +3,7 @@
 #include <regex>
 #include <thread>
 
+#include "places.h"
 #include "program__terminal.h"
 
 using namespace PROGRAM_TESTS;
@@ -130,7 +131,7 @@ class INTERRUPTED : public STARTED {
   }
 
   // Blocks of a group with many operators, which no machine reads in a moment.
-  void PUT_MANY_BLOCKS(const std::string& name) const {
+  void PUT_MANY_BLOCKS(const std::string& name, int count = 1000) const {
     constexpr std::string_view block =
         "data_a\n_cell_length_a 5.64\n_cell_length_b 5.64\n_cell_length_c 5.64\n"
         "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n"
@@ -138,7 +139,7 @@ class INTERRUPTED : public STARTED {
         "_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n"
         "Na1 0 0 0\nCl1 0.5 0.5 0.5\n";
     std::string blocks;
-    for (int i = 0; i < 1000; ++i) blocks += block;
+    for (int i = 0; i < count; ++i) blocks += block;
     PUT_FILE(work / name, blocks);
   }
 
@@ -164,16 +165,24 @@ TEST_F(INTERRUPTED, COMMAND_ENDS_AND_THE_PROGRAM_COMES_BACK_TO_ITS_PROMPT) {
   EXPECT_FALSE(TEXT_OF(folder / "said").find("done") != std::string::npos);
 }
 
+// The line that tells how far the work is comes half a second after its beginning, and the rest of
+// these blocks takes seconds on any machine: the signal finds the program at work.
 TEST_F(INTERRUPTED, LONG_WORK_STOPS_AND_WHAT_IS_LOADED_STAYS) {
-  PUT_MANY_BLOCKS("many.cif");
+  constexpr int blocks_of_seconds = 20000;
+  PUT_MANY_BLOCKS("many.cif", blocks_of_seconds);
   PUT_FILE(work / "small.cif", "data_small\n");
   PUT_FILE(work / "run.mcr", "READ cif small\nY\nREAD cif many\nCLEAR\n");
-  ASSERT_NO_FATAL_FAILURE(START_WITH_PIPE());
+  const PSEUDO_TERMINAL terminal = OPEN_TERMINAL(80);
+  if (terminal.MASTER < 0) GTEST_SKIP() << "no pseudo terminal here";
+  ASSERT_NO_FATAL_FAILURE(START_WITH_PIPE(terminal.SLAVE));
   TYPE("MACRO run\n");
-  ASSERT_TRUE(HEARD("please be patient"));
+  std::string shown;
+  READ_ON(terminal.MASTER, shown, "Reading structures: block");
   ::kill(-child, SIGINT);
   TYPE("LIST block\nEXIT\n");
   ::close(input);
+  READ_ON(terminal.MASTER, shown);
+  ::close(terminal.MASTER);
   EXPECT_GOOD_END();
   const std::string said = TEXT_OF(folder / "said");
   EXPECT_NE(said.find("***** Macro stopped\n\n*****WARNING:      No crystal structures were read "
@@ -193,6 +202,145 @@ TEST_F(INTERRUPTED, AT_THE_PROMPT_IT_ENDS_THE_PROGRAM_AND_THE_LOG_IS_WHOLE) {
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
   EXPECT_EQ(TEXT_OF(work / "rec.mcr"), "foo\n");
   EXPECT_NE(TEXT_OF(work / "run.log").find("G_MARA-6.1>foo\n"), std::string::npos);
+}
+
+// ---- the interrupt key at a terminal ----
+
+class INTERRUPT_KEY : public STARTED {
+ protected:
+  static constexpr std::string_view main_prompt = "G_MARA-6.1>";
+
+  // With the hematite series loaded. False where there is no pseudo terminal.
+  bool START_WITH_HEMATITE(const char* term) {
+    const PSEUDO_TERMINAL terminal = OPEN_TERMINAL(80);
+    if (terminal.MASTER < 0) return false;
+    fs::create_directory_symlink(fs::path(PLACES::SOURCE()) / "examples/hematite-pressure",
+                                 work / "data");
+    ::setenv("TERM", term, 1);
+    keys = terminal.MASTER;
+    START(terminal.SLAVE, ::fcntl(terminal.SLAVE, F_DUPFD_CLOEXEC, 3), our_own);
+    READ_ON(keys, said, main_prompt);
+    TYPE("READ cif data/hematite\n", "<Y>?");
+    TYPE("Y\n", main_prompt);
+    return true;
+  }
+
+  // Types the text and waits for what is to be said behind it.
+  void TYPE(std::string_view text, std::string_view awaited) {
+    said.clear();
+    TYPE_ON(keys, text);
+    READ_ON(keys, said, awaited);
+    EXPECT_NE(said.find(awaited), std::string::npos) << text << " " << said;
+  }
+
+  // What is said behind the key, to the main prompt, without the sequences of the terminal.
+  std::string PRESSED() {
+    TYPE("\003", main_prompt);
+    std::string text;
+    for (const char c : said)
+      if (c != '\r') text += c;
+    return text;
+  }
+
+  void END_PROGRAM() {
+    TYPE_ON(keys, "EXIT\n");
+    READ_ON(keys, said);
+    ::close(keys);
+    EXPECT_GOOD_END();
+  }
+
+  int keys = -1;
+  std::string said;
+};
+
+struct STEP {
+  std::string_view LINE;
+  std::string_view AWAITED;  // behind it
+};
+
+// One for each kind of question, and those of which a part has been answered. The key is pressed
+// behind the last step.
+const std::vector<std::vector<STEP>> dialogues{
+    {{"CALC", "by number:"}},
+    {{"READ cif data/hematite", "<Y>?"}},
+    {{"READ cif", "(*.cif):"}},
+    {{"OMIT", "to exit:"}},
+    {{"OMIT 1", "no change):"}},
+    {{"CALC", "by number:"}, {"1", "no change):"}},
+    {{"PTEDIT", "to exit)?"}},
+    {{"PTEDIT", "to exit)?"}, {"P", "optional):"}},
+    {{"LIST xyz", "(or ALL):"}},
+    {{"PRIV", "Password:"}},
+    {{"MODE", "operation mode:"}},
+    {{"SET exclude", "<Y>?"}, {"N", "same element distances"}},
+    {{"SET output", "<N>?"}},
+    {{"SORT", "<P>?"}, {"P", "<I>?"}},
+    {{"WRITE cif new", "Is this ok"}},
+    {{"EXPORT", "Is this ok"}},
+    {{"TRANSFORM", "Row 1:"}},
+    {{"TRANSFORM", "Row 1:"}, {"0 1 0", "Row 2:"}},
+    {{"LOG", "(*.log):"}},
+    {{"ATOMEDIT", "ATOMEDIT>"}},
+    {{"ATOMEDIT", "ATOMEDIT>"}, {"OMIT", "to exit:"}},
+    {{"ATOMEDIT", "ATOMEDIT>"}, {"SYS", "SYSTEM>"}},
+    {{"SYS", "SYSTEM>"}}};
+
+TEST_F(INTERRUPT_KEY, DROPS_THE_COMMAND_AT_EVERY_KIND_OF_PROMPT_AND_KEEPS_ALL_AS_IT_WAS) {
+  for (const char* term : {"xterm", "dumb"}) {
+    if (!START_WITH_HEMATITE(term)) GTEST_SKIP() << "no pseudo terminal here";
+    TYPE("SHOW\n", main_prompt);
+    const std::string settings = said;
+    TYPE("LIST block\n", main_prompt);
+    const std::string blocks = said;
+    TYPE("RECORD rec\n", main_prompt);
+    for (const std::vector<STEP>& dialogue : dialogues) {
+      for (const STEP& step : dialogue) TYPE(std::string(step.LINE) + "\n", step.AWAITED);
+      EXPECT_TRUE(PRESSED().ends_with("^C\n\nG_MARA-6.1>")) << dialogue.front().LINE << said;
+    }
+    TYPE("END\n", main_prompt);
+    EXPECT_EQ(TEXT_OF(work / "rec.mcr"), "END\n");
+    TYPE("SHOW\n", main_prompt);
+    EXPECT_EQ(said, settings);
+    TYPE("LIST block\n", main_prompt);
+    EXPECT_EQ(said, blocks);
+    EXPECT_FALSE(fs::exists(work / "new.cif"));
+    END_PROGRAM();
+    fs::remove(work / "data");
+    fs::remove(work / "rec.mcr");
+  }
+}
+
+TEST_F(INTERRUPT_KEY, AT_THE_MAIN_PROMPT_DROPS_WHAT_IS_TYPED_AND_ELSE_SAYS_HOW_TO_LEAVE) {
+  if (!START_WITH_HEMATITE("xterm")) GTEST_SKIP() << "no pseudo terminal here";
+  EXPECT_TRUE(PRESSED().ends_with("^C\n     To leave the program type EXIT\n\nG_MARA-6.1>"))
+      << said;
+  if (PLACES::LINE_EDITING()) {
+    TYPE("CLEAR", "CLEAR");
+    EXPECT_TRUE(PRESSED().ends_with("^C\n\nG_MARA-6.1>")) << said;
+  }
+  END_PROGRAM();
+}
+
+// What was done before the key was pressed stays, and a replay comes to the same.
+TEST_F(INTERRUPT_KEY, FINISHED_STEPS_OF_A_DIALOGUE_STAY_IN_THE_MACRO_WITH_THE_WAY_BACK) {
+  if (!START_WITH_HEMATITE("dumb")) GTEST_SKIP() << "no pseudo terminal here";
+  TYPE("RECORD rec\n", main_prompt);
+  TYPE("PTEDIT\n", "to exit)?");
+  TYPE("P\n", "optional):");
+  TYPE("1 3.5\n", "optional):");
+  TYPE("2 nonsense\n", "optional):");
+  PRESSED();
+  TYPE("ATOMEDIT\n", "ATOMEDIT>");
+  TYPE("SHOW\n", "ATOMEDIT>");
+  TYPE("OMIT all\n", "to exit):");
+  TYPE("O1\n", "to exit):");
+  PRESSED();
+  TYPE("END\n", main_prompt);
+  EXPECT_EQ(TEXT_OF(work / "rec.mcr"),
+            "PTEDIT\nP\n1 3.5\n\n\nATOMEDIT\nSHOW\nOMIT all\nO1\n\nEXIT\nEND\n");
+  TYPE("LIST block\n", main_prompt);
+  EXPECT_NE(said.find("  1: Hematite_0.00 : 298.0   3.500         1"), std::string::npos) << said;
+  END_PROGRAM();
 }
 
 // ---- how far long work is ----

@@ -360,17 +360,19 @@ TEST_F(AT_TERMINAL, END_OF_INPUT_ENDS_THE_PROGRAM) {
   EXPECT_FALSE(KEYS_COME_SINGLY());
 }
 
-TEST_F(AT_TERMINAL, INTERRUPT_ENDS_THE_PROGRAM_AND_THE_TERMINAL_IS_AS_BEFORE) {
+TEST_F(AT_TERMINAL, INTERRUPT_DROPS_THE_LINE_AND_THE_TERMINAL_IS_AS_BEFORE_AT_THE_END) {
   BEGIN();
   TYPE("LOG run" + enter);
   TYPE("foo" + enter);
   TYPE_ON(terminal.MASTER, "half");
-  ::kill(-child, SIGINT);
-  const int status = END_STATUS();
-  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+  READ_ON(terminal.MASTER, said, "half");
+  TYPE("\003");
+  END_BY();
   EXPECT_FALSE(KEYS_COME_SINGLY());
-  EXPECT_NE(LOGGED().find("G_MARA-6.1>foo\n"), std::string::npos);
-  EXPECT_EQ(TEXT_OF(history), "LOG run\nfoo\n");
+  EXPECT_NE(LOGGED().find("G_MARA-6.1>foo\n\nG_MARA-6.1>^C\n\nG_MARA-6.1>EXIT\n"),
+            std::string::npos)
+      << LOGGED();
+  EXPECT_EQ(TEXT_OF(history), "LOG run\nfoo\nEXIT\n");
 }
 
 // ---- plain reading ----

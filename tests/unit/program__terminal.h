@@ -57,7 +57,7 @@ inline void READ_ON(int stream, std::string& text, std::string_view word = "",
   }
 }
 
-// The program started in a process group of its own, as a terminal would have it.
+// The program started in a session and process group of its own, as a terminal would have it.
 class STARTED : public PROGRAM {
  protected:
   // The streams are closed on our side.
@@ -65,12 +65,13 @@ class STARTED : public PROGRAM {
     child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-      ::setpgid(0, 0);
+      ::setsid();
       int place = STDIN_FILENO;
       for (const int stream : {input, output, errors}) {
         if (stream != our_own) ::dup2(stream, place);
         ++place;
       }
+      ::ioctl(STDIN_FILENO, TIOCSCTTY, 0);  // of which the interrupt key comes, if it is one
       if (::chdir(work.c_str()) == 0) ::execl(PLACES::PROGRAM().c_str(), "gemmara", nullptr);
       ::_exit(99);
     }
