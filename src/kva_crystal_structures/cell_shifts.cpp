@@ -67,6 +67,18 @@ std::vector<CELL_SHIFT> SHIFTS_OF_SYSTEM(const CRYSTAL_STRUCTURE_TYPE& phase, bo
 
 }  // namespace
 
+std::vector<CELL_SHIFT> SYMMETRIC_CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase) {
+  if (!phase.SPG.LAUE.ends_with(" R")) return CELL_SHIFTS(phase);
+  const XTAL::CRYSTAL_CELL& cell = phase.CELL;
+  CELL_SHIFT lengths = LENGTH_SHIFT(cell, 0, cell.ANG);
+  CELL_SHIFT angles = ANGLE_SHIFT(cell, 0);
+  for (std::size_t k = 1; k < 3; ++k) {
+    lengths.CELL[k] = lengths.CELL[0];
+    angles.ANG[k] = angles.ANG[0];
+  }
+  return {lengths, angles};
+}
+
 std::vector<CELL_SHIFT> CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase, bool keep_angles) {
   std::vector<CELL_SHIFT> shifts = SHIFTS_OF_SYSTEM(phase, keep_angles);
   std::erase_if(shifts, [&](const CELL_SHIFT& shift) {

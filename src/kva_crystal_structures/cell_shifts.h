@@ -17,4 +17,8 @@ struct CELL_SHIFT {
 };
 std::vector<CELL_SHIFT> CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase, bool keep_angles = false);
 
+// The same for telling what symmetry fixes: on rhombohedral axes, of which the esds make two, all
+// lengths and all angles go together.
+std::vector<CELL_SHIFT> SYMMETRIC_CELL_SHIFTS(const CRYSTAL_STRUCTURE_TYPE& phase);
+
 }  // namespace KVA_CRYSTAL_STRUCTURES

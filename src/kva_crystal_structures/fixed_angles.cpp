@@ -195,7 +195,7 @@ bool IS_FIXED(const RULER& ruler, const APEX_ATOM& apex, const SPOKE& spoke1, co
   const VECTOR3_64 slope2 = SLOPE_WITH_END(leg2, leg1, cosine);
   double variance = VARIANCE_OF_LEGS(ruler, apex, spoke1, spoke2, slope1, slope2);
   if (!(variance < fixed_variance)) return false;
-  for (const MATRIX3& shifted : ruler.SHIFTED_METRICS) {
+  for (const MATRIX3& shifted : ruler.SYMMETRIC_METRICS) {
     const double change =
         CHANGE_WITH_METRIC(leg1, leg2, cosine, ruler.IMAGES.PHASE.CELL.GD, shifted);
     variance += change * change;

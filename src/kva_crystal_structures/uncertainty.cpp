@@ -108,11 +108,13 @@ bool HAS_SPLIT_SITES(const ATOM_IMAGES& images) {
 }  // namespace
 
 RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase) {
-  RULER ruler{IMAGES_OF(phase), {}, {}};
+  RULER ruler{IMAGES_OF(phase), {}, {}, {}};
   ruler.SPLIT_SITES = HAS_SPLIT_SITES(ruler.IMAGES);
   for (int i = 1; i <= phase.NATOMS; ++i) ruler.ATOM_VCV.push_back(CALC_VCV_XYZ(phase, i, 1));
   for (const CELL_SHIFT& shift : CELL_SHIFTS(phase))
     ruler.SHIFTED_METRICS.push_back(XTAL::METRICTENSOR(shift.CELL, shift.ANG));
+  for (const CELL_SHIFT& shift : SYMMETRIC_CELL_SHIFTS(phase))
+    ruler.SYMMETRIC_METRICS.push_back(XTAL::METRICTENSOR(shift.CELL, shift.ANG));
   return ruler;
 }
 

@@ -36,9 +36,10 @@ VECTOR3 CALC_ESD_XYZ(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op);
 // What all measurements in one record share. It holds as its images do.
 struct RULER {
   ATOM_IMAGES IMAGES;
-  std::vector<MATRIX3> ATOM_VCV;         // covariance of the coordinates of each atom as listed
-  std::vector<MATRIX3> SHIFTED_METRICS;  // metric tensors of the shifted cells
-  bool SPLIT_SITES = false;              // atoms so close that a position may mean either
+  std::vector<MATRIX3> ATOM_VCV;           // covariance of the coordinates of each atom as listed
+  std::vector<MATRIX3> SHIFTED_METRICS;    // metric tensors of the shifted cells
+  std::vector<MATRIX3> SYMMETRIC_METRICS;  // and of those that tell what symmetry fixes
+  bool SPLIT_SITES = false;                // atoms so close that a position may mean either
 };
 RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase);
 

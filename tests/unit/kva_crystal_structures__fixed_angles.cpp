@@ -237,6 +237,18 @@ TEST(DERIVATIVES, THE_CELL_FIXES_THE_ANGLES_IN_A_HEXAGONAL_LAYER) {
   EXPECT_GT(between.ESD, 0.0f);
 }
 
+// On rhombohedral axes the triangle of calcite's oxygens keeps its 60 degrees when a, b and c grow
+// together; raised apart they would not leave it.
+TEST(DERIVATIVES, THE_CELL_FIXES_THE_ANGLES_OF_A_TRIANGLE_ON_RHOMBOHEDRAL_AXES) {
+  const auto phase = MADE({6.375f, 6.375f, 6.375f}, {46.08f, 46.08f, 46.08f}, "R -3 c:R",
+                          {{"O1", {0.507f, -0.007f, 0.25f}, {0.0003f, 0.0003f, 0}}},
+                          {0.001f, 0.001f, 0.001f}, {0.01f, 0.01f, 0.01f});
+  const VALUE_ESD angle = ANGLE_AND_SIGMA_VCV(phase, {0.507f, -0.007f, 0.25f},
+                                              {0.25f, 0.507f, -0.007f}, {-0.007f, 0.25f, 0.507f});
+  EXPECT_NEAR(angle.VALUE, 60.0f, 1e-4f);
+  EXPECT_EQ(angle.ESD, 0.0f);
+}
+
 // Three atoms in line without any symmetry: nothing keeps them there. Moved across the line by dx,
 // either end of 2 angstroms turns its bond by dx / 2, the apex both.
 TEST(DERIVATIVES, AN_ANGLE_THAT_HAPPENS_TO_BE_STRAIGHT_IS_NOT_FIXED) {
