@@ -4,7 +4,7 @@
 #include <algorithm>  // for copy_n, min
 #include <array>
 #include <charconv>
-#include <cmath>  // for abs
+#include <cmath>  // for abs, isfinite, pow
 
 #include "console_code/kva_utilities/text.h"
 
@@ -371,6 +371,40 @@ bool READ_INTEGERS(std::string_view text, std::span<int> values, int& count) {
     value = number.IVAL;
   }
   return true;
+}
+
+// ---- 64-bit reals ----
+
+namespace {
+
+// The whole text as a number.
+bool READ_WIDE(std::string_view text, double& value) {
+  const char* const end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, value);
+  return result.ec == std::errc() && result.ptr == end && std::isfinite(value);
+}
+
+}  // namespace
+
+bool GETNUM_STD_WIDE(std::string_view word, double& value, double& std) {
+  value = 0.0;
+  std = 0.0;
+  const std::string_view number = word.substr(0, word.find('('));
+  std::string_view rest = number;
+  NUMBER_TEXT parts;
+  if (!TAKE_NUMBER(rest, parts) || !rest.empty() || !READ_WIDE(number, value)) return false;
+  if (number.size() == word.size()) return true;
+  if (word.back() != ')') return false;
+  const std::string_view digits = word.substr(number.size() + 1, word.size() - number.size() - 2);
+  if (digits.empty() || DIGITS_FROM(digits, 0) != digits.size()) return false;
+  const std::size_t decimals =
+      parts.POINT ? parts.MANTISSA.size() - 1 - parts.MANTISSA.find('.') : 0;
+  // The unit of the last digit: a power of ten, with the number's own exponent.
+  double exponent = 0.0;
+  if (!parts.EXPONENT.empty() && !READ_WIDE(parts.EXPONENT, exponent)) return false;
+  if (parts.NEGATIVE_EXPONENT) exponent = -exponent;
+  return READ_WIDE(digits, std) &&
+         std::isfinite(std *= std::pow(10.0, exponent - static_cast<double>(decimals)));
 }
 
 }  // namespace KVA_UTILITIES

@@ -65,4 +65,8 @@ bool READ_REALS(std::string_view text, std::span<float> values);
 // many were read. Running out is no error; text that is no whole number is.
 bool READ_INTEGERS(std::string_view text, std::span<int> values, int& count);
 
+// One word such as 5.0347(4) or 1e-3 as 64-bit reals, without a sign in front: the value, and the
+// esd in units of the mantissa's last digit. False when it is no such number.
+bool GETNUM_STD_WIDE(std::string_view word, double& value, double& std);
+
 }  // namespace KVA_UTILITIES

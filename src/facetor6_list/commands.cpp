@@ -1,9 +1,11 @@
 // The menus of LIST and TABLE.
 #include <array>
 #include <span>
+#include <vector>
 
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
+#include "src/facetor6_console/measure_list.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
 #include "src/facetor6_list/list_parts.h"
@@ -61,12 +63,26 @@ constexpr std::array<std::string_view, 7> table_menu{
     // ORDER TABLE_ROW
     "cells", "xyz", "adps", "bond lengths", "angles between bonds", "edges", "valences of bonds"};
 
-// A menu is longer when the reference block has bonds.
-std::span<const std::string_view> NOW_OFFERED(std::span<const std::string_view> menu,
-                                              std::size_t without_bonds) {
+// A menu is longer when the reference block has bonds, and when there are measures, which are the
+// last entry then.
+constexpr std::string_view measures_entry = "measures";
+using MENU = std::vector<std::string_view>;
+
+MENU NOW_OFFERED(std::span<const std::string_view> menu, std::size_t without_bonds) {
   const bool bonds = NPHASES > 0 && SUM_NBONDS(REFERENCE()) > 0;
-  return bonds ? menu : menu.first(without_bonds);
+  const std::span<const std::string_view> shown = bonds ? menu : menu.first(without_bonds);
+  MENU offered(shown.begin(), shown.end());
+  if (!MEASURES.empty()) offered.push_back(measures_entry);
+  return offered;
 }
+
+bool IS_MEASURES(std::span<const std::string_view> menu, int selection) {
+  return selection > 0 && menu[static_cast<std::size_t>(selection - 1)] == measures_entry;
+}
+
+// As they were last offered; whoever shows them keeps a view of them.
+MENU list_offered;
+MENU table_offered;
 
 // "U" or "BETA", as the user wants.
 std::string ASK_TENSOR() {
@@ -83,16 +99,19 @@ void LIST_VALENCES(std::string_view option) {
 }  // namespace
 
 std::span<const std::string_view> LIST_MENU() {
-  return NOW_OFFERED(list_menu, LIST_ADPS);
+  return list_offered = NOW_OFFERED(list_menu, LIST_ADPS);
 }
 
 std::span<const std::string_view> TABLE_MENU() {
-  return NOW_OFFERED(table_menu, TABLE_ADPS);
+  return table_offered = NOW_OFFERED(table_menu, TABLE_ADPS);
 }
 
 void RUN_FACETOR_LIST() {
   if (CHECK_NOPHASES()) return;
-  switch (GET_LIST_SELECTION("List", LIST_MENU())) {
+  const std::span<const std::string_view> menu = LIST_MENU();
+  const int selection = GET_LIST_SELECTION("List", menu);
+  if (IS_MEASURES(menu, selection)) return FACETOR_LIST_MEASURES();
+  switch (selection) {
     case LIST_NAMES:
       return FACETOR_LIST_PHASE();
     case LIST_CELLS:
@@ -128,7 +147,10 @@ void RUN_FACETOR_LIST() {
 
 void RUN_FACETOR_TABLE() {
   if (CHECK_NOPHASES()) return;
-  switch (GET_LIST_SELECTION("Table", TABLE_MENU())) {
+  const std::span<const std::string_view> menu = TABLE_MENU();
+  const int selection = GET_LIST_SELECTION("Table", menu);
+  if (IS_MEASURES(menu, selection)) return FACETOR_LIST_MEASURES("ESD");
+  switch (selection) {
     case TABLE_CELLS:
       return FACETOR_LIST_CELLS("ESD");
     case TABLE_XYZ:

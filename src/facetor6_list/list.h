@@ -52,6 +52,10 @@ void FACETOR_LIST_ALL_XYZ(std::string_view option = "");
 void FACETOR_LIST_ADPS(int i, std::string_view option = "");
 void FACETOR_LIST_ALL_ADPS(std::string_view option = "");
 
+// ---- measures ----
+void FACETOR_LIST_MEASURES(std::string_view option = "");
+void FACETOR_LIST_MEASURES_USED();  // with esds, of the used blocks alone
+
 // ---- geometry ----
 void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option = "");
 void FACETOR_LIST_BONDS(int i, std::string_view option = "");

@@ -16,12 +16,14 @@
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_atomedit/atomedit.h"
 #include "src/facetor6_calc/calc.h"
+#include "src/facetor6_console/measure_list.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
 #include "src/facetor6_exportfiles/exportfiles.h"
 #include "src/facetor6_list/list.h"
 #include "src/facetor6_main/program_options.h"
+#include "src/facetor6_measure/measure.h"
 #include "src/facetor6_ptedit/ptedit.h"
 #include "src/facetor6_readfiles/check.h"
 #include "src/facetor6_readfiles/readfiles.h"
@@ -55,7 +57,8 @@ enum MAIN_COMMAND {
   COMMAND_ATOMEDIT,
   COMMAND_PTEDIT,
   COMMAND_TEST,
-  COMMAND_COUNT = COMMAND_TEST
+  COMMAND_MEASURE,
+  COMMAND_COUNT = COMMAND_MEASURE
 };
 
 // Groups of HELP, in the order in which they are shown.
@@ -93,6 +96,7 @@ constexpr std::array main_table{
     MAIN_ROW{COMMAND_ATOMEDIT,  "ATOMEDIT",  "Edit atom data and flags",        DATA},
     MAIN_ROW{COMMAND_PTEDIT,    "PTEDIT",    "Edit the P and/or T data",        DATA},
     MAIN_ROW{COMMAND_TEST,      "TEST",      "Test routine",                    DATA, true},
+    MAIN_ROW{COMMAND_MEASURE,   "MEASURE",   "Define and list measures",        SHEETS},
 };
 // clang-format on
 
@@ -190,6 +194,8 @@ void EXECUTE(int icom) {
       return FACETOR_ATOMEDIT::RUN_ATOMEDIT();
     case COMMAND_PTEDIT:
       return FACETOR_PTEDIT::RUN_PTEDIT();
+    case COMMAND_MEASURE:
+      return FACETOR_MEASURE::RUN_MEASURE();
     case COMMAND_TEST:
       return RUN_TEST();
     default:
@@ -201,6 +207,7 @@ void EXECUTE(int icom) {
 void CARRY_OUT(int icom) {
   try {
     EXECUTE(icom);
+    FACETOR_CONSOLE::FOLLOW_REFERENCE();
   } catch (const std::bad_alloc&) {
     WARNING("There is not enough memory for this command, which was given up");
   }

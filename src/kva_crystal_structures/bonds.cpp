@@ -95,12 +95,16 @@ void CALC_BONDS_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase, float dmin, float dmax,
 
 // ---- the same bonds in another block ----
 
-float MATCHING_RADIUS(const CRYSTAL_STRUCTURE_TYPE& reference) {
+float MATCHING_RADIUS(float shortest_bond) {
   constexpr float share_of_bond = 0.9f;
   constexpr float smallest_radius = 0.1f;  // angstroms
   constexpr float default_radius = 0.5f;
-  const float radius = share_of_bond * reference.SHORT_BOND;
+  const float radius = share_of_bond * shortest_bond;
   return radius < smallest_radius ? default_radius : radius;
+}
+
+float MATCHING_RADIUS(const CRYSTAL_STRUCTURE_TYPE& reference) {
+  return MATCHING_RADIUS(reference.SHORT_BOND);
 }
 
 namespace {

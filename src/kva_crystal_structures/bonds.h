@@ -35,6 +35,7 @@ bool ISCATION(int z);
 
 // Radius in angstroms within which an atom of another block matches one of the reference block.
 float MATCHING_RADIUS(const CRYSTAL_STRUCTURE_TYPE& reference);
+float MATCHING_RADIUS(float shortest_bond);
 
 // Where a centre of the reference block and its ligands lie there: what is looked for in every
 // block. Fractional; in the order of the bonds.

@@ -27,4 +27,8 @@ MATRIX6 CALC_VCV_BETA(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op,
 VECTOR6 CALC_ESD_BETA(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op,
                       const MATRIX3* t = nullptr);
 
+// Esd of UEQ: that of the components with the ties of the site; of an isotropic atom, or where the
+// components have none, the one that was given with U or B.
+float U_EQUIV_STD(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
+
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -15,15 +15,7 @@ using XTAL::SQUARE;
 
 namespace {
 
-constexpr float no_volume = 0.1f;     // cubic angstroms; below: no distortion parameters
-constexpr float trans_limit = 45.0f;  // degrees; how far a trans angle lies from 180
-
-// Angles of the regular polyhedra in degrees, and constants of their volumes.
-constexpr float tetrahedron_angle = 109.47f;
-constexpr float octahedron_angle = 90.0f;
-constexpr float tetrahedron_radius = 0.612372f;  // centre to vertex, edge 1
-constexpr float root_two = 1.41421f;
-
+constexpr float no_volume = 0.1f;  // cubic angstroms; below: no distortion parameters
 float CUBE_ROOT(float x) {
   return static_cast<float>(std::cbrt(static_cast<double>(x)));
 }
@@ -122,17 +114,17 @@ void CALC_TRIANGLE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>&
 }
 
 void CALC_TETRAHEDRON(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>& present) {
-  const PAIR_SUMS sums = SUM_PAIRS(phase, i, present, tetrahedron_angle, skip_none);
+  const PAIR_SUMS sums = SUM_PAIRS(phase, i, present, TETRAHEDRON_ANGLE, skip_none);
   phase.POLYHEDRON(i, POLY_VARIANCE) = sums.DEVIATION_SQ / 5.0f;
   phase.POLYHEDRON(i, POLY_MEAN_EDGE) = sums.EDGE / 6.0f;
   const float r =
-      tetrahedron_radius * CUBE_ROOT(12.0f * phase.POLYHEDRON(i, POLY_VOLUME) / root_two);
+      TETRAHEDRON_RADIUS * CUBE_ROOT(12.0f * phase.POLYHEDRON(i, POLY_VOLUME) / ROOT_TWO);
   phase.POLYHEDRON(i, POLY_ELONGATION) = ELONGATION(phase, i, present, r);
 }
 
 // Angle variance and mean edge stay 0 unless twelve pairs are no trans pairs.
 void CALC_OCTAHEDRON(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int>& present) {
-  const PAIR_SUMS sums = SUM_PAIRS(phase, i, present, octahedron_angle, trans_limit);
+  const PAIR_SUMS sums = SUM_PAIRS(phase, i, present, OCTAHEDRON_ANGLE, TRANS_LIMIT);
   if (sums.COUNT == 12) {
     phase.POLYHEDRON(i, POLY_VARIANCE) = sums.DEVIATION_SQ / 11.0f;
     phase.POLYHEDRON(i, POLY_MEAN_EDGE) = sums.EDGE / 12.0f;

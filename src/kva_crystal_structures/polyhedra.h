@@ -5,6 +5,14 @@
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
+inline constexpr float TRANS_LIMIT = 45.0f;  // degrees; how far a trans angle lies from 180
+
+// Angles of the regular polyhedra in degrees, and constants of their volumes.
+inline constexpr float TETRAHEDRON_ANGLE = 109.47f;
+inline constexpr float OCTAHEDRON_ANGLE = 90.0f;
+inline constexpr float TETRAHEDRON_RADIUS = 0.612372f;  // centre to vertex, edge 1
+inline constexpr float ROOT_TWO = 1.41421f;
+
 // Fills BANGLES and NANGLES of all centres. The coordinations are the record's own.
 void CALC_ANGLES_ALLATOMS(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase);
 void CALC_ANGLES_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase);

@@ -50,25 +50,36 @@ int PAIR_ROW(const std::string& centre, const std::string& ligand, bool centre_i
                           : FIND_BVLOCAL(ligand, centre, pairs);
 }
 
-float EXPONENTIAL_VALENCE(const BV_PAIR& pair, float length) {
+float EXPONENTIAL_VALENCE(const VALENCE_LAW::TERM& term, float length) {
   // Rounded once from a wider result: the same digits on every machine.
-  return static_cast<float>(std::exp(static_cast<double>((pair.D0 - length) / pair.B)));
+  return static_cast<float>(std::exp(static_cast<double>((term.D0 - length) / term.B)));
 }
 
-// Valence of one bond, weighted by the occupancies; 0 when both sites hold several species.
-float BOND_VALENCE_OF_SITES(const SITE& centre, const SITE& ligand, bool centre_is_cation,
-                            float length, const LIST<BV_PAIR>& pairs) {
+VALENCE_LAW LAW_OF_SITES(const SITE& centre, const SITE& ligand, bool centre_is_cation,
+                         const LIST<BV_PAIR>& pairs) {
+  VALENCE_LAW law;
   const bool one_ligand = ligand.OCC[1] < no_second_ligand;
-  if (!one_ligand && !(centre.OCC[1] < no_second_centre)) return 0.0f;
-  float valence = 0.0f;
+  if (!one_ligand && !(centre.OCC[1] < no_second_centre)) return law;
+  law.COMMON_OCC = (one_ligand ? ligand : centre).OCC[0];
   for (std::size_t k = 0; k < SLOTS; ++k) {
     const std::string& centre_label = centre.LABEL[one_ligand ? k : 0];
     const std::string& ligand_label = ligand.LABEL[one_ligand ? 0 : k];
     const int row = PAIR_ROW(centre_label, ligand_label, centre_is_cation, pairs);
     if (row == 0) continue;
-    valence += EXPONENTIAL_VALENCE(pairs(row), length) * (one_ligand ? centre : ligand).OCC[k];
+    law.TERMS[static_cast<std::size_t>(law.COUNT++)] = {pairs(row).D0, pairs(row).B,
+                                                        (one_ligand ? centre : ligand).OCC[k]};
   }
-  return valence * (one_ligand ? ligand : centre).OCC[0];
+  return law;
+}
+
+// The valence as it is stored: in 32-bit reals.
+float STORED_VALENCE(const VALENCE_LAW& law, float length) {
+  float valence = 0.0f;
+  for (int k = 0; k < law.COUNT; ++k) {
+    const VALENCE_LAW::TERM& term = law.TERMS[static_cast<std::size_t>(k)];
+    valence += EXPONENTIAL_VALENCE(term, length) * term.OCC;
+  }
+  return valence * law.COMMON_OCC;
 }
 
 void CALC_VALENCE_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const LIST<BV_PAIR>& pairs) {
@@ -78,8 +89,8 @@ void CALC_VALENCE_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const LIST<BV_
     const SITE centre = SPECIES_OF_SITE(phase, phase.BONDS.CENTRE(i, m));
     const SITE ligand = SPECIES_OF_SITE(phase, phase.BONDS.LIGAND(i, m));
     const bool centre_is_cation = IS_CATION_LABEL(centre.LABEL[0], pairs);
-    const float valence = BOND_VALENCE_OF_SITES(centre, ligand, centre_is_cation,
-                                                phase.BONDS(i, m, BOND_LENGTH), pairs);
+    const float valence = STORED_VALENCE(LAW_OF_SITES(centre, ligand, centre_is_cation, pairs),
+                                         phase.BONDS(i, m, BOND_LENGTH));
     phase.BONDS(i, m, BOND_VALENCE) = valence;
     const int row = PAIR_ROW(centre.LABEL[0], ligand.LABEL[0], centre_is_cation, pairs);
     if (row > 0)
@@ -99,6 +110,23 @@ int FIND_BVLOCAL(std::string_view label_1, std::string_view label_2, const LIST<
     if (BEGINS_WITH(pairs(row).CATION, label_1) && BEGINS_WITH(pairs(row).ANION, label_2))
       return row;
   return 0;
+}
+
+VALENCE_LAW VALENCE_LAW_OF(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m,
+                           const LIST<BV_PAIR>& pairs) {
+  const SITE centre = SPECIES_OF_SITE(phase, phase.BONDS.CENTRE(i, m));
+  const SITE ligand = SPECIES_OF_SITE(phase, phase.BONDS.LIGAND(i, m));
+  return LAW_OF_SITES(centre, ligand, IS_CATION_LABEL(centre.LABEL[0], pairs), pairs);
+}
+
+double VALENCE_BY_LAW(const VALENCE_LAW& law, double length) {
+  double valence = 0.0;
+  for (int k = 0; k < law.COUNT; ++k) {
+    const VALENCE_LAW::TERM& term = law.TERMS[static_cast<std::size_t>(k)];
+    valence += std::exp((static_cast<double>(term.D0) - length) / static_cast<double>(term.B)) *
+               static_cast<double>(term.OCC);
+  }
+  return valence * static_cast<double>(law.COMMON_OCC);
 }
 
 void CALC_VALENCE_ALLBONDS(CRYSTAL_STRUCTURE_TYPE& phase, const LIST<BV_PAIR>& pairs) {

@@ -1,6 +1,7 @@
 // Bond valences by the exponential law, weighted by occupancy, and their sums.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,26 @@ struct BV_PAIR {
 
 // Row of the pair whose labels begin with the two given, ignoring case; 0 when there is none.
 int FIND_BVLOCAL(std::string_view label_1, std::string_view label_2, const LIST<BV_PAIR>& pairs);
+
+// How the valence of one bond depends on its length: exponentials weighted by occupancies.
+struct VALENCE_LAW {
+  struct TERM {
+    float D0 = 0.0f;  // angstroms
+    float B = 0.0f;   // angstroms
+    float OCC = 0.0f;
+  };
+  std::array<TERM, 1 + MAX_DUPLICATES> TERMS{};
+  int COUNT = 0;
+  float COMMON_OCC = 0.0f;  // of the site with one species
+};
+
+// Law of bond m of centre i; without terms when there are no parameters, or when both sites hold
+// several species.
+VALENCE_LAW VALENCE_LAW_OF(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m,
+                           const LIST<BV_PAIR>& pairs);
+
+// The valence in 64-bit reals.
+double VALENCE_BY_LAW(const VALENCE_LAW& law, double length);
 
 // Fills BONDS columns 13 and 14 and POLYHEDRON columns 21 and 22. An empty table does nothing.
 void CALC_VALENCE_ALLBONDS(CRYSTAL_STRUCTURE_TYPE& phase, const LIST<BV_PAIR>& pairs);
