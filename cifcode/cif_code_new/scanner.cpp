@@ -29,7 +29,7 @@ void LEFT_ADJUST_LINES(FILE_LINES& flines) {
 }
 
 bool STARTS_BLOCK(const std::string& line) {
-  return BEGINS_WITH(line, "data_");
+  return !line.empty() && (line[0] == 'd' || line[0] == 'D') && BEGINS_WITH(line, "data_");
 }
 
 }  // namespace

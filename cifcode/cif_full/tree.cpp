@@ -279,7 +279,8 @@ bool NEXT_BLOCK(READER& reader, BLOCK& block) {
   block.AT = bytes + reader.SOURCE.START;
   block.NAMELESS = reader.AHEAD != TOKEN::DATA && reader.AHEAD != TOKEN::GLOBAL;
   if (block.NAMELESS) {
-    reader.SOURCE.FOUND.NOTE(NO_BLOCK, block.AT, reader.AHEAD_TEXT);
+    if (!IS_VALUE(reader.AHEAD))  // values are told one by one
+      reader.SOURCE.FOUND.NOTE(NO_BLOCK, block.AT, reader.AHEAD_TEXT);
   } else {
     block.NAME = reader.AHEAD == TOKEN::DATA ? reader.AHEAD_TEXT : "global";
     STEP(reader);

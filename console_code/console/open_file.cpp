@@ -2,6 +2,7 @@
 // Reads and writes no content.
 #include "console_code/console/open_file.h"
 
+#include <algorithm>  // for sort
 #include <array>
 #include <cerrno>  // for ENAMETOOLONG
 
@@ -285,31 +286,109 @@ void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std:
             {.FILES = true});
 }
 
+namespace {
+
+// Opens the file that the pending text names. Without success there is a message, and the name may
+// be asked for again unless it is given up.
+enum class OPENING { DONE, AGAIN, GIVEN_UP };
+OPENING OPEN_PENDING(FILE_RECORD& file, const OPEN_REQUEST& request) {
+  const std::string name = TAKE_NAME(file, request);
+  const int lines = request.MODE == OPEN_MODE::APPEND ? LINES_IN(name) : 0;
+  if (name.empty()) {
+    WRITE_OUT("*****Failed to read file name, try again");
+  } else if (request.MODE != OPEN_MODE::OLD && IS_OF_ANOTHER_KIND(name, file.EXT)) {
+    WRITE_OUT("*****The file " + AS_IT_IS(name) + " is of another kind");
+    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+  } else if (request.MACRO && IS_CIF(name)) {
+    WRITE_OUT("*****This is a CIF, not a macro: READ cif reads it");
+    return OPENING::GIVEN_UP;
+  } else if (OPEN_NAMED_FILE(file, name, request)) {
+    file.NAME = name;
+    file.OPEN = true;
+    file.SHORT_NAME = FILENAME(name);
+    REPORT_OPEN(file, name, lines);
+    return OPENING::DONE;
+  }
+  CLEAR_INPUT();
+  return OPENING::AGAIN;
+}
+
+}  // namespace
+
 bool OPEN_FILE(FILE_RECORD& file, std::string_view control) {
   const OPEN_REQUEST request = READ_CONTROL(control);
   WRITE_OUT_BLANK(1);
   if (KEEP_OPEN_FILE(file)) return false;
-  while (NAME_IS_PENDING(file, request)) {
-    const std::string name = TAKE_NAME(file, request);
-    const int lines = request.MODE == OPEN_MODE::APPEND ? LINES_IN(name) : 0;
-    if (name.empty()) {
-      WRITE_OUT("*****Failed to read file name, try again");
-    } else if (request.MODE != OPEN_MODE::OLD && IS_OF_ANOTHER_KIND(name, file.EXT)) {
-      WRITE_OUT("*****The file " + AS_IT_IS(name) + " is of another kind");
-      if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
-    } else if (request.MACRO && IS_CIF(name)) {
-      WRITE_OUT("*****This is a CIF, not a macro: READ cif reads it");
-      return false;
-    } else if (OPEN_NAMED_FILE(file, name, request)) {
-      file.NAME = name;
-      file.OPEN = true;
-      file.SHORT_NAME = FILENAME(name);
-      REPORT_OPEN(file, name, lines);
-      return file.OPEN;
+  OPENING opening = OPENING::AGAIN;
+  while (opening == OPENING::AGAIN && NAME_IS_PENDING(file, request))
+    opening = OPEN_PENDING(file, request);
+  return opening == OPENING::DONE && file.OPEN;
+}
+
+// ---- several files ----
+
+namespace {
+
+// Whether the text names several files, or one by a pattern. A file that has the whole text as its
+// name is that file.
+bool NAMES_SEVERAL(const std::string& typed, std::string_view ext) {
+  const std::string whole = USER_PATH(typed);
+  for (const std::string& name : {whole, whole + "." + std::string(ext)})
+    if (FILE_EXISTS(name)) return false;
+  const bool quoted = whole != LEFT_ADJUST(typed) && FILE_WORDS(typed).size() <= 1;
+  if (typed.starts_with('\'') || quoted) return IS_PATTERN(whole);
+  return FILE_WORDS(typed).size() > 1 || IS_PATTERN(typed);
+}
+
+// The files of all the names; none, after a message, when a pattern fits no file.
+std::vector<NAMED_FILE> FIND_SEVERAL(const std::string& typed, std::string_view ext) {
+  std::vector<NAMED_FILE> all;
+  for (const std::string& word : FILE_WORDS(typed)) {
+    const std::vector<NAMED_FILE> files = FILES_NAMED(word, ext);
+    if (files.empty()) {
+      WRITE_OUT("*****No file fits " + AS_IT_IS(word));
+      return {};
     }
-    CLEAR_INPUT();
+    all.insert(all.end(), files.begin(), files.end());
   }
-  return false;
+  return all;
+}
+
+}  // namespace
+
+std::vector<NAMED_FILE> FILES_NAMED(std::string_view typed, std::string_view ext) {
+  const std::string path = USER_PATH(typed);
+  if (!IS_PATTERN(path) || FILE_EXISTS(path))
+    return {{HOME_EXPANDED(WITH_EXTENSION(path, ext)), {}}};
+  const std::string pattern = WITH_EXTENSION(FILENAME(path), ext);
+  const std::string folder = path.substr(0, path.size() - FILENAME(path).size());
+  std::vector<std::string> names = FILE_NAMES(folder.empty() ? "." : folder, "");
+  std::sort(names.begin(), names.end(), NATURAL_LESS);
+  std::vector<NAMED_FILE> files;
+  for (const std::string& name : names) {
+    NAMED_FILE file{folder + name, {}};
+    const bool hidden = name.starts_with('.') && !pattern.starts_with('.');
+    const bool folder_name = name.ends_with('/');
+    if (!hidden && !folder_name && FITS_PATTERN(pattern, name, file.NUMBERS)) files.push_back(file);
+  }
+  return files;
+}
+
+std::vector<NAMED_FILE> OPEN_FILES(FILE_RECORD& file, std::string_view control) {
+  const OPEN_REQUEST request = READ_CONTROL(control);
+  WRITE_OUT_BLANK(1);
+  if (KEEP_OPEN_FILE(file)) return {};
+  while (NAME_IS_PENDING(file, request)) {
+    const std::string typed = CONSOLE.INSTRING;
+    if (NAMES_SEVERAL(typed, file.EXT)) {
+      CLEAR_INPUT();
+      const std::vector<NAMED_FILE> files = FIND_SEVERAL(typed, file.EXT);
+      if (!files.empty()) return files;
+    } else if (OPEN_PENDING(file, request) == OPENING::DONE) {
+      return {{file.NAME, {}}};
+    }
+  }
+  return {};
 }
 
 // ---- the console's own files ----

@@ -3,7 +3,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "console_code/kva_utilities/file_patterns.h"
 #include "console_code/kva_utilities/files.h"
 
 namespace KVA_CONSOLE {
@@ -15,6 +17,22 @@ namespace KVA_CONSOLE {
 // that drops the command.
 // True when this call opened the file; file.OPEN is true as well when one was kept open.
 bool OPEN_FILE(KVA_UTILITIES::FILE_RECORD& file, std::string_view control = "");
+
+// A file that the user named, with the numbers that its name gave where the pattern had {P} and
+// {T}.
+struct NAMED_FILE {
+  std::string NAME;
+  KVA_UTILITIES::PATTERN_NUMBERS NUMBERS;
+};
+
+// Like OPEN_FILE for files that exist, of which several may be named: names that blanks divide (a
+// line that is the name of a file is that file) and patterns, whose files come in natural order. A
+// single name without a pattern is opened as by OPEN_FILE; of several none is open. No names: the
+// user wants none.
+std::vector<NAMED_FILE> OPEN_FILES(KVA_UTILITIES::FILE_RECORD& file, std::string_view control);
+
+// The files of one name or pattern; a name without a pattern need not exist.
+std::vector<NAMED_FILE> FILES_NAMED(std::string_view typed, std::string_view ext);
 
 // Asks for a file name, by the system's dialogue where there is one and no macro answers, else at
 // the prompt. A blank answer means none. A folder that is chosen in the dialogue becomes the

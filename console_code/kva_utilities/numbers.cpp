@@ -238,10 +238,64 @@ bool FAIL_STD(std::string_view word) {
   return FAIL(pair ? "Bad format" : "Wrong format using Standard values");
 }
 
+// At most seven digits with at most one point off the front of a word: their value without the
+// point, and how many stand behind it. False without digits or with more.
+struct SHORT_DIGITS {
+  int VALUE = 0;
+  std::size_t DECIMALS = 0;
+  bool POINT = false;
+};
+
+bool TAKE_SHORT_DIGITS(std::string_view& rest, SHORT_DIGITS& digits) {
+  constexpr int most_digits = 7;
+  int count = 0;
+  std::size_t i = 0;
+  for (; i < rest.size(); ++i) {
+    if (IS_DIGIT(rest[i])) {
+      if (++count > most_digits) return false;
+      digits.VALUE = 10 * digits.VALUE + (rest[i] - '0');
+      if (digits.POINT) ++digits.DECIMALS;
+    } else if (rest[i] == '.' && !digits.POINT) {
+      digits.POINT = true;
+    } else {
+      break;
+    }
+  }
+  rest.remove_prefix(i);
+  return count > 0;
+}
+
+// The form that most numbers have, -0.12345(12) or -0.12345, by the rule for short numbers. False
+// for any other, of which nothing is taken.
+bool TAKE_SHORT_STD(std::string_view& word, NUMBER_STD& number) {
+  constexpr std::array<float, 8> powers{1.0f, 1e1f, 1e2f, 1e3f, 1e4f, 1e5f, 1e6f, 1e7f};
+  std::string_view rest = word;
+  const bool negative = TAKE_SIGN(rest);
+  SHORT_DIGITS digits;
+  SHORT_DIGITS esd;
+  if (!TAKE_SHORT_DIGITS(rest, digits)) return false;
+  if (!rest.empty()) {
+    if (rest[0] != '(') return false;
+    rest.remove_prefix(1);
+    if (!TAKE_SHORT_DIGITS(rest, esd) || esd.POINT || !rest.starts_with(')')) return false;
+    rest.remove_prefix(1);
+    number.HAS_STD = true;
+    number.STD = static_cast<float>(esd.VALUE) / powers[digits.DECIMALS];
+  }
+  const float value = static_cast<float>(digits.VALUE) / powers[digits.DECIMALS];
+  number.VALUE.WHOLE = !digits.POINT;
+  number.VALUE.VAL = negative ? -value : value;
+  if (!digits.POINT) number.VALUE.IVAL = negative ? -digits.VALUE : digits.VALUE;
+  word = rest;
+  return true;
+}
+
 // Takes a number with its esd, 1.234(5) or 1.234, off the front of a word. False, with the error
 // set, when there is none or it is too large.
 bool TAKE_NUMBER_STD(std::string_view& rest, NUMBER_STD& number) {
   const std::string_view word = rest;
+  number = NUMBER_STD{};
+  if (TAKE_SHORT_STD(rest, number)) return true;
   number = NUMBER_STD{};
   NUMBER_TEXT parts;
   if (!TAKE_NUMBER(rest, parts) || !VALUE_OF(parts, number.VALUE)) return FAIL_STD(word);

@@ -266,5 +266,6 @@ int main(int argc, char** argv) {
       FACETOR_MAIN::READ_ARGUMENTS(COMMAND_LINE(argc, argv));
   if (arguments.ANSWERED) return arguments.STATUS;
   START_UP(arguments.MACRO);
+  FACETOR_READFILES::READ_GIVEN_FILES(arguments.FILES);
   COMMAND_LOOP();
 }

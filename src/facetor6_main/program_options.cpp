@@ -8,13 +8,14 @@
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
+#include "src/facetor6_readfiles/readfiles.h"
 
 namespace FACETOR_MAIN {
 
 namespace {
 
 constexpr std::string_view help_text =
-    "Usage: gemmara [MACRO]\n"
+    "Usage: gemmara [MACRO] [FILE.cif | FILE.out]...\n"
     "       gemmara --help | --version\n"
     "\n"
     "Follows crystal structures through a series of pressures or temperatures:\n"
@@ -23,6 +24,8 @@ constexpr std::string_view help_text =
     "\n"
     "  MACRO      file of recorded input, replayed at start; without a \".\" in its\n"
     "             name \".mcr\" is added; then the prompt comes back\n"
+    "  FILE.cif   structures to read before that, as by READ full\n"
+    "  FILE.out   output of CRYSTAL to read before that\n"
     "  --help     show this text and end\n"
     "  --version  show the version and end\n"
     "\n"
@@ -68,7 +71,11 @@ PROGRAM_ARGUMENTS READ_ARGUMENTS(const std::vector<std::string>& command_line) {
     arguments.STATUS = ANSWER_OPTION(argument);
     return arguments;
   }
-  if (command_line.size() > 1) arguments.MACRO = command_line[1];
+  for (std::size_t i = 1; i < command_line.size(); ++i)
+    if (FACETOR_READFILES::IS_STRUCTURE_FILE(command_line[i]))
+      arguments.FILES.push_back(command_line[i]);
+    else if (arguments.MACRO.empty())
+      arguments.MACRO = command_line[i];
   return arguments;
 }
 

@@ -16,11 +16,13 @@ enum PROGRAM_STATUS {
 struct PROGRAM_ARGUMENTS {
   bool ANSWERED = false;  // an option was dealt with: the program ends with STATUS
   PROGRAM_STATUS STATUS = STATUS_OK;
-  std::string MACRO;  // name of the macro to replay, blank when none is given
+  std::string MACRO;               // name of the macro to replay, blank when none is given
+  std::vector<std::string> FILES;  // structures to read before it
 };
 
 // An argument that begins with "--" is an option, wherever it stands, and the first one counts;
-// else the first argument names a macro. The program's name stands before them. Uses the program's
+// else those that end in .cif or .out are files to read, and the first other names a macro. The
+// program's name stands before them. Uses the program's
 // identity and nothing else of the console.
 PROGRAM_ARGUMENTS READ_ARGUMENTS(const std::vector<std::string>& command_line);
 

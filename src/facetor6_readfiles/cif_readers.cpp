@@ -64,12 +64,12 @@ void READ_CIF_CELL(const FILE_LINES& flines, int start, int end, std::array<floa
     READ_FIRST_NUMBER(std::span(&names[k], 1), flines, start, end, values[k], stds[k]);
 }
 
-void READ_CIF_TEMP(const FILE_LINES& flines, int start, int end, float& t, float& sigt) {
+bool READ_CIF_TEMP(const FILE_LINES& flines, int start, int end, float& t, float& sigt) {
   constexpr std::array<std::string_view, 2> names{"_diffrn_ambient_temperature",
                                                   "_cell_measurement_temperature"};
   t = ROOM_TEMPERATURE;
   sigt = 0.0f;
-  READ_FIRST_NUMBER(names, flines, start, end, t, sigt);
+  return READ_FIRST_NUMBER(names, flines, start, end, t, sigt);
 }
 
 void READ_CIF_PRESSURE(const FILE_LINES& flines, int start, int end, float& p, float& sigp) {

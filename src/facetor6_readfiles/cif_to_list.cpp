@@ -247,6 +247,17 @@ void STORE_ATOMS(const LIST<ATOM_TYPE>& atoms, int natoms, CRYSTAL_STRUCTURE_TYP
   }
 }
 
+bool GIVES_TEMPERATURE(const FILE_LINES* lines, int block, const CRYSTAL_STRUCTURE_TYPE& phase) {
+  if (lines == nullptr) return phase.PT(TEMPERATURE, PT_VALUE) > TINY_REAL;
+  LIST<int> starts;
+  int count = 0;
+  FIND_ALL_BLOCKS_CIF(*lines, starts, count);
+  float t = 0.0f;
+  float sigt = 0.0f;
+  const int end = block < count ? starts(block + 1) - 1 : lines->COUNT();
+  return READ_CIF_TEMP(*lines, starts(block), end, t, sigt);
+}
+
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks) {
   constexpr int many_blocks = 10;
   constexpr int many_lines = 25000;

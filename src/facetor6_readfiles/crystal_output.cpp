@@ -151,9 +151,14 @@ std::string ASK_FOR_GROUP() {
   return number.empty() ? "1" : number;
 }
 
-void READ_GROUP(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
+std::string SYMBOL_IN(const FILE_LINES& flines) {
   std::string symbol;
   FIND(flines, WHOLE(flines), " SPACE  GROUP  N.                     :", symbol);
+  return symbol;
+}
+
+void READ_GROUP(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
+  std::string symbol = SYMBOL_IN(flines);
   if (symbol.empty()) {
     WRITE_OUT("    No space group info found in file!");
     symbol = ASK_FOR_GROUP();
@@ -358,6 +363,13 @@ void READ_MODES(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
 }
 
 }  // namespace
+
+bool TELLS_GROUP(const FILE_LINES& flines) {
+  const std::string symbol = SYMBOL_IN(flines);
+  XTAL::SPACE_GROUP group;
+  if (!symbol.empty()) XTAL::SET_SPACEGROUP(symbol, group);
+  return group.MULTIP > 0;
+}
 
 void READ_OUT_FILE(const FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks) {
   nblocks = 1;

@@ -34,9 +34,9 @@ void TELL(const STRUCTURE& structure, int number) {
                                 ? "in data_" + std::string(structure.TITLE)
                                 : STRUCTURE_WORDS(number);
   if (structure.STATUS == BLOCK_STATUS::NO_CELL)
-    WARNING("The cell of " + std::string(structure.TITLE) +
+    WARNING("The cell of " + AS_IT_IS(structure.TITLE) +
             " is missing or cannot be read, the block is not read " + where);
-  for (const std::string& telling : structure.TELLINGS) WARNING(telling + " " + where);
+  for (const std::string& telling : structure.TELLINGS) WARNING(AS_IT_IS(telling + " " + where));
 }
 
 // ---- records ----
@@ -54,18 +54,15 @@ void READ_MODES(const STRUCTURE& structure, CRYSTAL_STRUCTURE_TYPE& phase) {
   RAMAN::READ_MODE_LIST(lines, 1, lines.COUNT(), phase.MODE_LIST);
 }
 
-void SET_CONDITION(const VALUE_STD& read, float usual, PT_ROW row, CRYSTAL_STRUCTURE_TYPE& phase) {
-  phase.PT(row, PT_VALUE) = read.VALUE == 0.0f ? usual : read.VALUE;
-  phase.PT(row, PT_ESD) = read.STD;
-}
-
 void FILL_RECORD(const STRUCTURE& structure, CRYSTAL_STRUCTURE_TYPE& phase) {
   INIT_CRYSTAL_STRUCTURE_TYPE(phase);
   phase.BLOCK_TITLE = CUT_TEXT(structure.TITLE, TITLE_LENGTH);
   phase.CELL = structure.CELL;
   CHECK_VOLUME(structure.VOLUME.VALUE, structure.VOLUME.STD, phase);
-  SET_CONDITION(structure.T, ROOM_TEMPERATURE, TEMPERATURE, phase);
-  SET_CONDITION(structure.P, 0.0f, PRESSURE, phase);
+  phase.PT(TEMPERATURE, PT_VALUE) = structure.T.VALUE;
+  phase.PT(TEMPERATURE, PT_ESD) = structure.T.STD;
+  phase.PT(PRESSURE, PT_VALUE) = structure.P.VALUE;
+  phase.PT(PRESSURE, PT_ESD) = structure.P.STD;
   phase.SPG = structure.SPG->GROUP;
   STORE_ATOMS(structure.ATOMS, structure.ATOMS.COUNT(), phase);
   if (structure.HAS_MODES) READ_MODES(structure, phase);
@@ -134,7 +131,8 @@ bool SAME_OPERATORS(const XTAL::SPACE_GROUP& a, const XTAL::SPACE_GROUP& b) {
 
 void REPORT_DIFFERENCES(const STRUCTURE& structure, const CRYSTAL_STRUCTURE_TYPE& plain,
                         int block) {
-  const std::string start = "Block #" + INTEGER_COLUMNS(block, 3) + " " + plain.BLOCK_TITLE + ": ";
+  const std::string start =
+      "Block #" + INTEGER_COLUMNS(block, 3) + " " + AS_IT_IS(plain.BLOCK_TITLE) + ": ";
   // The plain reader takes 90 degrees for an angle that is missing, as is meant, but also 1
   // angstrom for a length. Without any cell it is known to have read none.
   if (structure.LENGTH_MISSING && plain.CELL.CELL != VECTOR3{1.0f, 1.0f, 1.0f})
@@ -142,7 +140,7 @@ void REPORT_DIFFERENCES(const STRUCTURE& structure, const CRYSTAL_STRUCTURE_TYPE
   if (structure.STATUS == BLOCK_STATUS::NO_CELL) return;
   const std::string told =
       DIFFERENCES(structure, plain, SAME_OPERATORS(structure.SPG->GROUP, plain.SPG));
-  if (!told.empty()) WARNING(start + "READ full reads " + told);
+  if (!told.empty()) WARNING(start + "READ full reads " + AS_IT_IS(told));
 }
 
 }  // namespace

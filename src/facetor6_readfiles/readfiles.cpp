@@ -3,7 +3,10 @@
 
 #include <array>
 #include <cmath>  // for abs
+#include <map>
+#include <set>
 #include <string>
+#include <vector>
 
 #include "console_code/console/open_file.h"
 #include "console_code/console/output.h"
@@ -11,6 +14,7 @@
 #include "console_code/console/state.h"
 #include "console_code/console/work.h"
 #include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/names.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/phase_list.h"
@@ -66,32 +70,46 @@ constexpr std::array<std::string_view, 5> type_menu{"cif", "RFINE prm", "Crystal
 constexpr std::array<std::string_view, 5> type_extensions{"cif", "prm", "out", "cnt",
                                                           "cif"};  // ORDER FILE_TYPE
 
-// Opens a file of a type that can be read; 0 when the user wants none.
-int CHOOSE_FILE(FILE_RECORD& file) {
+// Files of a type that can be read; none when the user wants none.
+struct CHOSEN_FILES {
+  int TYPE = 0;
+  FILE_RECORD FILE;  // open when there is one file
+  std::vector<NAMED_FILE> NAMES;
+};
+
+FILE_RECORD RECORD_OF_TYPE(int type) {
+  FILE_RECORD file;
+  file.EXT = type_extensions[static_cast<std::size_t>(type - 1)];
+  file.DESCRIPTOR = file.EXT + " file";
+  file.UNIT = DATA_UNIT;
+  return file;
+}
+
+CHOSEN_FILES CHOOSE_FILES() {
   while (true) {
-    const int type = GET_LIST_SELECTION("File type", type_menu);
-    if (type <= 0) return 0;
-    const auto entry = static_cast<std::size_t>(type - 1);
-    if (type == RFINE_FILE || type == CCSL_FILE) {
-      WRITE_OUT("|*****Reading of " + std::string(type_menu[entry]) + " file not yet available");
+    CHOSEN_FILES chosen;
+    chosen.TYPE = GET_LIST_SELECTION("File type", type_menu);
+    if (chosen.TYPE <= 0) return {};
+    if (chosen.TYPE == RFINE_FILE || chosen.TYPE == CCSL_FILE) {
+      WRITE_OUT("|*****Reading of " +
+                std::string(type_menu[static_cast<std::size_t>(chosen.TYPE - 1)]) +
+                " file not yet available");
       continue;
     }
-    file.EXT = type_extensions[entry];
-    file.DESCRIPTOR = file.EXT + " file";
-    file.UNIT = DATA_UNIT;
-    OPEN_FILE(file, "OLD READ");
-    if (file.OPEN) return type;
+    chosen.FILE = RECORD_OF_TYPE(chosen.TYPE);
+    chosen.NAMES = OPEN_FILES(chosen.FILE, "OLD READ");
+    if (!chosen.NAMES.empty()) return chosen;
   }
 }
 
-// Shows what was read and adds it on the user's word; false when there was no room.
-bool OFFER_BLOCKS(STRUCTURE_LIST& newx, int nblocks) {
+// Shows what was read and adds it, if asked for on the user's word; false when there was no room.
+bool OFFER_BLOCKS(STRUCTURE_LIST& newx, int nblocks, bool ask = true) {
   WRITE_OUT_BLANK(1);
   WRITE_OUT("The following " + INTEGER_AT_LEAST(nblocks, 2) +
             " crystal structures were read from the file:");
   FACETOR_LIST::LIST_PHASE(newx, nblocks);
   for (CRYSTAL_STRUCTURE_TYPE& phase : newx) COMPLETE_BLOCK(phase);
-  if (GET_ANSWER_YN("Do you want to add this new data", "Y") != 'Y') return true;
+  if (ask && GET_ANSWER_YN("Do you want to add this new data", "Y") != 'Y') return true;
   bool error = false;
   ADD_PHASE_LIST(newx, nblocks, error);
   if (error)
@@ -140,8 +158,22 @@ bool READ_CHOSEN_FILE(int type, FILE_RECORD& file, FILE_CONTENTS& contents) {
   return false;
 }
 
+// What the numbers in a file's name tell of the blocks that tell nothing themselves.
+void TAKE_NUMBERS_OF_NAME(int type, const PATTERN_NUMBERS& numbers, const FILE_CONTENTS& contents,
+                          STRUCTURE_LIST& newx) {
+  for (int block = 1; block <= newx.COUNT(); ++block) {
+    CRYSTAL_STRUCTURE_TYPE& phase = newx(block);
+    if (numbers.P && std::abs(phase.PT(PRESSURE, PT_VALUE)) < TINY_REAL)
+      phase.PT(PRESSURE, PT_VALUE) = *numbers.P;
+    const bool given =
+        GIVES_TEMPERATURE(type == CIF_FILE ? &contents.LINES : nullptr, block, phase);
+    if (numbers.T && !given) phase.PT(TEMPERATURE, PT_VALUE) = *numbers.T;
+  }
+}
+
 // The blocks of a file, by its type. Those without a title get the file's name.
-void READ_BLOCKS(int type, FILE_CONTENTS& contents, STRUCTURE_LIST& newx, int& nblocks) {
+void READ_BLOCKS(int type, FILE_CONTENTS& contents, const PATTERN_NUMBERS& numbers,
+                 STRUCTURE_LIST& newx, int& nblocks) {
   if (type == FULL_CIF_FILE)
     READ_FULL_TO_LIST(contents.BYTES, newx, nblocks);
   else if (type == CIF_FILE)
@@ -151,6 +183,84 @@ void READ_BLOCKS(int type, FILE_CONTENTS& contents, STRUCTURE_LIST& newx, int& n
   NAME_UNTITLED(contents.NAME, newx);
   const bool stopped = newx.COUNT() < nblocks;
   if (type == CIF_FILE && !stopped) CHECK_PLAIN_READING(contents.BYTES, contents.LINES, newx);
+  TAKE_NUMBERS_OF_NAME(type, numbers, contents, newx);
+  if (type != FULL_CIF_FILE) return;
+  for (CRYSTAL_STRUCTURE_TYPE& phase : newx)  // as the plain reader has it, for the list
+    if (phase.PT(TEMPERATURE, PT_VALUE) == 0.0f) phase.PT(TEMPERATURE, PT_VALUE) = ROOM_TEMPERATURE;
+}
+
+// ---- several files ----
+
+// Blocks of one title from several files are titled by their files.
+void TITLE_BY_FILES(const std::vector<std::string>& names, STRUCTURE_LIST& newx) {
+  std::map<std::string, std::set<std::string>> files_of_title;
+  for (int block = 1; block <= newx.COUNT(); ++block)
+    files_of_title[newx(block).BLOCK_TITLE].insert(names[static_cast<std::size_t>(block - 1)]);
+  NAMES_TAKEN taken;
+  for (int block = 1; block <= newx.COUNT(); ++block) {
+    std::string& title = newx(block).BLOCK_TITLE;
+    if (files_of_title[title].size() < 2) continue;
+    title = UNIQUE_NAME(FILENAME(names[static_cast<std::size_t>(block - 1)], "NOEXT"), taken,
+                        TITLE_LENGTH);
+  }
+}
+
+// The blocks of all files so far, and of which file each is.
+struct SERIES {
+  STRUCTURE_LIST BLOCKS;
+  std::vector<std::string> NAMES;  // by block
+};
+
+// Adds the blocks of a file. One that cannot be read is told and left out.
+void READ_INTO_SERIES(int type, const NAMED_FILE& named, SERIES& series) {
+  WRITE_OUT("Named " + AS_IT_IS(named.NAME));
+  FILE_RECORD file = RECORD_OF_TYPE(type);
+  file.NAME = named.NAME;
+  FILE_CONTENTS contents;
+  const std::string message = READ_CONTENTS(type, file, contents);
+  if (!message.empty()) return WRITE_OUT(message + ", it is left out");
+  if (type == CRYSTAL_FILE && !TELLS_GROUP(contents.LINES))
+    return WRITE_OUT("*****The file does not tell its space group, it is left out");
+  STRUCTURE_LIST newx;
+  int nblocks = 0;
+  READ_BLOCKS(type, contents, named.NUMBERS, newx, nblocks);
+  for (CRYSTAL_STRUCTURE_TYPE& phase : newx) {
+    series.BLOCKS.ADD(std::move(phase));
+    series.NAMES.push_back(named.NAME);
+  }
+}
+
+bool OFFER_SERIES(SERIES& series, bool ask) {
+  if (series.BLOCKS.COUNT() == 0) {
+    WARNING("     No crystal structures were read from these files");
+    return false;
+  }
+  TITLE_BY_FILES(series.NAMES, series.BLOCKS);
+  return OFFER_BLOCKS(series.BLOCKS, series.BLOCKS.COUNT(), ask);
+}
+
+void READ_SERIES(const CHOSEN_FILES& chosen) {
+  WORK work("Reading the files: file", static_cast<int>(chosen.NAMES.size()));
+  SERIES series;
+  int number = 0;
+  WRITE_OUT_BLANK(1);
+  for (const NAMED_FILE& named : chosen.NAMES) {
+    if (!GO_ON(work, ++number)) return;
+    READ_INTO_SERIES(chosen.TYPE, named, series);
+  }
+  if (OFFER_SERIES(series, true)) SHOW_LOADED();
+}
+
+// One file, which is open.
+void READ_ONE_FILE(CHOSEN_FILES& chosen) {
+  FILE_CONTENTS contents;
+  if (!READ_CHOSEN_FILE(chosen.TYPE, chosen.FILE, contents)) return;
+  STRUCTURE_LIST newx;
+  int nblocks = 0;
+  READ_BLOCKS(chosen.TYPE, contents, {}, newx, nblocks);
+  if (newx.COUNT() == 0) return WARNING("     No crystal structures were read from this file");
+  if (newx.COUNT() < nblocks) WARNING("More crystal structures in file than capacity of arrays");
+  if (OFFER_BLOCKS(newx, nblocks)) SHOW_LOADED();
 }
 
 }  // namespace
@@ -159,18 +269,29 @@ std::span<const std::string_view> READ_MENU() {
   return type_menu;
 }
 
+bool IS_STRUCTURE_FILE(std::string_view name) {
+  const std::string lower = L_CASE(TRIM_VIEW(name));
+  return lower.ends_with(".cif") || lower.ends_with(".out");
+}
+
+void READ_GIVEN_FILES(const std::vector<std::string>& names) {
+  if (names.empty()) return;
+  SERIES series;
+  WRITE_OUT_BLANK(1);
+  for (const std::string& name : names) {
+    const int type = L_CASE(name).ends_with(".out") ? CRYSTAL_FILE : FULL_CIF_FILE;
+    for (const NAMED_FILE& named : FILES_NAMED(name, "cif")) READ_INTO_SERIES(type, named, series);
+  }
+  if (OFFER_SERIES(series, false)) SHOW_LOADED();
+}
+
 void READ_PHASE_FROM_FILE() {
-  FILE_RECORD file;
-  const int type = CHOOSE_FILE(file);
-  if (type == 0) return;
-  FILE_CONTENTS contents;
-  if (!READ_CHOSEN_FILE(type, file, contents)) return;
-  STRUCTURE_LIST newx;
-  int nblocks = 0;
-  READ_BLOCKS(type, contents, newx, nblocks);
-  if (newx.COUNT() == 0) return WARNING("     No crystal structures were read from this file");
-  if (newx.COUNT() < nblocks) WARNING("More crystal structures in file than capacity of arrays");
-  if (OFFER_BLOCKS(newx, nblocks)) SHOW_LOADED();
+  CHOSEN_FILES chosen = CHOOSE_FILES();
+  if (chosen.TYPE == 0) return;
+  if (chosen.FILE.OPEN)
+    READ_ONE_FILE(chosen);
+  else
+    READ_SERIES(chosen);
 }
 
 }  // namespace FACETOR_READFILES

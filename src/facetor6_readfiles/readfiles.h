@@ -24,6 +24,21 @@ using KVA_CRYSTAL_STRUCTURES::ROOM_TEMPERATURE;
 void READ_PHASE_FROM_FILE();
 std::span<const std::string_view> READ_MENU();
 
+// Whether a name is that of a file that READ reads, by its extension: .cif or .out, in any letters.
+bool IS_STRUCTURE_FILE(std::string_view name);
+
+// Reads the files that the program was started with: by READ full, those in .out as outputs of
+// CRYSTAL. Nothing is asked.
+void READ_GIVEN_FILES(const std::vector<std::string>& names);
+
+// Whether the file tells the temperature of the block with this number: lines are those of a CIF as
+// READ_CIF_TO_LIST left them, or null for another kind of file.
+bool GIVES_TEMPERATURE(const FILE_LINES* lines, int block,
+                       const KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase);
+
+// Whether an output of CRYSTAL tells its space group, so that nothing need be asked.
+bool TELLS_GROUP(const FILE_LINES& flines);
+
 inline constexpr int TITLE_LENGTH = 80;  // characters of a block's title
 
 // Every block of a CIF into newx; nblocks receives their count.
@@ -60,7 +75,8 @@ void FIX_SPACEGROUP(std::string& symbol, bool& flag);
 // The readers of one block, lines start to end.
 void READ_CIF_CELL(const FILE_LINES& flines, int start, int end, std::array<float, 6>& values,
                    std::array<float, 6>& stds);  // angstroms, degrees
-void READ_CIF_TEMP(const FILE_LINES& flines, int start, int end, float& t, float& sigt);      // K
+// K; false where none is given
+bool READ_CIF_TEMP(const FILE_LINES& flines, int start, int end, float& t, float& sigt);
 void READ_CIF_PRESSURE(const FILE_LINES& flines, int start, int end, float& p, float& sigp);  // GPa
 void READ_CIF_HM(const FILE_LINES& flines, int start, int end, std::string& symbol);
 void READ_CIF_SYMM(const FILE_LINES& flines, int start, int end, std::vector<std::string>& symm);

@@ -12,4 +12,11 @@ CLEAR
 READ cif data/any
 N
 READ full data/unquoted
+READ full data/series/P{P}.cif
+Y
+READ cif data/series/P[0-9]*.cif "data/any.cif" data/nothing.cif
+N
+READ full data/series/X*
+
+
 EXIT

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>  // for strtof
+
 #include <array>
 #include <charconv>
 #include <random>
@@ -127,6 +129,24 @@ READ_BACK READ_STD(std::string_view text) {
   READ_BACK read;
   GETNUM_STD(text, read.VALUES, read.STDS, read.COUNT);
   return read;
+}
+
+// Short numbers are read on a road of their own, to the same bits.
+TEST(NUMBERS_WITH_ESDS, SHORT_ONES_ARE_THE_NEAREST_REALS) {
+  unsigned seed = 1;
+  for (int i = 0; i < 20000; ++i) {
+    seed = seed * 1664525U + 1013904223U;
+    std::string text = std::to_string((seed >> 8) % 10000000U);
+    text.insert((seed >> 4) % (text.size() + 1), ".");
+    if (seed % 2 == 0) text.insert(0, "-");
+    NUMBER_STD number;
+    ASSERT_TRUE(GETNUM_STD(text, number)) << text;
+    EXPECT_EQ(number.VALUE.VAL, std::strtof(text.c_str(), nullptr)) << text;
+    ASSERT_TRUE(GETNUM_STD(text + "(37)", number)) << text;
+    const std::size_t decimals = text.size() - text.find('.') - 1;
+    EXPECT_EQ(number.STD, std::strtof(("37e-" + std::to_string(decimals)).c_str(), nullptr))
+        << text;
+  }
 }
 
 }  // namespace

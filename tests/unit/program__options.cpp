@@ -68,7 +68,8 @@ TEST_F(OPTIONS, HELP_TELLS_HOW_THE_PROGRAM_IS_CALLED) {
   const RUN_RESULT run = RUN("--help");
   EXPECT_EQ(run.STATUS, 0);
   EXPECT_EQ(run.ERRORS, "");
-  EXPECT_TRUE(run.SAID.starts_with("Usage: gemmara [MACRO]\n")) << run.SAID;
+  EXPECT_TRUE(run.SAID.starts_with("Usage: gemmara [MACRO] [FILE.cif | FILE.out]...\n"))
+      << run.SAID;
   for (const char* part : {"--help", "--version", "MACRO", ".mcr", "Exit status: 0 ", "64 ",
                            "LOCALAPPDATA", "XDG_CONFIG_HOME", "gemmara.ini"})
     EXPECT_TRUE(CONTAINS(run.SAID, part)) << part;
@@ -122,6 +123,30 @@ TEST_F(OPTIONS, ANYTHING_ELSE_IS_A_MACRO) {
   }
   // A macro that is not there leaves the program to the user, whose input ends at once.
   EXPECT_EQ(RUN("none").STATUS, 2);
+}
+
+// The files are read without a question and in the order given, before the macro starts.
+TEST_F(OPTIONS, CIFS_ARE_READ_BEFORE_THE_MACRO) {
+  const fs::path series = fs::path(PLACES::SOURCE()) / "tests/transcripts/data/series";
+  for (const char* name : {"P2.cif", "P0.5.CIF"}) {
+    std::string there = name;
+    for (char& c : there)
+      if (c >= 'C' && c <= 'I') c = static_cast<char>(c + ('a' - 'A'));
+    fs::copy(series / there, folder / "work" / name);
+  }
+  std::ofstream(folder / "work/end.mcr") << "EXIT\n";
+  const RUN_RESULT run = RUN("P2.cif end.mcr P0.5.CIF");
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_TRUE(CONTAINS(run.SAID,
+                       "\nNamed P2.cif\nNamed P0.5.CIF\n\n"
+                       "The following  2 crystal structures were read from the file:\n\n"
+                       "       BLOCKNAME              T       P\n"
+                       "  1: P2                    298.0   0.000\n"
+                       "  2: P0.5                  298.0   0.000\n\n"
+                       "The loaded phases are now:\n"))
+      << run.SAID;
+  EXPECT_FALSE(CONTAINS(run.SAID, "Do you want to add")) << run.SAID;
+  EXPECT_TRUE(CONTAINS(run.SAID, "\nG_MARA-6.1>EXIT\n")) << run.SAID;
 }
 
 TEST_F(OPTIONS, AN_ANSWER_THAT_CANNOT_BE_WRITTEN_IS_STATUS_1) {

@@ -1,0 +1,61 @@
+// Patterns of file names, the numbers in them, and the order of a series.
+#include "console_code/kva_utilities/file_patterns.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+using namespace KVA_UTILITIES;
+
+bool FITS(std::string_view pattern, std::string_view name) {
+  PATTERN_NUMBERS numbers;
+  return FITS_PATTERN(pattern, name, numbers);
+}
+
+TEST(FILE_PATTERNS, STARS_MARKS_AND_CLASSES) {
+  EXPECT_TRUE(FITS("P*.cif", "P2.cif"));
+  EXPECT_TRUE(FITS("*", ""));
+  EXPECT_FALSE(FITS("P*.cif", "P2.out"));
+  EXPECT_TRUE(FITS("a?c", "abc"));
+  EXPECT_FALSE(FITS("a?c", "ac"));
+  EXPECT_TRUE(FITS("a[b-d]e", "ace"));
+  EXPECT_FALSE(FITS("a[!b-d]e", "ace"));
+  EXPECT_TRUE(FITS("a[1", "a[1"));
+  EXPECT_FALSE(FITS("a*a*a*a*a*a*a*a*a*a*a*a*a*b", std::string(250, 'a')));  // and ends at once
+}
+
+TEST(FILE_PATTERNS, NUMBERS_STAND_FOR_PRESSURE_AND_TEMPERATURE) {
+  PATTERN_NUMBERS numbers;
+  ASSERT_TRUE(FITS_PATTERN("q_{P}_{T}K.cif", "q_1.54_300K.cif", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, 1.54f);
+  EXPECT_FLOAT_EQ(*numbers.T, 300.0f);
+  ASSERT_TRUE(FITS_PATTERN("*{P}.cif", "x1p54.cif", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, 1.54f);
+  EXPECT_FALSE(numbers.T);
+  ASSERT_TRUE(FITS_PATTERN("a{P}*", "a12", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, 12.0f);  // as long as it can be
+  EXPECT_FALSE(FITS_PATTERN("a{P}b", "axb", numbers));
+}
+
+TEST(FILE_PATTERNS, A_SERIES_IS_ORDERED_BY_ITS_NUMBERS) {
+  std::vector<std::string> names{"P10.cif",  "P2.cif", "P0.5.cif", "P1p54.cif",
+                                 "P1p6.cif", "A3.cif", "P2b.cif"};
+  std::sort(names.begin(), names.end(), NATURAL_LESS);
+  EXPECT_EQ(names, (std::vector<std::string>{"A3.cif", "P0.5.cif", "P1p54.cif", "P1p6.cif",
+                                             "P2.cif", "P2b.cif", "P10.cif"}));
+  EXPECT_FALSE(NATURAL_LESS("a", "a"));
+  EXPECT_NE(NATURAL_LESS("a1", "a01"), NATURAL_LESS("a01", "a1"));
+}
+
+TEST(FILE_PATTERNS, BLANKS_DIVIDE_NAMES_AND_QUOTES_KEEP_THEM) {
+  EXPECT_EQ(FILE_WORDS("  a.cif  \"b c.cif\" d"),
+            (std::vector<std::string>{"a.cif", "b c.cif", "d"}));
+  EXPECT_EQ(FILE_WORDS("\"\" \"open end"), (std::vector<std::string>{"open end"}));
+  EXPECT_TRUE(IS_PATTERN("x{t}.cif"));
+  EXPECT_FALSE(IS_PATTERN("x{1}.cif"));
+}
+
+}  // namespace
