@@ -121,10 +121,24 @@ std::vector<std::size_t> WORD_STARTS(std::string_view before) {
   return starts;
 }
 
+// The word at the end of an expression: behind a sign, a bracket or a blank.
+std::string_view LAST_WORD(std::string_view before) {
+  const auto belongs = [](char c) {
+    return ISLETTER(c) || (c >= '0' && c <= '9') || c == '_' || c == '*';
+  };
+  std::size_t start = before.size();
+  while (start > 0 && belongs(before[start - 1])) --start;
+  return before.substr(start);
+}
+
 }  // namespace
 
 // The name of a file may have blanks, so the longest piece of the line that begins one counts.
 COMPLETION COMPLETE(std::string_view before, const LINE_HELP& help) {
+  if (help.EXPRESSION) {
+    const std::string_view word = LAST_WORD(before);
+    return CHOOSE(word, FIRST_WORDS(help, word), "");
+  }
   const std::vector<std::size_t> starts = WORD_STARTS(before);
   const std::string_view typed = before.substr(starts.back());
   const std::string_view behind = help.FILES ? " " : "";  // something may follow

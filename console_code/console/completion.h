@@ -20,7 +20,8 @@ struct LINE_HELP {
   std::vector<OFFERED_WORD> WORDS = {};
   bool FILES =
       false;  // names of files may stand in it, behind the first word where there are WORDS
-  bool SECRET = false;  // it is not kept in the history
+  bool EXPRESSION = false;  // WORDS may stand anywhere in it, between signs and brackets
+  bool SECRET = false;      // it is not kept in the history
 };
 
 struct COMPLETION {

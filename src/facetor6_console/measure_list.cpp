@@ -282,6 +282,7 @@ void FOLLOW_REFERENCE() {
 
 LINE_HELP HELP_WITH_EXPRESSIONS() {
   LINE_HELP help = HELP_WITH_LABELS();
+  help.EXPRESSION = true;
   for (const std::string& word : EXPRESSION_WORDS()) help.WORDS.push_back({word});
   for (const MEASURE& measure : MEASURES) help.WORDS.push_back({measure.NAME});
   return help;

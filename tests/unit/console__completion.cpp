@@ -147,4 +147,14 @@ TEST_F(COMPLETION_OF_FILES, NAMES_THAT_NO_LINE_CAN_HOLD_ARE_LEFT_OUT) {
   EXPECT_COMPLETION(COMPLETE("od", file_name), 2, "odder", {"odder"});
 }
 
+TEST(COMPLETION_OF_EXPRESSIONS, WORDS_STAND_BEHIND_SIGNS_AND_BRACKETS) {
+  LINE_HELP help;
+  help.EXPRESSION = true;
+  help.WORDS = {{"O1"}, {"O10"}, {"Si1"}, {"angle"}, {"kink"}};
+  EXPECT_COMPLETION(COMPLETE("m = angle(O1,S", help), 1, "Si1", {"Si1"});
+  EXPECT_COMPLETION(COMPLETE("m = 180-ki", help), 2, "kink", {"kink"});
+  EXPECT_COMPLETION(COMPLETE("m = an", help), 2, "angle", {"angle"});
+  EXPECT_COMPLETION(COMPLETE("m = dist(o", help), 1, "O1", {"O1", "O10"});
+}
+
 }  // namespace

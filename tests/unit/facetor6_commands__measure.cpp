@@ -1,0 +1,279 @@
+// MEASURE: its dialogue, what is refused, default images, and series whose blocks differ in all
+// that makes no difference.
+#include "src/facetor6_measure/measure.h"
+
+#include "console__dialogue.h"
+#include "src/facetor6_calc/calc.h"
+#include "src/facetor6_console/measure_list.h"
+#include "src/facetor6_console/parameters.h"
+#include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_list/list.h"
+#include "structures.h"
+
+namespace {
+
+using namespace FACETOR_CONSOLE;
+using namespace STRUCTURES;
+
+class MEASURING : public CONSOLE_TESTS::CONSOLE_TEST {
+ protected:
+  void SetUp() override {
+    CONSOLE_TEST::SetUp();
+    FORGET();
+  }
+  void TearDown() override {
+    FORGET();
+    CONSOLE_TEST::TearDown();
+  }
+
+  static void FORGET() {
+    MEASURES.clear();
+    ALLOCATE_PHASE_LIST(START_PHASES);
+    FOLLOW_REFERENCE();
+    RUN = {};
+  }
+
+  static void LOAD(const std::vector<CRYSTAL_STRUCTURE_TYPE>& blocks) {
+    STRUCTURE_LIST list;
+    for (const CRYSTAL_STRUCTURE_TYPE& block : blocks) list.ADD(block);
+    bool error = false;
+    ADD_PHASE_LIST(list, list.COUNT(), error);
+    for (int b = 1; b <= NPHASES; ++b) SET_ALLATOM_MULTIP(PHASE(b));
+    ASSERT_FALSE(error);
+  }
+
+  static std::string ANSWER(const std::string& line) {
+    CONSOLE_TESTS::PEND(line);
+    return SAID("", [] { FACETOR_MEASURE::RUN_MEASURE(); });
+  }
+
+  static float VALUE(const std::string& text, int block = 1) {
+    EXPECT_EQ(DEFINE_MEASURE("m", text), "") << text;
+    const std::size_t place = KVA_CRYSTAL_STRUCTURES::FIND_MEASURE(MEASURES, "m");
+    const MEASURED_VALUE value = MEASURE_BLOCKS({block}).front()[place];
+    EXPECT_TRUE(value.FOUND) << text;
+    return value.VALUE;
+  }
+
+  static float ESD(const std::string& text, int block = 1) {
+    EXPECT_EQ(DEFINE_MEASURE("m", text), "") << text;
+    return MEASURE_BLOCKS({block}).front()[KVA_CRYSTAL_STRUCTURES::FIND_MEASURE(MEASURES, "m")].ESD;
+  }
+};
+
+// A cube of 10 angstroms without symmetry: positions in tenths are angstroms.
+CRYSTAL_STRUCTURE_TYPE MOLECULE() {
+  return MADE({10, 10, 10}, {90, 90, 90}, "P 1",
+              {{"C1", {0.1f, 0.0f, 0.0f}, {0.001f, 0.001f, 0.001f}},
+               {"C2", {0.1f, 0.1f, 0.0f}, {0.001f, 0.001f, 0.001f}},
+               {"C3", {0.1f, 0.1f, 0.2f}, {0.001f, 0.001f, 0.001f}},
+               {"C4", {0.2f, 0.1f, 0.2f}, {0.001f, 0.001f, 0.001f}},
+               {"C5", {0.1f, 0.3f, 0.2f}, {0.001f, 0.001f, 0.001f}}},
+              {0.01f, 0, 0});
+}
+
+// ---- arithmetic and signs ----
+
+TEST_F(MEASURING, THE_POWER_BINDS_TO_THE_RIGHT_AND_BEFORE_A_SIGN) {
+  EXPECT_EQ(DEFINE_MEASURE("m", "1"), "");  // also without blocks
+  LOAD({MOLECULE()});
+  EXPECT_FLOAT_EQ(VALUE("-2^2"), -4.0f);
+  EXPECT_FLOAT_EQ(VALUE("2^3^2"), 512.0f);
+  EXPECT_FLOAT_EQ(VALUE("2^-1"), 0.5f);
+  EXPECT_FLOAT_EQ(VALUE("10 - 4 - 3"), 3.0f);
+  EXPECT_FLOAT_EQ(VALUE("2*(3 + 4)/7"), 2.0f);
+  EXPECT_FLOAT_EQ(VALUE("LOG(exp(2))"), 2.0f);
+  EXPECT_FLOAT_EQ(VALUE("min(3, 1, 2) + max(3, 1, 2)"), 4.0f);
+  EXPECT_FLOAT_EQ(VALUE("asin(sin(30)) + acos(cos(40)) + atan(tan(50))"), 120.0f);
+}
+
+// Looking from C2 to C3 (along z), C1 lies at -y and C4 at +x: from -y clockwise, seen with z
+// pointing away, one comes to -x after 90 degrees and to +x after -90.
+TEST_F(MEASURING, TORSIONS_HAVE_THE_SIGN_OF_THE_RULE) {
+  LOAD({MOLECULE()});
+  EXPECT_NEAR(VALUE("torsion(C1, C2, C3, C4)"), 90.0f, 1e-4f);
+  EXPECT_NEAR(VALUE("torsion(C4, C3, C2, C1)"), 90.0f, 1e-4f);
+  EXPECT_NEAR(std::abs(VALUE("torsion(C1, C2, C3, C5)")), 180.0f, 1e-4f);
+}
+
+// C1, C2, C3 run anticlockwise seen from +x, where C4 lies.
+TEST_F(MEASURING, PLANES_HAVE_TWO_SIDES) {
+  LOAD({MOLECULE()});
+  EXPECT_NEAR(VALUE("offplane(C4; C1, C2, C3)"), 1.0f, 1e-5f);
+  EXPECT_NEAR(VALUE("offplane(C4; C3, C2, C1)"), -1.0f, 1e-5f);
+  EXPECT_NEAR(VALUE("planes(C1, C2, C3; C2, C3, C4)"), 90.0f, 1e-4f);
+  EXPECT_NEAR(VALUE("dist(C1, centroid(C2, C3))"), std::sqrt(2.0f), 1e-5f);
+}
+
+// ---- esds ----
+
+TEST_F(MEASURING, WHAT_TWO_QUANTITIES_SHARE_IS_CORRELATED) {
+  CRYSTAL_STRUCTURE_TYPE smaller = MOLECULE();
+  XTAL::SET_CELL_RECORD({9, 10, 10}, {90, 90, 90}, smaller.CELL, " ", {0.01f, 0, 0}, {});
+  LOAD({MOLECULE(), smaller});
+  // Both atoms move by 0.01 angstroms along y.
+  EXPECT_NEAR(ESD("dist(C1, C2)"), 0.01f * std::sqrt(2.0f), 1e-5f);
+  EXPECT_EQ(ESD("dist(C1, C2) - dist(C1, C2)"), 0.0f);
+  EXPECT_NEAR(ESD("dist(C1, C2) + dist(C1, C2)"), 0.02f * std::sqrt(2.0f), 2e-5f);
+  // V is 1000 with an esd of 1, and 900 with one of 1.
+  EXPECT_NEAR(ESD("V"), 1.0f, 1e-4f);
+  EXPECT_EQ(ESD("V/ref(V)"), 0.0f);
+  EXPECT_FLOAT_EQ(VALUE("V/ref(V)", 2), 0.9f);
+  EXPECT_NEAR(ESD("V/ref(V)", 2), 0.9f * std::hypot(1.0f / 900, 1.0f / 1000), 1e-6f);
+  EXPECT_NEAR(ESD("5.0347(4)*2"), 0.0008f, 1e-7f);
+  EXPECT_EQ(DEFINE_MEASURE("k", "7.5(5)"), "");
+  EXPECT_EQ(ESD("k - k"), 0.0f);
+  EXPECT_NEAR(ESD("7.5(5) - 7.5(5)"), 0.5f * std::sqrt(2.0f), 1e-5f);  // two numbers
+}
+
+// ---- the dialogue ----
+
+TEST_F(MEASURING, A_DEFINITION_IS_ANSWERED_WITH_CODES_VALUE_AND_STEPS) {
+  LOAD({MOLECULE()});
+  EXPECT_EQ(ANSWER("d = dist(c1, C2)"),
+            "     d = dist(c1[1_555], C2[1_555])\n"
+            "     reference block: 1.000(15) Å\n"
+            "     c1-C2 1.000 (1 equal, next 9.000)\n");
+  EXPECT_EQ(ANSWER("D"), ANSWER("d"));
+  EXPECT_EQ(ANSWER("e = 1/(x(C1[1_555]) - x(C1[1_555]))"),
+            "     e = 1/(x(C1[1_555]) - x(C1[1_555]))\n     reference block: No value\n");
+  EXPECT_EQ(ANSWER("f = d*2"), "     f = d*2\n     reference block: 2.00(3)\n");
+  EXPECT_EQ(ANSWER("d ="), "*****used by f\n");
+  EXPECT_EQ(ANSWER("f ="), "");
+  EXPECT_EQ(ANSWER("d ="), "");
+  EXPECT_EQ(ANSWER("d"), "*****There is no measure d: define it with d = expression\n");
+}
+
+TEST_F(MEASURING, WHAT_IS_WRONG_IS_TOLD_WITH_ITS_PLACE) {
+  LOAD({MOLECULE()});
+  const std::vector<std::pair<std::string, std::string>> refused{
+      {"m = dist(C1, Q1)",
+       "*****At character 10: the reference block has no site Q1: LIST site names shows them\n"},
+      {"m = dist(C1)", "*****At character 1: dist is written as dist(A, B)\n"},
+      {"m = foo(C1)", "*****At character 1: foo is no function: see MEASURE in the manual\n"},
+      {"m = foo", "*****At character 1: foo is no quantity and no measure: define it first\n"},
+      {"m = (1 + 2",
+       "*****At character 7: the end comes too early: \")\" is wanted to close a bracket\n"},
+      {"m = 1)",
+       "*****At character 2: unexpected \")\": a bracket is closed that was not opened\n"},
+      {"m = m + 1", "*****m would use itself: give the new measure another name\n"},
+      {"vol = 1", "*****vol is a quantity or a function: choose another name\n"},
+      {"1a = 1",
+       "*****A name has letters, digits and _, and begins with a letter: name = expression\n"},
+      {"m = vol(C1)", "*****CALC polyhedra first\n"},
+      {"m = dist(C1[2], C2)",
+       "*****At character 6: [2] counts from the atom before: the first atom of a call takes a "
+       "code "
+       "as in [4_655]\n"},
+      {"m = dist(C1, C1[1_555])",
+       "*****At character 10: two atoms of the call are at one place: choose another symmetry code "
+       "for C1\n"},
+      {"m = dist(C1[2_555], C2)",
+       "*****At character 6: the group has 1 operators: LIST symmetry shows them\n"},
+      {"m = planes(C1, C2; C3, C4, C5)",
+       "*****At character 1: planes is written as planes(A, B, C; D, E, F)\n"},
+      {"m = offplane(C4; C1[1_555], C1[1_565], C1[1_575])",
+       "*****At character 1: the atoms of a plane are in line: choose others\n"}};
+  for (const auto& [line, answer] : refused) EXPECT_EQ(ANSWER(line), answer) << line;
+  EXPECT_TRUE(MEASURES.empty());
+}
+
+TEST_F(MEASURING, LONG_AND_DEEP_TEXTS_AND_MANY_DEFINITIONS_ARE_HARMLESS) {
+  LOAD({MOLECULE()});
+  std::string sum = "1";
+  while (sum.size() < 10000) sum += "+1";
+  EXPECT_FLOAT_EQ(VALUE(sum), 5000.0f + 1.0f);
+  EXPECT_NE(DEFINE_MEASURE("m", std::string(10000, '(')), "");
+  EXPECT_NE(DEFINE_MEASURE("m", std::string(10000, '-') + "1"), "");
+  EXPECT_EQ(DEFINE_MEASURE("m0", "1"), "");
+  for (int k = 1; k < 1000; ++k)
+    EXPECT_EQ(DEFINE_MEASURE("m" + std::to_string(k), "m" + std::to_string(k - 1) + " + 1"), "");
+  EXPECT_FLOAT_EQ(MEASURE_BLOCKS({1}).front().back().VALUE, 1000.0f);
+  EXPECT_EQ(DEFINE_MEASURE("m0", "m999"),
+            "*****m0 would use itself: give the new measure another name");
+}
+
+// ---- series ----
+
+const std::vector<SITE> quartz_sites{
+    {"Si1", {0.4697f, 0.0f, 0.6666667f}, {0.0001f, 0, 0}},
+    {"O1", {0.4133f, 0.2672f, 0.7855f}, {0.0003f, 0.0002f, 0.0002f}}};
+
+CRYSTAL_STRUCTURE_TYPE QUARTZ(const std::vector<SITE>& sites) {
+  return MADE({4.916f, 4.916f, 5.4054f}, {90, 90, 120}, "P 32 2 1", sites,
+              {0.001f, 0.001f, 0.0004f});
+}
+
+// The second block has other labels in another order, an image of the oxygen and another cell's
+// silicon; the third has no oxygen.
+TEST_F(MEASURING, LABELS_ORDER_IMAGES_AND_CELLS_OF_A_BLOCK_MAKE_NO_DIFFERENCE) {
+  const CRYSTAL_STRUCTURE_TYPE first = QUARTZ(quartz_sites);
+  SITE oxygen = quartz_sites[1];
+  oxygen.LABEL = "O77";
+  for (const XTAL::SYM_OP& op : first.SPG.SYMOP)  // y, x, -z, which exchanges two esds
+    if (op.ROT[0][1] == 1 && op.ROT[1][0] == 1) oxygen.X = XTAL::APPLY_OP(op, oxygen.X);
+  std::swap(oxygen.X_STD[0], oxygen.X_STD[1]);
+  SITE silicon = quartz_sites[0];
+  silicon.LABEL = "T";
+  silicon.X[0] -= 1.0f;
+  SITE only = quartz_sites[0];
+  LOAD({first, QUARTZ({oxygen, silicon}), QUARTZ({only})});
+  for (const std::string text :
+       {"dist(Si1, O1)", "angle(Si1, O1, Si1)", "torsion(Si1, O1, Si1, O1)", "dist(Si1, Si1)"}) {
+    EXPECT_NEAR(VALUE(text, 2), VALUE(text, 1), 2e-5f * std::abs(VALUE(text, 1))) << text;
+    EXPECT_NEAR(ESD(text, 2), ESD(text, 1), 0.02f * ESD(text, 1)) << text;
+  }
+  EXPECT_EQ(DEFINE_MEASURE("m", "dist(Si1, O1)"), "");
+  EXPECT_FALSE(MEASURE_BLOCKS({3}).front().front().FOUND);
+  EXPECT_EQ(DEFINE_MEASURE("m", "angle(Si1, O1, Si1)"), "");
+  EXPECT_NEAR(MEASURE_BLOCKS({1}).front().front().VALUE, 143.7f, 0.2f);  // as published
+}
+
+TEST_F(MEASURING, ANOTHER_REFERENCE_BLOCK_KEEPS_THE_DEFINITIONS) {
+  LOAD({MOLECULE(), QUARTZ(quartz_sites)});
+  EXPECT_EQ(DEFINE_MEASURE("d", "dist(C1, C2)"), "");
+  IREFERENCE = 2;
+  EXPECT_EQ(SAID("", [] { FOLLOW_REFERENCE(); }),
+            "*****The measure d does not fit the reference block: the reference block has no site "
+            "C1: LIST site names shows them\n");
+  EXPECT_FALSE(MEASURE_BLOCKS({1}).front().front().FOUND);
+  IREFERENCE = 1;
+  EXPECT_EQ(SAID("", [] { FOLLOW_REFERENCE(); }),
+            "     With this reference block d = dist(C1[1_555], C2[1_555])\n");
+  EXPECT_TRUE(MEASURE_BLOCKS({1}).front().front().FOUND);
+}
+
+// ---- the tables ----
+
+TEST_F(MEASURING, POLYHEDRA_ARE_THOSE_OF_THE_TABLES) {
+  LOAD({QUARTZ(quartz_sites)});
+  SAID("\n", [] { FACETOR_CALC::RUN_FACETOR_CALC_BONDS(); });
+  const CRYSTAL_STRUCTURE_TYPE& block = REFERENCE();
+  EXPECT_EQ(VALUE("mean(Si1)"), block.POLYHEDRON(1, POLY_MEAN_LENGTH));
+  EXPECT_EQ(VALUE("vol(Si1)"), block.POLYHEDRON(1, POLY_VOLUME));
+  EXPECT_EQ(VALUE("qe(Si1)"), block.POLYHEDRON(1, POLY_ELONGATION));
+  EXPECT_EQ(VALUE("av(Si1)"), block.POLYHEDRON(1, POLY_VARIANCE));
+  EXPECT_EQ(VALUE("n(Si1)"), 4.0f);
+  EXPECT_NEAR(ESD("vol(Si1)"), block.POLYHEDRON(1, POLY_VOLUME_STD),
+              0.1f * block.POLYHEDRON(1, POLY_VOLUME_STD));
+  for (int k = 1; k <= 4; ++k) {
+    const std::string bond = "bond(Si1, " + std::to_string(k) + ")";
+    EXPECT_EQ(VALUE(bond), block.BONDS(1, k, BOND_LENGTH));
+    EXPECT_NEAR(ESD(bond), block.BONDS(1, k, BOND_LENGTH_STD),
+                0.1f * block.BONDS(1, k, BOND_LENGTH_STD));
+  }
+  EXPECT_EQ(VALUE("angle(Si1, 2, 1)"), block.BANGLES(1, 1, 2, ANGLE));
+  EXPECT_EQ(VALUE("edge(Si1, 1, 4)"), block.BANGLES(1, 1, 4, EDGE));
+  EXPECT_EQ(DEFINE_MEASURE("m", "bond(Si1, 5)"), "");
+  EXPECT_FALSE(MEASURE_BLOCKS({1}).front().front().FOUND);
+}
+
+TEST_F(MEASURING, THE_MENUS_HAVE_MEASURES_ONCE_THERE_IS_ONE) {
+  LOAD({MOLECULE()});
+  EXPECT_EQ(FACETOR_LIST::LIST_MENU().back(), "adps");
+  EXPECT_EQ(DEFINE_MEASURE("m", "a"), "");
+  EXPECT_EQ(FACETOR_LIST::LIST_MENU().back(), "measures");
+  EXPECT_EQ(FACETOR_LIST::TABLE_MENU().back(), "measures");
+}
+
+}  // namespace
