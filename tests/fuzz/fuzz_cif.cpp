@@ -1,4 +1,4 @@
-// Bytes as a CIF: read by READ, everything calculated, everything listed and written.
+// Bytes as a CIF: read by both readers, everything calculated, everything listed and written.
 #include "console_code/console/prompts.h"
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_console/phase_list.h"
@@ -49,6 +49,7 @@ void LIST_EVERYTHING() {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FUZZ::START();
   FUZZ::PUT_FILE("a.cif", FUZZ::TEXT_OF(data, size));
+  FUZZ::WITH_CONSOLE("5\na.cif\nY\n", blank_lines, FACETOR_READFILES::READ_PHASE_FROM_FILE);
   FUZZ::WITH_CONSOLE("1\na.cif\nY\n", blank_lines, FACETOR_READFILES::READ_PHASE_FROM_FILE);
   FUZZ::WITH_CONSOLE("a.cif\n\n", blank_lines, FACETOR_READFILES::RUN_CHECK_CIF);
   if (NPHASES == 0) return 0;

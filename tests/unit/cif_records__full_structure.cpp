@@ -131,6 +131,13 @@ TEST(FULL_SYMMETRY, HALL_SYMBOL_THEN_SYMBOL_THEN_NUMBER) {
             "read");
 }
 
+TEST(FULL_SYMMETRY, A_HALL_SYMBOL_ON_OTHER_AXES_COUNTS_AS_NONE) {
+  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 1 (x-z,y,z)'\n_space_group_name_H-M_alt 'P 1'\n"),
+            "P 1 1");
+  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 1 (x-z,y,z)'\n"),
+            "P 1 1|The space group -P 1 (x-z,y,z) is not known, space group set to P 1");
+}
+
 TEST(FULL_SYMMETRY, OPERATORS_WIN_AND_A_CONTRADICTION_IS_TOLD) {
   const std::string inversion = "loop_ _symmetry_equiv_pos_as_xyz x,y,z -x,-y,-z\n";
   EXPECT_EQ(GROUP(inversion + "_symmetry_space_group_name_H-M 'P 1'\n"),
