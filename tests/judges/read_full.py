@@ -234,7 +234,7 @@ def compare_sites(ours, theirs, block):
 
 def is_structure(block):
     theirs = gemmi.make_small_structure_from_block(block)
-    return theirs.cell.is_crystal() and theirs.cell.volume > 0 and any(
+    return theirs.cell.is_crystal() and theirs.cell.volume > 1e-3 and any(
         not math.isnan(site.fract.x) for site in theirs.sites)
 
 
