@@ -1,7 +1,7 @@
 // The neighbour search, the search for an atom by position or name, and site multiplicities.
 #include "src/kva_crystal_structures/atom_search.h"
 
-#include <algorithm>  // for any_of, all_of, max
+#include <algorithm>  // for any_of, all_of, find_if, max, max_element, min
 #include <cmath>      // for abs, isfinite, round
 
 #include "console_code/kva_utilities/matrix.h"
@@ -17,7 +17,15 @@ using KVA_UTILITIES::VECTOR_AT;
 
 namespace {
 
-// ---- the neighbour search ----
+// ---- copies of an image ----
+
+// A copy of an atom's image near the point of a search.
+struct COPY {
+  VECTOR3 DELTA{};  // fractional, from the point
+  float DISTANCE = 0.0f;
+  int ATOM = 0;
+  int OPERATOR = 0;
+};
 
 // What one search looks for.
 struct SEARCH {
@@ -25,10 +33,11 @@ struct SEARCH {
   VECTOR3 ORIGIN{};
   float DMIN = 0.0f;
   float DMAX = 0.0f;
-  int LOWEST_USE = ATOM_USED;   // ATOM_OMITTED with "OMIT"
-  bool EVERY_OPERATOR = false;  // "FINDOPS"
-  VECTOR3 REACH{};              // fraction of each cell edge beyond which nothing is in range
-  VECTOR3 LONGEST_CENTRING{};   // largest component of a centring vector along each edge
+  int LOWEST_USE = ATOM_USED;  // ATOM_OMITTED with "OMIT"
+  VECTOR3 REACH{};             // fraction of each cell edge beyond which nothing is in range
+  VECTOR3 LONGEST_CENTRING{};  // largest component of a centring vector along each edge
+  std::array<int, 3>
+      FURTHEST_CELL{};  // whole cells along each edge behind which nothing is in range
 };
 
 VECTOR3 LONGEST_CENTRING_OF(const XTAL::SPACE_GROUP& group) {
@@ -38,74 +47,130 @@ VECTOR3 LONGEST_CENTRING_OF(const XTAL::SPACE_GROUP& group) {
   return longest;
 }
 
-bool ALREADY_LISTED(const SEARCH& search, const VECTOR3& delta_frac, int count,
-                    const NEIGHBOUR_TABLE& table) {
-  for (int r = 1; r <= count; ++r) {
-    const VECTOR3 listed = VECTOR_AT<3>(table(r), NEIGHBOUR_VECTOR_X);
-    const VECTOR3 apart_cart =
-        XTAL::MULTIPLY(search.PHASE.CELL.CR_ORTH_CEL, XTAL::SUBTRACT(delta_frac, listed));
-    if (XTAL::DOT(apart_cart, apart_cart) < SAME_NEIGHBOUR_SQ) return true;
-  }
-  return false;
+// Coordinates from 0 up to 1 that are moved by one cell more than this stay out of reach, whatever
+// centring vector is added; at least 1.
+int FURTHEST_CELL_OF(const SEARCH& search, std::size_t k) {
+  const float below = 1.0f - search.ORIGIN[k] + search.LONGEST_CENTRING[k];
+  const float above = -search.ORIGIN[k];
+  int cells = 1;
+  while (cells < MOST_CELLS && (below - static_cast<float>(cells + 1) >= -search.REACH[k] ||
+                                above + static_cast<float>(cells + 1) <= search.REACH[k]))
+    ++cells;
+  return cells;
 }
 
-// Lists the candidate if it is in range and new; false when the table has no room for it.
-bool CONSIDER(const SEARCH& search, const VECTOR3& candidate, int atom, int op, int& count,
-              NEIGHBOUR_TABLE& table) {
-  const VECTOR3 delta_frac = XTAL::SUBTRACT(candidate, search.ORIGIN);
+SEARCH SEARCH_AROUND(const ATOM_IMAGES& images, const VECTOR3& origin, float dmin, float dmax,
+                     std::string_view options) {
+  SEARCH search{images.PHASE, origin, dmin, dmax};
+  if (INDEXALL(options, "OMIT") > 0) search.LOWEST_USE = ATOM_OMITTED;
+  search.REACH = XTAL::REACH_OF(images.PHASE.CELL, dmax);
+  search.LONGEST_CENTRING = LONGEST_CENTRING_OF(images.PHASE.SPG);
+  for (std::size_t k = 0; k < 3; ++k) search.FURTHEST_CELL[k] = FURTHEST_CELL_OF(search, k);
+  return search;
+}
+
+// Whether a copy of an image at the candidate position is in range; if so, how far away it is.
+bool IN_RANGE(const SEARCH& search, const VECTOR3& candidate, COPY& copy) {
+  copy.DELTA = XTAL::SUBTRACT(candidate, search.ORIGIN);
   for (std::size_t k = 0; k < 3; ++k)
-    if (std::abs(delta_frac[k]) > search.REACH[k]) return true;
-  const float distance = XTAL::LENGTH(XTAL::MULTIPLY(search.PHASE.CELL.CR_ORTH_CEL, delta_frac));
-  if (distance > search.DMAX || distance < search.DMIN) return true;
-  if (!search.EVERY_OPERATOR && ALREADY_LISTED(search, delta_frac, count, table)) return true;
-  if (count == MAX_BONDS) {
-    SET_WARN_KVASTRUCTURES("Too many distances around atom: try decreasing dmax-dmin");
-    return false;
-  }
-  ++count;
-  table(count, NEIGHBOUR_DISTANCE) = distance;
-  PUT_VECTOR(table(count), NEIGHBOUR_VECTOR_X, delta_frac);
-  table(count, NEIGHBOUR_ATOM) = static_cast<float>(atom);
-  table(count, NEIGHBOUR_OPERATOR) = static_cast<float>(op);
-  return true;
+    if (std::abs(copy.DELTA[k]) > search.REACH[k]) return false;
+  copy.DISTANCE = XTAL::LENGTH(XTAL::MULTIPLY(search.PHASE.CELL.CR_ORTH_CEL, copy.DELTA));
+  return !(copy.DISTANCE > search.DMAX || copy.DISTANCE < search.DMIN);
 }
 
-// Cell offsets -1, 0, 1 along axis k for which the reduced coordinate, whatever centring vector is
-// added to it, can come into reach.
+// Cell offsets along axis k, at most so many cells each way, for which the reduced coordinate,
+// whatever centring vector is added to it, can come into reach.
 struct OFFSETS {
-  int FIRST = -1;
-  int LAST = 1;
+  int FIRST = 0;
+  int LAST = 0;
 };
 
-OFFSETS OFFSETS_IN_REACH(const SEARCH& search, const VECTOR3& reduced, std::size_t k) {
+OFFSETS OFFSETS_IN_REACH(const SEARCH& search, const VECTOR3& reduced, std::size_t k, int most) {
   const float delta = reduced[k] - search.ORIGIN[k];
   const float longest = delta + search.LONGEST_CENTRING[k];
-  OFFSETS offsets;
-  while (offsets.FIRST <= 1 && longest + static_cast<float>(offsets.FIRST) < -search.REACH[k])
-    ++offsets.FIRST;
-  while (offsets.LAST >= -1 && delta + static_cast<float>(offsets.LAST) > search.REACH[k])
-    --offsets.LAST;
-  return offsets;
+  OFFSETS t{-most, most};
+  while (t.FIRST <= most && longest + static_cast<float>(t.FIRST) < -search.REACH[k]) ++t.FIRST;
+  while (t.LAST >= -most && delta + static_cast<float>(t.LAST) > search.REACH[k]) --t.LAST;
+  return t;
 }
 
-// One image and its copies in the neighbouring cells; false when the table has no room for one.
-bool CONSIDER_COPIES(const SEARCH& search, const ATOM_IMAGE& image, int& count,
-                     NEIGHBOUR_TABLE& table) {
+// Which copies of an image a search visits.
+enum class CELLS { NEXT, FURTHER, ALL };  // offsets -1, 0, 1; all others; both
+
+bool ARE_NEXT(int t1, int t2, int t3) {
+  return std::abs(t1) <= 1 && std::abs(t2) <= 1 && std::abs(t3) <= 1;
+}
+
+// Visits the copies of one image that are in range: by cell offset, then by centring vector. False
+// when a visit wants no more.
+template <class VISIT>
+bool VISIT_COPIES(const SEARCH& search, const ATOM_IMAGE& image, CELLS cells, VISIT visit) {
   if (search.PHASE.ATOM_USE(image.ATOM) < search.LOWEST_USE) return true;
   std::array<OFFSETS, 3> t;
   for (std::size_t k = 0; k < 3; ++k) {
-    t[k] = OFFSETS_IN_REACH(search, image.X, k);
+    const int most = cells == CELLS::NEXT ? 1 : search.FURTHEST_CELL[k];
+    t[k] = OFFSETS_IN_REACH(search, image.X, k, most);
     if (t[k].FIRST > t[k].LAST) return true;
   }
+  COPY copy{{}, 0.0f, image.ATOM, image.OPERATOR};
   for (int t1 = t[0].FIRST; t1 <= t[0].LAST; ++t1)
     for (int t2 = t[1].FIRST; t2 <= t[1].LAST; ++t2)
       for (int t3 = t[2].FIRST; t3 <= t[2].LAST; ++t3) {
+        if (cells == CELLS::FURTHER && ARE_NEXT(t1, t2, t3)) continue;
         const VECTOR3 cell{static_cast<float>(t1), static_cast<float>(t2), static_cast<float>(t3)};
         for (const VECTOR3& centring : search.PHASE.SPG.LATT_TRANS) {
           const VECTOR3 candidate = XTAL::ADD(XTAL::ADD(image.X, cell), centring);
-          if (!CONSIDER(search, candidate, image.ATOM, image.OPERATOR, count, table)) return false;
+          if (IN_RANGE(search, candidate, copy) && !visit(copy)) return false;
         }
       }
+  return true;
+}
+
+// Two copies so close together count as one neighbour.
+bool ARE_ONE_NEIGHBOUR(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& delta1_frac,
+                       const VECTOR3& delta2_frac) {
+  const VECTOR3 apart_cart =
+      XTAL::MULTIPLY(phase.CELL.CR_ORTH_CEL, XTAL::SUBTRACT(delta1_frac, delta2_frac));
+  return XTAL::DOT(apart_cart, apart_cart) < SAME_NEIGHBOUR_SQ;
+}
+
+// ---- the neighbour search ----
+
+struct NEIGHBOUR_LIST {
+  int& COUNT;
+  NEIGHBOUR_TABLE& TABLE;
+  bool EVERY_OPERATOR = false;  // "FINDOPS"
+};
+
+bool IS_LISTED(const SEARCH& search, const COPY& copy, const NEIGHBOUR_LIST& list) {
+  for (int r = 1; r <= list.COUNT; ++r)
+    if (ARE_ONE_NEIGHBOUR(search.PHASE, copy.DELTA,
+                          VECTOR_AT<3>(list.TABLE(r), NEIGHBOUR_VECTOR_X)))
+      return true;
+  return false;
+}
+
+// Lists a copy if it is new; false when the table has no room for it.
+bool LIST_COPY(const SEARCH& search, const COPY& copy, NEIGHBOUR_LIST& list) {
+  if (!list.EVERY_OPERATOR && IS_LISTED(search, copy, list)) return true;
+  if (list.COUNT == MAX_BONDS) {
+    SET_WARN_KVASTRUCTURES("Too many distances around atom: try decreasing dmax-dmin");
+    return false;
+  }
+  ROW<float, NEIGHBOUR_COLUMNS>& row = list.TABLE(++list.COUNT);
+  row(NEIGHBOUR_DISTANCE) = copy.DISTANCE;
+  PUT_VECTOR(row, NEIGHBOUR_VECTOR_X, copy.DELTA);
+  row(NEIGHBOUR_ATOM) = static_cast<float>(copy.ATOM);
+  row(NEIGHBOUR_OPERATOR) = static_cast<float>(copy.OPERATOR);
+  return true;
+}
+
+// Lists the copies in the next or in the further cells; false when the table has no room for one.
+bool LIST_COPIES(const SEARCH& search, const std::vector<const ATOM_IMAGE*>& near, CELLS cells,
+                 NEIGHBOUR_LIST& list) {
+  const auto visit = [&](const COPY& copy) { return LIST_COPY(search, copy, list); };
+  for (const ATOM_IMAGE* image : near)
+    if (!VISIT_COPIES(search, *image, cells, visit)) return false;
   return true;
 }
 
@@ -116,14 +181,15 @@ void DISTANCE_ARRAY(const ATOM_IMAGES& images, const VECTOR3& x_frac, float dmin
   count = 0;
   table.ASSIGN(MAX_BONDS);
   if (!XTAL::IS_FINITE(x_frac) || NOTNUM(dmin) || NOTNUM(dmax)) return;
-  SEARCH search{images.PHASE, x_frac, dmin, dmax};
-  if (INDEXALL(options, "OMIT") > 0) search.LOWEST_USE = ATOM_OMITTED;
-  search.EVERY_OPERATOR = INDEXALL(options, "FINDOPS") > 0;
-  search.REACH = XTAL::REACH_OF(images.PHASE.CELL, dmax);
-  search.LONGEST_CENTRING = LONGEST_CENTRING_OF(images.PHASE.SPG);
-  if (!search.EVERY_OPERATOR) search.ORIGIN = XTAL::MODULO_LAT(x_frac);
-  for (const ATOM_IMAGE* image : IMAGES_NEAR(images, search.ORIGIN, search.REACH))
-    if (!CONSIDER_COPIES(search, *image, count, table)) return;
+  NEIGHBOUR_LIST list{count, table, INDEXALL(options, "FINDOPS") > 0};
+  const VECTOR3 origin = list.EVERY_OPERATOR ? x_frac : XTAL::MODULO_LAT(x_frac);
+  const SEARCH search = SEARCH_AROUND(images, origin, dmin, dmax, options);
+  const std::vector<const ATOM_IMAGE*> near = IMAGES_NEAR(images, origin, search.REACH);
+  if (!LIST_COPIES(search, near, CELLS::NEXT, list)) return;
+  const int furthest = *std::max_element(search.FURTHEST_CELL.begin(), search.FURTHEST_CELL.end());
+  if (furthest == 1 || !LIST_COPIES(search, near, CELLS::FURTHER, list)) return;
+  if (furthest == MOST_CELLS)
+    SET_WARN_KVASTRUCTURES("dmax reaches over more cells than are searched: try decreasing dmax");
 }
 
 void DISTANCE_ARRAY(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac, float dmin,
@@ -133,22 +199,53 @@ void DISTANCE_ARRAY(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac, 
 
 // ---- an atom by position or name ----
 
+namespace {
+
+constexpr float same_distance = 0.001f;  // angstroms: what is closer than this is at the point
+
+// Copies at their own places, those that count as another left out. A copy at the point itself
+// stands alone, even where an earlier one lies close.
+std::vector<COPY> DISTINCT_COPIES(const SEARCH& search,
+                                  const std::vector<const ATOM_IMAGE*>& near) {
+  std::vector<COPY> distinct;
+  const auto visit = [&](const COPY& copy) {
+    if (!(copy.DISTANCE > same_distance)) {
+      distinct.assign(1, copy);
+      return false;
+    }
+    const bool known = std::any_of(distinct.begin(), distinct.end(), [&](const COPY& other) {
+      return ARE_ONE_NEIGHBOUR(search.PHASE, copy.DELTA, other.DELTA);
+    });
+    if (!known) distinct.push_back(copy);
+    return true;
+  };
+  for (const ATOM_IMAGE* image : near)
+    if (!VISIT_COPIES(search, *image, CELLS::ALL, visit)) break;
+  return distinct;
+}
+
+// The nearest copy; of those at one distance the first.
+const COPY& NEAREST(const std::vector<COPY>& copies) {
+  float shortest = copies.front().DISTANCE;
+  for (const COPY& copy : copies) shortest = std::min(shortest, copy.DISTANCE);
+  return *std::find_if(copies.begin(), copies.end(), [&](const COPY& copy) {
+    return !(copy.DISTANCE > shortest + same_distance);
+  });
+}
+
+}  // namespace
+
 FOUND_ATOM FIND_ATOM(const ATOM_IMAGES& images, const VECTOR3& x_frac, std::string_view options,
                      float dmax) {
   constexpr float at_the_point = -0.1f;  // a minimum that lets an atom at distance 0 in
-  const std::string_view search_options = INDEXALL(options, "OMIT") > 0 ? "OMIT" : "";
-  int count = 0;
-  NEIGHBOUR_TABLE table;
-  DISTANCE_ARRAY(images, x_frac, at_the_point, dmax, count, table, search_options);
-  FOUND_ATOM found;
-  if (count == 0) return found;
-  int nearest = 1;
-  for (int r = 2; r <= count; ++r)
-    if (table(r, NEIGHBOUR_DISTANCE) < table(nearest, NEIGHBOUR_DISTANCE)) nearest = r;
-  found.ATOM = static_cast<int>(table(nearest, NEIGHBOUR_ATOM));
-  found.OPERATOR = static_cast<int>(table(nearest, NEIGHBOUR_OPERATOR));
-  found.X = XTAL::ADD(x_frac, VECTOR_AT<3>(table(nearest), NEIGHBOUR_VECTOR_X));
-  return found;
+  if (!XTAL::IS_FINITE(x_frac) || NOTNUM(dmax)) return {};
+  const SEARCH search =
+      SEARCH_AROUND(images, XTAL::MODULO_LAT(x_frac), at_the_point, dmax, options);
+  const std::vector<COPY> copies =
+      DISTINCT_COPIES(search, IMAGES_NEAR(images, search.ORIGIN, search.REACH));
+  if (copies.empty()) return {};
+  const COPY& nearest = NEAREST(copies);
+  return {nearest.ATOM, XTAL::ADD(x_frac, nearest.DELTA), nearest.OPERATOR};
 }
 
 std::vector<int> FIND_ALLATOMS_BY_NAME(const CRYSTAL_STRUCTURE_TYPE& phase, std::string_view name,

@@ -20,6 +20,7 @@ enum NEIGHBOUR_COLUMN {
 using NEIGHBOUR_TABLE = KVA_UTILITIES::TABLE<float, NEIGHBOUR_COLUMNS>;
 
 inline constexpr float SAME_NEIGHBOUR_SQ = 0.01f;  // square angstroms: closer images are one atom
+inline constexpr int MOST_CELLS = 20;              // searched each way; more set a warning
 inline constexpr float DEFAULT_RADIUS = 1.0f;      // angstroms, of FIND_ATOM
 inline constexpr float MATCH_RADIUS = 0.02f;       // angstroms: an atom is at a position
 
@@ -27,8 +28,8 @@ inline constexpr float MATCH_RADIUS = 0.02f;       // angstroms: an atom is at a
 // atom, operator, cell offset, centring vector; of coincident ones the first. table gets MAX_BONDS
 // rows, count of them in use; a further one sets the warning "Too many distances around atom: ...".
 // Options: "OMIT" searches omitted atoms too; "FINDOPS" lists every operator that reaches an atom,
-// and measures from the point as given. Images reach one cell each way. For a single search of a
-// record give the record itself.
+// and measures from the point as given. Offsets of more than one cell along an edge come behind all
+// others. For a single search of a record give the record itself.
 void DISTANCE_ARRAY(const ATOM_IMAGES& images, const VECTOR3& x_frac, float dmin, float dmax,
                     int& count, NEIGHBOUR_TABLE& table, std::string_view options = "");
 void DISTANCE_ARRAY(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac, float dmin,
@@ -41,7 +42,9 @@ struct FOUND_ATOM {
   int OPERATOR = 0;  // operator that brings it there
 };
 
-// Nearest atom to x_frac within dmax angstroms; of equal ones the lowest number.
+// Nearest atom to x_frac within dmax angstroms; of equal ones (to 0.001 angstroms) the lowest
+// number, operator and cell. Of coincident images it is the first, unless x_frac lies at a later
+// one and not at that.
 FOUND_ATOM FIND_ATOM(const ATOM_IMAGES& images, const VECTOR3& x_frac,
                      std::string_view options = "", float dmax = DEFAULT_RADIUS);
 

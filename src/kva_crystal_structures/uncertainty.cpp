@@ -90,26 +90,8 @@ VECTOR3 CALC_ESD_XYZ(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op) {
 
 // ---- measuring in one record ----
 
-namespace {
-
-// Whether another image of an atom in use lies near one, but not at its place. Wider searches then
-// may list one and leave out the other, which a search at its position finds.
-bool HAS_SPLIT_SITES(const ATOM_IMAGES& images) {
-  constexpr float one_place = 0.005f;  // angstroms
-  constexpr float near = 0.15f;        // more than what the searches take for one atom
-  int count = 0;
-  NEIGHBOUR_TABLE table;
-  for (int i = 1; i <= images.PHASE.NATOMS && count == 0; ++i)
-    if (images.PHASE.ATOM_USE(i) == ATOM_USED)
-      DISTANCE_ARRAY(images, images.PHASE.ATOM(i).X, one_place, near, count, table);
-  return count > 0;
-}
-
-}  // namespace
-
 RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase) {
   RULER ruler{IMAGES_OF(phase), {}, {}, {}};
-  ruler.SPLIT_SITES = HAS_SPLIT_SITES(ruler.IMAGES);
   for (int i = 1; i <= phase.NATOMS; ++i) ruler.ATOM_VCV.push_back(CALC_VCV_XYZ(phase, i, 1));
   for (const CELL_SHIFT& shift : CELL_SHIFTS(phase))
     ruler.SHIFTED_METRICS.push_back(XTAL::METRICTENSOR(shift.CELL, shift.ANG));
@@ -118,9 +100,7 @@ RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase) {
   return ruler;
 }
 
-namespace {
-
-PLACED_ATOM AS_PLACED(const RULER& ruler, int atom, int op, const VECTOR3& x_frac) {
+PLACED_ATOM PLACE_ATOM(const RULER& ruler, int atom, int op, const VECTOR3& x_frac) {
   PLACED_ATOM placed{x_frac, atom, op};
   if (atom == 0) return placed;
   bool singular = false;
@@ -131,15 +111,9 @@ PLACED_ATOM AS_PLACED(const RULER& ruler, int atom, int op, const VECTOR3& x_fra
   return placed;
 }
 
-}  // namespace
-
 PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac) {
   const FOUND_ATOM found = FIND_ATOM(ruler.IMAGES, x_frac, "", MATCH_RADIUS);
-  return AS_PLACED(ruler, found.ATOM, found.OPERATOR, x_frac);
-}
-
-PLACED_ATOM PLACE_ATOM(const RULER& ruler, int atom, int op, const VECTOR3& x_frac) {
-  return ruler.SPLIT_SITES ? ATOM_AT(ruler, x_frac) : AS_PLACED(ruler, atom, op, x_frac);
+  return PLACE_ATOM(ruler, found.ATOM, found.OPERATOR, x_frac);
 }
 
 namespace {

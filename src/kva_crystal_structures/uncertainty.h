@@ -39,7 +39,6 @@ struct RULER {
   std::vector<MATRIX3> ATOM_VCV;           // covariance of the coordinates of each atom as listed
   std::vector<MATRIX3> SHIFTED_METRICS;    // metric tensors of the shifted cells
   std::vector<MATRIX3> SYMMETRIC_METRICS;  // and of those that tell what symmetry fixes
-  bool SPLIT_SITES = false;                // atoms so close that a position may mean either
 };
 RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase);
 
@@ -53,11 +52,10 @@ struct PLACED_ATOM {
   MATRIX3 ROTATION{};  // of the operator
   MATRIX3 INVERSE{};   // and its inverse; zero when it has none
 };
-PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac);
-
-// The same where a wider search has found the atom with the operator: looked up by the position
-// only where sites are split.
 PLACED_ATOM PLACE_ATOM(const RULER& ruler, int atom, int op, const VECTOR3& x_frac);
+
+// The same of the atom that is looked up at the position.
+PLACED_ATOM ATOM_AT(const RULER& ruler, const VECTOR3& x_frac);
 
 // Joint covariance of two atoms.
 MATRIX6 CALC_VCV_TWO_ATOMS(const PLACED_ATOM& atom1, const PLACED_ATOM& atom2);

@@ -178,6 +178,53 @@ TEST(FIND_ATOM, A_DUPLICATE_IS_NOT_FOUND_EVEN_WHERE_NOTHING_ELSE_IS) {
   EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.5f, 0, 0}, "OMIT").ATOM, 2);
 }
 
+// Fifty oxygens, more than a table of neighbours holds, stand within the radius: the one that lies
+// at 0.3 angstroms is listed last.
+TEST(FIND_ATOM, THE_NEAREST_OF_ANY_NUMBER_OF_IMAGES) {
+  std::vector<SITE> sites;
+  for (int i = 0; i < 49; ++i)
+    sites.push_back({"O1",
+                     {0.5f + 0.012f * static_cast<float>(i % 7 - 3), 0.56f,
+                      0.5f + 0.012f * static_cast<float>(i / 7 - 3)}});
+  sites.push_back({"O2", {0.5f, 0.53f, 0.5f}});
+  const auto phase = MADE({10, 10, 10}, {90, 90, 90}, "P 1", sites);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.5f, 0.5f, 0.5f}, "", 2.0f).ATOM, 50);
+}
+
+// Two places 0.05 angstroms apart count as the first, but a position at the second is the second.
+TEST(FIND_ATOM, A_POSITION_ON_ONE_OF_TWO_CLOSE_ATOMS_IS_THAT_ATOM) {
+  const auto phase = MADE({10, 10, 10}, {90, 90, 90}, "P 1",
+                          {{"O1", {0.2f, 0.2f, 0.2f}}, {"O2", {0.205f, 0.2f, 0.2f}}});
+  const ATOM_IMAGES images = IMAGES_OF(phase);
+  EXPECT_EQ(FIND_ATOM(images, {0.205f, 0.2f, 0.2f}).ATOM, 2);
+  EXPECT_EQ(FIND_ATOM(images, {0.20505f, 0.2f, 0.2f}).ATOM, 2) << "0.0005 angstroms from it";
+  EXPECT_EQ(FIND_ATOM(images, {0.2f, 0.2f, 0.2f}).ATOM, 1);
+  const FOUND_ATOM between = FIND_ATOM(images, {0.204f, 0.2f, 0.2f});
+  EXPECT_EQ(between.ATOM, 1) << "nearer to the second, but the two count as the first";
+  EXPECT_NEAR(between.X[0], 0.2f, 1e-6f);
+}
+
+// 0.5 angstroms to each side, one of them 0.0008 angstroms nearer: equal, so the lower number.
+TEST(FIND_ATOM, DISTANCES_WITHIN_A_THOUSANDTH_OF_AN_ANGSTROM_ARE_EQUAL) {
+  auto phase = MADE({10, 10, 10}, {90, 90, 90}, "P 1",
+                    {{"O1", {0.55f, 0.2f, 0.2f}}, {"O2", {0.45008f, 0.2f, 0.2f}}});
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.5f, 0.2f, 0.2f}).ATOM, 1);
+  phase.ATOM(2).X[0] = 0.4502f;
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(phase), {0.5f, 0.2f, 0.2f}).ATOM, 2) << "0.002 nearer";
+}
+
+// An atom on the mirror x = 1/2 is its own image by several operators: the lowest counts. In a cell
+// of 2 angstroms an atom 2.5 angstroms away lies behind the next cell.
+TEST(FIND_ATOM, LOWEST_OPERATOR_AND_ANY_CELL) {
+  const auto mirror = MADE({4, 4, 4}, {90, 90, 90}, "P m m m", {{"O1", {0.5f, 0.5f, 0.5f}}});
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(mirror), {0.5f, 0.5f, 0.5f}).OPERATOR, 1);
+  EXPECT_EQ(FIND_ATOM(IMAGES_OF(mirror), {0.55f, 0.5f, 0.5f}).OPERATOR, 1);
+  const auto flat = MADE({2, 9, 9}, {90, 45, 90}, "P 1", {{"O1", {0.02f, 0, 0.98f}}});
+  const FOUND_ATOM far = FIND_ATOM(IMAGES_OF(flat), {3.9f, 0, 0.02f}, "", 1.4f);
+  EXPECT_EQ(far.ATOM, 1);
+  EXPECT_NEAR(far.X[2], -0.02f, 1e-5f);
+}
+
 TEST(FIND_ATOM, LEAVES_THE_ERROR_STATE_AS_IT_IS) {
   const auto phase = MADE({9, 9, 9}, {90, 90, 90}, "P 1", {{"Si1", {0, 0, 0}}});
   INIT_ERR_KVASTRUCTURES();

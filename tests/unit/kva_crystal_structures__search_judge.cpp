@@ -12,7 +12,7 @@ using PLAIN_LOOPS::EXPECT_SAME;
 namespace {
 
 // Thousands of structures take a second, but forty times that in a build that checks everything.
-constexpr int structures_per_group = KVA_UTILITIES::BOUNDS_CHECKED ? 1 : 10;
+constexpr int structures_per_group = KVA_UTILITIES::BOUNDS_CHECKED ? 1 : 3;
 constexpr int searches_per_structure = 8;
 
 // ---- random searches ----
