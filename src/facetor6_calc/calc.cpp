@@ -2,6 +2,7 @@
 #include "src/facetor6_calc/calc.h"
 
 #include <array>
+#include <new>      // for bad_alloc
 #include <utility>  // for move
 
 #include "console_code/console/input.h"
@@ -9,6 +10,7 @@
 #include "console_code/console/prompts.h"
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
@@ -19,6 +21,7 @@ namespace FACETOR_CALC {
 using namespace FACETOR_CONSOLE;
 using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
+using namespace KVA_UTILITIES;
 
 // ---- bonds, angles and polyhedra ----
 
@@ -36,30 +39,76 @@ void REPORT_SEARCH_ERRORS() {
 void WARN_OF_CENTRES_OUTSIDE() {
   const std::vector<int> outside = CENTRES_OUTSIDE(REFERENCE());
   if (outside.empty()) return;
-  WARNING(KVA_UTILITIES::INTEGER_COLUMNS(static_cast<int>(outside.size())) +
+  WARNING(INTEGER_COLUMNS(static_cast<int>(outside.size())) +
           " centres lie outside their polyhedra, first " + REFERENCE().ATOM(outside.front()).LAB +
           ": quadratic elongation and angle variance mean little there");
 }
 
+std::string BLOCK_NAME(int block) {
+  return INTEGER_COLUMNS(block, 3) + " " + TRIM(PHASE(block).BLOCK_TITLE);
+}
+
+void WARN_OF_OTHER_GROUP(int block) {
+  const std::string& symbol = PHASE(block).SPG.SPG_SYMB;
+  const std::string& reference_symbol = REFERENCE().SPG.SPG_SYMB;
+  WARNING("Block #" + BLOCK_NAME(block) + " has the space group " + TRIM(symbol) +
+          ", the reference block has " + TRIM(reference_symbol) +
+          (EQUAL_TEXT(symbol, reference_symbol) ? ", with other operators" : ""));
+}
+
+void WARN_OF_FAULTS(int block, const MATCH_FAULTS& faults) {
+  const std::string sites = "In block #" + BLOCK_NAME(block) + ": ";
+  if (faults.OTHER_ELEMENT > 0)
+    WARNING(sites + INTEGER_COLUMNS(faults.OTHER_ELEMENT) +
+            " sites are matched with another element, first " +
+            REFERENCE().ATOM(faults.FIRST_OTHER_ELEMENT).LAB + " with " +
+            PHASE(block).ATOM(faults.MET_THERE).LAB);
+  if (faults.SHARING > 0)
+    WARNING(sites + INTEGER_COLUMNS(faults.SHARING) +
+            " sites share their place with another site, first " +
+            REFERENCE().ATOM(faults.FIRST_SHARING).LAB);
+  if (faults.OTHER_GROUP) WARN_OF_OTHER_GROUP(block);
+}
+
 // All that is measured in one block is measured with one ruler.
-void CALC_BLOCK(const std::vector<BOND_TARGETS>& targets, CRYSTAL_STRUCTURE_TYPE& block,
-                float radius) {
-  RULER ruler = RULER_FOR(block);
-  MEASURE_BLOCK(targets, ruler, block, radius);
+MATCH_FAULTS CALC_BLOCK(const MATCH_BASIS& basis, int block) {
+  CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
+  RULER ruler = RULER_FOR(phase);
+  MEASURE_BLOCK(basis.TARGETS, ruler, phase, basis.RADIUS);
+  MATCH_FAULTS faults;
+  if (block != IREFERENCE) faults = MATCH_FAULTS_OF(basis, ruler.IMAGES);
   const COORDINATIONS around = COORDINATIONS_OF(std::move(ruler));
-  CALC_ANGLES_ALLATOMS(around, block);
-  CALC_POLY_ALLATOMS(around, block);
+  CALC_ANGLES_ALLATOMS(around, phase);
+  CALC_POLY_ALLATOMS(around, phase);
+  return faults;
 }
 
 }  // namespace
 
-bool CALC_FACETOR_ALL_POLY(const std::vector<BOND_TARGETS>& targets, float radius, WORK& work) {
+bool CALC_FACETOR_ALL_POLY(const MATCH_BASIS& basis, WORK& work) {
+  LIST<MATCH_FAULTS> faults;
+  faults.ASSIGN(NPHASES, {});
   for (int block = 1; block <= NPHASES; ++block) {
     if (!GO_ON(work, block)) return false;
-    if (IUSE(block) != 0) CALC_BLOCK(targets, PHASE(block), radius);
+    if (IUSE(block) != 0) faults(block) = CALC_BLOCK(basis, block);
   }
-  return GO_ON(work, NPHASES);
+  if (!GO_ON(work, NPHASES)) return false;
+  for (int block = 1; block <= NPHASES; ++block) WARN_OF_FAULTS(block, faults(block));
+  return true;
 }
+
+namespace {
+
+// False when the user has stopped the work.
+bool CALC_ALL_BLOCKS() {
+  WORK work("Measuring bonds: block", NPHASES);
+  CALC_BONDS_ALLATOMS(REFERENCE(), RUN.DMIN, RUN.DMAX, &RUN.BONDEX);
+  LIMITS_OF_BONDS = {RUN.DMIN, RUN.DMAX};
+  REPORT_SEARCH_ERRORS();
+  return CALC_FACETOR_ALL_POLY(MATCH_BASIS_OF(REFERENCE()), work);
+}
+
+}  // namespace
 
 bool RUN_FACETOR_CALC_BONDS() {
   ANNOUNCE("Bond lengths and angles limited by dmin and dmax in reference structure");
@@ -69,11 +118,14 @@ bool RUN_FACETOR_CALC_BONDS() {
   GET_INPUT_DMIN_DMAX();
   if (CONSOLE.DROPPED) return false;
   CLEAR_FACETOR_BONDS();
-  WORK work("Measuring bonds: block", NPHASES);
-  CALC_BONDS_ALLATOMS(REFERENCE(), RUN.DMIN, RUN.DMAX, &RUN.BONDEX);
-  REPORT_SEARCH_ERRORS();
-  const std::vector<BOND_TARGETS> targets = TARGETS_OF(REFERENCE());
-  if (CALC_FACETOR_ALL_POLY(targets, MATCHING_RADIUS(REFERENCE()), work)) {
+  bool done = false;
+  try {
+    done = CALC_ALL_BLOCKS();
+  } catch (const std::bad_alloc&) {  // the command is given up by the dispatcher
+    CLEAR_FACETOR_BONDS();
+    throw;
+  }
+  if (done) {
     WARN_OF_CENTRES_OUTSIDE();
     return true;
   }

@@ -3,10 +3,9 @@
 
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "console_code/console/work.h"
-#include "src/kva_crystal_structures/bonds.h"
+#include "src/kva_crystal_structures/matching.h"
 
 namespace FACETOR_CALC {
 
@@ -17,10 +16,10 @@ std::span<const std::string_view> CALC_MENU();
 // stopped the work.
 bool RUN_FACETOR_CALC_BONDS();
 
-// Measures the reference's bonds, and the angles and polyhedra that they make, in all used blocks;
-// false when the user has stopped the work.
-bool CALC_FACETOR_ALL_POLY(const std::vector<KVA_CRYSTAL_STRUCTURES::BOND_TARGETS>& targets,
-                           float radius, KVA_CONSOLE::WORK& work);
+// Measures the reference's bonds, and the angles and polyhedra that they make, in all used blocks,
+// and warns of what is matched doubtfully; false when the user has stopped the work.
+bool CALC_FACETOR_ALL_POLY(const KVA_CRYSTAL_STRUCTURES::MATCH_BASIS& matching,
+                           KVA_CONSOLE::WORK& work);
 
 void RUN_FACETOR_CALC_VALENCE();
 

@@ -52,6 +52,13 @@ bool NPHASE_MAX();      // true, with a warning, when the list is full
 int NATOM_MAX();        // largest NATOMS, 0 when none
 void EQUAL_ATOMS();     // warns when blocks differ in their number of atoms
 
+// Range of the search that the geometry results of the blocks come from, angstroms.
+struct BOND_LIMITS {
+  float DMIN = 0.01f;
+  float DMAX = 2.2f;
+};
+inline BOND_LIMITS LIMITS_OF_BONDS;
+
 // Forgets all geometry results, and those of the valences.
 void CLEAR_FACETOR_BONDS();
 

@@ -13,7 +13,7 @@ inline constexpr float shortest_shown = 0.0001f;
 
 inline constexpr int value_decimals = 4;  // of a length, a displacement or a valence
 
-// The range of the bond search.
+// The range of the search that the bonds come from.
 std::string LIMITS_LINE();
 
 // A report on centre i without columns: its title and limits, or that the centre has no bonds.

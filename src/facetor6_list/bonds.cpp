@@ -19,8 +19,8 @@ using namespace KVA_UTILITIES;
 // ---- pieces shared with the valence table ----
 
 std::string LIMITS_LINE() {
-  return "     BETWEEN " + REAL_AT_LEAST(RUN.DMIN, 5, 2) + " AND " + REAL_AT_LEAST(RUN.DMAX, 5, 2) +
-         " ANGSTROM";
+  return "     BETWEEN " + REAL_AT_LEAST(LIMITS_OF_BONDS.DMIN, 5, 2) + " AND " +
+         REAL_AT_LEAST(LIMITS_OF_BONDS.DMAX, 5, 2) + " ANGSTROM";
 }
 
 REPORT LIGAND_REPORT(int i, std::string_view quantity, std::string_view title, bool with_esds) {

@@ -7,6 +7,7 @@
 #include "console_code/kva_utilities/text.h"
 #include "src/kva_crystal_structures/atom_search.h"
 #include "src/kva_crystal_structures/displacement.h"
+#include "src/kva_crystal_structures/shared_sites.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -147,8 +148,8 @@ void MEASURE_BOND(CRYSTAL_STRUCTURE_TYPE& block, int a, int j, const FOUND_ATOM&
 // The bonds of one reference centre.
 void MEASURE_CENTRE(const BOND_TARGETS& targets, const RULER& ruler, CRYSTAL_STRUCTURE_TYPE& block,
                     float radius) {
-  const int a = targets.ATOM;
-  const FOUND_ATOM centre = FIND_ATOM(ruler.IMAGES, targets.CENTRE, "OMIT", radius);
+  const int a = targets.CENTRE.ATOM;
+  const FOUND_ATOM centre = FIND_ATOM(ruler.IMAGES, targets.CENTRE.X, "OMIT", radius);
   if (centre.ATOM == 0) {
     block.NBONDS(a) = NO_CENTRE;
     return;
@@ -159,14 +160,15 @@ void MEASURE_CENTRE(const BOND_TARGETS& targets, const RULER& ruler, CRYSTAL_STR
   block.NBONDS(a) = 0;
   const PLACED_ATOM placed_centre = PLACE_ATOM(ruler, centre.ATOM, centre.OPERATOR, centre.X);
   int j = 0;
-  for (const VECTOR3& target : targets.LIGANDS) {
+  for (const TARGET& target : targets.LIGANDS) {
     block.BONDS.CLEAR_ROW(a, ++j);  // a bond that is missing keeps its row
-    const FOUND_ATOM ligand = FIND_ATOM(ruler.IMAGES, target, "", radius);
+    const FOUND_ATOM ligand = FIND_ATOM(ruler.IMAGES, target.X, "", radius);
     if (ligand.ATOM == 0) continue;
+    const VALUE_ESD distance = DISTANCE_AND_SIGMA_VCV(
+        ruler, placed_centre, PLACE_ATOM(ruler, ligand.ATOM, ligand.OPERATOR, ligand.X));
+    if (distance.VALUE < SAME_SITE) continue;
     ++block.NBONDS(a);
-    MEASURE_BOND(block, a, j, centre, ligand,
-                 DISTANCE_AND_SIGMA_VCV(ruler, placed_centre,
-                                        PLACE_ATOM(ruler, ligand.ATOM, ligand.OPERATOR, ligand.X)));
+    MEASURE_BOND(block, a, j, centre, ligand, distance);
   }
 }
 
@@ -176,10 +178,11 @@ std::vector<BOND_TARGETS> TARGETS_OF(const CRYSTAL_STRUCTURE_TYPE& reference) {
   std::vector<BOND_TARGETS> targets;
   for (int a = 1; a <= reference.NATOMS; ++a) {
     if (reference.NBONDS(a) <= 0) continue;
-    targets.push_back({a, reference.ATOM(a).X, {}});
+    const VECTOR3& centre = reference.ATOM(a).X;
+    targets.push_back({{a, centre}, {}});
     for (int j = 1; j <= reference.NBONDS(a); ++j)
       targets.back().LIGANDS.push_back(
-          XTAL::ADD(reference.ATOM(a).X, reference.BONDS.VECTOR(a, j)));
+          {reference.BONDS.LIGAND(a, j), XTAL::ADD(centre, reference.BONDS.VECTOR(a, j))});
   }
   return targets;
 }
@@ -187,7 +190,7 @@ std::vector<BOND_TARGETS> TARGETS_OF(const CRYSTAL_STRUCTURE_TYPE& reference) {
 void MEASURE_BLOCK(const std::vector<BOND_TARGETS>& targets, const RULER& ruler,
                    CRYSTAL_STRUCTURE_TYPE& block, float radius) {
   for (const BOND_TARGETS& centre : targets)
-    if (centre.ATOM <= CAPACITY(block)) MEASURE_CENTRE(centre, ruler, block, radius);
+    if (centre.CENTRE.ATOM <= CAPACITY(block)) MEASURE_CENTRE(centre, ruler, block, radius);
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

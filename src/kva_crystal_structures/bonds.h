@@ -39,15 +39,19 @@ float MATCHING_RADIUS(float shortest_bond);
 
 // Where a centre of the reference block and its ligands lie there: what is looked for in every
 // block. Fractional; in the order of the bonds.
+struct TARGET {
+  int ATOM = 0;  // atom of the reference block
+  VECTOR3 X{};
+};
 struct BOND_TARGETS {
-  int ATOM = 0;
-  VECTOR3 CENTRE{};
-  std::vector<VECTOR3> LIGANDS;
+  TARGET CENTRE;
+  std::vector<TARGET> LIGANDS;
 };
 std::vector<BOND_TARGETS> TARGETS_OF(const CRYSTAL_STRUCTURE_TYPE& reference);
 
 // Measures the reference's bonds in a block, the reference block included, with the block's own
-// ruler: NBONDS, BONDS columns 1 to 12 and BOND_CEN.
+// ruler: NBONDS, BONDS columns 1 to 12 and BOND_CEN. What lies at a target is what FIND_ATOM finds
+// there within the radius; a ligand that is found where the centre is, to SAME_SITE, is none.
 void MEASURE_BLOCK(const std::vector<BOND_TARGETS>& targets, const RULER& ruler,
                    CRYSTAL_STRUCTURE_TYPE& block, float radius);
 

@@ -25,8 +25,8 @@ const std::string srb_end = "        N SRB AVE RAW AVE  SRBVOL  RAWVOL\n";
 
 TEST_F(BOND_TABLES, A_CENTRE_WITHOUT_BONDS_SAYS_SO_IN_EVERY_FORM) {
   ADD("first");
-  RUN.DMIN = 1.25f;
-  RUN.DMAX = 12.5f;
+  LIMITS_OF_BONDS = {1.25f, 12.5f};
+  RUN.DMAX = 3.5f;  // for the next search
   for (const char* option : {"", "ESD", "srb", "displ"})
     EXPECT_EQ(
         BONDS(option),
