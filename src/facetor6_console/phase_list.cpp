@@ -103,6 +103,13 @@ KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS() {
   return help;
 }
 
+std::vector<int> USED_BLOCKS() {
+  std::vector<int> blocks;
+  for (int place = 1; place <= NPHASES; ++place)
+    if (IUSE(ISORT(place)) != 0) blocks.push_back(ISORT(place));
+  return blocks;
+}
+
 int NUMPHASES_USED() {
   return static_cast<int>(std::count(IUSE.begin(), IUSE.begin() + NPHASES, 1));
 }

@@ -46,6 +46,7 @@ KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS();
 // Numbers of the blocks that the user chooses, each once, in increasing order.
 std::vector<int> ASK_BLOCKS(std::string_view prompt);
 
+std::vector<int> USED_BLOCKS();  // their numbers, in display order
 int NUMPHASES_USED();
 bool CHECK_NOPHASES();  // true, with a warning, when no block is used
 bool NPHASE_MAX();      // true, with a warning, when the list is full

@@ -1,5 +1,6 @@
 // The data file for fitting equations of state: its header, its columns, its rows.
-#include <algorithm>  // for any_of, find_if
+#include <algorithm>  // for find_if
+#include <cmath>      // for abs, isfinite, nearbyint, pow
 
 #include "console_code/console/open_file.h"
 #include "console_code/console/output.h"
@@ -55,34 +56,42 @@ const SYSTEM_COLUMNS& COLUMNS_OF(CRYSTAL_SYSTEM system) {
 
 // ---- rows ----
 
-struct NUMBER_FORMAT {
-  int WIDTH;
-  int DECIMALS;
-};
-
-NUMBER_FORMAT VALUE_FORMAT(EOS_COLUMN column) {
+// Decimals of a column whose esds are not too small for them.
+int USUAL_DECIMALS(EOS_COLUMN column) {
   switch (column) {
     case EOS_T:
-      return {7, 1};
-    case EOS_P:
-      return {8, 3};
+      return 1;
     case EOS_A:
     case EOS_B:
     case EOS_C:
-      return {9, 4};
     case EOS_V:
-      return {10, 4};
+      return 4;
     default:
-      return {9, 3};
+      return 3;
   }
 }
 
-NUMBER_FORMAT ESD_FORMAT(EOS_COLUMN column) {
-  return column == EOS_T ? NUMBER_FORMAT{4, 1} : VALUE_FORMAT(column);
+// Units of the last of some decimals, as they show.
+double UNITS(float esd, int decimals) {
+  return std::nearbyint(static_cast<double>(esd) * std::pow(10.0, decimals));
 }
 
-std::string CELL_TEXT(float value, NUMBER_FORMAT format) {
-  return LEFT_ADJUST(REAL_COLUMNS(value, format.WIDTH, format.DECIMALS));
+// The usual decimals show an esd that is at least two units of the last one, or just one. Of a
+// smaller one, two digits are shown, so that the weights of a fit do not vanish.
+int DECIMALS_FOR(float esd, int usual) {
+  constexpr double just_one = 0.01;
+  constexpr int most_decimals = 45;  // of a 32-bit real
+  const double one_off = std::abs(static_cast<double>(esd) * std::pow(10.0, usual) - 1.0);
+  if (!(esd > 0.0f) || UNITS(esd, usual) >= 2.0 || one_off <= just_one) return usual;
+  int decimals = usual;
+  while (UNITS(esd, decimals) < 10.0 && decimals < most_decimals) ++decimals;
+  return decimals;
+}
+
+// Columns widen: every finite real fits.
+std::string NUMBER_TEXT(float value, int decimals) {
+  constexpr int widest = 100;
+  return LEFT_ADJUST(REAL_COLUMNS(value, widest, decimals));
 }
 
 std::vector<std::string> ROW_TEXTS(const EOS_POINT& point, const SYSTEM_COLUMNS& columns) {
@@ -91,8 +100,10 @@ std::vector<std::string> ROW_TEXTS(const EOS_POINT& point, const SYSTEM_COLUMNS&
   written.push_back(EOS_V);
   std::vector<std::string> row;
   for (EOS_COLUMN column : written) {
-    row.push_back(CELL_TEXT(point[column].VALUE, VALUE_FORMAT(column)));
-    row.push_back(CELL_TEXT(point[column].ESD, ESD_FORMAT(column)));
+    const float esd = std::isfinite(point[column].ESD) ? point[column].ESD : 0.0f;
+    const int decimals = DECIMALS_FOR(esd, USUAL_DECIMALS(column));
+    row.push_back(NUMBER_TEXT(point[column].VALUE, decimals));
+    row.push_back(NUMBER_TEXT(esd, decimals));
   }
   return row;
 }
@@ -121,11 +132,6 @@ bool WRITE_LINES(int unit, const std::vector<std::string>& lines) {
   return true;
 }
 
-bool HAS_STARS(const std::vector<std::string>& lines) {
-  return std::any_of(lines.begin(), lines.end(),
-                     [](const std::string& line) { return line.find('*') != std::string::npos; });
-}
-
 }  // namespace
 
 void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, const CRYSTAL_SYSTEM& system,
@@ -146,7 +152,8 @@ void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, const CRYSTAL_SYSTEM& sy
   if (written)
     WRITE_OUT("     File header   and " + INTEGER_COLUMNS(static_cast<int>(points.size()), 3) +
               " data points written to the file|");
-  if (!written || HAS_STARS(data)) WARNING("Errors on writing the file: check it carefully");
+  else
+    WARNING("Errors on writing the file: check it carefully");
 }
 
 }  // namespace FACETOR_EXPORTFILES

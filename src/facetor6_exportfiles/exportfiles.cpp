@@ -1,6 +1,8 @@
 // The dialogue of EXPORT and what goes into the data points.
 #include "src/facetor6_exportfiles/exportfiles.h"
 
+#include <cmath>  // for abs, isfinite
+
 #include "console_code/console/input.h"
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
@@ -9,6 +11,7 @@
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
+#include "src/kva_crystal_structures/polyhedra.h"
 
 namespace FACETOR_EXPORTFILES {
 
@@ -41,12 +44,22 @@ EOS_POINT CELL_POINT(const CRYSTAL_STRUCTURE_TYPE& phase) {
   return point;
 }
 
-// The crystal system that all phases share, or triclinic.
+// Axes whose parameters a, c and V alone do not tell. A cubic cell has right angles.
+bool HAS_RHOMBOHEDRAL_AXES(const XTAL::CRYSTAL_CELL& cell) {
+  constexpr float same = 0.00001f;  // angstroms and degrees: less than any file gives
+  const auto all_equal = [](const VECTOR3& v) {
+    return std::abs(v[0] - v[1]) < same && std::abs(v[1] - v[2]) < same;
+  };
+  return all_equal(cell.CELL) && all_equal(cell.ANG) && !(std::abs(cell.ANG[0] - 90.0f) < same);
+}
+
+// The crystal system that all phases share, or triclinic, whose columns tell every cell.
 XTAL::CRYSTAL_SYSTEM COMMON_SYSTEM(const STRUCTURE_LIST& phases, int n) {
   const XTAL::CRYSTAL_SYSTEM system = phases(1).SPG.CRYSTALSYS;
   if (system.NAME == XTAL::SYSTEM::UNKNOWN) return no_symmetry;
-  for (int k = 2; k <= n; ++k)
-    if (phases(k).SPG.CRYSTALSYS != system) return no_symmetry;
+  for (int k = 1; k <= n; ++k)
+    if (phases(k).SPG.CRYSTALSYS != system || HAS_RHOMBOHEDRAL_AXES(phases(k).CELL))
+      return no_symmetry;
   return system;
 }
 
@@ -75,16 +88,37 @@ std::string REASON_AGAINST(int i) {
   return "";
 }
 
+// True when the polyhedron has all the ligands that it has in the reference block, and a volume.
+bool IS_COMPLETE(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  const float volume = phase.POLYHEDRON(i, POLY_VOLUME);
+  return static_cast<int>(BONDS_PRESENT(phase, i).size()) >= REFERENCE().NBONDS(i) &&
+         std::isfinite(volume) && volume >= least_volume;
+}
+
+EOS_POINT VOLUME_POINT(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  EOS_POINT point = CONDITIONS(phase);
+  point[EOS_V] = {phase.POLYHEDRON(i, POLY_VOLUME), phase.POLYHEDRON(i, POLY_VOLUME_STD)};
+  return point;
+}
+
+// The phases are the used blocks, in their order.
 void WRITE_VOLUMES_OF(int i, const STRUCTURE_LIST& phases, int n) {
   const std::string label = REFERENCE().ATOM(i).LAB;
-  WRITE_OUT("|    Polyhedral volumes for " + AS_IT_IS(label) +
-            "  will be written to the kompressa dat file");
+  const std::vector<int> blocks = USED_BLOCKS();
   std::vector<EOS_POINT> points;
-  for (int k = 1; k <= n; ++k) {
-    EOS_POINT point = CONDITIONS(phases(k));
-    point[EOS_V] = {phases(k).POLYHEDRON(i, POLY_VOLUME), phases(k).POLYHEDRON(i, POLY_VOLUME_STD)};
-    points.push_back(point);
-  }
+  std::string left_out;
+  for (int k = 1; k <= n; ++k)
+    if (IS_COMPLETE(phases(k), i))
+      points.push_back(VOLUME_POINT(phases(k), i));
+    else
+      left_out +=
+          (left_out.empty() ? "" : ", ") + INTEGER_COLUMNS(blocks[static_cast<std::size_t>(k - 1)]);
+  if (!points.empty())
+    WRITE_OUT("|    Polyhedral volumes for " + AS_IT_IS(label) +
+              "  will be written to the kompressa dat file");
+  if (!left_out.empty())
+    WARNING("Left out, as the polyhedron is not complete there: block #" + left_out);
+  if (points.empty()) return;
   WRITE_EOSDAT(points, volumes_of_polyhedra, "Polyhedral Volumes for " + label);
 }
 

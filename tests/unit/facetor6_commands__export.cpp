@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <ctime>
+#include <limits>
 
 #include "console_code/kva_utilities/text.h"
 #include "facetor6_commands__list_blocks.h"
@@ -39,6 +40,11 @@ const std::string failed = "\n*****WARNING: Errors on writing the file: check it
 // told: what is said of the lines that the file holds already.
 std::string OPENED(const std::string& name, const std::string& told = "") {
   return "\nSuccessfully opened Kompressa datafile\nNamed " + name + "\n" + told + "\n";
+}
+
+std::string LEFT_OUT(const std::string& blocks) {
+  return "\n*****WARNING: Left out, as the polyhedron is not complete there: block #" + blocks +
+         "\n\n";
 }
 
 std::string COUNT(const std::string& count) {
@@ -231,36 +237,81 @@ TEST_F(EXPORT, POINTS_STAND_IN_DISPLAY_ORDER_AND_IN_COLUMNS) {
                                     "   4.2  12.5   -0.250  0.002  210.5000  0.2500\n");
 }
 
-TEST_F(EXPORT, WHAT_DOES_NOT_FIT_IS_STARS_AND_TOLD) {
+TEST_F(EXPORT, COLUMNS_WIDEN_FOR_LONG_NUMBERS) {
   ADD_CELL({SYSTEM::CUBIC});
-  PHASE(1).PT(TEMPERATURE, PT_ESD) = 100.0f;   // 5 of 4 columns
-  PHASE(1).PT(PRESSURE, PT_VALUE) = -1000.5f;  // 9 of 8 columns
-  PHASE(1).CELL.CELLVOL = 123456.0f;           // 11 of 10 columns
-  EXPECT_EQ(EXPORT_CELLS(), opening +
-                                "       BLOCKNAME      T          P         IUSE\n  1: first       "
-                                "  : 298.0 -1000.500         1\n" +
-                                is_this_ok + menu + cells + which_file + OPENED("out.dat") +
-                                COUNT("  1") + failed + menu);
-  EXPECT_EQ(TEXT_OF("out.dat"),
-            HEADER(" v sigv", "CUBIC") + " 298.0  ****  ********  0.002  **********  0.2500\n");
+  ADD_CELL({SYSTEM::CUBIC});
+  PHASE(1).PT(TEMPERATURE, PT_ESD) = 100.0f;
+  PHASE(1).PT(PRESSURE, PT_VALUE) = -1000.5f;
+  PHASE(1).CELL.CELLVOL = 123456.0f;
+  EXPECT_TRUE(EXPORT_CELLS().ends_with(OPENED("out.dat") + COUNT("  2") + menu)) << "no warning";
+  EXPECT_EQ(TEXT_OF("out.dat"), HEADER(" v sigv", "CUBIC") +
+                                    " 298.0  100.0  -1000.500  0.002  123456.0000  0.2500\n"
+                                    " 298.0    1.0      3.500  0.002     210.5000  0.2500\n");
 }
 
-TEST_F(EXPORT, STARS_LEAVE_THE_OTHER_ROWS_IN_THEIR_COLUMNS) {
-  ADD_CELL({SYSTEM::CUBIC});
-  ADD_CELL({SYSTEM::CUBIC});
-  PHASE(2).PT(PRESSURE, PT_VALUE) = -1000.5f;  // 9 of 8 columns
-  PHASE(2).CELL.CELLVOL = 123456.0f;           // 11 of 10 columns
+// In units of the last decimal: 5 show as they are, as do 1.6, which are 2, and 1 to a percent;
+// 0.5, 1.02, 1.2 and 1.4 need further digits.
+TEST_F(EXPORT, SMALL_ESDS_ARE_SHOWN_WITH_TWO_DIGITS) {
+  const auto volume_of = [this](float value, float esd) {
+    INIT_PHASE_LIST();
+    fs::remove("out.dat");
+    ADD_CELL({SYSTEM::CUBIC});
+    PHASE(1).CELL.CELLVOL = value;
+    PHASE(1).CELL.STDVOL = esd;
+    EXPORT_CELLS();
+    const std::string text = TEXT_OF("out.dat");
+    return text.substr(text.rfind("0.002") + 7);
+  };
+  EXPECT_EQ(volume_of(5.1f, 0.0005f), "5.1000  0.0005\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.00005f), "4.913400  0.000050\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.0001f), "4.9134  0.0001\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.000101f), "4.9134  0.0001\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.000102f), "4.91340  0.00010\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.00012f), "4.91340  0.00012\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.00014f), "4.91340  0.00014\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.00016f), "4.9134  0.0002\n") << "shows as two units";
+  EXPECT_EQ(volume_of(4.9134f, 0.0f), "4.9134  0.0000\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.0000996f), "4.9134  0.0001\n");
+  EXPECT_EQ(volume_of(4.9134f, 0.0000098f), "4.913400  0.000010\n");
+  EXPECT_EQ(volume_of(100.0f, std::numeric_limits<float>::quiet_NaN()), "100.0000  0.0000\n");
+}
+
+TEST_F(EXPORT, EACH_NUMBER_HAS_THE_DECIMALS_OF_ITS_OWN_ESD) {
+  ADD_CELL({SYSTEM::TETRAGONAL});
+  ADD_CELL({SYSTEM::TETRAGONAL});
+  PHASE(1).PT(TEMPERATURE, PT_ESD) = 0.02f;
+  PHASE(1).PT(PRESSURE, PT_ESD) = 0.0004f;
+  PHASE(1).CELL.CELL_STD[0] = 0.00003f;
   EXPORT_CELLS();
-  const std::string text = TEXT_OF("out.dat");
-  const std::string first = text.substr(HEADER(" v sigv", "CUBIC").size());
-  const std::size_t end = first.find('\n');
-  ASSERT_NE(end, std::string::npos);
-  const std::string second = first.substr(end + 1);
-  // Pressures end where the stars of the other row do, and so do volumes.
-  EXPECT_EQ(second.find("********") + 8, first.find("0.002") - 2) << text;
-  EXPECT_EQ(first[first.find("0.002") - 3], '0') << text;
-  EXPECT_EQ(second.find("**********") + 10, first.find("0.2500") - 2) << text;
-  EXPECT_NE(first[first.find("0.2500") - 3], ' ') << text;
+  EXPECT_EQ(TEXT_OF("out.dat"),
+            HEADER(" a siga c sigc  v sigv", "TETRAGONAL") +
+                " 298.000  0.020  3.50000  0.00040  5.000000  0.000030  7.0000  0.0030  210.5000"
+                "  0.2500\n"
+                " 298.0    1.0    3.500    0.002    5.0000    0.0010    7.0000  0.0030  210.5000"
+                "  0.2500\n");
+}
+
+// a = b = c and alpha = beta = gamma: a and c alone would not tell the angle.
+TEST_F(EXPORT, RHOMBOHEDRAL_AXES_ARE_WRITTEN_WITH_ALL_PARAMETERS) {
+  const auto add = [](float angle) {
+    ADD_CELL({SYSTEM::TRIGONAL});
+    PHASE(NPHASES).CELL.CELL = {5, 5, 5};
+    PHASE(NPHASES).CELL.ANG = {angle, angle, angle};
+  };
+  add(90);
+  add(55.25f);
+  EXPORT_CELLS();
+  EXPECT_EQ(TEXT_OF("out.dat"),
+            HEADER(triclinic_format, "TRICLINIC") +
+                " 298.0  1.0  3.500  0.002  5.0000  0.0010  5.0000  0.0020  5.0000  0.0030  90.000"
+                "  0.010  90.000  0.020  90.000  0.030  210.5000  0.2500\n"
+                " 298.0  1.0  3.500  0.002  5.0000  0.0010  5.0000  0.0020  5.0000  0.0030  55.250"
+                "  0.010  55.250  0.020  55.250  0.030  210.5000  0.2500\n");
+  INIT_PHASE_LIST();
+  fs::remove("out.dat");
+  add(90);
+  EXPORT_CELLS();
+  EXPECT_NE(TEXT_OF("out.dat").find("System TRIGONAL\n"), std::string::npos);
 }
 
 // ---- volumes of polyhedra ----
@@ -273,17 +324,43 @@ TEST_F(EXPORT, VOLUMES_OF_A_POLYHEDRON) {
   BOND(2, {1.6f, 1.6f, 1.6f, 1.6f});
   PHASE(2).POLYHEDRON(1, POLY_VOLUME) = 12.125f;
   PHASE(2).PT(PRESSURE, PT_VALUE) = 3.5f;
-  PHASE(3).NBONDS(1) = NO_CENTRE;  // without a volume
+  PHASE(3).NBONDS(1) = NO_CENTRE;
   const std::string sites = SAID("", [] { FACETOR_LIST_ATOMS("", 1); });
   EXPECT_EQ(SAID("y\n2\nSi1\nout\n\n\n", RUN_EXPORT),
             opening + head + "\n" + start_1 + "\n  2: second        : 298.0   3.500         1\n" +
                 start_3 + "\n" + is_this_ok + menu + volumes + sites + "\n\n" + which_atom +
                 "\n    Polyhedral volumes for Si1  will be written to the kompressa dat file\n" +
-                which_file + OPENED("out.dat") + COUNT("  3") + which_atom + menu);
+                LEFT_OUT("3") + which_file + OPENED("out.dat") + COUNT("  2") + which_atom + menu);
   EXPECT_EQ(TEXT_OF("out.dat"), HEADER(" v sigv", "", "Polyhedral Volumes for Si1", "polyhedron") +
                                     " 298.0  1.0  0.000  0.000   2.2500  0.0150\n"
-                                    " 298.0  1.0  3.500  0.000  12.1250  0.0150\n"
-                                    " 298.0  1.0  0.000  0.000   0.0000  0.0000\n");
+                                    " 298.0  1.0  3.500  0.000  12.1250  0.0150\n");
+}
+
+// The second block has lost a ligand and keeps the volume of the rest; the volumes of the others
+// are none. Their numbers are those of the blocks, in the order of the file.
+TEST_F(EXPORT, INCOMPLETE_POLYHEDRA_ARE_LEFT_OUT_AND_TOLD) {
+  for (const char* title : {"first", "second", "third", "fourth", "fifth"}) ADD(title);
+  for (int block = 1; block <= 5; ++block) BOND(block, {1.6f, 1.6f, 1.6f, 1.6f});
+  PHASE(2).BONDS.CLEAR_ROW(1, 3);
+  PHASE(3).POLYHEDRON(1, POLY_VOLUME) = std::numeric_limits<float>::quiet_NaN();
+  PHASE(5).POLYHEDRON(1, POLY_VOLUME) = 0.009f;
+  std::swap(ISORT(1), ISORT(5));
+  IUSE(4) = 0;
+  EXPECT_NE(SAID("y\n2\nSi1\nout\n\n\n", RUN_EXPORT)
+                .find(LEFT_OUT("5, 2, 3") + which_file + OPENED("out.dat") + COUNT("  1")),
+            std::string::npos);
+  EXPECT_EQ(TEXT_OF("out.dat"), HEADER(" v sigv", "", "Polyhedral Volumes for Si1", "polyhedron") +
+                                    " 298.0  1.0  0.000  0.000  2.2500  0.0150\n");
+}
+
+TEST_F(EXPORT, WITHOUT_A_COMPLETE_POLYHEDRON_NO_FILE_IS_OPENED) {
+  ADD("first");
+  ADD("second");
+  BOND(1, {1.6f, 1.6f, 1.6f, 1.6f});
+  IUSE(1) = 0;
+  const std::string said = SAID("y\n2\nSi1\n\n\n", RUN_EXPORT);
+  EXPECT_TRUE(said.ends_with(which_atom + LEFT_OUT("2") + which_atom + menu)) << said;
+  EXPECT_EQ(said.find("will be written to the kompressa"), std::string::npos);
 }
 
 TEST_F(EXPORT, WHY_A_CENTRE_HAS_NO_VOLUME) {
@@ -323,7 +400,7 @@ TEST_F(EXPORT, A_CENTRE_IS_NAMED_BY_THE_START_OF_ITS_LABEL) {
                      {"O1", {0.1f, 0.2f, 0.3f}},
                      {"LongLabel12", {0.7f, 0.2f, 0.3f}}}));
   for (int i = 1; i <= 3; ++i) {
-    PHASE(1).NBONDS(i) = 4;
+    BOND(1, {1.6f, 1.6f, 1.6f, 1.6f}, 0.003f, i);
     PHASE(1).POLYHEDRON(i, POLY_VOLUME) = 2.25f;
   }
   const auto title_for = [](const std::string& name) {
