@@ -17,8 +17,7 @@ import time
 LONGEST = 10.0  # seconds for one file
 EIGHT_PI_SQ = 78.957  # B = 8 pi^2 U
 STATED = {
-    "duplicate atoms": "WRITE writes the first of the atoms that share a site, and says so",
-    "charge": "a written type symbol such as Fe+3 is read back as its element",
+    "letters": "an element that a label gave, FE, is read back as a type symbol, Fe",
     "no label": "an atom without a label is written as '.', which is read back as its label",
     "operator number": "a written symbol that is known gives the operators in its own order",
     "rounded": "a value is written with the digits that its esd, printed with 2 to 19, leaves",
@@ -206,13 +205,13 @@ def compare(first, second, digits, count, show):
             if a[1] != b[1]:
                 note("no label" if (a[1], b[1]) == ("", ".") else "atom", where, a[1], b[1])
             if a[2] != b[2]:
-                same = re.sub(r"[^A-Z]", "", a[2].upper()) == re.sub(r"[^A-Z]", "", b[2].upper())
-                note("charge" if same else "element", where, a[2], b[2])
+                note("letters" if a[2].upper() == b[2].upper() else "element", where, a[2], b[2])
             for before, after in zip(a[3], b[3]):
                 note(kind_of_change(before, after, command == "TABLE xyz"), where, before, after)
             if a[4] != b[4]:
                 if command == "TABLE xyz":
-                    note("changed" if b[4] else "duplicate atoms", where, a[4], b[4])
+                    same = a[4].upper() == b[4].upper()
+                    note("letters" if same else "duplicate atoms", where, a[4], b[4])
                 else:
                     # U of the site, or as many units as the components of the tensor may lose.
                     digit = digits.get((row[1], a[1]), 0.0)

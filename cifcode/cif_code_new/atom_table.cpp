@@ -7,6 +7,7 @@
 
 #include "console_code/kva_utilities/text.h"
 #include "foundations/XTAL_Scattering_Chemical_Tables.h"
+#include "src/kva_crystal_structures/displacement.h"
 
 namespace KVA_CIFNEW {
 
@@ -154,6 +155,9 @@ ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_
   atom.UEQ_STD = loop.VAL_STD(row, SITE_U_ISO);
   atom.BISO = loop.VAL(row, SITE_B_ISO);
   atom.BISO_STD = loop.VAL_STD(row, SITE_B_ISO);
+  // The esd of U is kept as that of the B that it becomes.
+  if (!(atom.BISO > 0.0f))
+    atom.BISO_STD = KVA_CRYSTAL_STRUCTURES::EIGHT_PI_SQ * loop.VAL_STD(row, SITE_U_ISO);
   return atom;
 }
 

@@ -43,7 +43,10 @@ void WRITE_CIF_TEXT(std::string_view name, std::string_view text, int unit);
 void WRITE_CIF_CELL(const XTAL::CRYSTAL_CELL& cell, int unit);
 void WRITE_CIF_AUDIT(std::string_view method, int unit);
 
-// The loops of atoms and of anisotropic displacements, atoms in use only.
+// True when atom i stands in the file: it is in use, or shares the site of one that is.
+bool IS_WRITTEN(const KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase, int i);
+
+// The loops of atom types (where any has a charge), of sites and of anisotropic displacements.
 void WRITE_CIF_ATOMS(const KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase, int unit);
 
 }  // namespace KVA_CIFNEW

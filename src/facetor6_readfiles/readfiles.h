@@ -39,8 +39,6 @@ bool GIVES_TEMPERATURE(const FILE_LINES* lines, int block,
 // Whether an output of CRYSTAL tells its space group, so that nothing need be asked.
 bool TELLS_GROUP(const FILE_LINES& flines);
 
-inline constexpr int TITLE_LENGTH = 80;  // characters of a block's title
-
 // Every block of a CIF into newx; nblocks receives their count.
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
 

@@ -48,6 +48,15 @@ std::vector<std::string> ANGLE_ROW(const CRYSTAL_STRUCTURE_TYPE& phase, int i, i
       LIGAND_CODE(phase, i, k)};
 }
 
+// Bonds of centre i whose atoms stand in the file.
+std::vector<int> BONDS_TO_WRITE(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  std::vector<int> bonds;
+  for (int j : BONDS_PRESENT(phase, i))
+    if (IS_WRITTEN(phase, phase.BONDS.CENTRE(i, j)) && IS_WRITTEN(phase, phase.BONDS.LIGAND(i, j)))
+      bonds.push_back(j);
+  return bonds;
+}
+
 // A loop without rows is no CIF: nothing is written then.
 void WRITE_LOOP(const std::vector<std::string>& names,
                 const std::vector<std::vector<std::string>>& rows, int unit) {
@@ -63,7 +72,7 @@ void WRITE_CIF_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>
   constexpr int length_decimals = 4;
   std::vector<std::vector<std::string>> rows;
   for (int i : centres)
-    for (int j : BONDS_PRESENT(phase, i))
+    for (int j : BONDS_TO_WRITE(phase, i))
       rows.push_back({CENTRE_LABEL(phase, i, j), LIGAND_LABEL(phase, i, j),
                       VALUE_TEXT(phase.BONDS(i, j, BOND_LENGTH), phase.BONDS(i, j, BOND_LENGTH_STD),
                                  length_decimals),
@@ -77,10 +86,10 @@ void WRITE_CIF_ANGLES(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int
                       int unit) {
   std::vector<std::vector<std::string>> rows;
   for (int i : centres) {
-    const std::vector<int> present = BONDS_PRESENT(phase, i);
-    for (std::size_t first = 0; first < present.size(); ++first)
-      for (std::size_t second = first + 1; second < present.size(); ++second)
-        rows.push_back(ANGLE_ROW(phase, i, present[first], present[second]));
+    const std::vector<int> bonds = BONDS_TO_WRITE(phase, i);
+    for (std::size_t first = 0; first < bonds.size(); ++first)
+      for (std::size_t second = first + 1; second < bonds.size(); ++second)
+        rows.push_back(ANGLE_ROW(phase, i, bonds[first], bonds[second]));
   }
   WRITE_LOOP({"_geom_angle_atom_site_label_1", "_geom_angle_atom_site_label_2",
               "_geom_angle_atom_site_label_3", "_geom_angle", "_geom_angle_site_symmetry_1",

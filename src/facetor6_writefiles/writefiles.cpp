@@ -32,10 +32,11 @@ constexpr int nothing_wanted = -1;
 
 // ---- one data block ----
 
-std::string BLOCK_NAME(const std::string& title) {
+// The name of a block, which no other in the file has.
+std::string BLOCK_NAME(const std::string& title, NAMES_TAKEN& taken) {
   std::string name = TRIM(title);
   REPLACE_CHAR(name, ' ', '_');
-  return name;
+  return UNIQUE_NAME(name, taken, TITLE_LENGTH);
 }
 
 std::string METHOD_TEXT() {
@@ -59,17 +60,19 @@ void WRITE_METADATA(const CRYSTAL_STRUCTURE_TYPE& phase, int unit) {
 }
 
 void WRITE_SYMMETRY(const XTAL::SPACE_GROUP& group, int unit) {
-  WRITE_CIF_LINE("_space_group_crystal_system          '" + SYSTEM_TEXT(group.CRYSTALSYS) + "'",
-                 unit);
+  WRITE_CIF_LINE(
+      "_space_group_crystal_system          '" + L_CASE(SYSTEM_NAME(group.CRYSTALSYS.NAME)) + "'",
+      unit);
   WRITE_CIF_LINE("_symmetry_space_group_name_H-M       '" + TRIM(group.SPG_SYMB) + "'", unit);
   WRITE_CIF_LINE("_symmetry_space_group_name_Hall      '" + TRIM(group.HALL) + "'", unit);
   WRITE_CIF_LOOP_HEAD({"_space_group_symop_operation_xyz"}, unit);
   for (const std::string& op : group.SYMOPSYMB) WRITE_CIF_LINE("'" + op + "'", unit);
 }
 
-void WRITE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres, int unit) {
+void WRITE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& phase, const std::string& name,
+                 const std::vector<int>& centres, int unit) {
   for (int i = 0; i < 3; ++i) WRITE_CIF_LINE(" ", unit);
-  WRITE_CIF_LINE("data_" + BLOCK_NAME(phase.BLOCK_TITLE), unit);
+  WRITE_CIF_LINE("data_" + name, unit);
   WRITE_CIF_AUDIT(METHOD_TEXT(), unit);
   WRITE_CIF_LINE(" ", unit);
   WRITE_CONDITIONS(phase, unit);
@@ -119,9 +122,26 @@ void CLOSE_OR_REMOVE(FILE_RECORD& file) {
     std::filesystem::remove(path, ignored);
 }
 
+// Names of the blocks that the file holds already.
+NAMES_TAKEN BLOCK_NAMES_IN(const std::string& file_name) {
+  FILE_RECORD held;  // one of its own, which an empty file closes
+  held.NAME = file_name;
+  FILE_LINES lines;
+  std::string message;
+  READ_FILE(held, lines, message);
+  NAMES_TAKEN taken;
+  for (const std::string& line : lines) {
+    std::string_view text = LEFT_ADJUST_VIEW(line);
+    if (!BEGINS_WITH(text, "data_")) continue;
+    const std::string_view word = CUT_WORD(text);
+    UNIQUE_NAME(word.substr(word.find('_') + 1), taken, LINE_LENGTH);
+  }
+  return taken;
+}
+
 void WRITE_TO_FILE(FILE_RECORD& file) {
   int nwrite = 0;
-  WRITE_CIF_FACETOR(file.UNIT, nwrite);
+  WRITE_CIF_FACETOR(file.UNIT, nwrite, BLOCK_NAMES_IN(file.NAME));
   if (nwrite != nothing_wanted) {
     if (ERR_KVACIF)
       WARNING("Errors on writing the file: check it carefully");
@@ -133,7 +153,7 @@ void WRITE_TO_FILE(FILE_RECORD& file) {
 
 }  // namespace
 
-void WRITE_CIF_FACETOR(int unit, int& nwrite) {
+void WRITE_CIF_FACETOR(int unit, int& nwrite, NAMES_TAKEN taken) {
   INIT_ERR_KVACIF();
   nwrite = nothing_wanted;
   WRITE_OUT(
@@ -145,13 +165,11 @@ void WRITE_CIF_FACETOR(int unit, int& nwrite) {
   const std::vector<int> centres = ASK_CENTRES();
   if (CONSOLE.DROPPED) return;
   nwrite = 0;
-  for (int place = 1; place <= NPHASES; ++place) {
-    const int block = ISORT(place);
-    if (IUSE(block) == 0) continue;
-    WRITE_BLOCK(PHASE(block), centres, unit);
+  for (int block : USED_BLOCKS()) {
+    const std::string name = BLOCK_NAME(PHASE(block).BLOCK_TITLE, taken);
+    WRITE_BLOCK(PHASE(block), name, centres, unit);
     ++nwrite;
   }
-  if (WARN_KVACIF) WARNING(WARN_KVACIF_MESS);
   if (ERR_KVACIF) WARNING(ERR_KVACIF_MESS);
 }
 

@@ -21,6 +21,10 @@ constexpr float no_direction = 0.0001f;  // length of a vector without a directi
 
 // ---- one internal form ----
 
+bool IS_BETA(const ATOM_TYPE& atom) {
+  return INDEXALL(atom.UTYPE, "beta") > 0;
+}
+
 float U_EQUIV_FROM_BETA(const XTAL::CRYSTAL_CELL& cell, const VECTOR6& beta) {
   VECTOR6 u{};
   XTAL::BETA_TO_U(beta, u, cell);
@@ -179,6 +183,21 @@ float U_EQUIV_STD(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   const float of_components = EQUAL_TEXT(atom.THTYPE, "isotr") ? 0.0f : STD_OF_COMPONENTS(phase, i);
   if (of_components > 0.0f) return of_components;
   return atom.UEQ_STD > 0.0f ? atom.UEQ_STD : atom.BISO_STD / EIGHT_PI_SQ;
+}
+
+float CALC_ESD_U_EQUIV(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  VECTOR6 gradient{};
+  for (std::size_t c = 0; c < 6; ++c) {
+    VECTOR6 unit{};
+    unit[c] = 1.0f;
+    gradient[c] = IS_BETA(phase.ATOM(i)) ? U_EQUIV_FROM_BETA(phase.CELL, unit)
+                                         : XTAL::U_EQUIV(phase.CELL, unit);
+  }
+  const MATRIX6 v = CALC_VCV_BETA(phase, i, 1);
+  float variance = 0.0f;
+  for (std::size_t r = 0; r < 6; ++r)
+    for (std::size_t c = 0; c < 6; ++c) variance += gradient[r] * v[r][c] * gradient[c];
+  return variance > 0.0f ? std::sqrt(variance) : 0.0f;
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

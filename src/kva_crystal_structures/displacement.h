@@ -14,6 +14,9 @@ void SET_ALLATOM_ADP(CRYSTAL_STRUCTURE_TYPE& phase);
 
 float U_EQUIV_FROM_BETA(const XTAL::CRYSTAL_CELL& cell, const VECTOR6& beta);
 
+// True when the atom's tensor is in beta form, not U.
+bool IS_BETA(const ATOM_TYPE& atom);
+
 // R B R^T; the second form takes any real matrix.
 VECTOR6 APPLYSO_BETA(const KVA_UTILITIES::IMATRIX3& rot, const VECTOR6& beta);
 VECTOR6 APPLYSO_BETA(const MATRIX3& t, const VECTOR6& beta);
@@ -30,5 +33,9 @@ VECTOR6 CALC_ESD_BETA(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op,
 // Esd of UEQ: that of the components with the ties of the site; of an isotropic atom, or where the
 // components have none, the one that was given with U or B.
 float U_EQUIV_STD(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
+
+// Esd of the equivalent U of an anisotropic atom, square angstroms: that of a linear function of
+// the tensor, whose components the site ties as CALC_VCV_BETA tells. The cell counts as exact.
+float CALC_ESD_U_EQUIV(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

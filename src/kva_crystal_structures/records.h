@@ -23,6 +23,8 @@ using MATRIX6 = std::array<VECTOR6, 6>;  // 0-based, row first
 inline constexpr int MAX_BONDS = 20;      // bonds of a centre
 inline constexpr int MAX_DUPLICATES = 2;  // further atoms of a site that are remembered
 inline constexpr int START_CAPACITY = 8;  // atoms that an empty record has room for
+inline constexpr int TITLE_LENGTH = 80;   // bytes of a block's title
+
 // Conditions of a block whose file tells none. They were not measured and have no esds.
 inline constexpr float ROOM_TEMPERATURE = 298.0f;  // K
 inline constexpr float ONE_ATMOSPHERE = 0.0001f;   // GPa
@@ -154,7 +156,7 @@ struct CRYSTAL_STRUCTURE_TYPE {
   ANGLE_TABLE BANGLES;
   KVA_UTILITIES::TABLE<float, POLY_COLUMNS> POLYHEDRON;
   KVA_UTILITIES::TABLE<float, 2> PT;                   // PT(PRESSURE, PT_VALUE)
-  std::string BLOCK_TITLE;                             // 80 characters
+  std::string BLOCK_TITLE;                             // TITLE_LENGTH bytes
   KVA_UTILITIES::TABLE<std::string, 2> METADATA;       // 10 pairs of CIF item and text of 600
   LIST<int> ATOM_USE;                                  // 1 used, 0 omitted, -k duplicate of k
   KVA_UTILITIES::TABLE<int, MAX_DUPLICATES> ATOM_DUP;  // atoms found on this atom's site

@@ -5,7 +5,9 @@
 # x, y, z, occupancy, U), tensor (11, 22, 33, 12, 13, 23), bond and angle, whose labels are those of the
 # atoms and the symmetry codes. Of gemmi also group (the number that it finds for the operators) and,
 # without esds, site (element, x, y, z, occupancy, U, tensor), as it stands in gemmi's own model, and
-# measured bond and measured angle, from its own positions of the atoms with those symmetry codes.
+# measured bond and measured angle, from its own positions of the atoms with those symmetry codes. With
+# numpy also ueq, the mean square displacement of the Cartesian tensor, with the esd that the free
+# components of the tensor under the site's symmetry give it.
 # A file that does not parse ends the run with status 1.
 import json
 import math
@@ -108,18 +110,82 @@ def show_measures(block, get, structure, operators):
         show(block.name, "measured angle", " ".join(labels), repr(angle_at(centre, first, second)))
 
 
+def cartesian_trace(cell):
+    """Weights of U11, U22, U33, U12, U13, U23 in Ueq: a third of the trace of M U M', where the columns of
+    M are the axes times the reciprocal lengths."""
+    frame = numpy.array(cell.orth.mat.tolist()) @ numpy.diag(reciprocal_lengths(cell))
+    metric = frame.T @ frame
+    return numpy.array([metric[i, j] * (1 if i == j else 2) for i, j in TENSOR_PLACES]) / 3
+
+
+def reciprocal_lengths(cell):
+    rows = numpy.array(cell.frac.mat.tolist())
+    return numpy.sqrt((rows * rows).sum(axis=1))
+
+
+def free_tensors(cell, operators, fractional):
+    """Rows: a basis of the tensors (six components of U) that the site's operators leave as they are, each
+    with one component, its last field, that the others of the basis do not have."""
+    lengths = reciprocal_lengths(cell)
+    conditions = []
+    for op in operators:
+        image = numpy.array(op.apply_to_xyz(fractional)) - fractional
+        if numpy.abs(image - numpy.round(image)).max() > 0.001:
+            continue
+        rotation = numpy.array(op.rot) / op.DEN
+        turn = rotation * lengths[None, :] / lengths[:, None]
+        columns = []
+        for i, j in TENSOR_PLACES:
+            unit = numpy.zeros((3, 3))
+            unit[i, j] = unit[j, i] = 1
+            turned = turn @ unit @ turn.T - unit
+            columns.append([turned[place] for place in TENSOR_PLACES])
+        conditions.append(numpy.array(columns).T)
+    _, sizes, vectors = numpy.linalg.svd(numpy.vstack(conditions))
+    basis = vectors[int((sizes > 1e-6).sum()):]
+    pivots = []
+    for row in range(len(basis)):
+        pivot = next(k for k in range(6) if abs(basis[row:, k]).max() > 1e-6)
+        best = row + int(abs(basis[row:, pivot]).argmax())
+        basis[[row, best]] = basis[[best, row]]
+        basis[row] /= basis[row, pivot]
+        for other in range(len(basis)):
+            if other != row:
+                basis[other] -= basis[other, pivot] * basis[row]
+        pivots.append(pivot)
+    return list(zip(basis, pivots))
+
+
+def show_ueq(block, get, structure, operators):
+    weights = cartesian_trace(structure.cell)
+    fractional = {site.label: site.fract.tolist() for site in structure.sites}
+    for label, *components in rows(get, "_atom_site_aniso_", TENSOR):
+        numbers = [value_and_esd(text).split() for text in components]
+        values = numpy.array([float(value) for value, _ in numbers])
+        free = free_tensors(structure.cell, operators, numpy.array(fractional[label]))
+        variance = sum((weights @ tensor * float(numbers[pivot][1])) ** 2 for tensor, pivot in free)
+        show(block.name, "ueq", label, float(weights @ values), math.sqrt(variance))
+
+
 def show_model(block, get):
     operators = [gemmi.Op(text) for text in get(OPERATORS)]
     group = gemmi.find_spacegroup_by_ops(gemmi.GroupOps(operators))
     show(block.name, "group", "", group.number if group else 0)
     structure = gemmi.make_small_structure_from_block(block)
     show_measures(block, get, structure, operators)
+    if numpy:
+        show_ueq(block, get, structure, operators)
     for site in structure.sites:
         u = site.aniso
         numbers = [*site.fract.tolist(), site.occ, site.u_iso, u.u11, u.u22, u.u33, u.u12, u.u13, u.u23]
         show(block.name, "site", site.label, site.element.name + " " + " ".join(map(repr, numbers)))
 
 
+TENSOR_PLACES = [(0, 0), (1, 1), (2, 2), (0, 1), (0, 2), (1, 2)]
+try:
+    import numpy
+except ImportError:
+    numpy = None
 judge = sys.argv[1]
 if judge == "gemmi":
     import gemmi

@@ -42,6 +42,6 @@ Y
 N
 SYS
 sed -n 4,28p hematite-bonds.cif
-sed -n 66,104p hematite-bonds.cif
+sed -n 66,110p hematite-bonds.cif
 PROG
 EXIT

@@ -9,6 +9,7 @@
 #include <fstream>
 
 #include "cifcode/cif_code_new/atom_table.h"
+#include "src/kva_crystal_structures/atom_search.h"
 #include "structures.h"
 
 using namespace KVA_CIFNEW;
@@ -51,6 +52,16 @@ std::string ATOMS(const CRYSTAL_STRUCTURE_TYPE& phase) {
   return WRITTEN([&] { WRITE_CIF_ATOMS(phase, unit); });
 }
 
+LIST<ATOM_TYPE> READ_ATOMS(const std::string& written) {
+  std::istringstream text(written);
+  FILE_LINES lines;
+  for (std::string line; std::getline(text, line);) lines.ADD(line);
+  LIST<ATOM_TYPE> atoms;
+  int natoms = 0;
+  READ_CIF_ATOMARRAY(lines, 1, lines.COUNT(), atoms, natoms);
+  return atoms;
+}
+
 const std::string six_names =
     " \nloop_\n    _atom_site_label\n    _atom_site_type_symbol\n    _atom_site_fract_x\n"
     "    _atom_site_fract_y\n    _atom_site_fract_z\n    _atom_site_occupancy\n";
@@ -81,10 +92,11 @@ void SET_ANISO(ATOM_TYPE& atom, const VECTOR6& u, const VECTOR6& esds = {}) {
 constexpr VECTOR6 tensor{0.01f, 0.02f, 0.03f, 0.001f, -0.002f, 0};
 constexpr VECTOR6 tensor_esds{0.0003f, 0.0003f, 0.0006f, 0, 0.0002f, 0};
 
-// Rows of the loops of the tensor. Ueq is the mean of the diagonal, 0.02, and its esd the mean of
-// 3, 3 and 6. A component without an esd has the decimals that fit 8 columns; a 0 has one less.
+// Rows of the loops of the tensor. With right angles Ueq is the mean of the diagonal, 0.02, and its
+// esd a third of the root of 3^2 + 3^2 + 6^2, which is 2.4 and rounds up. A component without an
+// esd has the decimals that fit 8 columns; a 0 has one less.
 const std::string tensor_site =
-    " Fe1  Fe  0.100000  0.200000  0.300000  1.00000  0.0200(4)  Uani\n";
+    " Fe1  Fe  0.100000  0.200000  0.300000  1.00000  0.0200(3)  Uani\n";
 const std::string tensor_row =
     " Fe1  0.0100(3)  0.0200(3)  0.0300(6)  0.001000  -0.0020(2)  0.00000\n";
 
@@ -241,7 +253,9 @@ TEST(WRITER, ATOMS_WITH_ISOTROPIC_DISPLACEMENTS_OR_NONE) {
   phase.ATOM(2).OCC_STD = 0.02f;
   phase.ATOM(3).BISO = 1.5791367042f;  // U 0.02
   EXPECT_EQ(ATOMS(phase),
-            eight_names +
+            " \nloop_\n    _atom_type_symbol\n    _atom_type_description\n"
+            " Si+4  Si+4\n Na    Na\n" +
+                eight_names +
                 " Si1  Si+4  0.4697(2)   0.00000     0.666670    1.00000  0.0100(3)  Uiso\n"
                 " O10  .     0.250000    0.125000    0.999900    0.50(2)  .          .\n"
                 " Na2  Na    0.1000(12)  0.2000(12)  0.3000(12)  1.00000  0.020000   Uiso\n");
@@ -297,7 +311,7 @@ TEST(WRITER, ONLY_ANISOTROPIC_ATOMS_HAVE_A_TENSOR) {
   phase.ATOM(2).THTYPE = "ANISO";
   EXPECT_EQ(ATOMS(phase), eight_names +
                               " O1   O   0.100000  0.200000  0.300000  1.00000  0.020000   Uiso\n"
-                              " Fe1  Fe  0.150000  0.200000  0.300000  1.00000  0.0200(4)  Uani\n"
+                              " Fe1  Fe  0.150000  0.200000  0.300000  1.00000  0.0200(3)  Uani\n"
                               " O2   O   0.200000  0.200000  0.300000  1.00000  .          .\n" +
                               aniso_names + tensor_row);
 }
@@ -306,8 +320,67 @@ TEST(WRITER, ATOMS_OUT_OF_USE_ARE_IN_NO_LOOP) {
   CRYSTAL_STRUCTURE_TYPE phase = WITH_ATOMS({"Fe1", "Fe2", "Fe3"});
   for (int i = 1; i <= 3; ++i) SET_ANISO(phase.ATOM(i), tensor, tensor_esds);
   phase.ATOM_USE(2) = ATOM_OMITTED;
-  phase.ATOM_USE(3) = -1;  // a duplicate of the first
+  phase.ATOM_USE(3) = -2;  // shares the site of the omitted one
   EXPECT_EQ(ATOMS(phase), eight_names + tensor_site + aniso_names + tensor_row);
+}
+
+TEST(WRITER, ATOMS_THAT_SHARE_A_SITE_ARE_ALL_WRITTEN) {
+  CRYSTAL_STRUCTURE_TYPE phase = WITH_ATOMS({"Fe1", "Mg1", "Mn1"});
+  for (int i = 1; i <= 3; ++i) phase.ATOM(i).X = {0.25f, 0.5f, 0.75f};
+  phase.ATOM(1).OCC = 0.5f;
+  phase.ATOM(2).OCC = 0.3f;
+  phase.ATOM(2).OCC_STD = 0.02f;
+  phase.ATOM(3).OCC = 0.2f;
+  phase.ATOM_USE(2) = -1;
+  phase.ATOM_USE(3) = -1;
+  EXPECT_EQ(ATOMS(phase), six_names +
+                              " Fe1  Fe  0.250000  0.500000  0.750000  0.500000\n"
+                              " Mg1  Mg  0.250000  0.500000  0.750000  0.30(2)\n"
+                              " Mn1  Mn  0.250000  0.500000  0.750000  0.200000\n");
+}
+
+TEST(WRITER, CHARGES_ARE_READ_BACK) {
+  CRYSTAL_STRUCTURE_TYPE phase = WITH_ATOMS({"Fe1", "O1", "O2", "X1"});
+  const std::array<std::string, 4> symbols{"Fe+3", "O-2", "O-2", ""};
+  for (int i = 1; i <= 4; ++i) phase.ATOM(i).SFACSYMB = symbols[static_cast<std::size_t>(i - 1)];
+  const std::string text = ATOMS(phase);
+  EXPECT_TRUE(text.starts_with(
+      " \nloop_\n    _atom_type_symbol\n    _atom_type_description\n Fe+3  Fe+3\n O-2   O-2\n"))
+      << text;
+  const LIST<ATOM_TYPE> atoms = READ_ATOMS(text);
+  ASSERT_EQ(atoms.COUNT(), 4);
+  const std::array<float, 4> charges{3.0f, -2.0f, -2.0f, 0.0f};
+  for (int i = 1; i <= 3; ++i) {
+    EXPECT_EQ(atoms(i).SFACSYMB, phase.ATOM(i).SFACSYMB);
+    EXPECT_EQ(atoms(i).CHARGE, charges[static_cast<std::size_t>(i - 1)]);
+  }
+  phase.ATOM(1).SFACSYMB = "Fe";
+  phase.ATOM(2).SFACSYMB = phase.ATOM(3).SFACSYMB = "O";
+  EXPECT_EQ(ATOMS(phase).find("_atom_type_"), std::string::npos) << "no charge, no loop";
+}
+
+// Ueq = (U11 (a a*)^2 + U33 (c c*)^2 + 2 U13 a a* c c* cos(beta) + U22) / 3; with beta = 120
+// degrees a a* = c c* = 1 / sin(beta), whose square is 4/3: (4/3 (0.03 + 0.015) + 0.02 - 4/3 0.006)
+// / 3 = 0.024. The plain mean is 0.02167. Esds: 4/3 0.0003, 0.0002, 4/3 0.0003 and 4/3 0.0006 make
+// 4/3 0.0003 (1 + 1/4 + 1 + 4)^(1/2) / 3 = 0.00033.
+TEST(WRITER, UEQ_IN_AN_OBLIQUE_CELL) {
+  CRYSTAL_STRUCTURE_TYPE phase =
+      MADE({10, 5, 4}, {90, 120, 90}, "P 1", {{"Fe1", {0.1f, 0.2f, 0.3f}}});
+  SET_ANISO(phase.ATOM(1), {0.03f, 0.02f, 0.015f, 0, 0.006f, 0},
+            {0.0003f, 0.0002f, 0.0003f, 0, 0.0006f, 0});
+  const std::string text = ATOMS(phase);
+  EXPECT_NE(text.find("  0.0240(4)  Uani\n"), std::string::npos) << text;
+}
+
+// On the three-fold axis U11 = U22 = 2 U12 is one parameter u: Ueq = (2 u + U33) / 3, so that the
+// esd is (4 0.0006^2 + 0.0005^2)^(1/2) / 3 = 0.00043. Free components would give 0.0003.
+TEST(WRITER, THE_SITE_TIES_THE_COMPONENTS_OF_UEQ) {
+  CRYSTAL_STRUCTURE_TYPE phase = MADE({6, 6, 9}, {90, 90, 120}, "P 3", {{"Fe1", {0, 0, 0.3f}}});
+  SET_ALLATOM_MULTIP(phase);
+  SET_ANISO(phase.ATOM(1), {0.012f, 0.012f, 0.009f, 0.006f, 0, 0},
+            {0.0006f, 0.0006f, 0.0005f, 0.0003f, 0, 0});
+  const std::string text = ATOMS(phase);
+  EXPECT_NE(text.find("  0.0110(5)  Uani\n"), std::string::npos) << text;
 }
 
 TEST(WRITER, THE_LOOP_OF_TENSORS_STAYS_WHEN_ALL_ITS_ATOMS_ARE_OMITTED) {
@@ -323,7 +396,7 @@ TEST(WRITER, A_LABEL_WITH_A_BLANK_IS_QUOTED_IN_BOTH_LOOPS) {
   SET_ANISO(phase.ATOM(1), tensor, tensor_esds);
   EXPECT_EQ(ATOMS(phase),
             eight_names +
-                " \"Fe 1\"  Fe  0.100000  0.200000  0.300000  1.00000  0.0200(4)  Uani\n" +
+                " \"Fe 1\"  Fe  0.100000  0.200000  0.300000  1.00000  0.0200(3)  Uani\n" +
                 aniso_names +
                 " \"Fe 1\"  0.0100(3)  0.0200(3)  0.0300(6)  0.001000  -0.0020(2)  0.00000\n");
 }
@@ -335,13 +408,8 @@ TEST(WRITER, WRITTEN_ATOMS_ARE_READ_BACK) {
   phase.ATOM(3).BISO = 1.5791367042f;
   phase.ATOM(3).X = {0.25f, 0.125f, 0.75f};
   phase.ATOM(3).X_STD = {0.0002f, 0.0003f, 0.0011f};
-  std::istringstream text(ATOMS(phase));
-  FILE_LINES lines;
-  for (std::string line; std::getline(text, line);) lines.ADD(line);
-  LIST<ATOM_TYPE> atoms;
-  int natoms = 0;
-  READ_CIF_ATOMARRAY(lines, 1, lines.COUNT(), atoms, natoms);
-  ASSERT_EQ(natoms, 3);
+  const LIST<ATOM_TYPE> atoms = READ_ATOMS(ATOMS(phase));
+  ASSERT_EQ(atoms.COUNT(), 3);
   EXPECT_EQ(atoms(1).LAB, "Fe 1");
   EXPECT_EQ(atoms(1).THTYPE, "Aniso");
   for (std::size_t k = 0; k < 6; ++k) {

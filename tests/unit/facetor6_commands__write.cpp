@@ -62,7 +62,7 @@ const std::string cell = ITEM("_cell_length_a", "10.0000") + ITEM("_cell_length_
                          ITEM("_cell_angle_beta", "90.0000") +
                          ITEM("_cell_angle_gamma", "90.0000") + ITEM("_cell_volume", "1000.00");
 const std::string symmetry =
-    "_space_group_crystal_system          'Triclinic'\n"
+    "_space_group_crystal_system          'triclinic'\n"
     "_symmetry_space_group_name_H-M       'P 1'\n"
     "_symmetry_space_group_name_Hall      'P 1'\n"
     " \nloop_\n    _space_group_symop_operation_xyz\n'x,y,z'\n";
@@ -198,7 +198,7 @@ TEST_F(WRITE, EVERY_LINE_OF_A_BLOCK) {
           "_refine_special_details\n;\nfirst line\n  second line\n;\n" +
           ITEM("_chemical_name_mineral", "?") + ITEM("_the_last_of_ten", "word") +
           " \n"
-          "_space_group_crystal_system          'Mono b-uni'\n"
+          "_space_group_crystal_system          'monoclinic'\n"
           "_symmetry_space_group_name_H-M       'P 1 21/c 1'\n"
           "_symmetry_space_group_name_Hall      '-P 2ybc'\n"
           " \nloop_\n    _space_group_symop_operation_xyz\n"
@@ -347,12 +347,57 @@ TEST_F(WRITE, BONDS_OF_ATOMS_OUT_OF_USE_ARE_NOT_WRITTEN) {
   EXPECT_EQ(FILE_TEXT().find("_geom_"), std::string::npos);
 }
 
-TEST_F(WRITE, ATOMS_THAT_SHARE_A_SITE_ARE_TOLD) {
+TEST_F(WRITE, ATOMS_THAT_SHARE_A_SITE_ARE_ALL_WRITTEN) {
   ADD("first");
   PHASE(1).ATOM_USE(4) = -3;
-  EXPECT_TRUE(DIALOGUE("y\n").ends_with(
-      "*****WARNING: Only the first of the atoms that share a site is written to the cif\n\n" +
-      COUNT("    1")));
+  EXPECT_TRUE(DIALOGUE("y\n").ends_with(is_this_ok + COUNT("    1"))) << "without a warning";
+  EXPECT_EQ(FILE_TEXT(), BLOCK_OF("first"));
+}
+
+// The reference block is omitted nothing; in the other the ligand is, or the centre.
+TEST_F(WRITE, BONDS_OF_ATOMS_OMITTED_IN_THEIR_BLOCK_ARE_NOT_WRITTEN) {
+  ADD("first");
+  ADD("second");
+  BOND_AND_ANGLES(1);
+  BOND_AND_ANGLES(2);
+  const std::string both = [] {
+    DIALOGUE("y\ny\n", "both.cif");
+    return FILE_TEXT("both.cif");
+  }();
+  const auto count = [](const std::string& text, const std::string& part) {
+    int n = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+      ++n;
+    return n;
+  };
+  const int ligand = PHASE(2).BONDS.LIGAND(1, 1);
+  const std::string label = PHASE(2).ATOM(ligand).LAB;
+  ASSERT_GT(count(both, "\n Si1  " + label + " "), 1);
+  PHASE(2).ATOM_USE(ligand) = ATOM_OMITTED;
+  DIALOGUE("y\ny\n", "one.cif");
+  EXPECT_EQ(count(FILE_TEXT("one.cif"), "\n Si1  " + label + " "),
+            count(both, "\n Si1  " + label + " ") - 1);
+  PHASE(2).ATOM_USE(1) = ATOM_OMITTED;
+  DIALOGUE("y\ny\n", "none.cif");
+  EXPECT_EQ(count(FILE_TEXT("none.cif"), "_geom_bond_distance"), 1) << "of the first block";
+}
+
+TEST_F(WRITE, NO_TWO_BLOCKS_OF_A_FILE_HAVE_ONE_NAME) {
+  ADD("quartz");
+  ADD("Quartz");
+  ADD("other");
+  PUT_FILE("out.cif", "data_QUARTZ_2\n_x 1\n  DATA_global # \n_x 2");
+  DIALOGUE("y\n");
+  const auto names = [] {
+    std::istringstream text(FILE_TEXT());
+    std::string found;
+    for (std::string line; std::getline(text, line);)
+      if (line.starts_with("data_")) found += line.substr(5) + " ";
+    return found;
+  };
+  EXPECT_EQ(names(), "QUARTZ_2 quartz Quartz_3 other ");
+  DIALOGUE("y\n");
+  EXPECT_EQ(names(), "QUARTZ_2 quartz Quartz_3 other quartz_4 Quartz_5 other_2 ");
 }
 
 // ---- what was on disk ----

@@ -12,6 +12,7 @@
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_readfiles/readfiles.h"
 #include "src/facetor6_writefiles/writefiles.h"
+#include "src/kva_crystal_structures/atom_search.h"
 #include "src/kva_crystal_structures/displacement.h"
 #include "src/kva_crystal_structures/polyhedra.h"
 
@@ -61,10 +62,6 @@ inline void EXPECT_VALUE_AND_ESD(float seen, float seen_esd, float value, float 
   EXPECT_ESD(seen_esd, esd, what + ", esd");
 }
 
-inline float MEAN(const VECTOR6& v) {
-  return (v[0] + v[1] + v[2]) / 3.0f;
-}
-
 // The tensor of an atom as U.
 inline VECTOR6 U_OF(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR6& tensor) {
   VECTOR6 u{};
@@ -76,11 +73,13 @@ inline bool IS_ANISO(const ATOM_TYPE& atom) {
   return EQUAL_TEXT(atom.THTYPE, "aniso");
 }
 
-// Numbers of the atoms that are written: those in use.
+// Numbers of the atoms that are written: those in use, and those on their sites.
 inline std::vector<int> NUMBERS_IN_USE(const CRYSTAL_STRUCTURE_TYPE& phase) {
   std::vector<int> numbers;
   for (int i = 1; i <= phase.NATOMS; ++i)
-    if (phase.ATOM_USE(i) == ATOM_USED) numbers.push_back(i);
+    if (phase.ATOM_USE(i) == ATOM_USED ||
+        (phase.ATOM_USE(i) < 0 && phase.ATOM_USE(-phase.ATOM_USE(i)) == ATOM_USED))
+      numbers.push_back(i);
   return numbers;
 }
 
@@ -132,6 +131,80 @@ class WRITTEN_BLOCKS : public BLOCKS {
       ADD(title, phase);
       PHASE(NPHASES).PT(PRESSURE, PT_VALUE) = 3.5f;
       PHASE(NPHASES).PT(PRESSURE, PT_ESD) = 0.02f;
+    }
+  }
+
+  // Ions that share a site whose symmetry ties the components of their tensors, in oblique cells
+  // and in others.
+  static void ADD_TIED() {
+    struct TIED {
+      std::string SYMBOL;
+      VECTOR3 LENGTHS;
+      VECTOR3 ANGLES;
+      VECTOR3 X;
+      VECTOR6 U;
+      VECTOR6 U_STD;
+    };
+    const std::vector<TIED> all{{"P -1",
+                                 {5, 6, 7},
+                                 {98, 101, 115},
+                                 {0.1f, 0.2f, 0.3f},
+                                 {0.012f, 0.02f, 0.009f, 0.002f, -0.003f, 0.004f},
+                                 {0.0003f, 0.0007f, 0.0005f, 0.0004f, 0.0006f, 0.0002f}},
+                                {"P 1 2/m 1",
+                                 {5, 6, 7},
+                                 {90, 120, 90},
+                                 {0.1f, 0, 0.3f},
+                                 {0.012f, 0.02f, 0.009f, 0, 0.004f, 0},
+                                 {0.0003f, 0.0007f, 0.0005f, 0, 0.0006f, 0}},
+                                {"P 3",
+                                 {6, 6, 9},
+                                 {90, 90, 120},
+                                 {0, 0, 0.3f},
+                                 {0.012f, 0.012f, 0.009f, 0.006f, 0, 0},
+                                 {0.0006f, 0.0006f, 0.0005f, 0.0003f, 0, 0}},
+                                {"P 6/m m m",
+                                 {6, 6, 9},
+                                 {90, 90, 120},
+                                 {0.2f, 0.4f, 0},
+                                 {0.012f, 0.01f, 0.009f, 0.005f, 0, 0},
+                                 {0.0003f, 0.0008f, 0.0005f, 0.0004f, 0, 0}},
+                                {"P 4 m m",
+                                 {6, 6, 9},
+                                 {90, 90, 90},
+                                 {0.2f, 0.2f, 0.3f},
+                                 {0.012f, 0.012f, 0.009f, 0.001f, 0.002f, 0.002f},
+                                 {0.0006f, 0.0006f, 0.0005f, 0.0003f, 0.0002f, 0.0002f}},
+                                {"P m -3 m",
+                                 {6, 6, 6},
+                                 {90, 90, 90},
+                                 {0.2f, 0.2f, 0.2f},
+                                 {0.012f, 0.012f, 0.012f, 0.002f, 0.002f, 0.002f},
+                                 {0.0006f, 0.0006f, 0.0006f, 0.0003f, 0.0003f, 0.0003f}},
+                                {"R -3 m:R",
+                                 {6, 6, 6},
+                                 {75, 75, 75},
+                                 {0.2f, 0.2f, 0.2f},
+                                 {0.012f, 0.012f, 0.012f, 0.002f, 0.002f, 0.002f},
+                                 {0.0006f, 0.0006f, 0.0006f, 0.0003f, 0.0003f, 0.0003f}}};
+    for (const TIED& tied : all) {
+      CRYSTAL_STRUCTURE_TYPE phase =
+          MADE(tied.LENGTHS, tied.ANGLES, tied.SYMBOL, {{"Fe1", tied.X}, {"Mg1", tied.X}});
+      for (int i : {1, 2}) {
+        ATOM_TYPE& atom = phase.ATOM(i);
+        atom.SFACSYMB = i == 1 ? "Fe+3" : "Mg+2";
+        atom.CHARGE = i == 1 ? 3.0f : 2.0f;
+        atom.OCC = i == 1 ? 0.6f : 0.4f;
+        atom.THTYPE = "Aniso";
+        atom.UTYPE = "u_ij";
+        atom.U = tied.U;
+        atom.U_STD = tied.U_STD;
+      }
+      SET_ALLATOM_MULTIP(phase);
+      SET_ALLATOM_ADP(phase);
+      std::string title = tied.SYMBOL;
+      REPLACE_CHAR(title, ' ', '_');
+      ADD(title, phase);
     }
   }
 
