@@ -152,7 +152,6 @@ ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_
   atom.OCC = loop.VAL(row, SITE_OCCUPANCY);
   atom.OCC_STD = loop.VAL_STD(row, SITE_OCCUPANCY);
   atom.UEQ = loop.VAL(row, SITE_U_ISO);
-  atom.UEQ_STD = loop.VAL_STD(row, SITE_U_ISO);
   atom.BISO = loop.VAL(row, SITE_B_ISO);
   atom.BISO_STD = loop.VAL_STD(row, SITE_B_ISO);
   // The esd of U is kept as that of the B that it becomes.

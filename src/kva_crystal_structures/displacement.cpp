@@ -159,32 +159,6 @@ VECTOR6 CALC_ESD_BETA(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op, const 
   return esd;
 }
 
-namespace {
-
-// Esd of the equivalent of six components with their covariance; the equivalent is a sum of them.
-float STD_OF_COMPONENTS(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  const MATRIX6 v = CALC_VCV_BETA(phase, i, 1);
-  VECTOR6 weights{};
-  for (std::size_t c = 0; c < 6; ++c) {
-    VECTOR6 unit{};
-    unit[c] = 1.0f;
-    weights[c] = U_EQUIV_FROM_BETA(phase.CELL, unit);
-  }
-  float variance = 0.0f;
-  for (std::size_t r = 0; r < 6; ++r)
-    for (std::size_t c = 0; c < 6; ++c) variance += weights[r] * v[r][c] * weights[c];
-  return variance > 0.0f ? std::sqrt(variance) : 0.0f;
-}
-
-}  // namespace
-
-float U_EQUIV_STD(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
-  const ATOM_TYPE& atom = phase.ATOM(i);
-  const float of_components = EQUAL_TEXT(atom.THTYPE, "isotr") ? 0.0f : STD_OF_COMPONENTS(phase, i);
-  if (of_components > 0.0f) return of_components;
-  return atom.UEQ_STD > 0.0f ? atom.UEQ_STD : atom.BISO_STD / EIGHT_PI_SQ;
-}
-
 float CALC_ESD_U_EQUIV(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   VECTOR6 gradient{};
   for (std::size_t c = 0; c < 6; ++c) {
@@ -198,6 +172,12 @@ float CALC_ESD_U_EQUIV(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   for (std::size_t r = 0; r < 6; ++r)
     for (std::size_t c = 0; c < 6; ++c) variance += gradient[r] * v[r][c] * gradient[c];
   return variance > 0.0f ? std::sqrt(variance) : 0.0f;
+}
+
+float U_EQUIV_STD(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  const ATOM_TYPE& atom = phase.ATOM(i);
+  const float of_components = EQUAL_TEXT(atom.THTYPE, "isotr") ? 0.0f : CALC_ESD_U_EQUIV(phase, i);
+  return of_components > 0.0f ? of_components : atom.BISO_STD / EIGHT_PI_SQ;
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

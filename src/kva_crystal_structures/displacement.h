@@ -30,12 +30,12 @@ MATRIX6 CALC_VCV_BETA(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op,
 VECTOR6 CALC_ESD_BETA(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op,
                       const MATRIX3* t = nullptr);
 
-// Esd of UEQ: that of the components with the ties of the site; of an isotropic atom, or where the
-// components have none, the one that was given with U or B.
-float U_EQUIV_STD(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
-
 // Esd of the equivalent U of an anisotropic atom, square angstroms: that of a linear function of
 // the tensor, whose components the site ties as CALC_VCV_BETA tells. The cell counts as exact.
 float CALC_ESD_U_EQUIV(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
+
+// Esd of UEQ: that of the components with the ties of the site; of an isotropic atom, or where the
+// components have none, the one that was given with U or B.
+float U_EQUIV_STD(const CRYSTAL_STRUCTURE_TYPE& phase, int i);
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -139,7 +139,6 @@ struct ATOM_TYPE {
   VECTOR6 U{};                   // order 11, 22, 33, 12, 13, 23
   VECTOR6 U_STD{};
   float UEQ = 0.0f;     // equivalent isotropic U, square angstroms
-  float UEQ_STD = 0.0f;
   float CHARGE = 0.0f;  // formal charge
 };
 
