@@ -247,15 +247,18 @@ void STORE_ATOMS(const LIST<ATOM_TYPE>& atoms, int natoms, CRYSTAL_STRUCTURE_TYP
   }
 }
 
-bool GIVES_TEMPERATURE(const FILE_LINES* lines, int block, const CRYSTAL_STRUCTURE_TYPE& phase) {
-  if (lines == nullptr) return phase.PT(TEMPERATURE, PT_VALUE) > TINY_REAL;
+std::vector<bool> TEMPERATURES_GIVEN(const FILE_LINES& flines) {
   LIST<int> starts;
   int count = 0;
-  FIND_ALL_BLOCKS_CIF(*lines, starts, count);
-  float t = 0.0f;
-  float sigt = 0.0f;
-  const int end = block < count ? starts(block + 1) - 1 : lines->COUNT();
-  return READ_CIF_TEMP(*lines, starts(block), end, t, sigt);
+  FIND_ALL_BLOCKS_CIF(flines, starts, count);
+  std::vector<bool> given;
+  for (int block = 1; block <= count; ++block) {
+    float t = 0.0f;
+    float sigt = 0.0f;
+    const int end = block < count ? starts(block + 1) - 1 : flines.COUNT();
+    given.push_back(READ_CIF_TEMP(flines, starts(block), end, t, sigt));
+  }
+  return given;
 }
 
 void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks) {

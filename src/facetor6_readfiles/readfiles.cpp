@@ -161,13 +161,18 @@ bool READ_CHOSEN_FILE(int type, FILE_RECORD& file, FILE_CONTENTS& contents) {
 // What the numbers in a file's name tell of the blocks that tell nothing themselves.
 void TAKE_NUMBERS_OF_NAME(int type, const PATTERN_NUMBERS& numbers, const FILE_CONTENTS& contents,
                           STRUCTURE_LIST& newx) {
+  if (numbers.P)
+    for (CRYSTAL_STRUCTURE_TYPE& phase : newx)
+      if (std::abs(phase.PT(PRESSURE, PT_VALUE)) < TINY_REAL)
+        phase.PT(PRESSURE, PT_VALUE) = *numbers.P;
+  if (!numbers.T) return;
+  // The plain reader puts room temperature where the file tells none.
+  std::vector<bool> given;
+  if (type == CIF_FILE) given = TEMPERATURES_GIVEN(contents.LINES);
   for (int block = 1; block <= newx.COUNT(); ++block) {
-    CRYSTAL_STRUCTURE_TYPE& phase = newx(block);
-    if (numbers.P && std::abs(phase.PT(PRESSURE, PT_VALUE)) < TINY_REAL)
-      phase.PT(PRESSURE, PT_VALUE) = *numbers.P;
-    const bool given =
-        GIVES_TEMPERATURE(type == CIF_FILE ? &contents.LINES : nullptr, block, phase);
-    if (numbers.T && !given) phase.PT(TEMPERATURE, PT_VALUE) = *numbers.T;
+    float& t = newx(block).PT(TEMPERATURE, PT_VALUE);
+    const bool told = type == CIF_FILE ? given[static_cast<std::size_t>(block - 1)] : t > TINY_REAL;
+    if (!told) t = *numbers.T;
   }
 }
 

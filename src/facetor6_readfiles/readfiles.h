@@ -31,10 +31,8 @@ bool IS_STRUCTURE_FILE(std::string_view name);
 // CRYSTAL. Nothing is asked.
 void READ_GIVEN_FILES(const std::vector<std::string>& names);
 
-// Whether the file tells the temperature of the block with this number: lines are those of a CIF as
-// READ_CIF_TO_LIST left them, or null for another kind of file.
-bool GIVES_TEMPERATURE(const FILE_LINES* lines, int block,
-                       const KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase);
+// Whether each block of a CIF tells its temperature; flines as READ_CIF_TO_LIST left them.
+std::vector<bool> TEMPERATURES_GIVEN(const FILE_LINES& flines);
 
 // Whether an output of CRYSTAL tells its space group, so that nothing need be asked.
 bool TELLS_GROUP(const FILE_LINES& flines);

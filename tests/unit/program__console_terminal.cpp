@@ -168,7 +168,7 @@ TEST_F(INTERRUPTED, COMMAND_ENDS_AND_THE_PROGRAM_COMES_BACK_TO_ITS_PROMPT) {
 // The line that tells how far the work is comes half a second after its beginning, and the rest of
 // these blocks takes seconds on any machine: the signal finds the program at work.
 TEST_F(INTERRUPTED, LONG_WORK_STOPS_AND_WHAT_IS_LOADED_STAYS) {
-  constexpr int blocks_of_seconds = 20000;
+  constexpr int blocks_of_seconds = 100000;
   PUT_MANY_BLOCKS("many.cif", blocks_of_seconds);
   PUT_FILE(work / "small.cif", "data_small\n");
   PUT_FILE(work / "run.mcr", "READ cif small\nY\nREAD cif many\nCLEAR\n");
