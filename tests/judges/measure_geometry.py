@@ -6,7 +6,7 @@ import numpy as np
 
 
 class Draws:
-    """Values of all free parameters of a structure; the first draw holds the published ones."""
+    """Values of all free parameters of a structure; the first draw holds the values themselves."""
 
     def __init__(self, structure, count, seed):
         random = np.random.default_rng(seed)

@@ -1,20 +1,13 @@
-"""Published structures for the judges of measures: cells, groups and sites with their free
-parameters, written as CIF. Esds that a paper does not give are of the size that is usual.
+"""Structures for the judges of measures: cells, groups and sites with their free
+parameters, written as CIF. Esds are of the size that is usual.
 
 Left out are quantities that are zero but for their esds, where a first-order esd says nothing: a
 shift or a Baur index of some thousandths.
 
 A site is its coordinates as expressions of its own x, y, z; a cell likewise of a, b, c, al, be, ga.
-Sources: pyrope, G. A. Novak and G. V. Gibbs, Am. Mineral. 56 (1971) 791; magnetite, M. E. Fleet,
-Acta Cryst. B37 (1981) 917; rutile, E. P. Meagher and G. A. Lager, Can. Mineral. 17 (1979) 77; zircon,
-R. M. Hazen and L. W. Finger, Am. Mineral. 64 (1979) 196; beryl, B. Morosin, Acta Cryst. B28 (1972)
-1899; quartz, L. Levien, C. T. Prewitt and D. J. Weidner, Am. Mineral. 65 (1980) 920; zincite, E. H.
-Kisi and M. M. Elcombe, Acta Cryst. C45 (1989) 1867; corundum, R. E. Newnham and Y. M. de Haan, Z.
-Kristallogr. 117 (1962) 235, here on rhombohedral axes; forsterite, R. M. Hazen, Am. Mineral. 61
-(1976) 1280; perovskite, S. Sasaki, C. T. Prewitt, J. D. Bass and W. A. Schulze, Acta Cryst. C43 (1987)
-1668; diopside and aegirine, J. R. Clark, D. E. Appleman and J. J. Papike, MSA Spec. Pap. 2 (1969) 31;
-jadeite, C. T. Prewitt and C. W. Burnham, Am. Mineral. 51 (1966) 956; albite, G. E. Harlow and G. E.
-Brown, Am. Mineral. 65 (1980) 986; kyanite, J. K. Winter and S. Ghose, Am. Mineral. 64 (1979) 573.
+The parameters are close to those of the minerals and phases that the names tell, and typical of them;
+they were not compared with a paper, and no result here is a published one. What is judged is what the
+program and numpy make of the same parameters.
 """
 import os
 import re

@@ -1,4 +1,4 @@
-// Values and esds of measures against numpy, on published structures of all crystal systems.
+// Values and esds of measures against numpy, on structures of all crystal systems.
 #include <sys/wait.h>
 
 #include <iomanip>
