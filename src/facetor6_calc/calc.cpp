@@ -11,6 +11,7 @@
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
+#include "src/facetor6_console/match_warnings.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
@@ -42,32 +43,6 @@ void WARN_OF_CENTRES_OUTSIDE() {
   WARNING(INTEGER_COLUMNS(static_cast<int>(outside.size())) +
           " centres lie outside their polyhedra, first " + REFERENCE().ATOM(outside.front()).LAB +
           ": quadratic elongation and angle variance mean little there");
-}
-
-std::string BLOCK_NAME(int block) {
-  return INTEGER_COLUMNS(block, 3) + " " + TRIM(PHASE(block).BLOCK_TITLE);
-}
-
-void WARN_OF_OTHER_GROUP(int block) {
-  const std::string& symbol = PHASE(block).SPG.SPG_SYMB;
-  const std::string& reference_symbol = REFERENCE().SPG.SPG_SYMB;
-  WARNING("Block #" + BLOCK_NAME(block) + " has the space group " + TRIM(symbol) +
-          ", the reference block has " + TRIM(reference_symbol) +
-          (EQUAL_TEXT(symbol, reference_symbol) ? ", with other operators" : ""));
-}
-
-void WARN_OF_FAULTS(int block, const MATCH_FAULTS& faults) {
-  const std::string sites = "In block #" + BLOCK_NAME(block) + ": ";
-  if (faults.OTHER_ELEMENT > 0)
-    WARNING(sites + INTEGER_COLUMNS(faults.OTHER_ELEMENT) +
-            " sites are matched with another element, first " +
-            REFERENCE().ATOM(faults.FIRST_OTHER_ELEMENT).LAB + " with " +
-            PHASE(block).ATOM(faults.MET_THERE).LAB);
-  if (faults.SHARING > 0)
-    WARNING(sites + INTEGER_COLUMNS(faults.SHARING) +
-            " sites share their place with another site, first " +
-            REFERENCE().ATOM(faults.FIRST_SHARING).LAB);
-  if (faults.OTHER_GROUP) WARN_OF_OTHER_GROUP(block);
 }
 
 // All that is measured in one block is measured with one ruler.

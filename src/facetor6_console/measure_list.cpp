@@ -8,6 +8,7 @@
 #include "console_code/console/output.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
+#include "src/facetor6_console/match_warnings.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
 #include "src/kva_crystal_structures/bonds.h"
@@ -238,6 +239,15 @@ std::string STEPS_TEXT(const std::vector<CHAIN_STEP>& steps) {
 std::vector<std::vector<MEASURED_VALUE>> MEASURE_BLOCKS(const std::vector<int>& blocks) {
   FOLLOW_REFERENCE();
   return NPHASES == 0 ? std::vector<std::vector<MEASURED_VALUE>>{} : VALUES_IN(MEASURES, blocks);
+}
+
+void WARN_OF_MEASURED_MATCHES(const std::vector<int>& blocks) {
+  FOLLOW_REFERENCE();
+  if (NPHASES == 0) return;
+  const MATCH_BASIS basis = MATCH_BASIS_OF(MEASURES, REFERENCE(), RADIUS_OF_MATCHING());
+  if (basis.ATOMS.empty() && basis.TARGETS.empty()) return;
+  for (int block : blocks)
+    if (block != IREFERENCE) WARN_OF_FAULTS(block, MATCH_FAULTS_OF(basis, IMAGES_OF(PHASE(block))));
 }
 
 std::vector<std::string> MEASURE_LINES(std::string_view name) {

@@ -45,14 +45,28 @@ REPORT_CELL CELL_OF(const MEASURE& measure, const MEASURED_VALUE& value) {
 
 }  // namespace
 
+namespace {
+
+std::vector<int> BLOCKS_AT(const std::vector<int>& places) {
+  std::vector<int> blocks;
+  for (int place : places) blocks.push_back(ISORT(place));
+  return blocks;
+}
+
+// The report behind the warnings of what was matched for it.
+void WRITE_MEASURES(bool with_esds, const std::vector<int>& places) {
+  WARN_OF_MEASURED_MATCHES(BLOCKS_AT(places));
+  WRITE_REPORT(MEASURE_REPORT(with_esds, places));
+}
+
+}  // namespace
+
 REPORT MEASURE_REPORT(bool with_esds, const std::vector<int>& places) {
   REPORT report;
   report.QUANTITY = "measures";
   report.IS_TABLE = true;
   report.WITH_ESDS = with_esds;
-  std::vector<int> blocks;
-  for (int place : places) blocks.push_back(ISORT(place));
-  const std::vector<std::vector<MEASURED_VALUE>> values = MEASURE_BLOCKS(blocks);
+  const std::vector<std::vector<MEASURED_VALUE>> values = MEASURE_BLOCKS(BLOCKS_AT(places));
   for (std::size_t m = 0; m < MEASURES.size(); ++m) {
     REPORT_COLUMN& column =
         ADD_COLUMN(report, MEASURES[m].NAME, value_width, DECIMALS_OF(values, m));
@@ -70,7 +84,7 @@ REPORT MEASURE_REPORT(bool with_esds, const std::vector<int>& places) {
 }
 
 void FACETOR_LIST_MEASURES(std::string_view option) {
-  WRITE_REPORT(MEASURE_REPORT(WANTS_ESDS(option), LISTED_PLACES()));
+  WRITE_MEASURES(WANTS_ESDS(option), LISTED_PLACES());
 }
 
 void FACETOR_LIST_MEASURES_USED() {
@@ -78,7 +92,7 @@ void FACETOR_LIST_MEASURES_USED() {
   std::vector<int> used;
   for (int place = 1; place <= NPHASES; ++place)
     if (IUSE(ISORT(place)) != 0) used.push_back(place);
-  WRITE_REPORT(MEASURE_REPORT(true, used));
+  WRITE_MEASURES(true, used);
 }
 
 }  // namespace FACETOR_LIST

@@ -128,10 +128,22 @@ void NOTE_SHARED_PLACES(const MATCH_BASIS& basis, const BOND_TARGETS& centre,
     }
 }
 
+void NOTE_ATOM(const MATCH_BASIS& basis, const TARGET& target, const ATOM_IMAGES& block_images,
+               SITE_FAULTS& faults) {
+  const CRYSTAL_STRUCTURE_TYPE& block = block_images.PHASE;
+  const FOUND_ATOM found = FIND_ATOM(block_images, target.X, "OMIT", basis.RADIUS);
+  if (found.ATOM == 0 || block.ATOM_USE(found.ATOM) != ATOM_USED) return;
+  int& met = faults(target.ATOM).OTHER_ELEMENT;
+  if (met == 0 && IS_OTHER_ELEMENT(basis.REFERENCE_IMAGES.PHASE, target.ATOM, block, found.ATOM))
+    met = found.ATOM;
+  const int another = ANOTHER_MATCHED_AT(basis, block_images, target, found.X);
+  if (another != 0) faults(target.ATOM).SHARES = faults(another).SHARES = true;
+}
+
 }  // namespace
 
 MATCH_BASIS MATCH_BASIS_OF(const CRYSTAL_STRUCTURE_TYPE& reference) {
-  return {IMAGES_OF(reference), TARGETS_OF(reference), MATCHING_RADIUS(reference)};
+  return {IMAGES_OF(reference), TARGETS_OF(reference), {}, MATCHING_RADIUS(reference)};
 }
 
 MATCH_FAULTS MATCH_FAULTS_OF(const MATCH_BASIS& basis, const ATOM_IMAGES& block_images) {
@@ -145,6 +157,7 @@ MATCH_FAULTS MATCH_FAULTS_OF(const MATCH_BASIS& basis, const ATOM_IMAGES& block_
     NOTE_ELEMENTS(centre, reference, block, faults);
     NOTE_SHARED_PLACES(basis, centre, block_images, faults);
   }
+  for (const TARGET& target : basis.ATOMS) NOTE_ATOM(basis, target, block_images, faults);
   MATCH_FAULTS all;
   all.OTHER_GROUP = !SAME_OPERATORS(reference.SPG, block.SPG);
   for (int i = 1; i <= faults.COUNT(); ++i) {

@@ -10,7 +10,8 @@ namespace KVA_CRYSTAL_STRUCTURES {
 struct MATCH_BASIS {
   ATOM_IMAGES REFERENCE_IMAGES;
   std::vector<BOND_TARGETS> TARGETS;
-  float RADIUS = 0.0f;  // angstroms
+  std::vector<TARGET> ATOMS;  // matched by themselves, whatever CALC has found around them
+  float RADIUS = 0.0f;        // angstroms
 };
 MATCH_BASIS MATCH_BASIS_OF(const CRYSTAL_STRUCTURE_TYPE& reference);
 
@@ -25,11 +26,11 @@ struct MATCH_FAULTS {
   bool OTHER_GROUP = false;  // the operators of the space groups differ as sets
 };
 
-// Looks through what MEASURE_BLOCK has filled in. Another element: the elements of both sites,
-// those of all atoms that share them, are known and none is common (deuterium is hydrogen), and
-// either a cation met an anion or the reference's element stands on another site of the block; one
-// cation in the place of another is a solid solution. Sharing: two sites, or two ligands of one
-// centre, were found less than SAME_SITE apart.
+// Looks through what MEASURE_BLOCK has filled in, and matches the atoms that stand alone. Another
+// element: the elements of both sites, those of all atoms that share them, are known and none is
+// common (deuterium is hydrogen), and either a cation met an anion or the reference's element
+// stands on another site of the block; one cation in the place of another is a solid solution.
+// Sharing: two sites, or two ligands of one centre, were found less than SAME_SITE apart.
 MATCH_FAULTS MATCH_FAULTS_OF(const MATCH_BASIS& basis, const ATOM_IMAGES& block_images);
 
 // Whether two groups have the same operators, in whatever order.

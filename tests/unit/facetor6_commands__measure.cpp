@@ -243,6 +243,31 @@ TEST_F(MEASURING, ANOTHER_REFERENCE_BLOCK_KEEPS_THE_DEFINITIONS) {
   EXPECT_TRUE(MEASURE_BLOCKS({1}).front().front().FOUND);
 }
 
+// Of the second block's atoms only the fourth is another one, and stands where C4 does.
+TEST_F(MEASURING, DOUBTFUL_MATCHES_OF_WHAT_IS_MEASURED_ARE_TOLD_BEFORE_THE_TABLE) {
+  CRYSTAL_STRUCTURE_TYPE other = MOLECULE();
+  other.ATOM(4).LAB = "O4";
+  other.ATOM(4).Z = 8;
+  other.BLOCK_TITLE = "other";
+  LOAD({MOLECULE(), other});
+  EXPECT_EQ(DEFINE_MEASURE("m", "dist(C1, C2)"), "");
+  EXPECT_EQ(SAID("", [] { WARN_OF_MEASURED_MATCHES({1, 2}); }), "");
+  EXPECT_EQ(DEFINE_MEASURE("edge1", "ref(dist(C3, C4)) + V"), "");
+  EXPECT_EQ(SAID("", [] { WARN_OF_MEASURED_MATCHES({1, 2}); }), "");
+  EXPECT_EQ(DEFINE_MEASURE("edge1", "dist(C3, C4)"), "");
+  const std::string told =
+      "In block #  2 other: 1 sites are matched with another element, first C4 "
+      "with O4\n";
+  EXPECT_EQ(SAID("",
+                 [] {
+                   WARN_OF_MEASURED_MATCHES({1, 2});
+                 }).find(told) != std::string::npos,
+            true);
+  EXPECT_EQ(SAID("", [] { WARN_OF_MEASURED_MATCHES({1}); }), "");
+  const std::string said = SAID("\n", [] { FACETOR_MEASURE::RUN_MEASURE(); });
+  EXPECT_LT(said.find(told), said.find("BLOCKNAME"));
+}
+
 // ---- the tables ----
 
 TEST_F(MEASURING, POLYHEDRA_ARE_THOSE_OF_THE_TABLES) {

@@ -206,6 +206,43 @@ std::vector<MEASURED> MEASURE_IN_BLOCK(const std::vector<MEASURE>& measures,
   return values;
 }
 
+// ---- what is matched ----
+
+namespace {
+
+void ADD_TARGET(const TARGET& target, std::vector<TARGET>& targets) {
+  const bool listed = std::any_of(targets.begin(), targets.end(), [&](const TARGET& other) {
+    return other.ATOM == target.ATOM && other.X == target.X;
+  });
+  if (!listed) targets.push_back(target);
+}
+
+}  // namespace
+
+MATCH_BASIS MATCH_BASIS_OF(const std::vector<MEASURE>& measures,
+                           const CRYSTAL_STRUCTURE_TYPE& reference, float radius) {
+  MATCH_BASIS basis{IMAGES_OF(reference), {}, {}, radius};
+  std::vector<char> is_centre(static_cast<std::size_t>(reference.NATOMS) + 1, 0);
+  for (const MEASURE& measure : measures) {
+    if (!measure.PROBLEM.empty()) continue;
+    for (const CALL& call : measure.FORMULA.CALLS) {
+      if (call.IN_REFERENCE) continue;
+      for (const POINT_ITEM& item : call.POINTS) {
+        if (item.ATOM < 0) continue;
+        const BOUND_ATOM& atom = measure.BOUND.ATOMS[static_cast<std::size_t>(item.ATOM)];
+        if (ROW_OF(call.KIND).NEEDS_BONDS)
+          is_centre[static_cast<std::size_t>(atom.SITE)] = 1;
+        else
+          ADD_TARGET({atom.SITE, NARROW(atom.X)}, basis.ATOMS);
+      }
+    }
+  }
+  for (BOND_TARGETS& centre : TARGETS_OF(reference))
+    if (is_centre[static_cast<std::size_t>(centre.CENTRE.ATOM)] != 0)
+      basis.TARGETS.push_back(std::move(centre));
+  return basis;
+}
+
 MEASURED_VALUE AS_VALUE(const MEASURED& measured) {
   if (!(std::abs(measured.VALUE) <= static_cast<double>(KVA_UTILITIES::LARGEST_REAL))) return {};
   const double esd = std::sqrt(VARIANCE_OF(measured.TERMS));

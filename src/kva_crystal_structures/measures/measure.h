@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "src/kva_crystal_structures/atom_search.h"
+#include "src/kva_crystal_structures/matching.h"
 #include "src/kva_crystal_structures/measures/call_atoms.h"
 #include "src/kva_crystal_structures/measures/free_parameters.h"
 #include "src/kva_crystal_structures/valence.h"
@@ -84,6 +85,10 @@ std::vector<MEASURED> MEASURE_IN_BLOCK(const std::vector<MEASURE>& measures,
                                        const MEASURE_SETTINGS& settings,
                                        const MEASURED_REFERENCE& in_reference,
                                        MEASURED_BLOCK& block);
+
+// What of the measures is matched in other blocks: the atoms of their calls, and the polyhedra.
+MATCH_BASIS MATCH_BASIS_OF(const std::vector<MEASURE>& measures,
+                           const CRYSTAL_STRUCTURE_TYPE& reference, float radius);
 
 // Places in the list in an order in which every measure stands behind those that it uses. Measures
 // that use themselves are left out.

@@ -66,10 +66,6 @@ BLOCK_ATOM IN_WIDE_REALS(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& 
   return {found.ATOM, found.OPERATOR, ADD(image, lattice)};
 }
 
-VECTOR3 NARROW(const WIDE3& v) {
-  return {static_cast<float>(v[0]), static_cast<float>(v[1]), static_cast<float>(v[2])};
-}
-
 // The atom in use that lies where an atom of the reference block does.
 BLOCK_ATOM MATCHED_ATOM(const MEASURED_BLOCK& block, const WIDE3& x_frac, float radius) {
   const FOUND_ATOM found = FIND_ATOM(block.IMAGES, NARROW(x_frac), "OMIT", radius);

@@ -17,6 +17,9 @@ using WIDE33 = std::array<WIDE3, 3>;  // 0-based, row first
 inline WIDE3 WIDE(const KVA_UTILITIES::VECTOR3& v) {
   return {static_cast<double>(v[0]), static_cast<double>(v[1]), static_cast<double>(v[2])};
 }
+inline KVA_UTILITIES::VECTOR3 NARROW(const WIDE3& v) {
+  return {static_cast<float>(v[0]), static_cast<float>(v[1]), static_cast<float>(v[2])};
+}
 
 inline WIDE3 ADD(const WIDE3& a, const WIDE3& b) {
   return {a[0] + b[0], a[1] + b[1], a[2] + b[2]};
