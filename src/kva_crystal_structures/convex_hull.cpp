@@ -4,29 +4,19 @@
 #include "src/kva_crystal_structures/convex_hull.h"
 
 #include <algorithm>  // for max_element, stable_partition, find, clamp, min
-#include <cmath>      // for sqrt, abs
+#include <cmath>      // for abs
+
+#include "src/kva_crystal_structures/wide_reals.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
 namespace {
 
-using POINT = std::array<double, 3>;
+using POINT = WIDE3;
 using FACE = std::array<POINT, 3>;  // anticlockwise as seen from outside
 
 POINT BETWEEN(const POINT& a, const POINT& b) {
-  return {b[0] - a[0], b[1] - a[1], b[2] - a[2]};
-}
-
-double DOT(const POINT& a, const POINT& b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-
-POINT CROSS(const POINT& a, const POINT& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
-double LENGTH(const POINT& a) {
-  return std::sqrt(DOT(a, a));
+  return SUBTRACT(b, a);
 }
 
 POINT NORMAL_OF(const FACE& face) {
@@ -96,9 +86,7 @@ void ADD_POINT(const POINT& point, std::vector<FACE>& faces) {
 // Faces of the hull; none when it has no volume.
 std::vector<FACE> HULL_OF(std::span<const VECTOR3> points_cart) {
   std::vector<POINT> points;
-  for (const VECTOR3& p : points_cart)
-    points.push_back(
-        {static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2])});
+  for (const VECTOR3& p : points_cart) points.push_back(WIDE(p));
   if (points.size() < 4) return {};
   std::vector<FACE> faces = FIRST_FACES(points);
   if (faces.empty()) return {};
@@ -111,7 +99,7 @@ double FROM_EDGE(const EDGE& edge, const POINT& point) {
   const POINT along = BETWEEN(edge[0], edge[1]);
   const POINT to = BETWEEN(edge[0], point);
   const double t = std::clamp(DOT(to, along) / DOT(along, along), 0.0, 1.0);
-  return LENGTH({to[0] - t * along[0], to[1] - t * along[1], to[2] - t * along[2]});
+  return LENGTH(SUBTRACT(to, SCALED(along, t)));
 }
 
 // Distance of the point from the triangle: from its plane above it, from its edges elsewhere.
@@ -137,8 +125,7 @@ float HULL_VOLUME(std::span<const VECTOR3> points_cart) {
 }
 
 float DISTANCE_OUTSIDE_HULL(std::span<const VECTOR3> points_cart, const VECTOR3& point_cart) {
-  const POINT point{static_cast<double>(point_cart[0]), static_cast<double>(point_cart[1]),
-                    static_cast<double>(point_cart[2])};
+  const POINT point = WIDE(point_cart);
   bool outside = false;
   double distance = 0.0;
   for (const FACE& face : HULL_OF(points_cart)) {

@@ -110,13 +110,13 @@ constexpr double fixed_variance = fixed_esd * fixed_esd;
 struct ATOM_SLOPES {
   int COUNT = 0;
   std::array<int, 3> ATOM{};
-  std::array<VECTOR3_64, 3> SLOPE{};
+  std::array<WIDE3, 3> SLOPE{};
 };
 
 // Adds the slope with the coordinates of an image; an atom that is not there has no esds.
-void ADD_SLOPE(const PLACED_ATOM& image, const VECTOR3_64& slope, ATOM_SLOPES& slopes) {
+void ADD_SLOPE(const PLACED_ATOM& image, const WIDE3& slope, ATOM_SLOPES& slopes) {
   if (image.ATOM == 0) return;
-  const VECTOR3_64 of_atom = MULTIPLY(AS_64(XTAL::TRANSPOSE(image.ROTATION)), slope);
+  const WIDE3 of_atom = MULTIPLY(WIDE(XTAL::TRANSPOSE(image.ROTATION)), slope);
   for (std::size_t k = 0; k < static_cast<std::size_t>(slopes.COUNT); ++k)
     if (slopes.ATOM[k] == image.ATOM) {
       slopes.SLOPE[k] = COMBINED(1.0, slopes.SLOPE[k], 1.0, of_atom);
@@ -131,14 +131,14 @@ double VARIANCE(const RULER& ruler, const ATOM_SLOPES& slopes) {
   double variance = 0.0;
   for (std::size_t k = 0; k < static_cast<std::size_t>(slopes.COUNT); ++k) {
     const MATRIX3& vcv = ruler.ATOM_VCV[static_cast<std::size_t>(slopes.ATOM[k] - 1)];
-    variance += DOT(slopes.SLOPE[k], MULTIPLY(AS_64(vcv), slopes.SLOPE[k]));
+    variance += DOT(slopes.SLOPE[k], MULTIPLY(WIDE(vcv), slopes.SLOPE[k]));
   }
   return variance;
 }
 
 // Variance by the coordinates of what changes with the ends of two legs as given.
 double VARIANCE_OF_LEGS(const RULER& ruler, const APEX_ATOM& apex, const SPOKE& spoke1,
-                        const SPOKE& spoke2, const VECTOR3_64& slope1, const VECTOR3_64& slope2) {
+                        const SPOKE& spoke2, const WIDE3& slope1, const WIDE3& slope2) {
   ATOM_SLOPES slopes;
   ADD_SLOPE(spoke1.LIGAND, slope1, slopes);
   ADD_SLOPE(spoke2.LIGAND, slope2, slopes);
@@ -158,7 +158,7 @@ COSINE COSINE_OF(const LEG_64& leg1, const LEG_64& leg2) {
 }
 
 // Slope of the angle with the end of leg1: of the arc cosine of v1 G v2 / (d1 d2).
-VECTOR3_64 SLOPE_WITH_END(const LEG_64& leg1, const LEG_64& leg2, const COSINE& cosine) {
+WIDE3 SLOPE_WITH_END(const LEG_64& leg1, const LEG_64& leg2, const COSINE& cosine) {
   return COMBINED(-1.0 / (leg1.LENGTH * leg2.LENGTH * cosine.SINE), leg2.G_V,
                   cosine.VALUE / (leg1.LENGTH * leg1.LENGTH * cosine.SINE), leg1.G_V);
 }
@@ -166,9 +166,9 @@ VECTOR3_64 SLOPE_WITH_END(const LEG_64& leg1, const LEG_64& leg2, const COSINE& 
 // Change of the angle, in radians, when the metric tensor becomes another that is hardly different.
 double CHANGE_WITH_METRIC(const LEG_64& leg1, const LEG_64& leg2, const COSINE& cosine,
                           const MATRIX3& metric, const MATRIX3& shifted_metric) {
-  MATRIX3_64 change{};
+  WIDE33 change{};
   for (std::size_t k = 0; k < 3; ++k)
-    change[k] = COMBINED(1.0, AS_64(shifted_metric[k]), -1.0, AS_64(metric[k]));
+    change[k] = COMBINED(1.0, WIDE(shifted_metric[k]), -1.0, WIDE(metric[k]));
   const double of_product = DOT(leg1.V, MULTIPLY(change, leg2.V)) / (leg1.LENGTH * leg2.LENGTH);
   const double of_length1 = DOT(leg1.V, MULTIPLY(change, leg1.V)) / (leg1.LENGTH * leg1.LENGTH);
   const double of_length2 = DOT(leg2.V, MULTIPLY(change, leg2.V)) / (leg2.LENGTH * leg2.LENGTH);
@@ -186,13 +186,13 @@ bool IS_FIXED(const RULER& ruler, const APEX_ATOM& apex, const SPOKE& spoke1, co
   const LEG_64& leg1 = spoke1.AS_IS_64;
   const LEG_64& leg2 = spoke2.AS_IS_64;
   const COSINE cosine = COSINE_OF(leg1, leg2);
-  const VECTOR3_64 slope1 = SLOPE_WITH_END(leg1, leg2, cosine);
+  const WIDE3 slope1 = SLOPE_WITH_END(leg1, leg2, cosine);
   if (MOVES_ALONE(apex.PLACED, spoke1.LIGAND, spoke2.LIGAND)) {
     ATOM_SLOPES alone;
     ADD_SLOPE(spoke1.LIGAND, slope1, alone);
     if (!(VARIANCE(ruler, alone) < fixed_variance)) return false;
   }
-  const VECTOR3_64 slope2 = SLOPE_WITH_END(leg2, leg1, cosine);
+  const WIDE3 slope2 = SLOPE_WITH_END(leg2, leg1, cosine);
   double variance = VARIANCE_OF_LEGS(ruler, apex, spoke1, spoke2, slope1, slope2);
   if (!(variance < fixed_variance)) return false;
   for (const MATRIX3& shifted : ruler.SYMMETRIC_METRICS) {
@@ -208,12 +208,12 @@ bool IS_FIXED(const RULER& ruler, const APEX_ATOM& apex, const SPOKE& spoke1, co
 bool STAYS_IN_LINE(const RULER& ruler, const APEX_ATOM& apex, const SPOKE& spoke1,
                    const SPOKE& spoke2, bool opposite) {
   constexpr double along_leg = 1e-3;  // of the edge
-  const MATRIX3_64 metric = AS_64(ruler.IMAGES.PHASE.CELL.GD);
+  const WIDE33 metric = WIDE(ruler.IMAGES.PHASE.CELL.GD);
   const LEG_64& leg = spoke1.AS_IS_64;
   const double length2 = opposite ? spoke2.AS_IS_64.LENGTH : -spoke2.AS_IS_64.LENGTH;
   double variance = 0.0;
   for (std::size_t k = 0; k < 3; ++k) {
-    VECTOR3_64 edge{};
+    WIDE3 edge{};
     edge[k] = 1.0;
     const double part = leg.G_V[k] / (leg.LENGTH * leg.LENGTH);
     const LEG_64 across = LEG_64_OF(COMBINED(1.0, edge, -part, leg.V), metric);

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "src/kva_crystal_structures/measures/wide_reals.h"
+#include "src/kva_crystal_structures/wide_reals.h"
 #include "src/kva_crystal_structures/records.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {

@@ -1,5 +1,5 @@
-// Vectors and matrices of 64-bit reals. Derivatives by differences need more digits than the 32-bit
-// reals of the records have.
+// Vectors and matrices of 64-bit reals, for what the 32-bit reals of the records cannot tell:
+// derivatives by differences, whether an angle changes at all, on which side of a face a point is.
 #pragma once
 
 #include <array>
@@ -19,6 +19,10 @@ inline WIDE3 WIDE(const KVA_UTILITIES::VECTOR3& v) {
 }
 inline KVA_UTILITIES::VECTOR3 NARROW(const WIDE3& v) {
   return {static_cast<float>(v[0]), static_cast<float>(v[1]), static_cast<float>(v[2])};
+}
+
+inline WIDE33 WIDE(const KVA_UTILITIES::MATRIX3& m) {
+  return {WIDE(m[0]), WIDE(m[1]), WIDE(m[2])};
 }
 
 inline WIDE3 ADD(const WIDE3& a, const WIDE3& b) {
