@@ -190,12 +190,15 @@ bool EDIT_LINE(const std::string& prompt, const LINE_HELP& help, std::string& li
   const char* typed = nullptr;
   int count = 0;
   LET_INTERRUPT_END_READING(true);
-  do typed = ::el_gets(editor, &count);
-  while (typed == nullptr && count < 0 && errno == EINTR && !INTERRUPTED());
+  const bool begun = !INTERRUPTED();
+  while (!INTERRUPTED()) {
+    typed = ::el_gets(editor, &count);
+    if (typed != nullptr || count >= 0 || errno != EINTR) break;
+  }
   LET_INTERRUPT_END_READING(false);
   line_help = nullptr;
   if (INTERRUPTED()) {
-    line = EDITED_TEXT();
+    line = begun ? EDITED_TEXT() : "";
     WRITE_CONSOLE("^C");  // as the terminal itself shows the key where no line is edited
     return false;
   }

@@ -122,7 +122,7 @@ void WRITE_CONSOLE(std::string_view text) {
 
 bool READ_CONSOLE(std::string& line) {
   LET_INTERRUPT_END_READING(true);
-  const bool read = READ_STREAM(line);
+  const bool read = !INTERRUPTED() && READ_STREAM(line);
   LET_INTERRUPT_END_READING(false);
   if (!read && INTERRUPTED()) std::clearerr(stdin);
   return read;
@@ -146,10 +146,21 @@ void REMEMBER_INTERRUPT(int /*signal*/) {
   interrupt_seen = 1;
 }
 
+// A signal that comes just before the wait for input does not end it: until somebody answers, the
+// wait is ended a second later once more.
+void END_WAIT_LATER(int /*signal*/) {
+  if (interrupt_seen != 0) ::alarm(1);
+}
+
+void END_READING(int signal) {
+  interrupt_seen = 1;
+  END_WAIT_LATER(signal);
+}
+
 // flags: SA_RESTART where a call that waits is to go on behind the signal.
-struct sigaction REMEMBERING(int flags) {
+struct sigaction ACTION(void (*routine)(int), int flags) {
   struct sigaction action {};
-  action.sa_handler = REMEMBER_INTERRUPT;
+  action.sa_handler = routine;
   action.sa_flags = flags;
   return action;
 }
@@ -158,7 +169,7 @@ struct sigaction REMEMBERING(int flags) {
 
 void LISTEN_FOR_INTERRUPT() {
   if (!interrupts_kept) interrupt_seen = 0;
-  const struct sigaction listening = REMEMBERING(SA_RESTART);
+  const struct sigaction listening = ACTION(REMEMBER_INTERRUPT, SA_RESTART);
   ::sigaction(SIGINT, &listening, &usual_interrupt);
 }
 
@@ -172,6 +183,8 @@ void KEEP_INTERRUPTS() {
   if (::isatty(STDIN_FILENO) == 0 || ::sigaction(SIGINT, nullptr, &found) != 0) return;
   if (found.sa_handler == SIG_IGN) return;
   interrupts_kept = true;
+  const struct sigaction waking = ACTION(END_WAIT_LATER, 0);
+  ::sigaction(SIGALRM, &waking, nullptr);
   LET_INTERRUPT_END_READING(false);
 }
 
@@ -185,8 +198,10 @@ void FORGET_INTERRUPT() {
 
 void LET_INTERRUPT_END_READING(bool on) {
   if (!interrupts_kept) return;
-  const struct sigaction kept = REMEMBERING(on ? 0 : SA_RESTART);
+  const struct sigaction kept =
+      on ? ACTION(END_READING, 0) : ACTION(REMEMBER_INTERRUPT, SA_RESTART);
   ::sigaction(SIGINT, &kept, nullptr);
+  if (!on) ::alarm(0);
 }
 
 // ---- arguments and environment ----

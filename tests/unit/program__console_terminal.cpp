@@ -233,6 +233,15 @@ class INTERRUPT_KEY : public STARTED {
     EXPECT_NE(said.find(awaited), std::string::npos) << text << " " << said;
   }
 
+  // What a command says behind its line. The line itself is shown twice where it was typed before
+  // the program asked for it.
+  std::string ANSWER_TO(const std::string& command) {
+    TYPE(command + "\n", main_prompt);
+    const std::size_t last = said.rfind(command + "\r\n");
+    EXPECT_NE(last, std::string::npos) << said;
+    return last == std::string::npos ? said : said.substr(last);
+  }
+
   // What is said behind the key, to the main prompt, without the sequences of the terminal.
   std::string PRESSED() {
     TYPE("\003", main_prompt);
@@ -288,10 +297,8 @@ const std::vector<std::vector<STEP>> dialogues{
 TEST_F(INTERRUPT_KEY, DROPS_THE_COMMAND_AT_EVERY_KIND_OF_PROMPT_AND_KEEPS_ALL_AS_IT_WAS) {
   for (const char* term : {"xterm", "dumb"}) {
     if (!START_WITH_HEMATITE(term)) GTEST_SKIP() << "no pseudo terminal here";
-    TYPE("SHOW\n", main_prompt);
-    const std::string settings = said;
-    TYPE("LIST block\n", main_prompt);
-    const std::string blocks = said;
+    const std::string settings = ANSWER_TO("SHOW");
+    const std::string blocks = ANSWER_TO("LIST block");
     TYPE("RECORD rec\n", main_prompt);
     for (const std::vector<STEP>& dialogue : dialogues) {
       for (const STEP& step : dialogue) TYPE(std::string(step.LINE) + "\n", step.AWAITED);
@@ -299,10 +306,8 @@ TEST_F(INTERRUPT_KEY, DROPS_THE_COMMAND_AT_EVERY_KIND_OF_PROMPT_AND_KEEPS_ALL_AS
     }
     TYPE("END\n", main_prompt);
     EXPECT_EQ(TEXT_OF(work / "rec.mcr"), "END\n");
-    TYPE("SHOW\n", main_prompt);
-    EXPECT_EQ(said, settings);
-    TYPE("LIST block\n", main_prompt);
-    EXPECT_EQ(said, blocks);
+    EXPECT_EQ(ANSWER_TO("SHOW"), settings);
+    EXPECT_EQ(ANSWER_TO("LIST block"), blocks);
     EXPECT_FALSE(fs::exists(work / "new.cif"));
     END_PROGRAM();
     fs::remove(work / "data");
