@@ -1,7 +1,4 @@
 // Types at the program's terminal: keys, history, TAB, and where lines are read plainly instead.
-#include <termios.h>
-
-#include <thread>
 
 #include "places.h"
 #include "program__terminal.h"
@@ -54,22 +51,12 @@ class AT_TERMINAL : public STARTED {
     EXPECT_AWAITED(new_prompt);
   }
 
-  // Whether the terminal gives us each key at once, as an editor wants it.
-  bool KEYS_COME_SINGLY() const {
-    termios state{};
-    EXPECT_EQ(::tcgetattr(terminal.MASTER, &state), 0);
-    return (state.c_lflag & static_cast<tcflag_t>(ICANON)) == 0;
-  }
-
-  // Keys that come before the editor has taken over the terminal are shown twice.
   void EXPECT_AWAITED(const std::string& text) {
     said.clear();
     READ_ON(terminal.MASTER, said, text);
     EXPECT_NE(said.find(text), std::string::npos) << said;
-    const auto end = steady_clock::now() + patience;
-    while (edited && !KEYS_COME_SINGLY() && steady_clock::now() < end)
-      std::this_thread::sleep_for(1ms);
-    EXPECT_EQ(KEYS_COME_SINGLY(), edited);
+    if (edited) AWAIT_EDITOR(terminal.MASTER);
+    EXPECT_EQ(KEYS_COME_SINGLY(terminal.MASTER), edited);
   }
 
   // Types and waits for what the program then says.
@@ -357,7 +344,7 @@ TEST_F(AT_TERMINAL, END_OF_INPUT_ENDS_THE_PROGRAM) {
   const int status = END_STATUS();
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 2) << status;
   EXPECT_EQ(TEXT_OF(folder / "errors"), "Gemmara: end of input\n");
-  EXPECT_FALSE(KEYS_COME_SINGLY());
+  EXPECT_FALSE(KEYS_COME_SINGLY(terminal.MASTER));
 }
 
 TEST_F(AT_TERMINAL, INTERRUPT_DROPS_THE_LINE_AND_THE_TERMINAL_IS_AS_BEFORE_AT_THE_END) {
@@ -368,7 +355,7 @@ TEST_F(AT_TERMINAL, INTERRUPT_DROPS_THE_LINE_AND_THE_TERMINAL_IS_AS_BEFORE_AT_TH
   READ_ON(terminal.MASTER, said, "half");
   TYPE("\003");
   END_BY();
-  EXPECT_FALSE(KEYS_COME_SINGLY());
+  EXPECT_FALSE(KEYS_COME_SINGLY(terminal.MASTER));
   EXPECT_NE(LOGGED().find("G_MARA-6.1>foo\n\nG_MARA-6.1>^C\n\nG_MARA-6.1>EXIT\n"),
             std::string::npos)
       << LOGGED();

@@ -7,8 +7,10 @@
 #include <signal.h>
 #include <stdlib.h>     // for posix_openpt
 #include <sys/ioctl.h>  // for TIOCSWINSZ
+#include <termios.h>
 
 #include <chrono>
+#include <thread>  // for sleep_for
 
 #include "places.h"
 #include "program__console.h"
@@ -38,6 +40,19 @@ inline PSEUDO_TERMINAL OPEN_TERMINAL(unsigned short columns) {
   size.ws_row = 40;
   ::ioctl(terminal.SLAVE, TIOCSWINSZ, &size);
   return terminal;
+}
+
+// Whether the terminal gives the program each key at once, as an editor wants it.
+inline bool KEYS_COME_SINGLY(int terminal) {
+  termios state{};
+  EXPECT_EQ(::tcgetattr(terminal, &state), 0);
+  return (state.c_lflag & static_cast<tcflag_t>(ICANON)) == 0;
+}
+
+// Until an editor has taken over the terminal: keys that come before are shown twice.
+inline void AWAIT_EDITOR(int terminal) {
+  const auto end = steady_clock::now() + patience;
+  while (!KEYS_COME_SINGLY(terminal) && steady_clock::now() < end) std::this_thread::sleep_for(1ms);
 }
 
 // Reads on until the text holds the word so often; up to the end when word is blank.
