@@ -164,7 +164,7 @@ ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_
 bool READ_SITES(const BLOCK& block, const std::vector<ATOM_TYPE_ROW>& types,
                 LIST<ATOM_TYPE>& atom) {
   const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_site_", site_labels);
-  if (ERR_KVACIF || WARN_KVACIF) return false;
+  if (ERR_KVACIF) return false;
   if (loop.N == 0) {
     ERR_KVACIF = true;
     ERR_KVACIF_MESS = "Loop for atoms found in cif, but no atom info from cif";
@@ -186,7 +186,7 @@ void SET_TENSOR(const CIFDATA_TYPE& loop, int row, ATOM_TYPE& atom) {
 
 void READ_TENSORS(const BLOCK& block, LIST<ATOM_TYPE>& atom) {
   const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_site_aniso_", aniso_labels);
-  if (ERR_KVACIF || WARN_KVACIF || loop.N == 0) return;
+  if (ERR_KVACIF || loop.N == 0) return;
   if (loop.N > atom.COUNT()) {
     ERR_KVACIF = true;
     ERR_KVACIF_MESS = "More aniso displacement factors than atoms";

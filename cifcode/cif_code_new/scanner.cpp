@@ -15,8 +15,6 @@ using namespace KVA_UTILITIES;
 void INIT_ERR_KVACIF() {
   ERR_KVACIF = false;
   ERR_KVACIF_MESS.clear();
-  WARN_KVACIF = false;
-  WARN_KVACIF_MESS.clear();
 }
 
 // ---- cleaning and blocks ----

@@ -34,11 +34,9 @@ struct CIFDATA_TYPE {
   KVA_UTILITIES::TABLE<float, MAX_LOOP_LABELS> VAL_STD;     // their esds
 };
 
-// Error and warning state, cleared by INIT_ERR_KVACIF. Texts of 256 characters.
+// Error state, cleared by INIT_ERR_KVACIF. Texts of 256 characters.
 inline bool ERR_KVACIF = false;
 inline std::string ERR_KVACIF_MESS;
-inline bool WARN_KVACIF = false;
-inline std::string WARN_KVACIF_MESS;
 void INIT_ERR_KVACIF();
 
 // Control characters to blanks, lines left-adjusted, the older operator name to the newer one.

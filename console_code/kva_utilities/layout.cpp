@@ -172,6 +172,16 @@ std::vector<COLUMN_GROUP> GROUPS(const std::vector<FIELD_LINE>& table, int first
   return groups;
 }
 
+// The first place behind the first columns of all lines, starts of them, and a blank.
+int PLACE_BEHIND(const std::vector<FIELD_LINE>& table, int starts) {
+  int place = 1;
+  for (const FIELD_LINE& line : table)
+    for (std::size_t k = 0; k < line.size(); ++k)
+      if (line[k].COLUMN < starts && !IS_BLANK(line[k]) && !IS_SENTENCE(line, k))
+        place = std::max(place, LAST_PLACE(line[k]) + 2);
+  return place;
+}
+
 // The start of the line, and what stands in the columns of a panel, moved by shift.
 std::string PANEL_LINE(const FIELD_LINE& line, int starts, int first, int end, int shift) {
   std::string text;
@@ -189,12 +199,13 @@ std::string PANEL_LINE(const FIELD_LINE& line, int starts, int first, int end, i
 std::vector<std::vector<std::string>> PANELS(const std::vector<FIELD_LINE>& table, int starts,
                                              int width) {
   const std::vector<COLUMN_GROUP> groups = GROUPS(table, starts, LAST_COLUMN(table) + 1);
+  // Every panel begins where the first one does, unless that one touches the start.
+  const int begin = groups.empty() ? 1 : std::max(groups.front().LEFT, PLACE_BEHIND(table, starts));
   std::vector<std::vector<std::string>> panels;
   std::size_t k = 0;
   do {
     const std::size_t first = k;
-    // Every panel begins where the first one does.
-    const int shift = groups.empty() ? 0 : groups.front().LEFT - groups[first].LEFT;
+    const int shift = first == 0 ? 0 : begin - groups[first].LEFT;
     while (k < groups.size() && (k == first || groups[k].RIGHT + shift <= width)) ++k;
     std::vector<std::string> lines;
     for (const FIELD_LINE& line : table)

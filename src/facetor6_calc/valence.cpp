@@ -27,9 +27,7 @@ using namespace KVA_UTILITIES;
 
 namespace {
 
-constexpr std::string_view no_element = "**";  // scattering factor symbol of an unknown atom
-constexpr int label_length = 4;                // characters of a label in the pair table
-constexpr int shortest_charged_label = 3;      // "O-2"; a shorter symbol has no charge
+constexpr int label_length = 4;  // characters of a label in the pair table
 
 // ---- labels ----
 
@@ -37,11 +35,11 @@ std::string SIGNED_CHARGE(int charge) {
   return (charge < 0 ? "-" : "+") + INTEGER_COLUMNS(std::abs(charge));
 }
 
-// Gives the atom's scattering factor symbol the default charge of its element.
+// Gives the atom's scattering factor symbol the default charge of its element; what is none keeps
+// the symbol that it has.
 void ADD_DEFAULT_CHARGE(ATOM_TYPE& atom) {
-  if (atom.Z < 1 || atom.Z > NUMBER_OF_ELEMENTS) {
+  if (!HAS_DEFAULT_CHARGE(atom)) {
     BV_FLAGS(BV_NOT_ELEMENTS) = true;
-    atom.SFACSYMB = no_element;
     return;
   }
   const int charge = DEFAULT_CHARGES(atom.Z);
@@ -79,7 +77,7 @@ std::string TABLE_LABEL(std::string_view label) {
 
 // Adds the pair of two scattering factor symbols to the table, or to the missing ones.
 void FIND_BVS_PAIR(std::string_view w1, std::string_view w2) {
-  if (INDEXALL(w1, no_element) > 0 || INDEXALL(w2, no_element) > 0) {
+  if (INDEXALL(w1, NO_ELEMENT_LABEL) > 0 || INDEXALL(w2, NO_ELEMENT_LABEL) > 0) {
     BV_FLAGS(BV_NOT_ELEMENTS) = true;
     return;
   }
@@ -110,10 +108,10 @@ void FIND_BVS_PAIR(std::string_view w1, std::string_view w2) {
 
 void ADD_PAIRS_OF_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
   const int centre = phase.BONDS.CENTRE(i, j);
-  const std::string& ligand_label = phase.ATOM(phase.BONDS.LIGAND(i, j)).SFACSYMB;
-  FIND_BVS_PAIR(phase.ATOM(centre).SFACSYMB, ligand_label);
+  const std::string ligand_label = VALENCE_LABEL(phase.ATOM(phase.BONDS.LIGAND(i, j)));
+  FIND_BVS_PAIR(VALENCE_LABEL(phase.ATOM(centre)), ligand_label);
   for (int duplicate : phase.ATOM_DUP(centre))
-    if (duplicate > 0) FIND_BVS_PAIR(phase.ATOM(duplicate).SFACSYMB, ligand_label);
+    if (duplicate > 0) FIND_BVS_PAIR(VALENCE_LABEL(phase.ATOM(duplicate)), ligand_label);
 }
 
 void BUILD_BVTABLE() {
@@ -122,7 +120,7 @@ void BUILD_BVTABLE() {
   for (int block = 1; block <= NPHASES; ++block)
     for (int i = 1; i <= PHASE(block).NATOMS; ++i) {
       ATOM_TYPE& atom = PHASE(block).ATOM(i);
-      if (LENTRIM(atom.SFACSYMB) < shortest_charged_label) ADD_DEFAULT_CHARGE(atom);
+      if (WITHOUT_CHARGE(atom)) ADD_DEFAULT_CHARGE(atom);
     }
   for (int block = 1; block <= NPHASES; ++block) {
     const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);

@@ -57,8 +57,8 @@ void WRITE_REFERENCE() {
   if (NPHASES > 0) {
     const CRYSTAL_STRUCTURE_TYPE& phase = REFERENCE();
     line += " " + AS_IT_IS(phase.BLOCK_TITLE) +
-            "   T =" + REAL_COLUMNS(phase.PT(TEMPERATURE, PT_VALUE), 6, 1) +
-            " K, P =" + REAL_COLUMNS(phase.PT(PRESSURE, PT_VALUE), 7, 3) + " GPa";
+            "   T =" + REAL_AT_LEAST(phase.PT(TEMPERATURE, PT_VALUE), 6, 1) +
+            " K, P =" + REAL_AT_LEAST(phase.PT(PRESSURE, PT_VALUE), 7, 3) + " GPa";
   }
   WRITE_OUT(line);
 }

@@ -9,10 +9,10 @@
 namespace FACETOR_CONSOLE {
 
 using KVA_CRYSTAL_STRUCTURES::BV_PAIR;
+using KVA_CRYSTAL_STRUCTURES::NUMBER_OF_ELEMENTS;
 
 inline constexpr int MAX_BV_PAIRS = 40;
 inline constexpr int MAX_BV_MISSING = 20;
-inline constexpr int NUMBER_OF_ELEMENTS = 92;  // elements with a default charge
 
 enum BV_FLAG {
   BV_LABELS_CHANGED = 1,  // scattering factor symbols changed by the program

@@ -176,8 +176,9 @@ void READ_SPACE_GROUP(const FILE_LINES& flines, const BLOCK& block, LAST_SYMMETR
 // ---- atoms ----
 
 // Messages that speak of anisotropic displacements are not for the user: the atoms stand.
-void REPORT_ATOMS(bool raised, const std::string& message, const BLOCK& block) {
-  if (raised && INDEXALL(message, "aniso") == 0) WARNING(TRIM(message) + " " + BLOCK_WORDS(block));
+void REPORT_ATOM_FAULT(const BLOCK& block) {
+  if (ERR_KVACIF && INDEXALL(ERR_KVACIF_MESS, "aniso") == 0)
+    WARNING(TRIM(ERR_KVACIF_MESS) + " " + BLOCK_WORDS(block));
 }
 
 // The loop of displacement parameters is taken for that of the sites when it comes first.
@@ -193,8 +194,7 @@ void READ_ATOMS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_
   LIST<ATOM_TYPE> atoms;
   int natoms = 0;
   READ_CIF_ATOMARRAY(flines, block.START, block.END, atoms, natoms);
-  REPORT_ATOMS(WARN_KVACIF, WARN_KVACIF_MESS, block);
-  REPORT_ATOMS(ERR_KVACIF, ERR_KVACIF_MESS, block);
+  REPORT_ATOM_FAULT(block);
   WARN_OF_LOOP_ORDER(flines, block);
   STORE_ATOMS(atoms, natoms, phase);
   for (int i = 1; i <= natoms; ++i)

@@ -25,13 +25,13 @@ struct SITE {
 
 SITE SPECIES_OF_SITE(const CRYSTAL_STRUCTURE_TYPE& phase, int atom) {
   SITE site;
-  site.LABEL[0] = phase.ATOM(atom).SFACSYMB;
+  site.LABEL[0] = VALENCE_LABEL(phase.ATOM(atom));
   site.OCC[0] = phase.ATOM(atom).OCC;
   std::size_t slot = 0;
   for (int duplicate : phase.ATOM_DUP(atom)) {
     ++slot;
     if (duplicate <= 0) continue;
-    site.LABEL[slot] = phase.ATOM(duplicate).SFACSYMB;
+    site.LABEL[slot] = VALENCE_LABEL(phase.ATOM(duplicate));
     site.OCC[slot] = phase.ATOM(duplicate).OCC;
   }
   return site;
@@ -104,6 +104,20 @@ void CALC_VALENCE_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const LIST<BV_
 }
 
 }  // namespace
+
+bool WITHOUT_CHARGE(const ATOM_TYPE& atom) {
+  constexpr int shortest_charged_label = 3;
+  return KVA_UTILITIES::LENTRIM(atom.SFACSYMB) < shortest_charged_label;
+}
+
+bool HAS_DEFAULT_CHARGE(const ATOM_TYPE& atom) {
+  return atom.Z >= 1 && atom.Z <= NUMBER_OF_ELEMENTS;
+}
+
+std::string VALENCE_LABEL(const ATOM_TYPE& atom) {
+  const bool no_element = WITHOUT_CHARGE(atom) && !HAS_DEFAULT_CHARGE(atom);
+  return no_element ? std::string(NO_ELEMENT_LABEL) : atom.SFACSYMB;
+}
 
 int FIND_BVLOCAL(std::string_view label_1, std::string_view label_2, const LIST<BV_PAIR>& pairs) {
   for (int row = 1; row <= pairs.COUNT(); ++row)

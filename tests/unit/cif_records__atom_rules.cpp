@@ -71,11 +71,3 @@ TEST(KIND_RULES, THE_KIND_NAMED_AT_THE_SITE_MAKES_NO_TENSOR) {
   EXPECT_EQ(atoms(1).THTYPE, "isotr");
   EXPECT_EQ(atoms(1).UEQ, 0.01f);
 }
-
-// Such a warning stays behind when a block with shared sites has been written.
-TEST(KIND_RULES, A_WARNING_FROM_BEFORE_HIDES_NO_ATOMS) {
-  WARN_KVACIF = true;
-  WARN_KVACIF_MESS = "something";
-  EXPECT_EQ(READ(sites + "Si1 Si 0\n").COUNT(), 1);
-  EXPECT_FALSE(WARN_KVACIF);
-}

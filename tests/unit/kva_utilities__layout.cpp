@@ -121,6 +121,13 @@ TEST(PANELS, A_WORD_OVER_TWO_COLUMNS_HOLDS_THEM_TOGETHER) {
                                                       {"", "     1   4"}}));
 }
 
+TEST(PANELS, ONLY_THE_FIRST_PANEL_MAY_TOUCH_THE_START) {
+  const std::vector<FIELD_LINE> table{
+      {{0, 1, "USE"}, {2, 8, "OCC"}},
+      {{0, 1, "1", 1}, {1, 2, "7", 1, true, true}, {2, 8, "0.500", 5, true}}};
+  EXPECT_EQ(PANELS(table, 1, 7), (std::vector<LINES>{{"USE", "17"}, {"USE OCC", "1   0.500"}}));
+}
+
 TEST(PANELS, A_SENTENCE_IS_REPEATED_WITH_THE_START) {
   std::vector<FIELD_LINE> table{NUMBERS({"1", "2", "3"}), NUMBERS({"4"})};
   table[1].push_back({0, 7, " nothing that would fit here"});
