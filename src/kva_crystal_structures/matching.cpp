@@ -13,11 +13,14 @@ namespace {
 
 // ---- elements ----
 
-// Atomic numbers of all atoms on the site of an atom.
-std::vector<int> ELEMENTS_ON_SITE(const CRYSTAL_STRUCTURE_TYPE& phase, int atom) {
+// Atomic numbers of all atoms on the site of an atom, also of those that are listed at the place of
+// another of its images.
+std::vector<int> ELEMENTS_ON_SITE(const ATOM_IMAGES& images, int atom) {
+  const CRYSTAL_STRUCTURE_TYPE& phase = images.PHASE;
+  const VECTOR3 reach = XTAL::REACH_OF(phase.CELL, SAME_SITE);
   std::vector<int> elements{phase.ATOM(atom).Z};
-  for (int i = 1; i <= phase.NATOMS; ++i)
-    if (phase.ATOM_USE(i) == -atom) elements.push_back(phase.ATOM(i).Z);
+  for (const ATOM_IMAGE* image : IMAGES_NEAR(images, phase.ATOM(atom).X, reach))
+    elements.push_back(phase.ATOM(image->ATOM).Z);
   return elements;
 }
 
@@ -51,11 +54,13 @@ bool STAND_ELSEWHERE(const CRYSTAL_STRUCTURE_TYPE& block, int atom,
   return false;
 }
 
-bool IS_OTHER_ELEMENT(const CRYSTAL_STRUCTURE_TYPE& reference, int reference_atom,
-                      const CRYSTAL_STRUCTURE_TYPE& block, int atom) {
+bool IS_OTHER_ELEMENT(const ATOM_IMAGES& reference_images, int reference_atom,
+                      const ATOM_IMAGES& block_images, int atom) {
+  const CRYSTAL_STRUCTURE_TYPE& reference = reference_images.PHASE;
+  const CRYSTAL_STRUCTURE_TYPE& block = block_images.PHASE;
   if (reference.ATOM(reference_atom).Z == block.ATOM(atom).Z) return false;  // as nearly always
-  const std::vector<int> wanted = ELEMENTS_ON_SITE(reference, reference_atom);
-  const std::vector<int> met = ELEMENTS_ON_SITE(block, atom);
+  const std::vector<int> wanted = ELEMENTS_ON_SITE(reference_images, reference_atom);
+  const std::vector<int> met = ELEMENTS_ON_SITE(block_images, atom);
   if (!ALL_KNOWN(wanted) || !ALL_KNOWN(met) || HAVE_ONE_IN_COMMON(wanted, met)) return false;
   const bool cation_met_anion =
       (HOLDS_CATION(wanted) && HOLDS_ANION(met)) || (HOLDS_ANION(wanted) && HOLDS_CATION(met));
@@ -70,7 +75,7 @@ bool AT_ONE_PLACE(const CRYSTAL_STRUCTURE_TYPE& block, const VECTOR3& x1_frac,
 }
 
 // Another atom of the reference block with an image whose own match lies at the place where that
-// of the target was found; 0 when there is none.
+// of the target was found; 0 when there is none. One that shares the target's site is no other.
 int ANOTHER_MATCHED_AT(const MATCH_BASIS& basis, const ATOM_IMAGES& block_images,
                        const TARGET& target, const VECTOR3& place) {
   constexpr float at_the_point = -0.1f;  // a minimum that lets an atom at distance 0 in
@@ -81,6 +86,7 @@ int ANOTHER_MATCHED_AT(const MATCH_BASIS& basis, const ATOM_IMAGES& block_images
     const int atom = static_cast<int>(table(r, NEIGHBOUR_ATOM));
     if (atom == target.ATOM) continue;
     const VECTOR3 x = XTAL::ADD(place, KVA_UTILITIES::VECTOR_AT<3>(table(r), NEIGHBOUR_VECTOR_X));
+    if (AT_ONE_PLACE(basis.REFERENCE_IMAGES.PHASE, x, target.X)) continue;
     const FOUND_ATOM found = FIND_ATOM(block_images, x, "", basis.RADIUS);
     if (found.ATOM != 0 && AT_ONE_PLACE(block_images.PHASE, found.X, place)) return atom;
   }
@@ -96,11 +102,13 @@ struct SITE_FAULT {
 };
 using SITE_FAULTS = LIST<SITE_FAULT>;
 
-void NOTE_ELEMENTS(const BOND_TARGETS& centre, const CRYSTAL_STRUCTURE_TYPE& reference,
-                   const CRYSTAL_STRUCTURE_TYPE& block, SITE_FAULTS& faults) {
+void NOTE_ELEMENTS(const MATCH_BASIS& basis, const BOND_TARGETS& centre,
+                   const ATOM_IMAGES& block_images, SITE_FAULTS& faults) {
+  const CRYSTAL_STRUCTURE_TYPE& block = block_images.PHASE;
   const auto note = [&](int reference_atom, int atom) {
     int& met = faults(reference_atom).OTHER_ELEMENT;
-    if (met == 0 && IS_OTHER_ELEMENT(reference, reference_atom, block, atom)) met = atom;
+    if (met == 0 && IS_OTHER_ELEMENT(basis.REFERENCE_IMAGES, reference_atom, block_images, atom))
+      met = atom;
   };
   const int a = centre.CENTRE.ATOM;
   note(a, CENTRE_NUMBER(block, a));
@@ -134,7 +142,7 @@ void NOTE_ATOM(const MATCH_BASIS& basis, const TARGET& target, const ATOM_IMAGES
   const FOUND_ATOM found = FIND_ATOM(block_images, target.X, "OMIT", basis.RADIUS);
   if (found.ATOM == 0 || block.ATOM_USE(found.ATOM) != ATOM_USED) return;
   int& met = faults(target.ATOM).OTHER_ELEMENT;
-  if (met == 0 && IS_OTHER_ELEMENT(basis.REFERENCE_IMAGES.PHASE, target.ATOM, block, found.ATOM))
+  if (met == 0 && IS_OTHER_ELEMENT(basis.REFERENCE_IMAGES, target.ATOM, block_images, found.ATOM))
     met = found.ATOM;
   const int another = ANOTHER_MATCHED_AT(basis, block_images, target, found.X);
   if (another != 0) faults(target.ATOM).SHARES = faults(another).SHARES = true;
@@ -154,7 +162,7 @@ MATCH_FAULTS MATCH_FAULTS_OF(const MATCH_BASIS& basis, const ATOM_IMAGES& block_
   for (const BOND_TARGETS& centre : basis.TARGETS) {
     const int a = centre.CENTRE.ATOM;
     if (a > CAPACITY(block) || block.BONDS.ROWS_OF(a) == 0) continue;  // has no match
-    NOTE_ELEMENTS(centre, reference, block, faults);
+    NOTE_ELEMENTS(basis, centre, block_images, faults);
     NOTE_SHARED_PLACES(basis, centre, block_images, faults);
   }
   for (const TARGET& target : basis.ATOMS) NOTE_ATOM(basis, target, block_images, faults);

@@ -67,6 +67,25 @@ TEST_F(MATCHED_SITES, PERMUTED_LABELS_AND_SHIFTED_ATOMS_ARE_SILENT) {
   EXPECT_EQ(PHASE(2).NBONDS(1), 3);
 }
 
+// Silicon and aluminium on one site, each listed at another of its two images, against a block that
+// lists the silicon alone.
+TEST_F(MATCHED_SITES, ATOMS_THAT_SHARE_A_SITE_BY_SYMMETRY_ARE_SILENT) {
+  const std::vector<SITE> one_listed{
+      {"Si1", {0.6f, 0.6f, 0.5f}}, {"O1", {0.75f, 0.55f, 0.5f}}, {"Al2", {0.9f, 0.5f, 0.5f}}};
+  std::vector<SITE> both_listed = one_listed;
+  both_listed[0].LABEL = "Al1";
+  both_listed.push_back({"Si1", {0.4f, 0.4f, 0.5f}});
+  const auto add = [](const std::string& title, const std::vector<SITE>& sites) {
+    ADD(title, MADE({10, 10, 10}, {90, 90, 90}, "P -1", sites));
+  };
+  add("one", one_listed);
+  add("both", both_listed);
+  EXPECT_EQ(WARNINGS(), LINES{});
+  EXPECT_EQ(PHASE(2).BONDS.LIGAND(2, 1), 1) << "Al1 in the place of Si1";
+  IREFERENCE = 2;
+  EXPECT_EQ(WARNINGS(), LINES{});
+}
+
 // Magnesium gives way to iron, hydrogen to deuterium; a mixed site has one element in common; an
 // unknown element may be anything.
 TEST_F(MATCHED_SITES, A_SOLID_SOLUTION_IS_SILENT) {
