@@ -37,7 +37,7 @@ enum SITE_LABEL {
   SITE_U_ISO,
   SITE_B_ISO,
 };
-constexpr std::array<LABEL, 9> site_labels{{
+constexpr std::array<LABEL, 8> site_labels{{
     {"_atom_site_label", 'C'},
     {"_atom_site_type_symbol", 'C'},
     {"_atom_site_fract_x", 'F'},
@@ -46,7 +46,6 @@ constexpr std::array<LABEL, 9> site_labels{{
     {"_atom_site_occupancy", 'F'},
     {"_atom_site_U_iso_or_equiv", 'F'},
     {"_atom_site_B_iso_or_equiv", 'F'},
-    {"_atom_site_adp_type", 'C'},
 }};
 
 enum ANISO_LABEL { ANISO_NAME = 1, ANISO_U = 2 };
@@ -142,13 +141,21 @@ void CHOOSE_ELEMENT(const std::string& type_symbol, const std::vector<ATOM_TYPE_
 
 // ---- atom sites ----
 
+// Values of neighbouring labels.
+template <std::size_t N>
+std::array<float, N> VECTOR_OF(const LOOP_VALUES<float>& values, int row, int first_label) {
+  std::array<float, N> v{};
+  for (float& component : v) component = values(row, first_label++);
+  return v;
+}
+
 ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_TYPE_ROW>& types) {
   constexpr int label_length = 20;
   ATOM_TYPE atom;
   atom.LAB = CUT_TEXT(LEFT_ADJUST(loop.CVAL(row, SITE_NAME)), label_length);
   CHOOSE_ELEMENT(LEFT_ADJUST(loop.CVAL(row, SITE_TYPE_SYMBOL)), types, atom);
-  atom.X = VECTOR_AT<3>(loop.VAL(row), SITE_X);
-  atom.X_STD = VECTOR_AT<3>(loop.VAL_STD(row), SITE_X);
+  atom.X = VECTOR_OF<3>(loop.VAL, row, SITE_X);
+  atom.X_STD = VECTOR_OF<3>(loop.VAL_STD, row, SITE_X);
   atom.OCC = loop.VAL(row, SITE_OCCUPANCY);
   atom.OCC_STD = loop.VAL_STD(row, SITE_OCCUPANCY);
   atom.UEQ = loop.VAL(row, SITE_U_ISO);
@@ -178,8 +185,8 @@ bool READ_SITES(const BLOCK& block, const std::vector<ATOM_TYPE_ROW>& types,
 // ---- anisotropic displacements ----
 
 void SET_TENSOR(const CIFDATA_TYPE& loop, int row, ATOM_TYPE& atom) {
-  atom.U = VECTOR_AT<6>(loop.VAL(row), ANISO_U);
-  atom.U_STD = VECTOR_AT<6>(loop.VAL_STD(row), ANISO_U);
+  atom.U = VECTOR_OF<6>(loop.VAL, row, ANISO_U);
+  atom.U_STD = VECTOR_OF<6>(loop.VAL_STD, row, ANISO_U);
   atom.THTYPE = "Aniso";
   atom.UTYPE = "u_ij";
 }

@@ -126,13 +126,15 @@ void READ_CIF_SYSTEM(const FILE_LINES& flines, int start, int end, std::string& 
 
 namespace {
 
+// Of a line that is adjusted.
 bool IS_COMMENT_OR_BLANK(std::string_view line) {
-  return LENTRIM(line) == 0 || line[0] == '#' || line[0] == '?';
+  return line.empty() || line[0] == '#' || line[0] == '?';
 }
 
 // The words that end a loop's data are compared as they stand, in capitals.
 bool ENDS_DATA(std::string_view line) {
-  return line.starts_with('_') || line.starts_with("LOOP_") || line.starts_with("DATA_");
+  if (line.empty()) return false;
+  return line[0] == '_' || line.starts_with("LOOP_") || line.starts_with("DATA_");
 }
 
 // The lines among which a loop is looked for.
@@ -141,7 +143,11 @@ struct LINE_RANGE {
   int FIRST = 0;
   int LAST = 0;
 
-  std::string_view LINE(int i) const { return LEFT_ADJUST_VIEW(FLINES(i)); }
+  // Mostly there is nothing to adjust.
+  std::string_view LINE(int i) const {
+    const std::string_view line = FLINES(i);
+    return line.starts_with(' ') || line.ends_with(' ') ? LEFT_ADJUST_VIEW(line) : line;
+  }
 };
 
 // First line that begins with the key; 0, with the error set, when there is none.
@@ -211,19 +217,23 @@ std::size_t LINES_OF_DATA(const LINE_RANGE& range, int line) {
   return lines;
 }
 
+// The last label that is a text: no texts are kept behind it.
+int LAST_TEXT(const CIFDATA_TYPE& cifdata) {
+  int label = cifdata.NLABELS;
+  while (label > 0 && cifdata.VTYPE(label) != 'C') --label;
+  return label;
+}
+
 void MAKE_ROOM(std::size_t rows, CIFDATA_TYPE& cifdata) {
-  cifdata.CVAL.ROWS.clear();
-  cifdata.VAL.ROWS.clear();
-  cifdata.VAL_STD.ROWS.clear();
-  cifdata.CVAL.ROWS.reserve(rows);
-  cifdata.VAL.ROWS.reserve(rows);
-  cifdata.VAL_STD.ROWS.reserve(rows);
+  cifdata.CVAL.START(LAST_TEXT(cifdata), rows);
+  cifdata.VAL.START(cifdata.NLABELS, rows);
+  cifdata.VAL_STD.START(cifdata.NLABELS, rows);
 }
 
 void STORE_ROW(const ROW_WORDS& row, CIFDATA_TYPE& cifdata) {
-  cifdata.CVAL.ROWS.emplace_back();
-  cifdata.VAL.ROWS.emplace_back();
-  cifdata.VAL_STD.ROWS.emplace_back();
+  cifdata.CVAL.ADD_ROW();
+  cifdata.VAL.ADD_ROW();
+  cifdata.VAL_STD.ADD_ROW();
   ++cifdata.N;
   for (int label = 1; label <= cifdata.NLABELS; ++label) {
     if (cifdata.IND(label) == 0) continue;

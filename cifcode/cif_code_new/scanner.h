@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "console_code/kva_utilities/files.h"
 #include "console_code/kva_utilities/table.h"
@@ -20,6 +21,29 @@ inline constexpr int MAX_LOOP_LABELS = 20;   // columns of a loop that can be re
 inline constexpr int LOOP_WORD_LENGTH = 40;  // characters of a loop value that are kept
 inline constexpr int LOOP_KEY_LENGTH = 80;
 
+// The values of a loop by row and label, both from 1.
+template <class T>
+struct LOOP_VALUES {
+  int NLABELS = 0;
+  std::vector<T> ITEMS;  // row by row
+
+  T& operator()(int row, int label) { return ITEMS[PLACE(row, label)]; }
+  const T& operator()(int row, int label) const { return ITEMS[PLACE(row, label)]; }
+  int COUNT() const { return NLABELS > 0 ? static_cast<int>(ITEMS.size()) / NLABELS : 0; }
+  void ADD_ROW() { ITEMS.resize(ITEMS.size() + static_cast<std::size_t>(NLABELS)); }
+
+  // Empties the table and makes room for so many rows.
+  void START(int nlabels, std::size_t rows) {
+    NLABELS = nlabels;
+    ITEMS.clear();
+    ITEMS.reserve(rows * static_cast<std::size_t>(nlabels));
+  }
+
+  std::size_t PLACE(int row, int label) const {
+    return KVA_UTILITIES::POSITION((row - 1) * NLABELS + label, ITEMS.size());
+  }
+};
+
 // A loop to read, and what was read of it.
 struct CIFDATA_TYPE {
   int NLABELS = 0;  // labels in use, at most 20; set by the caller
@@ -29,9 +53,9 @@ struct CIFDATA_TYPE {
   ROW<std::string_view, MAX_LOOP_LABELS> LABELS;
   ROW<char, MAX_LOOP_LABELS> VTYPE;  // 'C' text, else number with esd; by the caller
   ROW<int, MAX_LOOP_LABELS> IND;     // column of each label, 0 if absent
-  KVA_UTILITIES::TABLE<std::string, MAX_LOOP_LABELS> CVAL;  // texts, row by label
-  KVA_UTILITIES::TABLE<float, MAX_LOOP_LABELS> VAL;         // values, row by label
-  KVA_UTILITIES::TABLE<float, MAX_LOOP_LABELS> VAL_STD;     // their esds
+  LOOP_VALUES<std::string> CVAL;     // texts, up to the last label that is one
+  LOOP_VALUES<float> VAL;            // values
+  LOOP_VALUES<float> VAL_STD;        // their esds
 };
 
 // Error state, cleared by INIT_ERR_KVACIF. Texts of 256 characters.

@@ -159,15 +159,26 @@ bool GETNUM(std::string_view word, NUMBER& number) {
 
 // ---- words of a line ----
 
+namespace {
+
+// The position of the first blank, of which a word is near.
+std::size_t FIRST_BLANK(std::string_view text) {
+  std::size_t at = 0;
+  while (at < text.size() && text[at] != ' ') ++at;
+  return at;
+}
+
+}  // namespace
+
 void GETWORDS(std::string_view text, std::span<std::string_view> words, int& count) {
   INIT_ERR_TEXT();
   count = 0;
   while (true) {
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    while (text.starts_with(' ')) text.remove_prefix(1);
     if (text.empty()) return;
     const bool quoted = text[0] == '"';
     if (quoted) text.remove_prefix(1);
-    const std::size_t end = text.find(quoted ? '"' : ' ');
+    const std::size_t end = quoted ? text.find('"') : FIRST_BLANK(text);
     if (quoted && end == std::string_view::npos) {
       FAIL("Non balanced quotes!");
       return;
@@ -315,6 +326,15 @@ bool TAKE_NUMBER_STD(std::string_view& rest, NUMBER_STD& number) {
 
 }  // namespace
 
+namespace {
+
+// A text that is one short number and nothing else, as most are; false for any other.
+bool IS_SHORT_STD(std::string_view text, NUMBER_STD& number) {
+  return TAKE_SHORT_STD(text, number) && text.empty();
+}
+
+}  // namespace
+
 bool GETNUM_STD(std::string_view word, NUMBER_STD& number) {
   INIT_ERR_TEXT();
   std::string_view rest = word;
@@ -326,6 +346,13 @@ void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float>
   count = 0;
   for (float& value : values) value = 0.0f;
   for (float& std : stds) std = 0.0f;
+  NUMBER_STD only;
+  if (!values.empty() && !stds.empty() && IS_SHORT_STD(text, only)) {
+    values[0] = only.VALUE.VAL;
+    stds[0] = only.STD;
+    count = 1;
+    return;
+  }
   if (LENTRIM(text) == 0) {
     FAIL("Blank line");
     return;
