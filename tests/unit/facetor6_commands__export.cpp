@@ -252,7 +252,7 @@ TEST_F(EXPORT, COLUMNS_WIDEN_FOR_LONG_NUMBERS) {
 // In units of the last decimal: 5 show as they are, as do 1.6, which are 2, and 1 to a percent;
 // 0.5, 1.02, 1.2 and 1.4 need further digits.
 TEST_F(EXPORT, SMALL_ESDS_ARE_SHOWN_WITH_TWO_DIGITS) {
-  const auto volume_of = [this](float value, float esd) {
+  const auto volume_of = [](float value, float esd) {
     INIT_PHASE_LIST();
     fs::remove("out.dat");
     ADD_CELL({SYSTEM::CUBIC});

@@ -211,7 +211,8 @@ void COMPARE(CRYSTAL_STRUCTURE_TYPE& phase, float dmin, float dmax, TALLY& tally
   CALC_BONDS_ALLATOMS(phase, dmin, dmax);
   for (int i = 1; i <= phase.NATOMS; ++i) {
     if (phase.ATOM_USE(i) != ATOM_USED) continue;
-    const AROUND around = ALL_AROUND(phase, i, dmin, dmax);
+    const AROUND around =
+        ALL_AROUND(phase, i, static_cast<double>(dmin), static_cast<double>(dmax));
     if (around.UNCLEAR) continue;
     EXPECT_ROWS_ARE(phase, i, around);
     EXPECT_OLD_ROWS_FIRST(phase, i, dmin, dmax);
