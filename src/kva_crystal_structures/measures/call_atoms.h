@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "src/kva_crystal_structures/measures/expression.h"
-#include "src/kva_crystal_structures/wide_reals.h"
 #include "src/kva_crystal_structures/records.h"
+#include "src/kva_crystal_structures/wide_reals.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
