@@ -76,9 +76,10 @@ constexpr std::size_t LONGEST_NAME() {
 int NAME_NUMBER(std::string_view name) {
   if (name.size() > LONGEST_NAME()) return NO_NAME;
   for (std::size_t slot = HASH(name) % slots; name_slots[slot] != NO_NAME;
-       slot = (slot + 1) % slots)
-    if (SAME_NAME(name, NAMES[static_cast<std::size_t>(name_slots[slot])].NAME))
-      return name_slots[slot];
+       slot = (slot + 1) % slots) {
+    const int number = name_slots[slot];
+    if (SAME_NAME(name, NAMES[static_cast<std::size_t>(number)].NAME)) return number;
+  }
   return NO_NAME;
 }
 

@@ -52,7 +52,7 @@ struct LOOP {
   std::size_t FIRST = 0;   // its first value in VALUES
   std::size_t STRIDE = 0;  // columns that are kept
   int ROWS = 0;
-  std::array<std::int8_t, NAME_COUNT> SLOTS;  // place of each name among the columns, or -1
+  std::array<std::int8_t, NAME_COUNT> SLOTS{};  // place of each name among the columns, or -1
 };
 
 struct BLOCK {

@@ -52,7 +52,8 @@ std::uint64_t FINGERPRINT_OF_REFERENCE() {
   for (int i = 1; i <= reference.NATOMS; ++i) {
     print.ADD(reference.ATOM(i).LAB);
     print.ADD(reference.ATOM(i).X);
-    print.ADD(static_cast<std::uint64_t>(reference.ATOM_USE(i) + reference.NATOMS));
+    print.ADD(static_cast<std::uint64_t>(reference.ATOM_USE(i)) +
+              static_cast<std::uint64_t>(reference.NATOMS));
   }
   return print.VALUE;
 }

@@ -13,7 +13,7 @@ REPORT CELL_REPORT(bool with_esds, const std::vector<int>& places);
 
 // The atom of a block that lies where an atom of the reference block does.
 struct MATCHED_ATOM {
-  int PLACE;
+  int PLACE = 0;
   KVA_CRYSTAL_STRUCTURES::FOUND_ATOM FOUND;  // its ATOM is 0 when there is none
 };
 using MATCHED_ATOMS = std::vector<MATCHED_ATOM>;

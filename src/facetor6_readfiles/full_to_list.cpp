@@ -36,7 +36,8 @@ void TELL(const STRUCTURE& structure, int number) {
   if (structure.STATUS == BLOCK_STATUS::NO_CELL)
     WARNING("The cell of " + AS_IT_IS(structure.TITLE) +
             " is missing or cannot be read, the block is not read " + where);
-  for (const std::string& telling : structure.TELLINGS) WARNING(AS_IT_IS(telling + " " + where));
+  const std::string behind = " " + where;
+  for (const std::string& telling : structure.TELLINGS) WARNING(AS_IT_IS(telling + behind));
 }
 
 // ---- records ----
@@ -115,7 +116,7 @@ int BLOCK_AT(PLAIN_BLOCKS& plain, int line) {
 
 // Lines up to a place, counted on from the last one.
 struct LINE_COUNTER {
-  const char* AT;
+  const char* AT = nullptr;
   int LINE = 1;
 
   int UP_TO(const char* place) {

@@ -37,7 +37,7 @@ enum class PASS { NEXT, FURTHER };
 inline std::array<int, 2> OFFSETS(const CRYSTAL_STRUCTURE_TYPE& phase, const QUESTION& asked,
                                   PASS pass, std::size_t k) {
   if (pass == PASS::NEXT) return {-1, 1};
-  const float planes = std::min(asked.DMAX * phase.CELL.RCELL[k], 20.0f) + 3.0f;
+  const float planes = std::clamp(asked.DMAX * phase.CELL.RCELL[k], 0.0f, 20.0f) + 3.0f;
   const float around = std::floor(std::min(std::max(asked.ORIGIN[k], -1000.0f), 1000.0f));
   return {std::max(static_cast<int>(around - planes), -20),
           std::min(static_cast<int>(around + planes), 20)};
