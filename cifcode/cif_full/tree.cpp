@@ -298,6 +298,7 @@ COLUMN COLUMN_OF(const BLOCK& block, int name) {
   const auto slot = static_cast<std::size_t>(place.SLOT);
   if (place.LOOP < 0) return {&block.ITEMS[slot].VALUE_, 0, 1, -1};
   const LOOP& loop = block.LOOPS[static_cast<std::size_t>(place.LOOP)];
+  if (loop.ROWS == 0) return {nullptr, loop.STRIDE, 0, place.LOOP};
   return {block.VALUES.data() + loop.FIRST + slot, loop.STRIDE, loop.ROWS, place.LOOP};
 }
 
