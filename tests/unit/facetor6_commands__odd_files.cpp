@@ -6,6 +6,7 @@
 
 #include "phases.h"
 #include "places.h"
+#include "sanitized.h"
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_list/list.h"
 #include "src/facetor6_readfiles/readfiles.h"
@@ -15,6 +16,9 @@ using namespace KVA_CRYSTAL_STRUCTURES;
 using KVA_UTILITIES::VECTOR3;
 
 namespace {
+
+// Of processor time; a sanitizer takes several times as much.
+constexpr double most_seconds = sanitized ? 10.0 : 1.0;
 
 using LINES = std::vector<std::string>;
 
@@ -276,7 +280,7 @@ TEST_F(ODD_FILES, ARE_TOLD_AND_READ_AS_STATED_WITHIN_A_SECOND) {
     const std::string shown = SHOW_BLOCKS();
     for (const char* word : {"NaN", "INF", "Inf"}) EXPECT_EQ(LINES_WITH(shown, word), LINES{});
     SHOW_RESULTS();
-    EXPECT_LT(SECONDS(), 1.0);
+    EXPECT_LT(SECONDS(), most_seconds);
   }
 }
 
@@ -473,7 +477,7 @@ TEST_F(ODD_FILES, THOUSANDS_OF_OPERATORS_THAT_ARE_A_GROUP) {
   EXPECT_EQ(REFERENCE().ATOM(1).MULT, 8);
   CALC();
   TABLE("xyz");
-  EXPECT_LT(SECONDS(), 1.0);
+  EXPECT_LT(SECONDS(), most_seconds);
 }
 
 TEST_F(ODD_FILES, THOUSANDS_OF_OPERATORS_THAT_ARE_NONE) {
@@ -485,7 +489,7 @@ TEST_F(ODD_FILES, THOUSANDS_OF_OPERATORS_THAT_ARE_NONE) {
   EXPECT_EQ(REFERENCE().SPG.SPG_SYMB, "P 1");
   CALC();
   TABLE("xyz");
-  EXPECT_LT(SECONDS(), 1.0);
+  EXPECT_LT(SECONDS(), most_seconds);
 }
 
 TEST_F(ODD_FILES, TEN_THOUSAND_ATOMS_WITH_TENSORS) {
@@ -501,19 +505,19 @@ TEST_F(ODD_FILES, TEN_THOUSAND_ATOMS_WITH_TENSORS) {
   PUT_FILE("big.cif", text + tensors);
   BEGIN();
   EXPECT_EQ(MESSAGES_IN(READ("big.cif")), LINES{});
-  EXPECT_LT(SECONDS(), 1.0);
+  EXPECT_LT(SECONDS(), most_seconds);
   ASSERT_EQ(REFERENCE().NATOMS, many_atoms);
   EXPECT_EQ(std::count(REFERENCE().ATOM_USE.begin(), REFERENCE().ATOM_USE.end(), ATOM_USED),
             many_atoms);
   EXPECT_EQ(REFERENCE().ATOM(many_atoms).THTYPE, "Aniso");
   BEGIN();
   const std::string said = CALC();
-  EXPECT_LT(SECONDS(), 1.0) << "calc";
+  EXPECT_LT(SECONDS(), most_seconds) << "calc";
   EXPECT_TRUE(HOLDS(said, "NO BONDS FOUND FROM CENTRAL ATOM Si0")) << "none is below 2.2 angstroms";
   BEGIN();
   EXPECT_TRUE(HOLDS(TABLE("cells"), " 100.000 "));
   EXPECT_EQ(LINES_WITH(TABLE("xyz"), "  1: big").size(), static_cast<std::size_t>(many_atoms));
-  EXPECT_LT(SECONDS(), 1.0) << "table";
+  EXPECT_LT(SECONDS(), most_seconds) << "table";
 }
 
 TEST_F(ODD_FILES, TEN_THOUSAND_ATOMS_ON_ONE_SITE) {
@@ -526,5 +530,5 @@ TEST_F(ODD_FILES, TEN_THOUSAND_ATOMS_ON_ONE_SITE) {
             many_atoms - 1);
   EXPECT_TRUE(HOLDS(CALC(), "NO BONDS FOUND FROM CENTRAL ATOM O0"));
   EXPECT_EQ(LINES_WITH(TABLE("xyz"), "  1: big").size(), 1U);
-  EXPECT_LT(SECONDS(), 1.0);
+  EXPECT_LT(SECONDS(), most_seconds);
 }
