@@ -38,7 +38,7 @@ constexpr bool SAME_NAME(std::string_view name, std::string_view row) {
 // ---- the table ----
 
 constexpr std::size_t slots = 256;
-using SLOTS = std::array<signed char, slots>;  // numbers of rows, NO_NAME when empty
+using SLOTS = std::array<short, slots>;  // numbers of rows, NO_NAME when empty
 
 constexpr SLOTS FILLED_SLOTS() {
   SLOTS table{};
@@ -46,7 +46,7 @@ constexpr SLOTS FILLED_SLOTS() {
   for (std::size_t row = 0; row < NAMES.size(); ++row) {
     std::size_t slot = HASH(NAMES[row].NAME) % slots;
     while (table[slot] != NO_NAME) slot = (slot + 1) % slots;
-    table[slot] = static_cast<signed char>(row);
+    table[slot] = static_cast<short>(row);
   }
   return table;
 }
