@@ -21,6 +21,7 @@ struct LIGAND_PAIR {
 // What differs between the two tables.
 struct PAIR_TABLE {
   std::string_view QUANTITY;
+  FEATURES OF;
   std::string_view TITLE;
   std::string_view NONE;
   std::string_view UNIT;
@@ -35,6 +36,7 @@ struct PAIR_TABLE {
 };
 
 constexpr PAIR_TABLE angle_table{"angles",
+                                 FEATURES::ANGLES,
                                  "     ANGLES AROUND CENTRAL ATOM ",
                                  "     NO ANGLES FOUND FROM CENTRAL ATOM ",
                                  "deg",
@@ -47,6 +49,7 @@ constexpr PAIR_TABLE angle_table{"angles",
                                  9,
                                  4};
 constexpr PAIR_TABLE edge_table{"edges",
+                                FEATURES::EDGES,
                                 "     EDGES AROUND CENTRAL ATOM ",
                                 "     NO EDGES FOUND AROUND CENTRAL ATOM ",
                                 "A",
@@ -150,6 +153,7 @@ REPORT PAIR_REPORT(int i, const std::vector<LIGAND_PAIR>& pairs, const PAIR_TABL
                    bool with_esds, const std::vector<int>& places) {
   REPORT report;
   report.QUANTITY = table.QUANTITY;
+  report.OF = table.OF;
   report.CENTRE = i;
   report.WITH_ESDS = with_esds;
   report.SHOW_CODES = RUN.LIST_SYMCODES;

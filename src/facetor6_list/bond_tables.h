@@ -16,7 +16,8 @@ inline constexpr int value_decimals = 4;  // of a length, a displacement or a va
 // The range of the search that the bonds come from.
 std::string LIMITS_LINE();
 
-// A report on centre i without columns: its title and limits, or that the centre has no bonds.
+// A report on centre i without columns, of bonds: its title and limits, or that the centre has
+// none.
 REPORT LIGAND_REPORT(int i, std::string_view quantity, std::string_view title, bool with_esds);
 
 // A column for each ligand of the report's centre; their names end in name_end.

@@ -26,6 +26,7 @@ std::string LIMITS_LINE() {
 REPORT LIGAND_REPORT(int i, std::string_view quantity, std::string_view title, bool with_esds) {
   REPORT report;
   report.QUANTITY = quantity;
+  report.OF = FEATURES::BONDS;
   report.CENTRE = i;
   report.WITH_ESDS = with_esds;
   report.SHOW_CODES = RUN.LIST_SYMCODES;
@@ -150,6 +151,7 @@ void ADD_END_COLUMNS(REPORT& report, BOND_FORM form) {
     column.NAME = REFERENCE().ATOM(report.CENTRE).LAB + "_" + std::string(end.NAME);
     column.UNIT = end.UNIT;
     column.HAS_ESD = end.HAS_ESD;
+    column.IN_SHEET = form == BOND_FORM::LENGTHS;
     column.DECIMALS = end.DECIMALS;
     column.AT = at;
     column.WIDTH = report.WITH_ESDS && end.HAS_ESD ? any_width : end.WIDTH;
@@ -245,6 +247,7 @@ REPORT BOND_REPORT(int i, BOND_FORM form, bool with_esds, const std::vector<int>
   const bool lengths = form == BOND_FORM::LENGTHS;
   REPORT report = LIGAND_REPORT(i, QUANTITY_OF(form), TITLE_WORDS(form), with_esds && lengths);
   if (!report.IS_TABLE) return report;
+  if (form == BOND_FORM::DISPLACEMENTS) report.OF = FEATURES::DIRECTED_BONDS;
   ADD_LIGAND_COLUMNS(report, NAME_END(form), "A", lengths);
   ADD_END_COLUMNS(report, form);
   for (int place : places) {

@@ -7,11 +7,9 @@
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
-#include "src/facetor6_list/atom_reports.h"
-#include "src/facetor6_list/bond_reports.h"
 #include "src/facetor6_list/bond_tables.h"
 #include "src/facetor6_list/list_parts.h"
-#include "src/facetor6_list/site_report.h"
+#include "src/facetor6_list/reports.h"
 
 namespace FACETOR_LIST {
 
@@ -19,39 +17,6 @@ using namespace FACETOR_CONSOLE;
 using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 using namespace KVA_UTILITIES;
-
-bool NEEDS_BONDS(REPORT_CODE code) {
-  return code >= REPORT_BONDS;
-}
-
-// ---- one report ----
-
-REPORT SITE_REPORT(REPORT_CODE code, int i, std::string_view option, const MATCHED_ATOMS& atoms,
-                   const std::vector<int>& places) {
-  const bool esds = WANTS_ESDS(option);
-  switch (code) {
-    case REPORT_XYZ:
-      return XYZ_REPORT(i, esds, atoms);
-    case REPORT_ADPS:
-      return ADP_REPORT(i, INDEXALL(option, "BETA") > 0 ? TENSOR_FORM::BETA : TENSOR_FORM::U, esds,
-                        atoms);
-    case REPORT_BONDS:
-      return BOND_REPORT(i, BOND_FORM::LENGTHS, esds, places);
-    case REPORT_SRB:
-      return BOND_REPORT(i, BOND_FORM::SRB, false, places);
-    case REPORT_DISPL:
-      return BOND_REPORT(i, BOND_FORM::DISPLACEMENTS, false, places);
-    case REPORT_ANGLES:
-      return ANGLE_REPORT(i, esds, places);
-    case REPORT_EDGES:
-      return EDGE_REPORT(i, esds, places);
-    case REPORT_ORBIX:
-      return ORBIX_REPORT(i, places);
-    case REPORT_VALENCES:
-      return VALENCE_REPORT(i, esds, places);
-  }
-  return {};
-}
 
 namespace {
 
@@ -64,7 +29,7 @@ void LIST_SITES(REPORT_CODE code, std::string_view option, const std::vector<int
   WORK work("", static_cast<int>(sites.size()));
   for (std::size_t k = 0; k < sites.size(); ++k) {
     if (!GO_ON(work, static_cast<int>(k) + 1)) return WRITE_OUT("|*****The list was stopped");
-    const REPORT report = SITE_REPORT(code, sites[k], option, atoms[k], places);
+    const REPORT report = REPORT_OF(code, sites[k], option, atoms[k], places);
     WRITE_REPORT(report);
     if (code == REPORT_VALENCES) WRITE_VALENCE_NOTES(report);
   }
@@ -135,9 +100,9 @@ void FACETOR_LIST_ALL_ORBIX() {
   LIST_SITES(REPORT_ORBIX, "", USED_ATOMS());
 }
 
-namespace {
+// ---- the sites that the user names ----
 
-// ---- the site that the user names ----
+namespace {
 
 int FIND_SITE(const std::string& name) {
   for (int i = 1; i <= REFERENCE().NATOMS; ++i)
@@ -145,19 +110,28 @@ int FIND_SITE(const std::string& name) {
   return 0;
 }
 
-void LIST_NAMED_SITE(REPORT_CODE code, const std::string& name, std::string_view option) {
-  const int i = FIND_SITE(name);
-  if (i == 0)
-    return WRITE_OUT("Site with name = " + AS_IT_IS(name) + " not found in reference block");
+// Why the site of that name has no report; blank when it has.
+std::string REASON_AGAINST(int i, const std::string& name) {
+  if (i == 0) return "Site with name = " + AS_IT_IS(name) + " not found in reference block";
   const int use = REFERENCE().ATOM_USE(i);
   if (use == ATOM_OMITTED)
-    return WRITE_OUT("     *****Site with name = " + AS_IT_IS(name) +
-                     " in reference block marked not to be used");
+    return "     *****Site with name = " + AS_IT_IS(name) +
+           " in reference block marked not to be used";
   if (use < ATOM_OMITTED)
-    return WRITE_OUT("|     *****Site with name = " + AS_IT_IS(REFERENCE().ATOM(i).LAB) +
-                     " in reference block is a duplicate of " +
-                     AS_IT_IS(REFERENCE().ATOM(-use).LAB));
-  LIST_SITES(code, option, {i});
+    return "|     *****Site with name = " + AS_IT_IS(REFERENCE().ATOM(i).LAB) +
+           " in reference block is a duplicate of " + AS_IT_IS(REFERENCE().ATOM(-use).LAB);
+  return "";
+}
+
+SITE_ANSWER SITES_NAMED(const std::string& answer) {
+  constexpr int name_length = 10;
+  if (INDEXALL(answer, "ALL") > 0) return {USED_ATOMS(), true, false};
+  const std::string name = FIRST_CHARACTERS(answer, name_length);
+  const int i = FIND_SITE(name);
+  const std::string reason = REASON_AGAINST(i, name);
+  if (reason.empty()) return {{i}, false, false};
+  WRITE_OUT(reason);
+  return {};
 }
 
 // Coordinates end with a note when the program has changed scattering factor symbols.
@@ -169,15 +143,30 @@ void NOTE_CHANGED_SYMBOLS() {
   WRITE_OUT(MAKESTARS(rule_length));
 }
 
-void LIST_ALL_SITES(REPORT_CODE code, std::string_view option) {
-  LIST_SITES(code, option, USED_ATOMS());
-  if (code == REPORT_XYZ) NOTE_CHANGED_SYMBOLS();
-}
-
 }  // namespace
 
+SITE_ANSWER ASK_SITES() {
+  WRITE_OUT(
+      "     The central atom is at the position for the reference block and given by list/table "
+      "xyz");
+  WRITE_OUT("||");
+  LINE_HELP help = HELP_WITH_LABELS();
+  help.WORDS.push_back({"ALL"});
+  GET_INPUT("    Enter central site name (or ALL):", help);
+  if (CONSOLE.INSTRING_LEN == 0) return {{}, false, true};
+  return SITES_NAMED(CONSOLE.INSTRING);
+}
+
+std::vector<int> ASK_SITES_ONCE() {
+  SITE_ANSWER answer = CONSOLE.INSTRING_LEN > 0 ? SITES_NAMED(TAKE_WORD()) : ASK_SITES();
+  while (!answer.NONE_WANTED && answer.SITES.empty()) {
+    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+    answer = ASK_SITES();
+  }
+  return answer.SITES;
+}
+
 void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option) {
-  constexpr int name_length = 10;
   if (NEEDS_BONDS(code) && SUM_NBONDS(REFERENCE()) <= 0)
     return WRITE_OUT("     No bond lengths have been loaded or calculated");
   EQUAL_ATOMS();
@@ -186,18 +175,10 @@ void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option) {
     WRITE_OUT("|     And these will be used in the symmetry codes for the ligands in these tables");
   }
   while (true) {
-    WRITE_OUT(
-        "     The central atom is at the position for the reference block and given by list/table "
-        "xyz");
-    WRITE_OUT("||");
-    LINE_HELP help = HELP_WITH_LABELS();
-    help.WORDS.push_back({"ALL"});
-    GET_INPUT("    Enter central site name (or ALL):", help);
-    if (CONSOLE.INSTRING_LEN == 0) return;
-    if (INDEXALL(CONSOLE.INSTRING, "ALL") > 0)
-      LIST_ALL_SITES(code, option);
-    else
-      LIST_NAMED_SITE(code, FIRST_CHARACTERS(CONSOLE.INSTRING, name_length), option);
+    const SITE_ANSWER answer = ASK_SITES();
+    if (answer.NONE_WANTED) return;
+    LIST_SITES(code, option, answer.SITES);
+    if (answer.ALL && code == REPORT_XYZ) NOTE_CHANGED_SYMBOLS();
   }
 }
 

@@ -4,13 +4,15 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "src/kva_crystal_structures/records.h"
 
 namespace FACETOR_LIST {
 
-// Subjects of RUN_FACETOR_LIST_GEOM.
+// Reports that are data (report.h). Those on sites are the subjects of RUN_FACETOR_LIST_GEOM.
 enum REPORT_CODE {
+  REPORT_CELLS = 2,
   REPORT_XYZ = 6,
   REPORT_ADPS = 7,
   REPORT_BONDS = 8,
@@ -19,7 +21,8 @@ enum REPORT_CODE {
   REPORT_ORBIX = 11,
   REPORT_SRB = 12,
   REPORT_DISPL = 13,
-  REPORT_VALENCES = 14
+  REPORT_VALENCES = 14,
+  REPORT_MEASURES = 15
 };
 
 // ---- commands ----
@@ -55,6 +58,19 @@ void FACETOR_LIST_ALL_ADPS(std::string_view option = "");
 // ---- measures ----
 void FACETOR_LIST_MEASURES(std::string_view option = "");
 void FACETOR_LIST_MEASURES_USED();  // with esds, of the used blocks alone
+
+// ---- the sites that the user names ----
+
+// Atoms of the reference block, or that none is wanted; without either the user was told why.
+struct SITE_ANSWER {
+  std::vector<int> SITES;
+  bool ALL = false;
+  bool NONE_WANTED = false;
+};
+SITE_ANSWER ASK_SITES();
+// Asks until it is answered; pending text is used first. In a macro a name that fits no site drops
+// the command. No sites: none is wanted.
+std::vector<int> ASK_SITES_ONCE();
 
 // ---- geometry ----
 void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option = "");

@@ -23,23 +23,25 @@ struct ORBIX_COLUMN {
   int HEAD_AT;
   int WIDTH;
   int DECIMALS;
+  bool IN_SHEET;
 };
-constexpr std::array<ORBIX_COLUMN, 16> columns{{{"N", "", "N", 47, 3, 0},
-                                                {"xc", "", "", 0, 8, 4},
-                                                {"yc", "", "", 0, 8, 4},
-                                                {"zc", "", "CENTROID COORDINATES", 50, 8, 4},
-                                                {"delta", "A", "DELTA(A)", 72, 7, 3},
-                                                {"rsph", "A", "Rsph", 81, 7, 3},
-                                                {"sdr", "A", "SDEV(R)", 86, 7, 3},
-                                                {"mean", "A", "AVERAGE", 94, 7, 3},
-                                                {"vol", "A^3", "VOLUME", 102, 7, 3},
-                                                {"videal", "A^3", "VIDEAL", 109, 7, 3},
-                                                {"vdist", "", "VDIST", 116, 7, 3},
-                                                {"ecc", "", "ECCV", 124, 7, 3},
-                                                {"sph", "", "SPHV", 131, 7, 3},
-                                                {"xb", "", "", 0, 8, 4},
-                                                {"yb", "", "", 0, 8, 4},
-                                                {"zb", "", "BARYCENTRE COORDINATES", 137, 8, 4}}};
+constexpr std::array<ORBIX_COLUMN, 16> columns{
+    {{"N", "", "N", 47, 3, 0, false},
+     {"xc", "", "", 0, 8, 4, true},
+     {"yc", "", "", 0, 8, 4, true},
+     {"zc", "", "CENTROID COORDINATES", 50, 8, 4, true},
+     {"delta", "A", "DELTA(A)", 72, 7, 3, true},
+     {"rsph", "A", "Rsph", 81, 7, 3, true},
+     {"sdr", "A", "SDEV(R)", 86, 7, 3, true},
+     {"mean", "A", "AVERAGE", 94, 7, 3, false},
+     {"vol", "A^3", "VOLUME", 102, 7, 3, true},
+     {"videal", "A^3", "VIDEAL", 109, 7, 3, true},
+     {"vdist", "", "VDIST", 116, 7, 3, true},
+     {"ecc", "", "ECCV", 124, 7, 3, true},
+     {"sph", "", "SPHV", 131, 7, 3, true},
+     {"xb", "", "", 0, 8, 4, false},
+     {"yb", "", "", 0, 8, 4, false},
+     {"zb", "", "BARYCENTRE COORDINATES", 137, 8, 4, false}}};
 
 void ADD_ORBIX_COLUMNS(REPORT& report) {
   int at = first_column;
@@ -47,6 +49,7 @@ void ADD_ORBIX_COLUMNS(REPORT& report) {
     REPORT_COLUMN column;
     column.NAME = REFERENCE().ATOM(report.CENTRE).LAB + "_" + std::string(shown.NAME);
     column.UNIT = shown.UNIT;
+    column.IN_SHEET = shown.IN_SHEET;
     column.DECIMALS = shown.DECIMALS;
     column.AT = at;
     column.WIDTH = shown.WIDTH;

@@ -169,6 +169,7 @@ REPORT_ROW CELL_ROW(int place) {
 REPORT CELL_REPORT(bool with_esds, const std::vector<int>& places) {
   REPORT report;
   report.QUANTITY = "cells";
+  report.OF = FEATURES::AXES;
   report.WITH_ESDS = with_esds;
   report.IS_TABLE = true;
   ADD_CELL_COLUMNS(report);

@@ -72,9 +72,20 @@ struct REPORT_ROW {
   std::string SENTENCE;            // in place of the cells that are not there
 };
 
+// What the columns of a report are values of, where symmetry may make several of them equal.
+enum class FEATURES {
+  NONE,
+  AXES,            // lengths of the cell's edges and angles between them
+  BONDS,           // from the centre to a ligand, the same from the ligand
+  DIRECTED_BONDS,  // another thing from the ligand
+  ANGLES,          // at the centre
+  EDGES            // from ligand to ligand
+};
+
 struct REPORT {
   std::string QUANTITY;  // "bond", "angles", "edges"; in sheets
-  int CENTRE = 0;        // atom of the reference block; 0: none
+  FEATURES OF = FEATURES::NONE;
+  int CENTRE = 0;  // atom of the reference block; 0: none
   bool WITH_ESDS = false;
   bool SHOW_CODES = false;         // symmetry codes stand below the heads
   std::vector<std::string> TITLE;  // lines above the table

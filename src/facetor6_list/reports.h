@@ -1,0 +1,52 @@
+// All reports by their codes: what tables, sheets, graphs and fits take their columns from.
+#pragma once
+
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include "src/facetor6_list/atom_reports.h"
+#include "src/facetor6_list/list.h"
+#include "src/facetor6_list/report.h"
+
+namespace FACETOR_LIST {
+
+struct REPORT_ENTRY {
+  REPORT_CODE CODE;
+  std::string_view TEXT;  // in menus; sheets call the quantity by its first word
+  bool OF_SITES;          // a report a site, else one of all
+};
+
+// In the order of menus.
+inline constexpr std::array<REPORT_ENTRY, 11> REPORT_ENTRIES{
+    {{REPORT_CELLS, "cells", false},
+     {REPORT_XYZ, "xyz", true},
+     {REPORT_ADPS, "adps", true},
+     {REPORT_BONDS, "bond lengths", true},
+     {REPORT_ANGLES, "angles between bonds", true},
+     {REPORT_EDGES, "edges", true},
+     {REPORT_ORBIX, "orbix poly params", true},
+     {REPORT_SRB, "rigid bond lengths", true},
+     {REPORT_DISPL, "displace along bonds", true},
+     {REPORT_VALENCES, "valences of bonds", true},
+     {REPORT_MEASURES, "measures", false}}};
+
+// True for the codes whose reports are made of calculated bonds.
+bool NEEDS_BONDS(REPORT_CODE code);
+
+// Whether there is anything to report on: bonds, measures.
+bool IS_OFFERED(REPORT_CODE code);
+
+// The report on atom i of the reference block (0 where it is of no site). option: "ESD", "BETA".
+// atoms: those matched with atom i, for reports on sites that need no bonds; places: for the
+// others.
+REPORT REPORT_OF(REPORT_CODE code, int i, std::string_view option, const MATCHED_ATOMS& atoms,
+                 const std::vector<int>& places);
+
+// The reports with esds on some sites, with a row each for some places of the display order: one a
+// site, or the only one. Their columns are the same whatever the places, so that long lists may be
+// reported on part by part.
+std::vector<REPORT> REPORTS_OF(REPORT_CODE code, const std::vector<int>& sites,
+                               const std::vector<int>& places);
+
+}  // namespace FACETOR_LIST
