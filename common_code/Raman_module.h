@@ -6,6 +6,7 @@
 
 #include "cifcode/cif_code_new/scanner.h"
 #include "console_code/kva_utilities/table.h"
+#include "console_code/kva_utilities/vectors.h"
 
 namespace RAMAN {
 

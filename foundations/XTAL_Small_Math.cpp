@@ -34,14 +34,6 @@ float ACOSD(float cosine) {
 
 // ---- matrices ----
 
-IMATRIX3 MULTIPLY(const IMATRIX3& a, const IMATRIX3& b) {
-  IMATRIX3 product{};
-  for (std::size_t i = 0; i < 3; ++i)
-    for (std::size_t j = 0; j < 3; ++j)
-      for (std::size_t k = 0; k < 3; ++k) product[i][j] += a[i][k] * b[k][j];
-  return product;
-}
-
 MATRIX3 REAL_MATRIX(const IMATRIX3& m) {
   MATRIX3 real{};
   for (std::size_t i = 0; i < 3; ++i)
@@ -65,7 +57,7 @@ MATRIX3 INVERT_MATRIX(const MATRIX3& m, bool& singular) {
   const float box = LENGTH(m[0]) * LENGTH(m[1]) * LENGTH(m[2]);
   singular = !(std::abs(det) > smallest_ratio * box);
   if (singular) return {};
-  MATRIX3 inverse = TRANSPOSE({{CROSS(m[1], m[2]), CROSS(m[2], m[0]), CROSS(m[0], m[1])}});
+  MATRIX3 inverse = TRANSPOSE(MATRIX3{CROSS(m[1], m[2]), CROSS(m[2], m[0]), CROSS(m[0], m[1])});
   for (VECTOR3& row : inverse)
     for (float& element : row) element /= det;
   return inverse;

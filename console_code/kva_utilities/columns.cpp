@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cmath>  // for abs, isinf
 
-#include "console_code/kva_utilities/matrix.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
 

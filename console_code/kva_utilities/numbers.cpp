@@ -1,4 +1,5 @@
-// Numbers out of texts: words, values with esds, list-directed input. Prints nothing.
+// Numbers out of texts: words, values with esds, list-directed input; order and tests of numbers.
+// Prints nothing.
 #include "console_code/kva_utilities/numbers.h"
 
 #include <algorithm>  // for copy_n, min
@@ -486,6 +487,39 @@ bool GETNUM_STD_WIDE(std::string_view word, double& value, double& std) {
   if (parts.NEGATIVE_EXPONENT) exponent = -exponent;
   return READ_WIDE(digits, std) &&
          std::isfinite(std *= std::pow(10.0, exponent - static_cast<double>(decimals)));
+}
+
+// ---- order and tests ----
+
+std::vector<int> SET_SORT(std::span<const float> values, bool keep_zero) {
+  constexpr float counts_as_zero = 1e-08f;
+  std::vector<int> order;
+  std::vector<bool> taken(values.size(), false);
+  std::size_t choice = 0;
+  for (std::size_t place = 0; place < values.size(); ++place) {
+    float bound = LARGEST_REAL;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      const bool kept = keep_zero || std::abs(values[i]) > counts_as_zero;
+      if (taken[i] || !kept || !(values[i] < bound)) continue;
+      bound = values[i];
+      choice = i;
+    }
+    taken[choice] = true;
+    order.push_back(static_cast<int>(choice) + 1);
+  }
+  return order;
+}
+
+bool NOTNUM(float x) {
+  return x != x;
+}
+
+bool INFINITE_NUMBER(float x) {
+  return x + 1.0f == x;
+}
+
+bool INVALID_NUMBER(float x) {
+  return NOTNUM(x) || INFINITE_NUMBER(x);
 }
 
 }  // namespace KVA_UTILITIES

@@ -1,5 +1,6 @@
 // Numbers out of texts: single words, values with esds, list-directed input. The only place that
-// parses numbers. Prints nothing; failures are told by ERR_TEXT and ERR_TEXT_MESS.
+// parses numbers. Prints nothing; failures are told by ERR_TEXT and ERR_TEXT_MESS. Then what is
+// asked of numbers: whether they are any, and their order.
 #pragma once
 
 #include <span>
@@ -68,5 +69,16 @@ bool READ_INTEGERS(std::string_view text, std::span<int> values, int& count);
 // One word such as 5.0347(4) or 1e-3 as 64-bit reals, without a sign in front: the value, and the
 // esd in units of the mantissa's last digit. False when it is no such number.
 bool GETNUM_STD_WIDE(std::string_view word, double& value, double& std);
+
+// Indices, from 1, of the values in ascending order; equal values keep their order. Without
+// keep_zero, values of magnitude 1e-08 or less are not chosen, and the tail repeats the last
+// choice.
+std::vector<int> SET_SORT(std::span<const float> values, bool keep_zero);
+
+bool NOTNUM(float x);
+// True when x + 1 equals x: infinities, and every finite value of 2 to the power 24 or more.
+// (The C library owns the shorter name.)
+bool INFINITE_NUMBER(float x);
+bool INVALID_NUMBER(float x);
 
 }  // namespace KVA_UTILITIES

@@ -1,5 +1,4 @@
-// 1-based tables, the plain vector and matrix types, and the named columns' way in: A(i), A(i, j).
-// Calculates nothing.
+// 1-based tables, and the named columns' way in: A(i), A(i, j). Calculates nothing.
 #pragma once
 
 #include <array>
@@ -9,11 +8,6 @@
 #include <vector>
 
 namespace KVA_UTILITIES {
-
-using VECTOR3 = std::array<float, 3>;    // 0-based, for arithmetic
-using VECTOR6 = std::array<float, 6>;    // tensor, order 11, 22, 33, 12, 13, 23; 0-based
-using MATRIX3 = std::array<VECTOR3, 3>;  // 0-based, row first
-using IMATRIX3 = std::array<std::array<int, 3>, 3>;
 
 // Index tests are made in every build but Release.
 #ifdef NDEBUG

@@ -9,7 +9,7 @@
 #include "console_code/console/prompts.h"
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
-#include "console_code/kva_utilities/matrix.h"
+#include "console_code/kva_utilities/numbers.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/valence_table.h"
 

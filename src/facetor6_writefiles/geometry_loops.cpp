@@ -3,7 +3,7 @@
 
 #include "cifcode/cif_code_new/writer.h"
 #include "console_code/kva_utilities/columns.h"
-#include "console_code/kva_utilities/matrix.h"
+#include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/kva_crystal_structures/polyhedra.h"
 

@@ -4,7 +4,7 @@
 #include <algorithm>  // for any_of, all_of, find_if, max, max_element, min
 #include <cmath>      // for abs, isfinite, round
 
-#include "console_code/kva_utilities/matrix.h"
+#include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {

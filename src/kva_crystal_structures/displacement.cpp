@@ -3,9 +3,9 @@
 
 #include <cmath>  // for sqrt, abs
 
-#include "console_code/kva_utilities/matrix.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
+#include "console_code/kva_utilities/vectors.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 

@@ -8,6 +8,7 @@
 
 #include "common_code/Raman_module.h"
 #include "console_code/kva_utilities/table.h"
+#include "console_code/kva_utilities/vectors.h"
 #include "foundations/XTAL_Space_Groups.h"
 #include "foundations/XTAL_Unit_Cell.h"
 
@@ -15,10 +16,10 @@ namespace KVA_CRYSTAL_STRUCTURES {
 
 using KVA_UTILITIES::LIST;
 using KVA_UTILITIES::MATRIX3;
+using KVA_UTILITIES::MATRIX6;
 using KVA_UTILITIES::ROW;
 using KVA_UTILITIES::VECTOR3;
 using KVA_UTILITIES::VECTOR6;
-using MATRIX6 = std::array<VECTOR6, 6>;  // 0-based, row first
 
 inline constexpr int MAX_BONDS = 20;      // bonds of a centre
 inline constexpr int MAX_DUPLICATES = 2;  // further atoms of a site that are remembered

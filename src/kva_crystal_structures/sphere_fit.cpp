@@ -7,8 +7,8 @@
 #include <cmath>      // for sqrt
 
 #include "console_code/kva_utilities/columns.h"
-#include "console_code/kva_utilities/matrix.h"
 #include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/vectors.h"
 #include "src/kva_crystal_structures/coordination.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {

@@ -9,7 +9,6 @@
 
 #include "console_code/console/prompts.h"
 #include "console_code/kva_utilities/columns.h"
-#include "console_code/kva_utilities/matrix.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
 #include "tests/fuzz/fuzz_support.h"

@@ -260,8 +260,8 @@ TEST(MEASURING, THE_STRUCTURE_IN_P1_HAS_THE_SAME_BONDS) {
       const VECTOR3 x = XTAL::MODULO_LAT(XTAL::APPLY_OP(symmetric.SPG.SYMOP(op), site.X));
       const bool known = std::any_of(all.begin(), all.end(), [&](const SITE& other) {
         const VECTOR3 d = XTAL::SUBTRACT(other.X, x);
-        return XTAL::LENGTH({d[0] - std::round(d[0]), d[1] - std::round(d[1]),
-                             d[2] - std::round(d[2])}) < 0.001f;
+        return XTAL::LENGTH(VECTOR3{d[0] - std::round(d[0]), d[1] - std::round(d[1]),
+                                    d[2] - std::round(d[2])}) < 0.001f;
       });
       if (!known) all.push_back({site.LABEL, x});
     }

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "console_code/kva_utilities/columns.h"
-#include "console_code/kva_utilities/matrix.h"
 #include "console_code/kva_utilities/numbers.h"
 
 using namespace KVA_UTILITIES;

@@ -1,10 +1,11 @@
-// Small tensors, index sorting and number tests.
-#include "console_code/kva_utilities/matrix.h"
-
+// Small tensors; order and tests of numbers.
 #include <gtest/gtest.h>
 
 #include <array>
 #include <limits>
+
+#include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/vectors.h"
 
 using namespace KVA_UTILITIES;
 
