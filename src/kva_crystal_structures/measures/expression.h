@@ -4,79 +4,13 @@
 
 #include <array>
 #include <cstddef>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "src/kva_crystal_structures/measures/words.h"
+
 namespace KVA_CRYSTAL_STRUCTURES {
-
-// ---- words ----
-
-enum class QUANTITY {
-  DIST,
-  ANGLE,
-  TORSION,
-  OFFPLANE,
-  PLANES,
-  X,
-  Y,
-  Z,
-  UISO,
-  OCC,
-  MEAN,
-  VOL,
-  QE,
-  AV,
-  BVS,
-  N,
-  BAUR,
-  ECON,
-  SHIFT,
-  SIGMA,
-  BOND,
-  BOND_ANGLE,
-  EDGE,
-  CELL_A,
-  CELL_B,
-  CELL_C,
-  CELL_ALPHA,
-  CELL_BETA,
-  CELL_GAMMA,
-  CELL_V,
-  CONDITION_T,
-  CONDITION_P
-};
-
-// What stands between the brackets behind a quantity's word.
-enum class ARGUMENTS {
-  NONE,             // a word alone
-  POINTS,           // a fixed number of atoms or centroids
-  POINT_AND_PLANE,  // (A; B, C, D, ...)
-  TWO_PLANES,       // (A, B, C, ... ; D, E, F, ...)
-  SITE,             // one atom
-  SITE_AND_BONDS    // an atom and bond numbers
-};
-
-struct QUANTITY_ROW {
-  QUANTITY KIND;
-  std::string_view WORD;
-  ARGUMENTS TAKES;
-  int COUNT;              // of points or of bond numbers
-  std::string_view FORM;  // as it is written, for messages
-  std::string_view UNIT;  // blank for a pure number
-  bool NEEDS_BONDS;       // it is a polyhedron's
-};
-const QUANTITY_ROW& ROW_OF(QUANTITY kind);
-
-// All words that cannot be names, for a prompt: quantities, functions, centroid and ref.
-std::vector<std::string> EXPRESSION_WORDS();
-
-// Whether text is letters, digits and "_", begins with a letter, and is none of those words.
-bool IS_NAME(std::string_view text);
-bool IS_RESERVED_WORD(std::string_view text);
-
-// ---- the tree ----
 
 // An atom as it stands in the text.
 struct ATOM_TEXT {
@@ -103,30 +37,6 @@ struct CALL {
   std::array<int, 2> BONDS{};  // bond numbers, from 1
   bool IN_REFERENCE = false;   // inside ref(...)
   std::size_t AT = 0;
-};
-
-enum class OPERATION {
-  NUMBER,    // VALUE and ESD
-  QUANTITY,  // INDEX of a call
-  MEASURE,   // NAME of another definition
-  ADD,
-  SUBTRACT,
-  MULTIPLY,
-  DIVIDE,
-  POWER,
-  NEGATE,
-  SQRT,
-  ABS,
-  EXP,
-  LOG,
-  MIN,
-  MAX,
-  SIN,
-  COS,
-  TAN,
-  ASIN,
-  ACOS,
-  ATAN
 };
 
 struct NODE {
@@ -160,13 +70,5 @@ EXPRESSION_ERROR PARSE_EXPRESSION(std::string_view text, EXPRESSION& expression)
 bool IS_ONE_QUANTITY(const EXPRESSION& expression);
 std::string_view UNIT_OF(const EXPRESSION& expression);
 bool IS_COUNT(const EXPRESSION& expression);  // a number of ligands alone
-
-// Value of an operation and its derivatives by its operands; not finite where there is none.
-struct OPERATED {
-  double VALUE = 0.0;
-  double BY_LEFT = 0.0;
-  double BY_RIGHT = 0.0;
-};
-OPERATED OPERATE(OPERATION operation, double left, double right);
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

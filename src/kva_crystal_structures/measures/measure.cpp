@@ -7,6 +7,7 @@
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/kva_crystal_structures/bonds.h"
+#include "src/kva_crystal_structures/measures/arithmetic.h"
 #include "src/kva_crystal_structures/measures/quantities.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {

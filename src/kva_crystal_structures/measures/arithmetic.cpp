@@ -1,0 +1,80 @@
+// Sums, powers and functions, and their derivatives; angles in degrees.
+#include "src/kva_crystal_structures/measures/arithmetic.h"
+
+#include <cmath>
+#include <numbers>  // for pi
+
+namespace KVA_CRYSTAL_STRUCTURES {
+
+namespace {
+
+constexpr double radians_per_degree = std::numbers::pi / 180.0;
+
+OPERATED POWER_OF(double left, double right) {
+  const double value = std::pow(left, right);
+  // A power of a negative number has no derivative by its exponent, which must be whole.
+  return {value, right == 0.0 ? 0.0 : right * std::pow(left, right - 1.0),
+          left > 0.0 ? value * std::log(left) : 0.0};
+}
+
+double SIGN_OF(double x) {
+  return static_cast<double>(x > 0.0) - static_cast<double>(x < 0.0);
+}
+
+// Arc sine of x in degrees per unit of x.
+double ARC_SLOPE(double x) {
+  return 1.0 / (std::sqrt(1.0 - x * x) * radians_per_degree);
+}
+
+}  // namespace
+
+OPERATED OPERATE(OPERATION operation, double left, double right) {
+  // Also where the rules of the machine would let it pass, as in the power 0.
+  if (std::isnan(left) || std::isnan(right)) return {left + right, 0.0, 0.0};
+  const double angle = left * radians_per_degree;
+  switch (operation) {
+    case OPERATION::ADD:
+      return {left + right, 1.0, 1.0};
+    case OPERATION::SUBTRACT:
+      return {left - right, 1.0, -1.0};
+    case OPERATION::MULTIPLY:
+      return {left * right, right, left};
+    case OPERATION::DIVIDE:
+      return {left / right, 1.0 / right, -left / (right * right)};
+    case OPERATION::POWER:
+      return POWER_OF(left, right);
+    case OPERATION::NEGATE:
+      return {-left, -1.0, 0.0};
+    case OPERATION::SQRT:
+      return {std::sqrt(left), 0.5 / std::sqrt(left), 0.0};
+    case OPERATION::ABS:
+      return {std::abs(left), SIGN_OF(left), 0.0};
+    case OPERATION::EXP:
+      return {std::exp(left), std::exp(left), 0.0};
+    case OPERATION::LOG:
+      return {std::log(left), 1.0 / left, 0.0};
+    case OPERATION::MIN:
+      return left <= right ? OPERATED{left, 1.0, 0.0} : OPERATED{right, 0.0, 1.0};
+    case OPERATION::MAX:
+      return left >= right ? OPERATED{left, 1.0, 0.0} : OPERATED{right, 0.0, 1.0};
+    case OPERATION::SIN:
+      return {std::sin(angle), std::cos(angle) * radians_per_degree, 0.0};
+    case OPERATION::COS:
+      return {std::cos(angle), -std::sin(angle) * radians_per_degree, 0.0};
+    case OPERATION::TAN: {
+      const double tangent = std::tan(angle);
+      return {tangent, (1.0 + tangent * tangent) * radians_per_degree, 0.0};
+    }
+    case OPERATION::ASIN:
+      return {std::asin(left) / radians_per_degree, ARC_SLOPE(left), 0.0};
+    case OPERATION::ACOS:
+      return {std::acos(left) / radians_per_degree, -ARC_SLOPE(left), 0.0};
+    case OPERATION::ATAN:
+      return {std::atan(left) / radians_per_degree,
+              1.0 / ((1.0 + left * left) * radians_per_degree), 0.0};
+    default:
+      return {};
+  }
+}
+
+}  // namespace KVA_CRYSTAL_STRUCTURES
