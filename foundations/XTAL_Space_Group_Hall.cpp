@@ -1,6 +1,7 @@
 // Hall symbols to generators: S. R. Hall, Acta Cryst. A37 (1981) 517-525, and International Tables
 // for Crystallography, volume B, 1.4.
-#include <algorithm>  // for find_if
+#include <algorithm>  // for find_if, min
+#include <cstdlib>    // for abs
 #include <optional>
 
 #include "console_code/kva_utilities/numbers.h"
@@ -181,16 +182,167 @@ std::vector<EXACT_OP> LATTICE_GENERATORS(std::string lattice) {
   return {};
 }
 
-// Takes an origin shift such as (0 0 4), in twelfths, off the end of the text.
-TRANSLATION TAKE_ORIGIN_SHIFT(std::string& text) {
-  TRANSLATION shift{};
-  const std::size_t open = text.find('(');
-  if (open == std::string::npos) return shift;
-  const std::vector<NUMBER> numbers = NUM_FROM_TEXT(text.substr(open));
+// ---- change of basis ----
+
+// V of x' = V x + v: the matrix in twelfths, the shift in 24ths.
+struct BASIS_CHANGE {
+  IMATRIX3 IN_TWELFTHS{{{12, 0, 0}, {0, 12, 0}, {0, 0, 12}}};
+  TRANSLATION SHIFT{};
+  bool IS_SHIFT = true;  // the axes stay
+};
+
+// A shift such as 0 0 4, in twelfths.
+BASIS_CHANGE SHIFT_IN_TWELFTHS(std::string_view text) {
+  BASIS_CHANGE change;
+  const std::vector<NUMBER> numbers = NUM_FROM_TEXT(text);
   for (std::size_t k = 0; k < std::min<std::size_t>(3, numbers.size()); ++k)
-    shift[k] = 2 * (numbers[k].IVAL % 12);
+    change.SHIFT[k] = 2 * (numbers[k].IVAL % 12);
+  return change;
+}
+
+// Takes a whole number of at most three digits off the front of a text; usual where none stands.
+std::optional<int> TAKE_DIGITS(std::string_view& text, int usual) {
+  constexpr std::size_t most_digits = 3;
+  std::size_t n = 0;
+  while (n < text.size() && text[n] >= '0' && text[n] <= '9') ++n;
+  if (n > most_digits) return std::nullopt;
+  int value = n > 0 ? 0 : usual;
+  for (char c : text.substr(0, n)) value = 10 * value + (c - '0');
+  text.remove_prefix(n);
+  return value;
+}
+
+bool TAKE_CHARACTER(std::string_view& text, char c) {
+  if (!text.starts_with(c)) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+// A term of a coordinate, +1/2*x, -x/2 or 1/4, in 24ths, and its axis; axis 3 is the shift.
+struct TERM {
+  int IN_24THS = 0;
+  std::size_t AXIS = 3;
+};
+
+// Takes a term off the front; nothing when there is none, or it is no whole number of 24ths.
+std::optional<TERM> TAKE_TERM(std::string_view& text) {
+  TERM term;
+  const bool negative = TAKE_CHARACTER(text, '-');
+  if (!negative) TAKE_CHARACTER(text, '+');
+  const std::size_t length = text.size();
+  const std::optional<int> above = TAKE_DIGITS(text, 1);
+  std::optional<int> below = TAKE_CHARACTER(text, '/') ? TAKE_DIGITS(text, 0) : 1;
+  TAKE_CHARACTER(text, '*');
+  for (std::size_t axis = 0; axis < 3 && term.AXIS == 3; ++axis)
+    if (TAKE_CHARACTER(text, axes[axis])) term.AXIS = axis;
+  if (TAKE_CHARACTER(text, '/')) below = TAKE_DIGITS(text, 0);
+  if (text.size() == length || !above || !below || *below == 0) return std::nullopt;
+  if (24 * *above % *below != 0) return std::nullopt;
+  term.IN_24THS = (negative ? -24 : 24) * *above / *below;
+  return term;
+}
+
+// Puts a coordinate such as x-z or 1/2*x+1/4 into its row of the change; false when it is none.
+bool READ_COORDINATE(std::string_view text, std::size_t row, BASIS_CHANGE& change) {
+  constexpr int largest = 6 * 12;
+  change.IN_TWELFTHS[row] = {};
+  if (text.empty()) return false;
+  while (!text.empty()) {
+    const std::optional<TERM> term = TAKE_TERM(text);
+    if (!term) return false;
+    if (term->AXIS == 3) {
+      change.SHIFT[row] += term->IN_24THS % 24;
+      continue;
+    }
+    int& element = change.IN_TWELFTHS[row][term->AXIS];
+    element += term->IN_24THS / 2;
+    if (term->IN_24THS % 2 != 0 || std::abs(element) > largest) return false;
+  }
+  return true;
+}
+
+// Takes what stands in brackets, a shift in twelfths or three coordinates, off the end of the text;
+// nothing when the coordinates cannot be read.
+std::optional<BASIS_CHANGE> TAKE_BASIS_CHANGE(std::string& text) {
+  const std::size_t open = text.find('(');
+  if (open == std::string::npos) return BASIS_CHANGE{};
+  std::string inside = L_CASE(text.substr(open + 1));
   text.resize(open);
-  return shift;
+  inside.resize(std::min(inside.find(')'), inside.size()));
+  if (inside.find(',') == std::string::npos) return SHIFT_IN_TWELFTHS(inside);
+  std::erase(inside, ' ');
+  BASIS_CHANGE change;
+  change.IS_SHIFT = false;
+  std::string_view rest = inside;
+  for (std::size_t row = 0; row < 3; ++row) {
+    const std::string_view coordinate = rest.substr(0, rest.find(','));
+    if (!READ_COORDINATE(coordinate, row, change)) return std::nullopt;
+    rest.remove_prefix(std::min(coordinate.size() + 1, rest.size()));
+  }
+  if (!rest.empty() || DETERMINANT(change.IN_TWELFTHS) == 0) return std::nullopt;
+  return change;
+}
+
+// Cofactors, so that m times this is the determinant times the identity.
+IMATRIX3 ADJUGATE(const IMATRIX3& m) {
+  IMATRIX3 adjugate{};
+  for (std::size_t i = 0; i < 3; ++i)
+    for (std::size_t j = 0; j < 3; ++j) {
+      const std::size_t a = (i + 1) % 3;
+      const std::size_t b = (i + 2) % 3;
+      const std::size_t c = (j + 1) % 3;
+      const std::size_t d = (j + 2) % 3;
+      adjugate[j][i] = m[a][c] * m[b][d] - m[a][d] * m[b][c];
+    }
+  return adjugate;
+}
+
+// The operator in the new axes, V R V^-1 and V t, before the origin moves; nothing where it is no
+// operator there.
+std::optional<EXACT_OP> IN_NEW_AXES(const EXACT_OP& op, const BASIS_CHANGE& change) {
+  const IMATRIX3& v = change.IN_TWELFTHS;
+  const int determinant = DETERMINANT(v);
+  EXACT_OP moved;
+  moved.ROT = MULTIPLY(MULTIPLY(v, op.ROT), ADJUGATE(v));
+  for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t j = 0; j < 3; ++j) {
+      if (moved.ROT[i][j] % determinant != 0) return std::nullopt;
+      moved.ROT[i][j] /= determinant;
+      moved.TR[i] += v[i][j] * op.TR[j];
+    }
+    if (moved.TR[i] % 12 != 0) return std::nullopt;
+    moved.TR[i] /= 12;
+  }
+  return PRODUCT({IDENTITY, {}}, moved);  // brings the translation into range
+}
+
+// The edges of the old cell, which are centring vectors where the new one is larger.
+std::vector<EXACT_OP> OLD_EDGES(const BASIS_CHANGE& change) {
+  std::vector<EXACT_OP> edges;
+  for (std::size_t j = 0; j < 3; ++j) {
+    TRANSLATION edge{};
+    for (std::size_t i = 0; i < 3; ++i) edge[i] = 2 * change.IN_TWELFTHS[i][j];
+    const EXACT_OP op = EXACT(IDENTITY, edge);
+    if (op != EXACT_OP{IDENTITY, {}}) edges.push_back(op);
+  }
+  return edges;
+}
+
+// The generators in the new axes; empty where these are no axes of the lattice. A cell n times as
+// large holds n times as many operators.
+std::vector<EXACT_OP> CHANGED(const std::vector<EXACT_OP>& generators, const BASIS_CHANGE& change) {
+  if (change.IS_SHIFT) return generators;
+  constexpr std::size_t same_cell = 12 * 12 * 12;
+  std::vector<EXACT_OP> changed = OLD_EDGES(change);
+  for (const EXACT_OP& generator : generators) {
+    const std::optional<EXACT_OP> moved = IN_NEW_AXES(generator, change);
+    if (!moved) return {};
+    changed.push_back(*moved);
+  }
+  const auto share = static_cast<std::size_t>(std::abs(DETERMINANT(change.IN_TWELFTHS)));
+  const std::size_t before = CLOSE_GROUP(generators).size();
+  const std::size_t after = CLOSE_GROUP(changed).size();
+  return after * share == before * same_cell ? changed : std::vector<EXACT_OP>{};
 }
 
 // The operator as it is after the origin has moved: t + v - R v.
@@ -203,7 +355,8 @@ EXACT_OP SHIFTED(const EXACT_OP& op, const TRANSLATION& shift) {
 
 std::vector<EXACT_OP> DECODE_HALL(std::string_view hall) {
   std::string text = LEFT_ADJUST(hall);
-  const TRANSLATION shift = TAKE_ORIGIN_SHIFT(text);
+  const std::optional<BASIS_CHANGE> change = TAKE_BASIS_CHANGE(text);
+  if (!change) return {};
   std::vector<EXACT_OP> generators = LATTICE_GENERATORS(U_CASE(CUT_WORD(text)));
   if (generators.empty()) return {};
   CONTEXT context;
@@ -214,7 +367,8 @@ std::vector<EXACT_OP> DECODE_HALL(std::string_view hall) {
     generators.push_back(*op);
   }
   if (context.PLACE == 0) return {};
-  for (EXACT_OP& generator : generators) generator = SHIFTED(generator, shift);
+  generators = CHANGED(generators, *change);
+  for (EXACT_OP& generator : generators) generator = SHIFTED(generator, change->SHIFT);
   return generators;
 }
 

@@ -1,5 +1,5 @@
 // Single operators: exact and real, as text and back, applied, compared, named by codes.
-#include <algorithm>  // for max
+#include <algorithm>  // for count, max
 #include <cmath>      // for floor, round, abs
 #include <limits>
 #include <optional>
@@ -75,7 +75,7 @@ IMATRIX3 NEGATIVE(const IMATRIX3& rot) {
 int ROTATION_TYPE(const IMATRIX3& rot) {
   for (const auto& row : rot)
     for (int element : row)
-      if (std::abs(element) > 3) return 0;
+      if (std::abs(element) > LARGEST_ELEMENT) return 0;
   const int sign = DETERMINANT(rot);
   if (sign != 1 && sign != -1) return 0;
   const IMATRIX3 proper = sign == 1 ? rot : NEGATIVE(rot);
@@ -134,21 +134,32 @@ struct NUMBER_READER {
   }
 };
 
-// One field of an operator text, such as 1/2-x.
+// One field of an operator text, such as 1/2-x or x-2z.
 struct FIELD_READER {
   std::array<int, 3> ROW{};
   double TRANSLATION = 0.0;
   int SIGN = 1;
   NUMBER_READER NUMBER;
+  bool IN_NUMBER = false;  // a number has begun and may still be the factor of an axis
+  bool WHOLE = true;       // no axis has a factor that is no small whole number
 
   void FINISH_NUMBER() {
     TRANSLATION += SIGN * NUMBER.RESULT();
     NUMBER = NUMBER_READER{};
+    IN_NUMBER = false;
   }
 
   void TAKE_SIGN(char c) {
     FINISH_NUMBER();
     SIGN = c == '-' ? -1 : 1;
+  }
+
+  void TAKE_AXIS(std::size_t axis) {
+    const double sum = ROW[axis] + SIGN * (IN_NUMBER ? NUMBER.RESULT() : 1.0);
+    NUMBER = NUMBER_READER{};
+    IN_NUMBER = false;
+    WHOLE = WHOLE && std::abs(sum) <= LARGEST_ELEMENT && sum == std::floor(sum);
+    if (WHOLE) ROW[axis] = static_cast<int>(sum);
   }
 
   // False when the character is no part of an operator.
@@ -157,16 +168,23 @@ struct FIELD_READER {
     const std::size_t axis = axes.find(static_cast<char>(c | 0x20));
     if (c == '+' || c == '-')
       TAKE_SIGN(c);
-    else if (c >= '0' && c <= '9')
+    else if (axis != std::string_view::npos)
+      TAKE_AXIS(axis);
+    else
+      return TAKE_OF_NUMBER(c);
+    return true;
+  }
+
+  bool TAKE_OF_NUMBER(char c) {
+    if (c >= '0' && c <= '9')
       NUMBER.TAKE_DIGIT(c - '0');
     else if (c == '.')
       NUMBER.AT = NUMBER_READER::PART::DECIMALS;
-    else if (c == '/')
+    else if (c == '/' && IN_NUMBER)
       NUMBER.AT = NUMBER_READER::PART::DENOMINATOR;
-    else if (axis != std::string_view::npos)
-      ROW[axis] = SIGN;
     else
-      return false;
+      return c == '*' && IN_NUMBER;
+    IN_NUMBER = true;
     return true;
   }
 };
@@ -189,11 +207,15 @@ void READ_XSYM(std::string_view text, int& start, IMATRIX3& rot, VECTOR3& tr, bo
     return SET_ERR_SYMM(" Blank operator field");
 
   constexpr auto largest_real = static_cast<double>(std::numeric_limits<float>::max());
+  // Between commas a star stands for a product, as in x-2*z; without them it divides the fields.
+  const char divider = std::count(text.begin(), text.end(), ',') < 2 ? '*' : ',';
   std::size_t fields = 0;
   FIELD_READER field;
   bool finite = true;
+  bool whole = true;
   const auto finish_field = [&] {
     field.FINISH_NUMBER();
+    whole = whole && field.WHOLE;
     if (fields < 3) {
       rot[fields] = field.ROW;
       finite = finite && std::abs(field.TRANSLATION) <= largest_real;
@@ -206,14 +228,14 @@ void READ_XSYM(std::string_view text, int& start, IMATRIX3& rot, VECTOR3& tr, bo
     const char c = text[at];
     start = static_cast<int>(at) + 2;
     if (c == ' ') continue;
-    if (c == ',' || c == '*')
+    if (c == ',' || c == divider)
       finish_field();
     else if (!field.TAKE(c))
       return SET_ERR_SYMM(" Invalid character... " + std::string(1, c) + " in operator string");
   }
   finish_field();
   const int determinant = DETERMINANT(rot);
-  if (fields != 3 || !finite || determinant == 0 || (proper && determinant < 0))
+  if (fields != 3 || !finite || !whole || determinant == 0 || (proper && determinant < 0))
     SET_ERR_SYMM(" The above operator is wrong: " + TRIM(text));
 }
 

@@ -16,6 +16,7 @@ namespace XTAL {
 inline constexpr int TRANSLATION_UNITS = 240000;
 inline constexpr int UNITS_OF_24TH = TRANSLATION_UNITS / 24;
 inline constexpr std::size_t LARGEST_GROUP = 192;  // operators of the largest group
+inline constexpr int LARGEST_ELEMENT = 9;          // of a rotation matrix on any axes, by size
 
 // An operator with an exact translation, each component 0 up to TRANSLATION_UNITS.
 struct EXACT_OP {

@@ -113,11 +113,11 @@ void SET_FROM_SYMBOL(std::string_view text, SPACE_GROUP& spacegroup) {
 }
 
 // Names, limits and orbits of the first row with the same operators; without one the Hall symbol
-// that they were made from, if they were.
+// that they were made from, if they were and it fits: a part of it would be another one.
 void IDENTIFY(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup,
               const std::string& hall = "") {
   const int row = ROW_WITH_OPERATORS(spacegroup, operators);
-  if (row < 0) return SET_NAMES(0, "unknown", hall, spacegroup);
+  if (row < 0) return SET_NAMES(0, "unknown", LENTRIM(hall) <= hall_length ? hall : "", spacegroup);
   const SPGR_INFO_TYPE& info = SPGR_INFO[static_cast<std::size_t>(row)];
   SET_NAMES(info.N, std::string(info.HM), std::string(info.HALL), spacegroup);
   SET_FROM_ROW(row, spacegroup);

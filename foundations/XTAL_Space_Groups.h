@@ -83,8 +83,8 @@ inline std::string ERR_SYMM_MESS;  // 150 characters
 void SET_SPACEGROUP(std::string_view spacegen, SPACE_GROUP& spacegroup,
                     std::span<const std::string> gen = {}, std::string_view mode = "");
 
-// Reads one operator text such as "x+1/2,-y,z-1/4" from position start (from 1), which is left
-// behind what was read.
+// Reads one operator text such as "x+1/2,-y,z-1/4" or "-x-2*z,-y,z" from position start (from 1),
+// which is left behind what was read. Factors of axes are whole numbers; terms of an axis add up.
 void READ_XSYM(std::string_view text, int& start, IMATRIX3& rot, VECTOR3& tr, bool proper = false);
 
 // ROT x + TR, not reduced to the cell.

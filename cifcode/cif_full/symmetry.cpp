@@ -181,13 +181,8 @@ bool GROUP_OF_NUMBER(const KNOWN_SYMMETRY& words, SPACE_GROUP& group) {
   return symbol.SETTING.empty() || GROUP_OF_SYMBOL(symbol, group);
 }
 
-// A change of basis such as (x-z,y,z) is not worked out: the symbol then counts as none. Shifts of
-// the origin, (0 0 1), are.
 bool GROUP_OF_HALL(const KNOWN_SYMMETRY& words, SPACE_GROUP& group) {
-  const std::size_t bracket = words.HALL.find('(');
-  const bool changes_axes = bracket != std::string::npos &&
-                            words.HALL.find_first_of("xyzXYZabcABC", bracket) != std::string::npos;
-  return !words.HALL.empty() && !changes_axes && SET_GROUP(words.HALL, group, "HAL");
+  return !words.HALL.empty() && SET_GROUP(words.HALL, group, "HAL");
 }
 
 bool GROUP_OF_OPERATORS(const KNOWN_SYMMETRY& words, SPACE_GROUP& group) {

@@ -131,11 +131,30 @@ TEST(FULL_SYMMETRY, HALL_SYMBOL_THEN_SYMBOL_THEN_NUMBER) {
             "read");
 }
 
-TEST(FULL_SYMMETRY, A_HALL_SYMBOL_ON_OTHER_AXES_COUNTS_AS_NONE) {
+// x' = x - z, as c' = a + c: the glide c of P 21/c is along the diagonal then.
+TEST(FULL_SYMMETRY, A_HALL_SYMBOL_MAY_BE_ON_OTHER_AXES) {
   EXPECT_EQ(GROUP("_space_group_name_Hall '-P 1 (x-z,y,z)'\n_space_group_name_H-M_alt 'P 1'\n"),
-            "P 1 1");
-  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 1 (x-z,y,z)'\n"),
-            "P 1 1|The space group -P 1 (x-z,y,z) is not known, space group set to P 1");
+            "P -1 2|The symbol P 1 does not agree with the Hall symbol -P 1 (x-z,y,z), which is "
+            "read");
+  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 2ybc (x-z,y,z)'\n"), "P 21/n 4");
+  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 2ybc (x-z,y,2z)'\n"),
+            "P 1 1|The space group -P 2ybc (x-z,y,2z) is not known, space group set to P 1");
+}
+
+// P 2 2 2 with a, b and a + c for axes: x' = x - z. The cell of 3, 6 and 5 angstroms at 53.13
+// degrees is one of 3, 6 and 4 at right angles (3-4-5).
+TEST(FULL_SYMMETRY, OPERATORS_MAY_HAVE_FACTORS_OF_TWO) {
+  const std::string cell =
+      "_cell_length_a 3 _cell_length_b 6 _cell_length_c 5 _cell_angle_alpha 90 "
+      "_cell_angle_beta 53.130102 _cell_angle_gamma 90\n";
+  const std::string stars = "loop_ _symmetry_equiv_pos_as_xyz x,y,z -x-2*z,-y,z x+2*z,-y,-z\n";
+  const std::string bare = "loop_ _symmetry_equiv_pos_as_xyz x,y,z -x-2z,-y,z x+2z,-y,-z\n";
+  EXPECT_EQ(GROUP(stars, cell), "unknown 4");
+  EXPECT_EQ(GROUP(bare, cell), "unknown 4");
+  EXPECT_EQ(GROUP(bare), "unknown 4|The operators of unknown do not fit the cell");
+  const READING reading("data_a\n" + cell + bare + one_site);
+  EXPECT_EQ(reading.FOUND.SPG->GROUP.SYMOPSYMB.ITEMS,
+            (std::vector<std::string>{"x,y,z", "-x-2z,-y,z", "x+2z,-y,-z", "-x,y,-z"}));
 }
 
 TEST(FULL_SYMMETRY, OPERATORS_WIN_AND_A_CONTRADICTION_IS_TOLD) {
