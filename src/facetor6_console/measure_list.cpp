@@ -282,8 +282,8 @@ void FOLLOW_REFERENCE() {
     measure.PROBLEM = error.TEXT.empty() ? "" : AT_CHARACTER(error);
     if (!measure.PROBLEM.empty()) {
       if (measure.PROBLEM != problem_before)
-        WRITE_OUT("*****The measure " + measure.NAME +
-                  " does not fit the reference block: " + error.TEXT);
+        WRITE_OUT(AS_IT_IS("*****The measure " + measure.NAME +
+                           " does not fit the reference block: " + error.TEXT));
     } else if (SHOWN_TEXT(measure) != before) {
       WRITE_OUT(
           AS_IT_IS("     With this reference block " + measure.NAME + " = " + SHOWN_TEXT(measure)));

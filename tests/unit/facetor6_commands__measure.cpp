@@ -87,13 +87,42 @@ TEST_F(MEASURING, THE_POWER_BINDS_TO_THE_RIGHT_AND_BEFORE_A_SIGN) {
   EXPECT_FLOAT_EQ(VALUE("asin(sin(30)) + acos(cos(40)) + atan(tan(50))"), 120.0f);
 }
 
+TEST_F(MEASURING, FUNCTIONS_OF_RIGHT_ANGLES_ARE_EXACT) {
+  LOAD({MOLECULE()});
+  EXPECT_EQ(VALUE("sin(180)"), 0.0f);
+  EXPECT_EQ(VALUE("cos(90) + cos(-270) + sin(-360) + tan(180)"), 0.0f);
+  EXPECT_EQ(VALUE("sin(90) + sin(-270) + cos(0) + cos(360)"), 4.0f);
+  EXPECT_EQ(VALUE("sin(270) + cos(180) + sin(-90) + cos(-540)"), -4.0f);
+  EXPECT_FLOAT_EQ(VALUE("sin(30) + cos(120) + sin(210) + cos(300)"), 0.0f);
+  EXPECT_FLOAT_EQ(VALUE("tan(45) + tan(225) + tan(-45)"), 1.0f);
+  EXPECT_EQ(ANSWER("m = tan(90)"), "     m = tan(90)\n     reference block: No value\n");
+  // The derivative of the sine of 60(2) degrees: cos(60), times 2 degrees in radians.
+  EXPECT_NEAR(ESD("sin(60(2))"), 0.5f * 2.0f * 3.14159265f / 180.0f, 1e-6f);
+  EXPECT_NEAR(ESD("cos(150(2))"), 0.5f * 2.0f * 3.14159265f / 180.0f, 1e-6f);
+  EXPECT_NEAR(ESD("tan(45(2))"), 2.0f * 2.0f * 3.14159265f / 180.0f, 1e-6f);
+}
+
 // Looking from C2 to C3 (along z), C1 lies at -y and C4 at +x: from -y clockwise, seen with z
 // pointing away, one comes to -x after 90 degrees and to +x after -90.
 TEST_F(MEASURING, TORSIONS_HAVE_THE_SIGN_OF_THE_RULE) {
   LOAD({MOLECULE()});
   EXPECT_NEAR(VALUE("torsion(C1, C2, C3, C4)"), 90.0f, 1e-4f);
   EXPECT_NEAR(VALUE("torsion(C4, C3, C2, C1)"), 90.0f, 1e-4f);
-  EXPECT_NEAR(std::abs(VALUE("torsion(C1, C2, C3, C5)")), 180.0f, 1e-4f);
+}
+
+// Half a turn is 180 and never -180, though the rounding of coordinates leaves atoms on either
+// side of the plane of the others.
+TEST_F(MEASURING, HALF_A_TURN_IS_POSITIVE) {
+  CRYSTAL_STRUCTURE_TYPE flat = MOLECULE();
+  LOAD({flat});
+  EXPECT_EQ(VALUE("torsion(C1, C2, C3, C5)"), 180.0f);
+  EXPECT_EQ(VALUE("torsion(C5, C3, C2, C1)"), 180.0f);
+  for (const float off : {-1e-8f, 1e-8f}) {
+    flat.ATOM(5).X[0] = 0.1f + off;
+    LOAD({flat});
+    IREFERENCE = NPHASES;
+    EXPECT_NEAR(VALUE("torsion(C1, C2, C3, C5)", NPHASES), 180.0f, 1e-4f) << off;
+  }
 }
 
 // C1, C2, C3 run anticlockwise seen from +x, where C4 lies.
@@ -150,6 +179,13 @@ TEST_F(MEASURING, WHAT_IS_WRONG_IS_TOLD_WITH_ITS_PLACE) {
       {"m = dist(C1, Q1)",
        "*****At character 10: the reference block has no site Q1: LIST site names shows them\n"},
       {"m = dist(C1)", "*****At character 1: dist is written as dist(A, B)\n"},
+      {"m = a(C1)", "*****At character 1: a stands without brackets\n"},
+      {"m = dist(C1 C2)",
+       "*****At character 9: unexpected \"C\": commas stand between sites, and labels with other "
+       "characters in quotes, as in 'O 1'\n"},
+      {"m = dist(C1+, C2)",
+       "*****At character 8: unexpected \"+\": commas stand between sites, and labels with other "
+       "characters in quotes, as in 'O 1'\n"},
       {"m = foo(C1)", "*****At character 1: foo is no function: see MEASURE in the manual\n"},
       {"m = foo", "*****At character 1: foo is no quantity and no measure: define it first\n"},
       {"m = (1 + 2",

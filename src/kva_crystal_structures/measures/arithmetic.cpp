@@ -21,6 +21,37 @@ double SIGN_OF(double x) {
   return static_cast<double>(x > 0.0) - static_cast<double>(x < 0.0);
 }
 
+// Sine and cosine of an angle in degrees, exact where they are 0 or 1.
+struct SINE_AND_COSINE {
+  double SINE = 0.0;
+  double COSINE = 0.0;
+};
+SINE_AND_COSINE SINE_AND_COSINE_OF(double degrees) {
+  constexpr double quarter = 90.0;
+  int quarters = 0;
+  const double rest = std::remquo(degrees, quarter, &quarters) * radians_per_degree;
+  const double s = std::sin(rest);
+  const double c = std::cos(rest);
+  switch (static_cast<unsigned>(quarters) % 4) {
+    case 1:
+      return {c, -s};
+    case 2:
+      return {-s, -c};
+    case 3:
+      return {-c, s};
+    default:
+      return {s, c};
+  }
+}
+
+OPERATED OPERATE_ON_ANGLE(OPERATION operation, double degrees) {
+  const SINE_AND_COSINE turn = SINE_AND_COSINE_OF(degrees);
+  if (operation == OPERATION::SIN) return {turn.SINE, turn.COSINE * radians_per_degree, 0.0};
+  if (operation == OPERATION::COS) return {turn.COSINE, -turn.SINE * radians_per_degree, 0.0};
+  const double tangent = turn.SINE / turn.COSINE;  // none at a right angle
+  return {tangent, (1.0 + tangent * tangent) * radians_per_degree, 0.0};
+}
+
 // Arc sine of x in degrees per unit of x.
 double ARC_SLOPE(double x) {
   return 1.0 / (std::sqrt(1.0 - x * x) * radians_per_degree);
@@ -31,7 +62,6 @@ double ARC_SLOPE(double x) {
 OPERATED OPERATE(OPERATION operation, double left, double right) {
   // Also where the rules of the machine would let it pass, as in the power 0.
   if (std::isnan(left) || std::isnan(right)) return {left + right, 0.0, 0.0};
-  const double angle = left * radians_per_degree;
   switch (operation) {
     case OPERATION::ADD:
       return {left + right, 1.0, 1.0};
@@ -58,13 +88,9 @@ OPERATED OPERATE(OPERATION operation, double left, double right) {
     case OPERATION::MAX:
       return left >= right ? OPERATED{left, 1.0, 0.0} : OPERATED{right, 0.0, 1.0};
     case OPERATION::SIN:
-      return {std::sin(angle), std::cos(angle) * radians_per_degree, 0.0};
     case OPERATION::COS:
-      return {std::cos(angle), -std::sin(angle) * radians_per_degree, 0.0};
-    case OPERATION::TAN: {
-      const double tangent = std::tan(angle);
-      return {tangent, (1.0 + tangent * tangent) * radians_per_degree, 0.0};
-    }
+    case OPERATION::TAN:
+      return OPERATE_ON_ANGLE(operation, left);
     case OPERATION::ASIN:
       return {std::asin(left) / radians_per_degree, ARC_SLOPE(left), 0.0};
     case OPERATION::ACOS:

@@ -89,6 +89,12 @@ bool PARSE_CODE(PARSER& p, ATOM_TEXT& atom) {
   return true;
 }
 
+// Whether the end comes next, or what may follow an atom.
+bool ATOM_MAY_END(PARSER& p) {
+  const char next = PEEK(p);
+  return next == '\0' || next == ',' || next == ';' || next == ')';
+}
+
 bool PARSE_ATOM(PARSER& p, CALL& call) {
   const bool quoted = PEEK(p) == '\'';
   ATOM_TEXT atom;
@@ -99,6 +105,13 @@ bool PARSE_ATOM(PARSER& p, CALL& call) {
   if (PEEK(p) == '[') {
     if (!PARSE_CODE(p, atom)) return false;
     atom.END = p.AT;
+  }
+  if (!ATOM_MAY_END(p)) {
+    FAIL(p, p.AT,
+         "unexpected " + QUOTED(CHARACTER_AT(p, p.AT)) +
+             ": commas stand between sites, and labels with other characters in quotes, as in 'O "
+             "1'");
+    return false;
   }
   call.POINTS.push_back({static_cast<int>(p.RESULT.ATOMS.size()), 0});
   p.RESULT.ATOMS.push_back(std::move(atom));
@@ -153,10 +166,10 @@ int PARSE_POINTS(PARSER& p, CALL& call) {
 // An error that shows how the quantity is written; always false.
 bool FAIL_FORM(PARSER& p, const CALL& call) {
   const QUANTITY_ROW& row = ROW_OF(call.KIND);
-  FAIL(p, call.AT,
-       std::string(row.WORD) + " is written as " + std::string(row.FORM) +
-           (call.KIND == QUANTITY::ANGLE ? " or " + std::string(ROW_OF(QUANTITY::BOND_ANGLE).FORM)
-                                         : ""));
+  std::string text = std::string(row.WORD) + " is written as " + std::string(row.FORM);
+  if (call.KIND == QUANTITY::ANGLE) text += " or " + std::string(ROW_OF(QUANTITY::BOND_ANGLE).FORM);
+  if (row.TAKES == ARGUMENTS::NONE) text = std::string(row.WORD) + " stands without brackets";
+  FAIL(p, call.AT, std::move(text));
   return false;
 }
 

@@ -288,8 +288,9 @@ MEASURED MEASURE_SITE(const CALL& call, const BOUND_ATOM& bound, const MEASURE_S
   const ATOM_TYPE& atom = block.PHASE.ATOM(i);
   const bool is_u = call.KIND == QUANTITY::UISO;
   const double value = static_cast<double>(is_u ? atom.UEQ : atom.OCC);
-  if (is_u && !(value > 0.0) && !(value < 0.0)) return {no_value, {}, 0.0};
   const double esd = static_cast<double>(is_u ? U_EQUIV_STD(block.PHASE, i) : atom.OCC_STD);
+  const bool is_told = value > 0.0 || value < 0.0 || esd > 0.0;  // a U of 0.00(4) is one
+  if (is_u && !is_told) return {no_value, {}, 0.0};
   MEASURED measured{value, {}, 0.0};
   ADD_TERM(measured, PARAMETER_NAME(is_u ? OF_DISPLACEMENT : OF_OCCUPANCY, block.NUMBER, i), esd);
   return measured;
@@ -445,6 +446,14 @@ void CLEAR_WHAT_IS_FIXED(QUANTITY kind, MEASURED& measured) {
   if (has_zero && std::abs(measured.VALUE) < rounding) measured.VALUE = 0.0;
 }
 
+// Half a turn is positive, on whichever side of it the rounding has left a torsion.
+void MAKE_HALF_A_TURN_POSITIVE(QUANTITY kind, MEASURED& measured) {
+  constexpr double half_a_turn = 180.0;
+  constexpr double rounding = 1e-4;
+  if (kind == QUANTITY::TORSION && measured.VALUE + half_a_turn < rounding)
+    measured.VALUE = half_a_turn;
+}
+
 MEASURED MEASURE_BY_KIND(const CALL& call, const std::vector<BOUND_ATOM>& bound,
                          const MEASURE_SETTINGS& settings, MEASURED_BLOCK& block) {
   if (call.KIND >= QUANTITY::CONDITION_T) return MEASURE_CONDITION(call.KIND, block);
@@ -462,6 +471,7 @@ MEASURED MEASURE_CALL(const CALL& call, const std::vector<BOUND_ATOM>& bound,
                       const MEASURE_SETTINGS& settings, MEASURED_BLOCK& block) {
   MEASURED measured = MEASURE_BY_KIND(call, bound, settings, block);
   CLEAR_WHAT_IS_FIXED(call.KIND, measured);
+  MAKE_HALF_A_TURN_POSITIVE(call.KIND, measured);
   measured.INDEPENDENT = VARIANCE_OF(measured.TERMS);
   return measured;
 }
