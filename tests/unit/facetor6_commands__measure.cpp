@@ -155,6 +155,18 @@ TEST_F(MEASURING, WHAT_TWO_QUANTITIES_SHARE_IS_CORRELATED) {
   EXPECT_NEAR(ESD("7.5(5) - 7.5(5)"), 0.5f * std::sqrt(2.0f), 1e-5f);  // two numbers
 }
 
+// A U of 0.000(2) was refined; one of zero without an esd was not given.
+TEST_F(MEASURING, A_U_OF_ZERO_WITH_AN_ESD_IS_A_VALUE) {
+  CRYSTAL_STRUCTURE_TYPE molecule = MOLECULE();
+  constexpr float eight_pi_sq = 78.956835f;
+  for (int i = 1; i <= 2; ++i) molecule.ATOM(i).THTYPE = "isotr";
+  molecule.ATOM(1).BISO_STD = 0.002f * eight_pi_sq;
+  LOAD({molecule});
+  EXPECT_EQ(ANSWER("m = uiso(C1)"),
+            "     m = uiso(C1[1_555])\n     reference block: 0.000(2) Å²\n");
+  EXPECT_EQ(ANSWER("m = uiso(C2)"), "     m = uiso(C2[1_555])\n     reference block: No value\n");
+}
+
 // ---- the dialogue ----
 
 TEST_F(MEASURING, A_DEFINITION_IS_ANSWERED_WITH_CODES_VALUE_AND_STEPS) {

@@ -168,7 +168,7 @@ bool FAIL_FORM(PARSER& p, const CALL& call) {
   const QUANTITY_ROW& row = ROW_OF(call.KIND);
   std::string text = std::string(row.WORD) + " is written as " + std::string(row.FORM);
   if (call.KIND == QUANTITY::ANGLE) text += " or " + std::string(ROW_OF(QUANTITY::BOND_ANGLE).FORM);
-  if (row.TAKES == ARGUMENTS::NONE) text = std::string(row.WORD) + " stands without brackets";
+  if (row.TAKES == NONE) text = std::string(row.WORD) + " stands without brackets";
   FAIL(p, call.AT, std::move(text));
   return false;
 }
