@@ -13,6 +13,7 @@
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/files.h"
 #include "src/facetor6_calc/calc.h"
+#include "src/facetor6_console/measure_list.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
@@ -168,6 +169,32 @@ void TABLE(benchmark::State& state) {
       static_cast<double>(state.iterations() * TABLE_VALUES()), benchmark::Counter::kIsRate);
 }
 
+// Ten measures with esds, warnings of doubtful matches and table included; labels of the garnet and
+// the pyroxene.
+constexpr std::array measures{"chain = angle(O1, O1, O1)",
+                              "bridge = angle(Si1, O1, Si1)",
+                              "turn = torsion(O1, Si1, O1, Si1)",
+                              "off = offplane(Si1; O1, O1, O1)",
+                              "size = vol(Si1)",
+                              "shape = av(Si1)",
+                              "near = econ(Si1)",
+                              "shrink = V/ref(V)",
+                              "kink = 180 - chain",
+                              "part = size/V"};
+
+void MEASURE_TABLE(benchmark::State& state) {
+  READ_SERIES(KIND(state), BLOCKS(state));
+  CALC_SERIES(KIND(state));
+  for (const std::string line : measures) {
+    const std::size_t sign = line.find('=');
+    if (!DEFINE_MEASURE(line.substr(0, sign - 1), line.substr(sign + 2)).empty())
+      state.SkipWithError(line.c_str());
+  }
+  for (auto _ : state) RUN_DIALOGUE("", [] { FACETOR_LIST::FACETOR_LIST_MEASURES_USED(); });
+  MEASURES.clear();
+  COUNT_BLOCKS(state);
+}
+
 void WRITE(benchmark::State& state) {
   const std::string path = (FOLDER() / "written.cif").string();
   READ_SERIES(KIND(state), BLOCKS(state));
@@ -260,6 +287,11 @@ void LONG_SERIES(benchmark::internal::Benchmark* measured) {
   measured->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 }
 
+void NAMED_SITES(benchmark::internal::Benchmark* measured) {
+  for (int blocks : {100, 1000, 10000}) measured->Args({PYROXENE, blocks});
+  measured->Args({GARNET, 1000})->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+}
+
 void ALL_KINDS(benchmark::internal::Benchmark* measured) {
   for (int kind : {GARNET, PYROXENE, TRICLINIC, ZEOLITE}) measured->Arg(kind);
   measured->Unit(benchmark::kMicrosecond)->MeasureProcessCPUTime();
@@ -270,6 +302,7 @@ BENCHMARK(RECORDS)->Apply(LONG_SERIES);
 BENCHMARK(CALC)->Apply(LONG_SERIES);
 BENCHMARK(VALENCE)->Apply(LONG_SERIES);
 BENCHMARK(TABLE)->Apply(LONG_SERIES);
+BENCHMARK(MEASURE_TABLE)->Apply(NAMED_SITES);
 BENCHMARK(WRITE)->Apply(LONG_SERIES);
 BENCHMARK(SEARCH)->Apply(ALL_KINDS);
 BENCHMARK(SEARCH_BY_LOOPS)->Apply(ALL_KINDS);
