@@ -2,7 +2,7 @@ READ cif pyroxenes.cif
 Y
 MEASURE
 chain = angle(O3, O3, O3)
-bridge = angle(Si1, O3, Si1)
+bridge = angle(Si, O3, Si)
 kink = 180 - chain
 
 CLEAR
