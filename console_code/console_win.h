@@ -89,11 +89,6 @@ extern const std::string_view LISTING_COMMAND;
 // is ignored.
 void RUN_COMMAND_LINE(const std::string& line);
 
-// Replaces the file's content in one step: the old or the new content is there, never half of it.
-// Where the folder takes no second file, and for devices and pipes, it is written in place.
-// Returns false when the new content is not there.
-bool REPLACE_FILE(const std::string& path, const std::string& content);
-
 // Adds text at the end of a file, in one piece also when others do so at the same time. A new file
 // is its owner's alone. False on failure.
 bool APPEND_TO_FILE(const std::string& path, std::string_view text);

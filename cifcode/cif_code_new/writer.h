@@ -29,6 +29,9 @@ bool IS_RESERVED(std::string_view text);
 // One line, as it stands.
 void WRITE_CIF_LINE(std::string_view line, int unit);
 
+// Writes the lines that have gathered. The error is that of WRITE_CIF_LINE.
+void WRITE_CIF_END(int unit);
+
 // "loop_" with an empty line before it, and its data names, four blanks before each.
 void WRITE_CIF_LOOP_HEAD(const std::vector<std::string>& names, int unit);
 

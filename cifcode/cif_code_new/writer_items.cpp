@@ -53,10 +53,22 @@ void WRITE_TEXT_FIELD(std::string_view name, std::string_view text, int unit) {
 
 }  // namespace
 
-void WRITE_CIF_LINE(std::string_view line, int unit) {
-  if (WRITE_UNIT(unit, line)) return;
+namespace {
+
+void NOTE_FAILURE(bool written) {
+  if (written) return;
   ERR_KVACIF = true;
   ERR_KVACIF_MESS = "Problem in writing to cif file, check file contents carefully";
+}
+
+}  // namespace
+
+void WRITE_CIF_LINE(std::string_view line, int unit) {
+  NOTE_FAILURE(WRITE_UNIT(unit, line));
+}
+
+void WRITE_CIF_END(int unit) {
+  NOTE_FAILURE(FLUSH_UNIT(unit));
 }
 
 void WRITE_CIF_LOOP_HEAD(const std::vector<std::string>& names, int unit) {

@@ -4,7 +4,8 @@
 
 #include <algorithm>  // for sort
 #include <array>
-#include <cerrno>  // for ENAMETOOLONG
+#include <cerrno>        // for ENAMETOOLONG
+#include <system_error>  // for generic_category
 
 #include "console_code/console/input.h"
 #include "console_code/console/output.h"
@@ -31,6 +32,7 @@ struct OPEN_REQUEST {
   OPEN_MODE MODE = OPEN_MODE::UNKNOWN;
   bool TO_READ = false;  // read access is wanted, else write access
   bool MACRO = false;    // to be replayed
+  bool WHOLE = false;    // nothing of it is seen before it is kept
   std::string WORD = "Open";
 };
 
@@ -44,6 +46,7 @@ OPEN_REQUEST READ_CONTROL(std::string_view control) {
   if (has("SAVE")) request.WORD = "Save";
   if (has("READ")) request.TO_READ = true;
   if (has("MACRO")) request.MACRO = request.TO_READ;
+  request.WHOLE = has("WHOLE");
   return request;
 }
 
@@ -198,8 +201,9 @@ bool MODE_ALLOWS(OPEN_MODE mode, const std::string& name, UNIT_MODE& unit_mode) 
 }
 
 // A longer name would not fit the record, and cut it would be another file.
-int OPEN_NAMED_UNIT(int unit, const std::string& name, UNIT_MODE mode) {
-  return name.size() > INPUT_LENGTH ? ENAMETOOLONG : OPEN_UNIT(unit, name, mode);
+int OPEN_NAMED_UNIT(int unit, const std::string& name, UNIT_MODE mode, bool whole) {
+  if (name.size() > INPUT_LENGTH) return ENAMETOOLONG;
+  return whole ? OPEN_WHOLE(unit, name, mode) : OPEN_UNIT(unit, name, mode);
 }
 
 // True when the open file has the access that is wanted; else it is closed, with a message.
@@ -217,7 +221,7 @@ bool OPEN_NAMED_FILE(FILE_RECORD& file, const std::string& name, const OPEN_REQU
   UNIT_MODE unit_mode = UNIT_MODE::OLD;
   if (!MODE_ALLOWS(request.MODE, name, unit_mode)) return false;
   file.MADE = !FILE_EXISTS(name);
-  if (OPEN_NAMED_UNIT(file.UNIT, name, unit_mode) != 0) {
+  if (OPEN_NAMED_UNIT(file.UNIT, name, unit_mode, request.WHOLE) != 0) {
     WRITE_OUT("Error trying to open file " + file.DESCRIPTOR, "NOLOG");
     WRITE_OUT("Named " + AS_IT_IS(name) + " try again", "NOLOG");
     CLOSE_UNIT(file.UNIT);
@@ -323,6 +327,19 @@ bool OPEN_FILE(FILE_RECORD& file, std::string_view control) {
   while (opening == OPENING::AGAIN && NAME_IS_PENDING(file, request))
     opening = OPEN_PENDING(file, request);
   return opening == OPENING::DONE && file.OPEN;
+}
+
+bool KEEP_FILE(FILE_RECORD& file) {
+  int error = 0;
+  const KEPT kept = KEEP_UNIT(file.UNIT, error);
+  const std::string name = AS_IT_IS(file.NAME);
+  CLOSE_FILE(file);
+  if (kept == KEPT::WHOLE) return true;
+  WRITE_OUT("*****" +
+            (kept == KEPT::AS_IT_WAS ? "Nothing was written to " + name
+                                     : name + " could not be written to its end") +
+            ": " + std::generic_category().message(error));
+  return false;
 }
 
 // ---- several files ----

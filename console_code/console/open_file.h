@@ -11,12 +11,18 @@
 namespace KVA_CONSOLE {
 
 // Opens a file named by the pending text or by a prompt, and asks again until it is open or no
-// name is given. Words in control: "APPEND", "NEW", "OLD", "REPLACE", "CONF", "SAVE", "READ", and
-// "MACRO", which refuses a CIF and asks for no other name. A file that is to be written, and whose
+// name is given. Words in control: "APPEND", "NEW", "OLD", "REPLACE", "CONF", "SAVE", "READ",
+// "WHOLE" (with APPEND or REPLACE: the file stays as it was until KEEP_FILE), and "MACRO", which
+// refuses a CIF and asks for no other name. A file that is to be written, and whose
 // extension is that of another kind of file of the program than file.EXT, is refused; in a macro
 // that drops the command.
 // True when this call opened the file; file.OPEN is true as well when one was kept open.
 bool OPEN_FILE(KVA_UTILITIES::FILE_RECORD& file, std::string_view control = "");
+
+// Puts what was written to a file that was opened "WHOLE" in its place and closes it. False, after
+// a message that names the file and why, when that could not be done; the old file is still there
+// then. CLOSE_FILE drops what was written.
+bool KEEP_FILE(KVA_UTILITIES::FILE_RECORD& file);
 
 // A file that the user named, with the numbers that its name gave where the pattern had {P} and
 // {T}.

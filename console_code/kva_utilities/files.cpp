@@ -5,10 +5,12 @@
 #include <cerrno>
 #include <cstring>  // for memchr
 #include <map>
+#include <optional>
 #include <span>
 
 #include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
+#include "console_code/kva_utilities/whole_files.h"
 
 namespace KVA_UTILITIES {
 
@@ -22,10 +24,11 @@ struct READ_AHEAD {
 };
 
 struct OPENED_UNIT {
-  OPENED_FILE OPENED;
+  OPENED_FILE OPENED;  // blank when it is written whole
   FILE_IDENTITY IDENTITY;
   bool AT_START = true;  // no line has been read yet
   READ_AHEAD AHEAD;
+  std::optional<WHOLE_FILE> WHOLE;
 };
 
 std::map<int, OPENED_UNIT>& UNITS() {
@@ -64,7 +67,10 @@ int OPEN_UNIT(int unit, const std::string& name, UNIT_MODE mode) {
 }
 
 void CLOSE_UNIT(int unit) {
-  UNITS().erase(unit);
+  const auto found = UNITS().find(unit);
+  if (found == UNITS().end()) return;
+  if (found->second.WHOLE) DROP_WHOLE(*found->second.WHOLE);
+  UNITS().erase(found);
 }
 
 bool UNIT_READABLE(int unit) {
@@ -74,7 +80,7 @@ bool UNIT_READABLE(int unit) {
 
 bool UNIT_WRITABLE(int unit) {
   const auto found = UNITS().find(unit);
-  return found != UNITS().end() && found->second.OPENED.WRITABLE;
+  return found != UNITS().end() && (found->second.WHOLE || found->second.OPENED.WRITABLE);
 }
 
 namespace {
@@ -143,23 +149,63 @@ READ_STATUS READ_UNIT(int unit, std::string& line, bool* longer) {
 
 bool WRITE_UNIT(int unit, std::string_view line) {
   const auto found = UNITS().find(unit);
-  if (found == UNITS().end() || !found->second.OPENED.WRITABLE) return false;
-  std::FILE* const stream = found->second.OPENED.FILE.get();
+  if (found == UNITS().end()) return false;
   const std::string text = std::string(line) + "\n";
-  return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
-         std::fflush(stream) == 0;
+  if (found->second.WHOLE) return WRITE_WHOLE(*found->second.WHOLE, text);
+  if (!found->second.OPENED.WRITABLE) return false;
+  std::FILE* const stream = found->second.OPENED.FILE.get();
+  int error = 0;
+  const std::size_t written = WRITE_BYTES(stream, text, error);
+  if (error != 0 && written > 0) CUT_AT(stream, FILE_POSITION(stream) - static_cast<long>(written));
+  return error == 0;
 }
 
 long UNIT_POSITION(int unit) {
   const auto found = UNITS().find(unit);
-  return found == UNITS().end() ? -1 : std::ftell(found->second.OPENED.FILE.get());
+  if (found == UNITS().end() || found->second.WHOLE) return -1;
+  return FILE_POSITION(found->second.OPENED.FILE.get());
 }
 
 bool CUT_UNIT(int unit, long position) {
   const auto found = UNITS().find(unit);
   if (found == UNITS().end() || position < 0 || !found->second.OPENED.WRITABLE) return false;
-  std::FILE* const stream = found->second.OPENED.FILE.get();
-  return SHORTEN(stream, position) && std::fseek(stream, position, SEEK_SET) == 0;
+  return CUT_AT(found->second.OPENED.FILE.get(), position);
+}
+
+// ---- files that are written whole ----
+
+int OPEN_WHOLE(int unit, const std::string& name, UNIT_MODE mode) {
+  CLOSE_UNIT(unit);
+  if (IS_DIRECTORY(name)) return EISDIR;
+  if (IN_USE_ELSEWHERE(unit, name)) return EBUSY;
+  OPENED_UNIT opened;
+  const int error = PREPARE_WHOLE(opened.WHOLE.emplace(), name, mode);
+  if (error != 0) return error;
+  opened.IDENTITY = IDENTITY_OF(name);
+  UNITS()[unit] = std::move(opened);
+  return 0;
+}
+
+bool FLUSH_UNIT(int unit) {
+  const auto found = UNITS().find(unit);
+  return found != UNITS().end() && (!found->second.WHOLE || FLUSH_WHOLE(*found->second.WHOLE));
+}
+
+KEPT KEEP_UNIT(int unit, int& error) {
+  const auto found = UNITS().find(unit);
+  error = EBADF;
+  if (found == UNITS().end() || !found->second.WHOLE) return KEPT::AS_IT_WAS;
+  const KEPT kept = KEEP_WHOLE(*found->second.WHOLE);
+  error = found->second.WHOLE->ERROR;
+  UNITS().erase(found);
+  return kept;
+}
+
+bool REPLACE_FILE(const std::string& name, std::string_view content) {
+  WHOLE_FILE file;
+  if (IS_DIRECTORY(name) || PREPARE_WHOLE(file, name, UNIT_MODE::REPLACE) != 0) return false;
+  WRITE_WHOLE(file, content);
+  return KEEP_WHOLE(file) == KEPT::WHOLE;
 }
 
 // ---- names ----

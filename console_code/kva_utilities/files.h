@@ -42,13 +42,29 @@ bool UNIT_WRITABLE(int unit);
 enum class READ_STATUS { LINE, END, FAILED };
 READ_STATUS READ_UNIT(int unit, std::string& line, bool* longer = nullptr);
 
-// Writes one line and flushes it. False when the system refused.
+// Writes one line, which is in the file at once. False when the system refused; no part of the line
+// stays then.
 bool WRITE_UNIT(int unit, std::string_view line);
 
 // Bytes before the place where the next line of the unit is written; less than 0 where that cannot
 // be told, as of a pipe. CUT_UNIT goes back there and takes away what stands behind it.
 long UNIT_POSITION(int unit);
 bool CUT_UNIT(int unit, long position);
+
+// Opens a file that is written whole, behind what it holds (APPEND) or over it (REPLACE): until
+// KEEP_UNIT it stays as it was, and whoever reads it finds the old content or the whole new one. A
+// device or a pipe gets lines as they come. Returns 0 or the error number. Lines gather until they
+// are written; FLUSH_UNIT writes them and is false when one of all was refused. Without KEEP_UNIT
+// closing the unit drops them.
+int OPEN_WHOLE(int unit, const std::string& name, UNIT_MODE mode);
+bool FLUSH_UNIT(int unit);
+
+// Puts what was written in the file's place and closes the unit. error: number of what went wrong.
+enum class KEPT { WHOLE, AS_IT_WAS, TORN };
+KEPT KEEP_UNIT(int unit, int& error);
+
+// Replaces the file's content in the same way. False when the new content is not there.
+bool REPLACE_FILE(const std::string& name, std::string_view content);
 
 // True when anything exists under the name, and when it is a directory.
 bool FILE_EXISTS(const std::string& name);

@@ -9,6 +9,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "console_code/kva_utilities/files.h"
 
@@ -20,6 +21,7 @@ std::filesystem::path SYSTEM_PATH(const std::string& name);
 // What tells one file from another, whatever it is called. Devices and pipes may be shared.
 struct FILE_IDENTITY {
   bool REGULAR = false;
+  bool SHARED = false;  // it has further names
   std::uint64_t DEVICE = 0;
   std::uint64_t NODE = 0;
   std::size_t SIZE = 0;  // bytes
@@ -43,7 +45,37 @@ int OPEN_AS_ALLOWED(const std::string& name, UNIT_MODE mode, OPENED_FILE& opened
 // Reads the next bytes past the stream's buffer: how many, 0 at the end, less when it failed.
 std::ptrdiff_t READ_BYTES(std::FILE* stream, std::span<char> bytes);
 
-// Takes away all bytes of the file behind the first size. False when the system refused.
-bool SHORTEN(std::FILE* stream, long size);
+// Writes bytes past the stream's buffer: how many. error is 0 when that is all of them, else the
+// error number. A pipe that nobody empties is waited for some seconds.
+std::size_t WRITE_BYTES(std::FILE* stream, std::string_view bytes, int& error);
+
+// Bytes before the place of the next one; less than 0 where that cannot be told, as of a pipe.
+// CUT_AT takes away what stands behind the position and goes on there; false when it cannot.
+long FILE_POSITION(std::FILE* stream);
+bool CUT_AT(std::FILE* stream, long position);
+
+// Whether the program has the file open already, also as one of its standard streams.
+bool IS_OPEN_HERE(const FILE_IDENTITY& file);
+
+// ---- temporary files ----
+
+// The name of a file that goes when its owner goes, unless it was put in the place of another.
+struct REMOVE_TEMPORARY {
+  void operator()(const std::string* name) const;
+};
+using TEMPORARY = std::unique_ptr<const std::string, REMOVE_TEMPORARY>;
+
+// Makes an empty file whose name begins with start, with the target's owner and rights if that
+// exists. Returns 0 or the error number.
+int MAKE_TEMPORARY(const std::string& target, std::string_view start, TEMPORARY& temporary,
+                   OPENED_FILE& opened);
+
+// Makes what was written safe and closes it; then the temporary file takes the target's place in
+// one step. Returns 0 or the error number, and the temporary file is still there.
+int PUT_IN_PLACE(TEMPORARY& temporary, OPENED_FILE& opened, const std::string& target);
+
+// From here on temporary files go, too, when a signal ends the program, and a file that grows
+// beyond a limit fails to be written instead of ending it. Called once, at start.
+void REMOVE_TEMPORARIES_AT_SIGNALS();
 
 }  // namespace KVA_UTILITIES

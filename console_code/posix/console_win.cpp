@@ -1,21 +1,20 @@
-// POSIX calls behind console_win.h: terminal, environment, directories, system commands, and the
-// replacement of a file. Nothing else in the program may call the system for these.
+// POSIX calls behind console_win.h: terminal, environment, directories, system commands, and adding
+// to a file. Nothing else in the program may call the system for these.
 #include "console_code/console_win.h"
 
 #include <fcntl.h>      // for open, fcntl
 #include <signal.h>     // for sigaction
 #include <sys/ioctl.h>  // for TIOCGWINSZ
-#include <sys/stat.h>   // for mkdir, fchmod, fstat, umask
-#include <unistd.h>     // for isatty, chdir, write, fsync, ftruncate, close
+#include <sys/stat.h>   // for mkdir
+#include <unistd.h>     // for isatty, chdir, write, close
 
 #include <array>
 #include <cerrno>
 #include <csignal>     // for sig_atomic_t
-#include <cstdio>      // for clearerr, fflush, rename
-#include <cstdlib>     // for getenv, mkstemp, realpath, system
+#include <cstdio>      // for clearerr, fflush
+#include <cstdlib>     // for getenv, system
 #include <filesystem>  // for current_path
 #include <iostream>
-#include <memory>  // for unique_ptr
 
 #include "console_code/console_streams.h"
 
@@ -24,9 +23,6 @@ namespace KVA_CONSOLE {
 namespace {
 
 constexpr mode_t settings_folder_mode = 0700;  // as the XDG base directory specification asks
-constexpr mode_t new_file_mode = 0666;         // before the user's mask
-
-// ---- replacing a file ----
 
 bool WRITE_ALL(int descriptor, std::string_view content) {
   while (!content.empty()) {
@@ -36,36 +32,6 @@ bool WRITE_ALL(int descriptor, std::string_view content) {
     content.remove_prefix(static_cast<std::size_t>(written));
   }
   return true;
-}
-
-// The file that a path leads to, so that a link stays a link.
-std::string REAL_PATH(const std::string& path) {
-  const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
-  return real ? std::string(real.get()) : path;
-}
-
-mode_t MODE_OF(const std::string& path) {
-  struct stat status {};
-  if (::stat(path.c_str(), &status) == 0) return status.st_mode & 07777U;
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return new_file_mode & ~mask;
-}
-
-// A device or a pipe must not become a file.
-bool MAY_BE_REPLACED(const std::string& path) {
-  struct stat status {};
-  return ::stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
-}
-
-// For a folder that takes no new file while the file itself may be written. A pipe that nobody
-// reads is not waited for.
-bool OVERWRITE(const std::string& path, std::string_view content) {
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) return false;
-  const bool written = WRITE_ALL(descriptor, content) &&
-                       ::ftruncate(descriptor, static_cast<off_t>(content.size())) == 0;
-  return ::close(descriptor) == 0 && written;
 }
 
 // ---- standard streams ----
@@ -271,23 +237,7 @@ void RUN_COMMAND_LINE(const std::string& line) {
   RESTORE_STREAM_FLAGS(flags);
 }
 
-// ---- replacing a file ----
-
-bool REPLACE_FILE(const std::string& path, const std::string& content) {
-  const std::string target = REAL_PATH(path);
-  if (!MAY_BE_REPLACED(target)) return OVERWRITE(target, content);
-  REMOVE_STALE_TEMPORARIES(target);
-  std::string temporary = target + std::string(TEMPORARY_MARK) + "XXXXXX";
-  const int descriptor = ::mkstemp(temporary.data());
-  if (descriptor < 0) return OVERWRITE(target, content);
-  const bool written = ::fchmod(descriptor, MODE_OF(target)) == 0 &&
-                       WRITE_ALL(descriptor, content) && ::fsync(descriptor) == 0;
-  const bool closed = ::close(descriptor) == 0;
-  const bool complete = written && closed;
-  if (complete && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
-  ::unlink(temporary.c_str());
-  return complete && OVERWRITE(target, content);
-}
+// ---- adding to a file ----
 
 bool APPEND_TO_FILE(const std::string& path, std::string_view text) {
   constexpr mode_t owner_alone = 0600;

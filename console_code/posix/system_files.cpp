@@ -3,10 +3,17 @@
 #include "console_code/kva_utilities/system_files.h"
 
 #include <fcntl.h>     // for open
-#include <sys/stat.h>  // for stat
-#include <unistd.h>    // for read
+#include <poll.h>      // for poll
+#include <signal.h>    // for sigaction, pthread_sigmask
+#include <sys/stat.h>  // for stat, fchmod, umask
+#include <unistd.h>    // for read, write, fsync, ftruncate, lseek, unlink
 
+#include <array>
+#include <atomic>
 #include <cerrno>
+#include <csignal>  // for sig_atomic_t
+#include <cstdlib>  // for mkstemp
+#include <cstring>  // for memcpy
 
 namespace KVA_UTILITIES {
 
@@ -17,7 +24,7 @@ std::filesystem::path SYSTEM_PATH(const std::string& name) {
 FILE_IDENTITY IDENTITY_OF(const std::string& name) {
   struct stat status {};
   if (::stat(name.c_str(), &status) != 0) return {};
-  return {S_ISREG(status.st_mode), status.st_dev, status.st_ino,
+  return {S_ISREG(status.st_mode), status.st_nlink > 1, status.st_dev, status.st_ino,
           static_cast<std::size_t>(status.st_size)};
 }
 
@@ -79,7 +86,10 @@ int OPEN_AS_ALLOWED(const std::string& name, UNIT_MODE mode, OPENED_FILE& opened
       opened.FILE.reset(::fdopen(descriptor, access.MODE));
       opened.READABLE = access.READABLE;
       opened.WRITABLE = access.WRITABLE;
-      return opened.FILE ? 0 : errno;
+      if (opened.FILE) return 0;
+      error = errno;
+      ::close(descriptor);
+      return error;
     }
     if (error == 0) error = errno;
     if (errno != EACCES && errno != EPERM && errno != EROFS) break;
@@ -95,8 +105,182 @@ std::ptrdiff_t READ_BYTES(std::FILE* stream, std::span<char> bytes) {
   return read;
 }
 
-bool SHORTEN(std::FILE* stream, long size) {
-  return ::ftruncate(::fileno(stream), static_cast<off_t>(size)) == 0;
+// ---- writing ----
+
+namespace {
+
+// While it is set, a pipe without a reader is an error of writing and does not end the program.
+volatile std::sig_atomic_t writing_a_file = 0;
+
+// Waits until a pipe has room again. False when nobody empties it.
+bool HAS_ROOM(int descriptor) {
+  constexpr int patience = 10000;  // milliseconds
+  pollfd waiting{descriptor, POLLOUT, 0};
+  return ::poll(&waiting, 1, patience) > 0;
+}
+
+}  // namespace
+
+std::size_t WRITE_BYTES(std::FILE* stream, std::string_view bytes, int& error) {
+  const int descriptor = ::fileno(stream);
+  std::size_t done = 0;
+  error = 0;
+  writing_a_file = 1;
+  while (done < bytes.size() && error == 0) {
+    const ssize_t written = ::write(descriptor, bytes.data() + done, bytes.size() - done);
+    if (written > 0)
+      done += static_cast<std::size_t>(written);
+    else if (written == 0)
+      error = EIO;
+    else if (errno != EINTR && !(errno == EAGAIN && HAS_ROOM(descriptor)))
+      error = errno;
+  }
+  writing_a_file = 0;
+  return done;
+}
+
+long FILE_POSITION(std::FILE* stream) {
+  return static_cast<long>(::lseek(::fileno(stream), 0, SEEK_CUR));
+}
+
+bool CUT_AT(std::FILE* stream, long position) {
+  const int descriptor = ::fileno(stream);
+  const off_t place = position;
+  return ::ftruncate(descriptor, place) == 0 && ::lseek(descriptor, place, SEEK_SET) == place;
+}
+
+bool IS_OPEN_HERE(const FILE_IDENTITY& file) {
+  constexpr int descriptors = 64;  // more than the program and a shell that starts it ever have
+  struct stat status {};
+  for (int i = 0; i < descriptors; ++i)
+    if (::fstat(i, &status) == 0 && status.st_dev == file.DEVICE && status.st_ino == file.NODE)
+      return true;
+  return false;
+}
+
+// ---- temporary files ----
+
+namespace {
+
+// Names that a signal's routine can read at any moment.
+enum class LISTING : int { FREE, CLAIMED, LISTED };
+struct TIDY_NAME {
+  std::atomic<LISTING> STATE{LISTING::FREE};
+  std::array<char, 4096> NAME{};
+};
+std::array<TIDY_NAME, 8> tidy_names;
+
+constexpr std::array ending_signals{SIGHUP,  SIGINT,  SIGQUIT, SIGPIPE,
+                                    SIGTERM, SIGXCPU, SIGUSR1, SIGUSR2};
+
+void REMOVE_ALL_AND_END(int signal) {
+  if (signal == SIGPIPE && writing_a_file != 0) return;
+  for (const TIDY_NAME& name : tidy_names)
+    if (name.STATE == LISTING::LISTED) ::unlink(name.NAME.data());
+  ::signal(signal, SIG_DFL);
+  ::raise(signal);  // comes when this routine ends
+}
+
+void LET_WRITING_FAIL(int /*signal*/) {}
+
+// While it lives no signal comes between a file and its name in the list.
+struct SIGNALS_WAIT {
+  SIGNALS_WAIT() {
+    sigset_t ending;
+    ::sigemptyset(&ending);
+    for (const int signal : ending_signals) ::sigaddset(&ending, signal);
+    ::pthread_sigmask(SIG_BLOCK, &ending, &BEFORE);
+  }
+  ~SIGNALS_WAIT() { ::pthread_sigmask(SIG_SETMASK, &BEFORE, nullptr); }
+  SIGNALS_WAIT(const SIGNALS_WAIT&) = delete;
+  SIGNALS_WAIT& operator=(const SIGNALS_WAIT&) = delete;
+
+  sigset_t BEFORE{};
+};
+
+// A name that finds no room in the list is removed by its owner alone.
+void LIST_NAME(const std::string& name) {
+  for (TIDY_NAME& place : tidy_names) {
+    LISTING wanted = LISTING::FREE;
+    if (name.size() >= place.NAME.size() ||
+        !place.STATE.compare_exchange_strong(wanted, LISTING::CLAIMED))
+      continue;
+    std::memcpy(place.NAME.data(), name.c_str(), name.size() + 1);
+    place.STATE = LISTING::LISTED;
+    return;
+  }
+}
+
+void STRIKE_NAME(const std::string& name) {
+  for (TIDY_NAME& place : tidy_names)
+    if (place.STATE == LISTING::LISTED && name == place.NAME.data()) place.STATE = LISTING::FREE;
+}
+
+// The file is to be what the target is, or what a new file would be.
+bool TAKES_RIGHTS_OF(const std::string& target, int descriptor) {
+  constexpr mode_t new_file_mode = 0666;  // before the user's mask
+  struct stat wanted {};
+  struct stat made {};
+  if (::stat(target.c_str(), &wanted) != 0) {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return ::fchmod(descriptor, new_file_mode & ~mask) == 0;
+  }
+  if (::fstat(descriptor, &made) != 0) return false;
+  const bool same_owner = made.st_uid == wanted.st_uid && made.st_gid == wanted.st_gid;
+  return (same_owner || ::fchown(descriptor, wanted.st_uid, wanted.st_gid) == 0) &&
+         ::fchmod(descriptor, wanted.st_mode & 07777U) == 0;
+}
+
+}  // namespace
+
+void REMOVE_TEMPORARY::operator()(const std::string* name) const {
+  const SIGNALS_WAIT wait;
+  ::unlink(name->c_str());
+  STRIKE_NAME(*name);
+  delete name;
+}
+
+int MAKE_TEMPORARY(const std::string& target, std::string_view start, TEMPORARY& temporary,
+                   OPENED_FILE& opened) {
+  std::string name = std::string(start) + "XXXXXX";
+  const SIGNALS_WAIT wait;
+  auto owned = std::make_unique<std::string>(name);
+  const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
+  if (descriptor < 0) return errno;
+  LIST_NAME(name);
+  owned->swap(name);
+  temporary.reset(owned.release());
+  opened.FILE.reset(::fdopen(descriptor, "r+"));
+  opened.READABLE = opened.WRITABLE = true;
+  int error = opened.FILE && TAKES_RIGHTS_OF(target, descriptor) ? 0 : errno;
+  if (!opened.FILE) ::close(descriptor);
+  if (error != 0) temporary.reset();
+  return error;
+}
+
+int PUT_IN_PLACE(TEMPORARY& temporary, OPENED_FILE& opened, const std::string& target) {
+  const bool safe = ::fsync(::fileno(opened.FILE.get())) == 0;
+  const int error = safe ? 0 : errno;
+  if (std::fclose(opened.FILE.release()) != 0 || !safe) return error != 0 ? error : errno;
+  const SIGNALS_WAIT wait;
+  if (std::rename(temporary->c_str(), target.c_str()) != 0) return errno;
+  STRIKE_NAME(*temporary);
+  delete temporary.release();
+  return 0;
+}
+
+void REMOVE_TEMPORARIES_AT_SIGNALS() {
+  const auto follow = [](int signal, void (*routine)(int)) {
+    struct sigaction found {};
+    if (::sigaction(signal, nullptr, &found) != 0 || found.sa_handler != SIG_DFL) return;
+    struct sigaction action {};
+    action.sa_handler = routine;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(signal, &action, nullptr);
+  };
+  for (const int signal : ending_signals) follow(signal, REMOVE_ALL_AND_END);
+  follow(SIGXFSZ, LET_WRITING_FAIL);
 }
 
 }  // namespace KVA_UTILITIES

@@ -1,6 +1,5 @@
-// Windows calls behind console_win.h: console, environment, directories, the file dialogue, system
-// commands, and the replacement of a file. Nothing else in the program may call the system for
-// these.
+// Windows calls behind console_win.h: console, environment, directories, the file dialogue and
+// system commands. Nothing else in the program may call the system for these.
 #include "console_code/console_win.h"
 
 #include <fcntl.h>  // for _O_BINARY
@@ -20,7 +19,6 @@
 #include <optional>
 
 #include "console_code/console_streams.h"
-#include "console_code/kva_utilities/files.h"
 #include "console_code/kva_utilities/system_files.h"
 #include "console_code/windows/wide_text.h"
 
@@ -389,52 +387,6 @@ void RUN_COMMAND_LINE(const std::string& line) {
   ::SetConsoleCtrlHandler(LEAVE_INTERRUPT_TO_COMMAND, FALSE);
   if (!started) WRITE_CONSOLE("The system could not run the command\n");
   RESTORE_CONSOLE_MODES(modes);
-}
-
-// ---- replacing a file ----
-
-namespace {
-
-OWNED_HANDLE OPEN_TO_WRITE(const std::wstring& path, DWORD disposition) {
-  const HANDLE handle = ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                      disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
-  return OWNED_HANDLE(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
-}
-
-bool WRITE_ALL(HANDLE file, std::string_view content) {
-  DWORD written = 0;
-  return ::WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written, nullptr) !=
-             0 &&
-         written == content.size();
-}
-
-// A device or a pipe must not become a file.
-bool MAY_BE_REPLACED(const std::string& path) {
-  return !KVA_UTILITIES::FILE_EXISTS(path) || KVA_UTILITIES::IDENTITY_OF(path).REGULAR;
-}
-
-// For a folder that takes no new file while the file itself may be written.
-bool OVERWRITE(const std::string& path, std::string_view content) {
-  const OWNED_HANDLE file = OPEN_TO_WRITE(WIDE_TEXT(path), OPEN_EXISTING);
-  return file && WRITE_ALL(file.get(), content) && ::SetEndOfFile(file.get()) != 0;
-}
-
-}  // namespace
-
-bool REPLACE_FILE(const std::string& path, const std::string& content) {
-  if (!MAY_BE_REPLACED(path)) return OVERWRITE(path, content);
-  REMOVE_STALE_TEMPORARIES(path);
-  const std::wstring target = WIDE_TEXT(path);
-  const std::wstring temporary =
-      WIDE_TEXT(path + std::string(TEMPORARY_MARK)) + std::to_wstring(::GetCurrentProcessId());
-  constexpr DWORD in_one_step = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-  OWNED_HANDLE file = OPEN_TO_WRITE(temporary, CREATE_NEW);
-  if (!file) return OVERWRITE(path, content);
-  const bool complete = WRITE_ALL(file.get(), content) && ::FlushFileBuffers(file.get()) != 0;
-  file.reset();
-  if (complete && ::MoveFileExW(temporary.c_str(), target.c_str(), in_one_step) != 0) return true;
-  ::DeleteFileW(temporary.c_str());
-  return complete && OVERWRITE(path, content);
 }
 
 }  // namespace KVA_CONSOLE

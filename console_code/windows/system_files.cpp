@@ -3,8 +3,10 @@
 #include "console_code/kva_utilities/system_files.h"
 
 #include <fcntl.h>  // for _O_BINARY
-#include <io.h>     // for _open_osfhandle, _read
+#include <io.h>     // for _open_osfhandle, _read, _write
 
+#include <algorithm>  // for min
+#include <atomic>
 #include <cerrno>
 
 #include "console_code/windows/wide_text.h"
@@ -48,8 +50,8 @@ FILE_IDENTITY IDENTITY_OF(const std::string& name) {
   if (!file || ::GetFileType(file.get()) != FILE_TYPE_DISK ||
       ::GetFileInformationByHandle(file.get(), &status) == 0)
     return {};
-  return {(status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0, status.dwVolumeSerialNumber,
-          JOINED(status.nFileIndexHigh, status.nFileIndexLow),
+  return {(status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0, status.nNumberOfLinks > 1,
+          status.dwVolumeSerialNumber, JOINED(status.nFileIndexHigh, status.nFileIndexLow),
           static_cast<std::size_t>(JOINED(status.nFileSizeHigh, status.nFileSizeLow))};
 }
 
@@ -110,6 +112,9 @@ int LAST_ERROR() {
       return EACCES;
     case ERROR_FILE_EXISTS:
       return EEXIST;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+      return ENOSPC;
     default:
       return EIO;
   }
@@ -153,8 +158,74 @@ std::ptrdiff_t READ_BYTES(std::FILE* stream, std::span<char> bytes) {
   return ::_read(::_fileno(stream), bytes.data(), static_cast<unsigned>(bytes.size()));
 }
 
-bool SHORTEN(std::FILE* stream, long size) {
-  return ::_chsize_s(::_fileno(stream), size) == 0;
+// ---- writing ----
+
+std::size_t WRITE_BYTES(std::FILE* stream, std::string_view bytes, int& error) {
+  constexpr std::size_t at_once = 1U << 30;
+  const int descriptor = ::_fileno(stream);
+  std::size_t done = 0;
+  error = 0;
+  while (done < bytes.size() && error == 0) {
+    const auto part = static_cast<unsigned>(std::min(bytes.size() - done, at_once));
+    const int written = ::_write(descriptor, bytes.data() + done, part);
+    if (written > 0)
+      done += static_cast<std::size_t>(written);
+    else
+      error = written < 0 ? errno : ENOSPC;
+  }
+  return done;
 }
+
+long FILE_POSITION(std::FILE* stream) {
+  return static_cast<long>(::_telli64(::_fileno(stream)));
+}
+
+bool CUT_AT(std::FILE* stream, long position) {
+  const int descriptor = ::_fileno(stream);
+  return ::_chsize_s(descriptor, position) == 0 &&
+         ::_lseeki64(descriptor, position, SEEK_SET) == position;
+}
+
+bool IS_OPEN_HERE(const FILE_IDENTITY& file) {
+  for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+    BY_HANDLE_FILE_INFORMATION status{};
+    if (::GetFileInformationByHandle(::GetStdHandle(stream), &status) != 0 &&
+        status.dwVolumeSerialNumber == file.DEVICE &&
+        JOINED(status.nFileIndexHigh, status.nFileIndexLow) == file.NODE)
+      return true;
+  }
+  return false;
+}
+
+// ---- temporary files ----
+
+void REMOVE_TEMPORARY::operator()(const std::string* name) const {
+  ::DeleteFileW(WIDE_TEXT(*name).c_str());
+  delete name;
+}
+
+// The system gives a new file the rights of its folder.
+int MAKE_TEMPORARY(const std::string& /*target*/, std::string_view start, TEMPORARY& temporary,
+                   OPENED_FILE& opened) {
+  static std::atomic<unsigned> count{0};
+  auto name = std::make_unique<std::string>(
+      std::string(start) + std::to_string(::GetCurrentProcessId()) + "-" + std::to_string(++count));
+  const int error = OPEN_AS_ALLOWED(*name, UNIT_MODE::NEW, opened);
+  if (error == 0) temporary.reset(name.release());
+  return error;
+}
+
+int PUT_IN_PLACE(TEMPORARY& temporary, OPENED_FILE& opened, const std::string& target) {
+  constexpr DWORD in_one_step = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+  const int error = ::_commit(::_fileno(opened.FILE.get())) == 0 ? 0 : errno;
+  if (std::fclose(opened.FILE.release()) != 0 || error != 0) return error != 0 ? error : EIO;
+  if (::MoveFileExW(WIDE_TEXT(*temporary).c_str(), WIDE_TEXT(target).c_str(), in_one_step) == 0)
+    return LAST_ERROR();
+  delete temporary.release();
+  return 0;
+}
+
+// A program that is ended from outside leaves its temporary file to the next that saves there.
+void REMOVE_TEMPORARIES_AT_SIGNALS() {}
 
 }  // namespace KVA_UTILITIES

@@ -140,20 +140,18 @@ void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, const CRYSTAL_SYSTEM& sy
   file.DESCRIPTOR = "Kompressa datafile";
   file.EXT = "dat";
   file.UNIT = DATA_UNIT;
-  OPEN_FILE(file, "APPEND CONF");
+  OPEN_FILE(file, "APPEND CONF WHOLE");
   if (!file.OPEN) return;
 
   std::vector<std::vector<std::string>> rows;
   for (const EOS_POINT& point : points) rows.push_back(ROW_TEXTS(point, COLUMNS_OF(system)));
   const std::vector<std::string> data = WRITE_COLS(rows);
-  const bool written =
-      WRITE_LINES(file.UNIT, HEADER_LINES(system, title)) && WRITE_LINES(file.UNIT, data);
-  CLOSE_FILE(file);
-  if (written)
+  const bool written = WRITE_LINES(file.UNIT, HEADER_LINES(system, title)) &&
+                       WRITE_LINES(file.UNIT, data) && FLUSH_UNIT(file.UNIT);
+  if (!written) WARNING("Errors on writing the file: check it carefully");
+  if (KEEP_FILE(file))
     WRITE_OUT("     File header   and " + INTEGER_COLUMNS(static_cast<int>(points.size()), 3) +
               " data points written to the file|");
-  else
-    WARNING("Errors on writing the file: check it carefully");
 }
 
 }  // namespace FACETOR_EXPORTFILES

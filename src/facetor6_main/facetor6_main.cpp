@@ -13,6 +13,8 @@
 #include "console_code/console/state.h"
 #include "console_code/console_win.h"
 #include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_atomedit/atomedit.h"
 #include "src/facetor6_calc/calc.h"
@@ -209,6 +211,7 @@ void CARRY_OUT(int icom) {
     EXECUTE(icom);
     FACETOR_CONSOLE::FOLLOW_REFERENCE();
   } catch (const std::bad_alloc&) {
+    KVA_UTILITIES::CLOSE_UNIT(DATA_UNIT);  // what it was writing is dropped
     WARNING("There is not enough memory for this command, which was given up");
   }
 }
@@ -236,6 +239,7 @@ void SET_IDENTITY() {
 }
 
 void START_UP(const std::string& macro) {
+  KVA_UTILITIES::REMOVE_TEMPORARIES_AT_SIGNALS();
   CONSOLE.RUN_TYPE = 1;
   FACETOR_CONSOLE::INIT_PHASE_LIST();
   FACETOR_CONSOLE::SET_DEFAULT_CHARGES();

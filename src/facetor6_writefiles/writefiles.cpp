@@ -1,7 +1,6 @@
 // The dialogue of WRITE and the order of a data block.
 #include "src/facetor6_writefiles/writefiles.h"
 
-#include <filesystem>  // for canonical, file_size, remove
 #include <string>
 #include <vector>
 
@@ -11,7 +10,6 @@
 #include "console_code/console/prompts.h"
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
-#include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
@@ -113,15 +111,6 @@ std::vector<int> ASK_CENTRES() {
   return wanted;
 }
 
-// Closes the file; one that this command made and wrote nothing to is not left behind.
-void CLOSE_OR_REMOVE(FILE_RECORD& file) {
-  std::error_code ignored;
-  const std::filesystem::path path = std::filesystem::canonical(SYSTEM_PATH(file.NAME), ignored);
-  CLOSE_FILE(file);
-  if (file.MADE && std::filesystem::file_size(path, ignored) == 0)
-    std::filesystem::remove(path, ignored);
-}
-
 // Names of the blocks that the file holds already.
 NAMES_TAKEN BLOCK_NAMES_IN(const std::string& file_name) {
   FILE_RECORD held;  // one of its own, which an empty file closes
@@ -142,13 +131,9 @@ NAMES_TAKEN BLOCK_NAMES_IN(const std::string& file_name) {
 void WRITE_TO_FILE(FILE_RECORD& file) {
   int nwrite = 0;
   WRITE_CIF_FACETOR(file.UNIT, nwrite, BLOCK_NAMES_IN(file.NAME));
-  if (nwrite != nothing_wanted) {
-    if (ERR_KVACIF)
-      WARNING("Errors on writing the file: check it carefully");
-    else
-      WRITE_OUT(INTEGER_AT_LEAST(nwrite, 5) + " structures written to file");
-  }
-  CLOSE_OR_REMOVE(file);
+  if (nwrite == nothing_wanted) return CLOSE_FILE(file);
+  if (ERR_KVACIF) WARNING("Errors on writing the file: check it carefully");
+  if (KEEP_FILE(file)) WRITE_OUT(INTEGER_AT_LEAST(nwrite, 5) + " structures written to file");
 }
 
 }  // namespace
@@ -170,6 +155,7 @@ void WRITE_CIF_FACETOR(int unit, int& nwrite, NAMES_TAKEN taken) {
     WRITE_BLOCK(PHASE(block), name, centres, unit);
     ++nwrite;
   }
+  WRITE_CIF_END(unit);
   if (ERR_KVACIF) WARNING(ERR_KVACIF_MESS);
 }
 
@@ -198,7 +184,7 @@ void WRITE_PHASE_TO_FILE() {
     file.DESCRIPTOR = "cif file";
     file.EXT = "cif";
     file.UNIT = DATA_UNIT;
-    OPEN_FILE(file, "APPEND CONF");
+    OPEN_FILE(file, "APPEND CONF WHOLE");
     if (file.OPEN) return WRITE_TO_FILE(file);
   }
 }

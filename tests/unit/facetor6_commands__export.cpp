@@ -445,7 +445,10 @@ TEST_F(EXPORT, A_FULL_DISK_IS_TOLD) {
   ADD("first");
   fs::create_symlink("/dev/full", "full.dat");
   EXPECT_EQ(EXPORT_CELLS("full.dat"), opening + head + "\n" + start_1 + "\n" + is_this_ok + menu +
-                                          cells + which_file + OPENED("full.dat") + failed + menu);
+                                          cells + which_file + OPENED("full.dat") + failed +
+                                          "*****Nothing was written to full.dat: No space left on "
+                                          "device\n" +
+                                          menu);
 }
 
 TEST_F(EXPORT, A_WRITE_THAT_FAILS_HALFWAY_LEAVES_WHAT_WAS_THERE) {
@@ -463,8 +466,8 @@ TEST_F(EXPORT, A_WRITE_THAT_FAILS_HALFWAY_LEAVES_WHAT_WAS_THERE) {
   EXPECT_EQ(said,
             opening + head + "\n" + start_1 + "\n" + is_this_ok + menu + cells + which_file +
                 OPENED("out.dat", "     The file exists: this is added behind its 1 lines\n") +
-                failed + menu);
-  EXPECT_TRUE(TEXT_OF("out.dat").starts_with("mine\n"));
+                failed + "*****Nothing was written to out.dat: File too large\n" + menu);
+  EXPECT_EQ(TEXT_OF("out.dat"), "mine\n");
 }
 
 TEST_F(EXPORT, A_FOLDER_THAT_CANNOT_BE_WRITTEN_TO_IS_TOLD) {
