@@ -91,7 +91,7 @@ bool READ_CELL(const BLOCK& block, STRUCTURE& structure) {
     stds[k] = number.STD;
     if (found != NUMBER_FOUND::NONE) continue;
     all_found = false;
-    structure.LENGTH_MISSING = structure.LENGTH_MISSING || k < lengths;
+    if (structure.MISSING.empty()) structure.MISSING = k < lengths ? "length" : "angle";
   }
   if (!all_found) return false;
   XTAL::SET_CELL_RECORD({values[0], values[1], values[2]}, {values[3], values[4], values[5]},
@@ -212,7 +212,7 @@ bool HAS_SITES(const BLOCK& block) {
 
 void CLEAR_STRUCTURE(STRUCTURE& structure) {
   structure.STATUS = BLOCK_STATUS::PASSED_OVER;
-  structure.LENGTH_MISSING = false;
+  structure.MISSING = {};
   structure.VOLUME = structure.T = structure.P = VALUE_STD{};
   structure.SPG = nullptr;
   structure.ATOMS.CLEAR();

@@ -40,7 +40,7 @@ struct SYMMETRY {
 // One block as it was read.
 struct STRUCTURE {
   BLOCK_STATUS STATUS = BLOCK_STATUS::PASSED_OVER;
-  bool LENGTH_MISSING = false;    // no cell, as a length is missing or cannot be read
+  std::string_view MISSING;       // no cell, as a "length" or "angle" is missing or cannot be read
   std::string_view TITLE;         // part of the file
   std::string_view BYTES;         // of the block
   bool HAS_MODES = false;         // there is a loop of vibrational modes

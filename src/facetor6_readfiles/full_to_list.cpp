@@ -134,10 +134,10 @@ void REPORT_DIFFERENCES(const STRUCTURE& structure, const CRYSTAL_STRUCTURE_TYPE
                         int block) {
   const std::string start =
       "Block #" + INTEGER_COLUMNS(block, 3) + " " + AS_IT_IS(plain.BLOCK_TITLE) + ": ";
-  // The plain reader takes 90 degrees for an angle that is missing, as is meant, but also 1
-  // angstrom for a length. Without any cell it is known to have read none.
-  if (structure.LENGTH_MISSING && plain.CELL.CELL != VECTOR3{1.0f, 1.0f, 1.0f})
-    WARNING(start + "a cell length is missing or cannot be read, READ full does not read it");
+  // The plain reader takes 1 angstrom and 90 degrees where the file tells nothing.
+  if (!structure.MISSING.empty())
+    WARNING(start + "a cell " + std::string(structure.MISSING) +
+            " is missing or cannot be read, READ full does not read it");
   if (structure.STATUS == BLOCK_STATUS::NO_CELL) return;
   const std::string told =
       DIFFERENCES(structure, plain, SAME_OPERATORS(structure.SPG->GROUP, plain.SPG));

@@ -108,6 +108,9 @@ const std::string bad_cell = warning + "Bad cell parameters" + in_block_1;
 const std::string no_length =
     "*****WARNING: Block #  1 odd: a cell length is missing or cannot be read, READ full does not "
     "read it";
+const std::string no_angle =
+    "*****WARNING: Block #  1 odd: a cell angle is missing or cannot be read, READ full does not "
+    "read it";
 const std::string no_symmetry = warning + "No symmetry detected in CIF block #  1, neither " +
                                 "operators nor HM symbol, space group set to P1";
 const std::string no_atom_loop =
@@ -117,6 +120,11 @@ const std::string no_atom_rows =
 const LINES no_blocks{
     warning + "Allocate_crystal_structurelist called with n < 1 called from expand_phase_list",
     warning + "     No crystal structures were read from this file"};
+
+// What the check tells of block 1.
+std::string FULL_READS(const std::string& what) {
+  return warning + "Block #  1 odd: READ full reads " + what;
+}
 
 constexpr int any = -1;
 
@@ -138,21 +146,32 @@ const std::vector<ODD_FILE> odd_files{
     // ---- the file as a whole ----
     {"blank_lines", no_blocks, 0},
     {"no_block", no_blocks, 0},
-    {"only_global", no_blocks, 0},
+    {"only_global",
+     {no_blocks[0], warning + "READ full reads 1 structures from this file (not 0)", no_blocks[1]},
+     0},
     {"two_byte_characters", no_blocks, 0},
     {"no_items", {no_symmetry, no_atom_loop}, 1, 0, 0, "P 1", unit_cell},
     {"no_name", {}},
     {"one_name_twice", {}, 2},
     // The text field hides the second block; its lines are words of a row, the last one unfinished.
-    {"open_text_field", {}, 1, 3},
+    {"open_text_field",
+     {warning + "Block #  1 first: READ full reads 2 sites (not 3)",
+      warning + "READ full reads 2 structures from this file (not 1)"},
+     1,
+     3},
     {"block_in_text_field", {}},
     {"control_characters", {}},
     {"zeros_and_high_bytes", {}},
     {"byte_order_mark", {}},
     // A carriage return alone is a blank: one line, on which no loop begins.
-    {"old_line_ends", {no_atom_loop}, 1, 0, 0},
+    {"old_line_ends",
+     {no_atom_loop, warning + "Block #  1 odd _cell_length_a 5 _cell_length_b 6 _cell_length_c 7 "
+                              "_cell_angle_alpha 90 _cel: READ full reads 2 sites (not 0)"},
+     1,
+     0,
+     0},
     {"no_last_line_end", {}},
-    {"long_line", {}},
+    {"long_line", {FULL_READS("3 sites (not 2)")}},
     // ---- cells ----
     {"cell_zero", {bad_cell}, 1, 2, any, "P 1", unit_cell},
     {"cell_zero_with_esd", {bad_cell}, 1, 2, any, "P 1", unit_cell},
@@ -166,16 +185,19 @@ const std::vector<ODD_FILE> odd_files{
     {"cell_infinite", {no_length}, 1, 2, any, "P 1", {1, 1, 7}},
     {"cell_nan", {no_length}, 1, 2, any, "P 1", {1, 1, 7}},
     {"cell_too_large_to_read", {no_length}, 1, 2, any, "P 1", {1, 6, 7}},
-    {"cell_unknown", {}, 1, 2, any, "P 1", unit_cell},
-    {"cell_open_bracket", {}, 1, 2, any, "P 1", unit_cell},
-    {"cell_two_numbers", {}, 1, 2, any, "P 1", {1, 6, 7}},
+    {"cell_unknown", {no_length}, 1, 2, any, "P 1", unit_cell},
+    {"angle_missing", {no_angle}},
+    {"angle_unknown", {no_angle}},
+    {"cell_open_bracket", {no_length}, 1, 2, any, "P 1", unit_cell},
+    {"cell_two_numbers", {FULL_READS("another cell")}, 1, 2, any, "P 1", {1, 6, 7}},
     {"angle_zero", {}},
     {"angle_negative", {}},
     {"cell_smallest", {}, 1, 2, 0, "P 1", {1e-38f, 6, 7}},
     {"cell_tiny", {}, 1, 2, any, "P 1", {0.5f, 0.5f, 0.5f}},
     {"esd_zero", {}},
     {"esd_huge", {}},
-    {"esd_negative", {}, 1, 2, any, "P 1", {1, 6, 7}},  // which is no number
+    {"esd_negative", {FULL_READS("another cell")}, 1, 2, any, "P 1", {1, 6, 7}},  // which is no
+                                                                                  // number
     {"volume_wrong", {"*****Warning: Volume in CIF looks inconsistent with cell parameters:"}},
     {"volume_nonsense", {"*****Warning: Volume in CIF looks inconsistent with cell parameters:"}},
     // ---- conditions ----
@@ -185,16 +207,19 @@ const std::vector<ODD_FILE> odd_files{
     {"symbol_unknown", {no_symmetry}},
     {"symbol_compact",
      {warning + "No symmetry detected in CIF block #  1, no operators and HM symbol not written "
-                "with spaces, space group set to P1"}},
+                "with spaces, space group set to P1",
+      FULL_READS("another space group (P 21/c)")}},
     {"symbol_without_quotes", {no_symmetry}},
     {"symbol_one_quote", {no_symmetry}},
     // The line is no operator, which leaves the identity alone.
     {"operator_without_closing_quote",
      {warning + "HM symbol in CIF block #  1, does not agree with operators, space group set to "
-                "P 1 from operators"}},
+                "P 1 from operators",
+      FULL_READS("another space group (P -1)")}},
     {"operators_without_quotes",
      {warning + "The operators in CIF block #  1 are not read, as they are not in quotes, but they "
-                "do not agree with the HM symbol"}},
+                "do not agree with the HM symbol",
+      FULL_READS("another space group (P -1)")}},
     {"operator_unknown_letter", {}, 1, 2, 2, "P -1"},
     {"operators_empty", {}, 1, 2, 2, "P -1"},
     // The name behind the operators is taken for one, so that they fail and the symbol stands.
@@ -209,21 +234,21 @@ const std::vector<ODD_FILE> odd_files{
     {"atoms_none", {no_atom_loop}, 1, 0, 0},
     {"atoms_no_rows", {no_atom_rows}, 1, 0, 0},
     // A row of 25 words counts as 21, and no line is left that would fill it.
-    {"atoms_in_25_columns", {no_atom_rows}, 1, 0, 0},
+    {"atoms_in_25_columns", {no_atom_rows, FULL_READS("1 sites (not 0)")}, 1, 0, 0},
     {"atoms_last_row_short", {}},
     // The short row takes the label of the next, whose other words are surplus: z is no number.
     // O1 is then 0.3 a and 0.3 c = 2.58 angstroms away, and O3 0.3 a and 0.3 b = 2.34 angstroms.
-    {"atoms_middle_row_short", {}, 1, 3, 0},
-    {"atoms_long_row", {}},
+    {"atoms_middle_row_short", {FULL_READS("other positions, first O2")}, 1, 3, 0},
+    {"atoms_long_row", {FULL_READS("1 sites (not 2)")}},
     {"atoms_row_over_lines", {}},
     // All at the origin, which makes the second a duplicate of the first.
     {"atoms_no_coordinates", {}, 1, 2, 0},
-    {"atoms_far_away", {}, 1, 2, 0},
+    {"atoms_far_away", {FULL_READS("1 sites (not 2)")}, 1, 2, 0},
     {"atoms_on_lattice_points", {}, 1, 3, 0},
     {"atoms_one_site", {}, 1, 4, 0},
     // Atoms without an element are all of one kind, which is excluded.
     {"atoms_no_labels", {}, 1, 2, 0},
-    {"atoms_unknown_elements", {}, 1, 2, 0},
+    {"atoms_unknown_elements", {FULL_READS("3 sites (not 2)")}, 1, 2, 0},
     {"atoms_one_label", {}, 1, 2, 0},
     // At 0, 0, 0.3 and 0, 0, 0: 0.3 c = 2.1 angstroms.
     {"atoms_not_numbers", {}},
@@ -232,18 +257,19 @@ const std::vector<ODD_FILE> odd_files{
     {"atoms_open_quote", {}, 1, 1, 0},
     {"atoms_esds", {}},
     // Si to the oxygens 0.3 a = 1.5 and 0.4 a = 2 angstroms away.
-    {"atoms_occupancies", {}, 1, 3, 4},
+    {"atoms_occupancies", {FULL_READS("other occupancies, first Si1")}, 1, 3, 4},
     {"atoms_in_two_loops", {}, 1, 1, 0},
     {"atoms_end_in_capitals", {}, 1, 1, 0},
     // ---- displacement parameters and modes ----
-    {"aniso_more_rows_than_atoms", {}},
+    {"aniso_more_rows_than_atoms", {FULL_READS("other displacements, first Si1")}},
     {"aniso_unknown_label", {}},
     {"aniso_negative", {}},
-    {"aniso_huge", {}},
+    {"aniso_huge", {FULL_READS("other displacements, first O1")}},
     {"iso_huge", {}},
     {"aniso_before_sites",
      {warning + "The loop of displacement parameters stands before that of the sites" + in_block_1 +
-      ": the atoms are not read rightly"},
+          ": the atoms are not read rightly",
+      FULL_READS("2 sites (not 1)")},
      1,
      1,
      0},
@@ -449,7 +475,9 @@ TEST_F(ODD_FILES, THE_VOLUMES_THAT_DIFFER_ARE_SHOWN) {
 
 namespace {
 
-const std::string head = "data_big\n_cell_length_a 100\n_cell_length_b 100\n_cell_length_c 100\n";
+const std::string head =
+    "data_big\n_cell_length_a 100\n_cell_length_b 100\n_cell_length_c 100\n"
+    "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n";
 const std::string atom_head =
     "\nloop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n";
 const std::string aniso_head =
@@ -466,7 +494,7 @@ std::string DECIMALS(int n, int of) {
 
 TEST_F(ODD_FILES, THOUSANDS_OF_OPERATORS_THAT_ARE_A_GROUP) {
   // The eight operators of P m m m, seven hundred times.
-  std::string text = head + "\n_symmetry_equiv_pos_as_xyz\n";
+  std::string text = head + "\nloop_\n_symmetry_equiv_pos_as_xyz\n";
   for (int i = 0; i < 700; ++i)
     for (const char* x : {"x", "-x"})
       for (const char* y : {"y", "-y"})
@@ -482,7 +510,7 @@ TEST_F(ODD_FILES, THOUSANDS_OF_OPERATORS_THAT_ARE_A_GROUP) {
 
 TEST_F(ODD_FILES, THOUSANDS_OF_OPERATORS_THAT_ARE_NONE) {
   // Translations by 0.0001, 0.0002 ... of the cell: no space group has so many.
-  std::string text = head + "\n_symmetry_equiv_pos_as_xyz\n";
+  std::string text = head + "\nloop_\n_symmetry_equiv_pos_as_xyz\n";
   for (int i = 1; i <= 5000; ++i) text += "'x+" + DECIMALS(i, 10000) + ",y,z'\n";
   PUT_FILE("big.cif", text + atom_head + "Si1 0.1 0.1 0.1\n");
   EXPECT_EQ(MESSAGES_IN(READ("big.cif")), LINES{no_symmetry});
