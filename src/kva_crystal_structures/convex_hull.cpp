@@ -6,14 +6,12 @@
 #include <algorithm>  // for max_element, stable_partition, find, clamp, min
 #include <cmath>      // for abs
 
-#include "src/kva_crystal_structures/wide_reals.h"
-
 namespace KVA_CRYSTAL_STRUCTURES {
 
 namespace {
 
 using POINT = WIDE3;
-using FACE = std::array<POINT, 3>;  // anticlockwise as seen from outside
+using FACE = HULL_TRIANGLE;
 
 POINT BETWEEN(const POINT& a, const POINT& b) {
   return SUBTRACT(b, a);
@@ -36,13 +34,13 @@ bool SEES(const POINT& point, const FACE& face) {
 
 // The point for which the measure is largest.
 template <typename MEASURE>
-POINT FARTHEST(const std::vector<POINT>& points, const MEASURE& measure) {
+POINT FARTHEST(std::span<const POINT> points, const MEASURE& measure) {
   return *std::max_element(points.begin(), points.end(),
                            [&](const POINT& a, const POINT& b) { return measure(a) < measure(b); });
 }
 
 // Four points far from each other as faces; none when all lie in a plane.
-std::vector<FACE> FIRST_FACES(const std::vector<POINT>& points) {
+std::vector<FACE> FIRST_FACES(std::span<const POINT> points) {
   constexpr double flat = 1e-4;  // angstroms
   const POINT a = points.front();
   const POINT b = FARTHEST(points, [&](const POINT& p) { return LENGTH(BETWEEN(a, p)); });
@@ -83,15 +81,10 @@ void ADD_POINT(const POINT& point, std::vector<FACE>& faces) {
   for (const EDGE& edge : HORIZON(seen)) faces.push_back({edge[0], edge[1], point});
 }
 
-// Faces of the hull; none when it has no volume.
 std::vector<FACE> HULL_OF(std::span<const VECTOR3> points_cart) {
   std::vector<POINT> points;
   for (const VECTOR3& p : points_cart) points.push_back(WIDE(p));
-  if (points.size() < 4) return {};
-  std::vector<FACE> faces = FIRST_FACES(points);
-  if (faces.empty()) return {};
-  for (const POINT& point : points) ADD_POINT(point, faces);
-  return faces;
+  return HULL_TRIANGLES(points);
 }
 
 // Distance of the point from the segment.
@@ -116,6 +109,14 @@ double FROM_FACE(const FACE& face, const POINT& point) {
 }
 
 }  // namespace
+
+std::vector<HULL_TRIANGLE> HULL_TRIANGLES(std::span<const WIDE3> points_cart) {
+  if (points_cart.size() < 4) return {};
+  std::vector<FACE> faces = FIRST_FACES(points_cart);
+  if (faces.empty()) return {};
+  for (const POINT& point : points_cart) ADD_POINT(point, faces);
+  return faces;
+}
 
 float HULL_VOLUME(std::span<const VECTOR3> points_cart) {
   const std::vector<FACE> faces = HULL_OF(points_cart);

@@ -6,6 +6,7 @@
 #include <limits>
 #include <numbers>  // for pi
 
+#include "src/kva_crystal_structures/convex_hull.h"
 #include "src/kva_crystal_structures/polyhedra.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
@@ -142,9 +143,9 @@ constexpr double in_face = 1e-3;  // angstroms
 
 // The vertices in the plane of three of them, in order around its outer side; none when others lie
 // on both sides of it.
-HULL_FACE FACE_OF(WIDE_POINTS v, const std::array<std::size_t, 3>& corners) {
-  const WIDE3& origin = v[corners[0]];
-  WIDE3 normal = CROSS(SUBTRACT(v[corners[1]], origin), SUBTRACT(v[corners[2]], origin));
+HULL_FACE FACE_OF(WIDE_POINTS v, const HULL_TRIANGLE& corners) {
+  const WIDE3& origin = corners[0];
+  WIDE3 normal = CROSS(SUBTRACT(corners[1], origin), SUBTRACT(corners[2], origin));
   const double length = LENGTH(normal);
   if (!(length > in_face)) return {};
   normal = SCALED(normal, 1.0 / length);
@@ -185,13 +186,10 @@ bool ARE_ONE(const HULL_FACE& a, const HULL_FACE& b) {
 
 std::vector<HULL_FACE> HULL_FACES(WIDE_POINTS vertices) {
   std::vector<HULL_FACE> candidates;
-  const std::size_t n = vertices.size();
-  for (std::size_t i = 0; i < n; ++i)
-    for (std::size_t j = i + 1; j < n; ++j)
-      for (std::size_t k = j + 1; k < n; ++k) {
-        HULL_FACE face = FACE_OF(vertices, {i, j, k});
-        if (!face.empty()) candidates.push_back(std::move(face));
-      }
+  for (const HULL_TRIANGLE& triangle : HULL_TRIANGLES(vertices)) {
+    HULL_FACE face = FACE_OF(vertices, triangle);
+    if (!face.empty()) candidates.push_back(std::move(face));
+  }
   // Of faces that are nearly in one plane the one with the most vertices stands for all.
   std::stable_sort(candidates.begin(), candidates.end(),
                    [](const HULL_FACE& a, const HULL_FACE& b) { return a.size() > b.size(); });
