@@ -59,14 +59,8 @@ constexpr std::array<LABEL, 7> aniso_labels{{
     {"_atom_site_aniso_U_23", 'F'},
 }};
 
-// The lines of a block.
-struct BLOCK {
-  const FILE_LINES& FLINES;
-  int START = 0;
-  int END = 0;
-};
-
-CIFDATA_TYPE READ_LOOP(const BLOCK& block, std::string_view key, std::span<const LABEL> labels) {
+CIFDATA_TYPE READ_LOOP(const LINE_RANGE& block, std::string_view key,
+                       std::span<const LABEL> labels) {
   CIFDATA_TYPE loop;
   loop.KEY = key;
   for (const LABEL& label : labels) {
@@ -74,7 +68,7 @@ CIFDATA_TYPE READ_LOOP(const BLOCK& block, std::string_view key, std::span<const
     loop.LABELS(loop.NLABELS) = label.NAME;
     loop.VTYPE(loop.NLABELS) = label.VTYPE;
   }
-  READ_LOOP_CIF(block.FLINES, block.START, block.END, loop);
+  READ_LOOP_CIF(block.FLINES, block.FIRST, block.LAST, loop);
   return loop;
 }
 
@@ -97,7 +91,7 @@ float CHARGE_OF(const std::string& scat) {
   return scat[sign] == '-' ? -charge : charge;
 }
 
-std::vector<ATOM_TYPE_ROW> READ_ATOM_TYPES(const BLOCK& block) {
+std::vector<ATOM_TYPE_ROW> READ_ATOM_TYPES(const LINE_RANGE& block) {
   const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_type_", type_labels);
   std::vector<ATOM_TYPE_ROW> types;
   for (int row = 1; row <= loop.N; ++row) {
@@ -168,7 +162,7 @@ ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_
 }
 
 // False when the loop is absent or empty.
-bool READ_SITES(const BLOCK& block, const std::vector<ATOM_TYPE_ROW>& types,
+bool READ_SITES(const LINE_RANGE& block, const std::vector<ATOM_TYPE_ROW>& types,
                 LIST<ATOM_TYPE>& atom) {
   const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_site_", site_labels);
   if (ERR_KVACIF) return false;
@@ -191,7 +185,7 @@ void SET_TENSOR(const CIFDATA_TYPE& loop, int row, ATOM_TYPE& atom) {
   atom.UTYPE = "u_ij";
 }
 
-void READ_TENSORS(const BLOCK& block, LIST<ATOM_TYPE>& atom) {
+void READ_TENSORS(const LINE_RANGE& block, LIST<ATOM_TYPE>& atom) {
   const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_site_aniso_", aniso_labels);
   if (ERR_KVACIF || loop.N == 0) return;
   if (loop.N > atom.COUNT()) {
@@ -230,8 +224,8 @@ void READ_CIF_ATOMARRAY(const FILE_LINES& flines, int start, int end, LIST<ATOM_
   INIT_ERR_KVACIF();
   natoms = 0;
   atom.CLEAR();
-  const BLOCK block{flines, std::max(start, 1), std::min(end, flines.COUNT())};
-  if (block.START > block.END) return;
+  const LINE_RANGE block{flines, std::max(start, 1), std::min(end, flines.COUNT())};
+  if (block.FIRST > block.LAST) return;
   // A file need not have the loop of atom types; reading the sites forgets that it was missed.
   const std::vector<ATOM_TYPE_ROW> types = READ_ATOM_TYPES(block);
   if (!READ_SITES(block, types, atom)) return;

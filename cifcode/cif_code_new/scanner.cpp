@@ -137,23 +137,16 @@ bool ENDS_DATA(std::string_view line) {
   return line[0] == '_' || line.starts_with("LOOP_") || line.starts_with("DATA_");
 }
 
-// The lines among which a loop is looked for.
-struct LINE_RANGE {
-  const FILE_LINES& FLINES;
-  int FIRST = 0;
-  int LAST = 0;
-
-  // Mostly there is nothing to adjust.
-  std::string_view LINE(int i) const {
-    const std::string_view line = FLINES(i);
-    return line.starts_with(' ') || line.ends_with(' ') ? LEFT_ADJUST_VIEW(line) : line;
-  }
-};
+// A line without blanks around it: mostly there is nothing to adjust.
+std::string_view ADJUSTED_LINE(const LINE_RANGE& range, int i) {
+  const std::string_view line = range.FLINES(i);
+  return line.starts_with(' ') || line.ends_with(' ') ? LEFT_ADJUST_VIEW(line) : line;
+}
 
 // First line that begins with the key; 0, with the error set, when there is none.
 int FIND_HEADER(const LINE_RANGE& range, const std::string& key) {
   for (int line = range.FIRST; line <= range.LAST; ++line)
-    if (BEGINS_WITH(range.LINE(line), key)) return line;
+    if (BEGINS_WITH(ADJUSTED_LINE(range, line), key)) return line;
   ERR_KVACIF = true;
   ERR_KVACIF_MESS = "cifdata_key of " + TRIM(key) + " not found by read_loop_cif";
   return 0;
@@ -164,7 +157,7 @@ int FIND_HEADER(const LINE_RANGE& range, const std::string& key) {
 int READ_HEADER(const LINE_RANGE& range, int& line, CIFDATA_TYPE& cifdata) {
   int columns = 0;
   for (; line <= range.LAST; ++line) {
-    const std::string_view text = range.LINE(line);
+    const std::string_view text = ADJUSTED_LINE(range, line);
     if (IS_COMMENT_OR_BLANK(text)) continue;
     if (INDEXALL(text, cifdata.KEY) == 0) break;
     ++columns;
@@ -200,7 +193,7 @@ struct ROW_WORDS {
 bool READ_ROW(const LINE_RANGE& range, int& line, int columns, ROW_WORDS& row) {
   row = ROW_WORDS{};
   for (; line <= range.LAST; ++line) {
-    const std::string_view text = range.LINE(line);
+    const std::string_view text = ADJUSTED_LINE(range, line);
     if (IS_COMMENT_OR_BLANK(text)) continue;
     if (ENDS_DATA(text)) return false;
     row.TAKE_LINE(text);
@@ -213,7 +206,7 @@ bool READ_ROW(const LINE_RANGE& range, int& line, int columns, ROW_WORDS& row) {
 
 std::size_t LINES_OF_DATA(const LINE_RANGE& range, int line) {
   std::size_t lines = 0;
-  for (; line <= range.LAST && !ENDS_DATA(range.LINE(line)); ++line) ++lines;
+  for (; line <= range.LAST && !ENDS_DATA(ADJUSTED_LINE(range, line)); ++line) ++lines;
   return lines;
 }
 

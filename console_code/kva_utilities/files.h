@@ -13,6 +13,13 @@ inline constexpr int LINE_LENGTH = 255;  // bytes of an input line that are kept
 // Lines of a file, numbered from 1, each at most LINE_LENGTH bytes and without trailing blanks.
 using FILE_LINES = LIST<std::string>;
 
+// Lines of a file, the first and the last included, among which something is looked for.
+struct LINE_RANGE {
+  const FILE_LINES& FLINES;
+  int FIRST = 1;
+  int LAST = 0;
+};
+
 // One kind of file that the program opens.
 struct FILE_RECORD {
   std::string NAME;        // as opened, with its path; at most 255 characters

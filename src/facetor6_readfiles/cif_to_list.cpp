@@ -27,26 +27,26 @@ using namespace KVA_UTILITIES;
 namespace {
 
 // The lines of one block and its number.
-struct BLOCK {
+struct CIF_BLOCK {
   int NUMBER = 0;
   int START = 0;
   int END = 0;
 };
 
 // "in block # 12 in the cif".
-std::string BLOCK_WORDS(const BLOCK& block) {
+std::string BLOCK_WORDS(const CIF_BLOCK& block) {
   return "in block #" + INTEGER_AT_LEAST(block.NUMBER, 3) + " in the cif";
 }
 
 // ---- title and cell ----
 
-void READ_TITLE(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
+void READ_TITLE(const FILE_LINES& flines, const CIF_BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   const std::string& line = flines(block.START);
   phase.BLOCK_TITLE = CUT_TEXT(line.substr(line.find('_') + 1), TITLE_LENGTH);
 }
 
 // True when the cell of the file could be taken.
-bool READ_CELL(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
+bool READ_CELL(const FILE_LINES& flines, const CIF_BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   std::array<float, 6> v{};
   std::array<float, 6> s{};
   READ_CIF_CELL(flines, block.START, block.END, v, s);
@@ -58,14 +58,15 @@ bool READ_CELL(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_T
   return false;
 }
 
-void READ_VOLUME(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
+void READ_VOLUME(const FILE_LINES& flines, const CIF_BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   float volume = 0.0f;
   float std = 0.0f;
   READ_CIF_VALUE("_cell_volume", flines, block.START, block.END, volume, std);
   CHECK_VOLUME(volume, std, phase);
 }
 
-void READ_CONDITIONS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
+void READ_CONDITIONS(const FILE_LINES& flines, const CIF_BLOCK& block,
+                     CRYSTAL_STRUCTURE_TYPE& phase) {
   READ_CIF_TEMP(flines, block.START, block.END, phase.PT(TEMPERATURE, PT_VALUE),
                 phase.PT(TEMPERATURE, PT_ESD));
   READ_CIF_PRESSURE(flines, block.START, block.END, phase.PT(PRESSURE, PT_VALUE),
@@ -84,7 +85,7 @@ struct SYMMETRY_TEXTS {
   bool operator==(const SYMMETRY_TEXTS&) const = default;
 };
 
-SYMMETRY_TEXTS READ_SYMMETRY_TEXTS(const FILE_LINES& flines, const BLOCK& block) {
+SYMMETRY_TEXTS READ_SYMMETRY_TEXTS(const FILE_LINES& flines, const CIF_BLOCK& block) {
   SYMMETRY_TEXTS texts;
   READ_CIF_HM(flines, block.START, block.END, texts.SYMBOL);
   texts.SYMBOL = LEFT_ADJUST(texts.SYMBOL);
@@ -139,7 +140,7 @@ SYMMETRY SYMMETRY_OF(const SYMMETRY_TEXTS& texts) {
   return symmetry;
 }
 
-void REPORT_SYMMETRY_FAULT(const SYMMETRY& symmetry, const BLOCK& block) {
+void REPORT_SYMMETRY_FAULT(const SYMMETRY& symmetry, const CIF_BLOCK& block) {
   const std::string number = INTEGER_AT_LEAST(block.NUMBER, 3);
   switch (symmetry.FAULT) {
     case SYMMETRY_FAULT::NONE:
@@ -165,7 +166,7 @@ void REPORT_SYMMETRY_FAULT(const SYMMETRY& symmetry, const BLOCK& block) {
 // next.
 using LAST_SYMMETRY = std::optional<SYMMETRY>;
 
-void READ_SPACE_GROUP(const FILE_LINES& flines, const BLOCK& block, LAST_SYMMETRY& last,
+void READ_SPACE_GROUP(const FILE_LINES& flines, const CIF_BLOCK& block, LAST_SYMMETRY& last,
                       CRYSTAL_STRUCTURE_TYPE& phase) {
   const SYMMETRY_TEXTS texts = READ_SYMMETRY_TEXTS(flines, block);
   if (!last || last->TEXTS != texts) last = SYMMETRY_OF(texts);
@@ -176,13 +177,13 @@ void READ_SPACE_GROUP(const FILE_LINES& flines, const BLOCK& block, LAST_SYMMETR
 // ---- atoms ----
 
 // Messages that speak of anisotropic displacements are not for the user: the atoms stand.
-void REPORT_ATOM_FAULT(const BLOCK& block) {
+void REPORT_ATOM_FAULT(const CIF_BLOCK& block) {
   if (ERR_KVACIF && INDEXALL(ERR_KVACIF_MESS, "aniso") == 0)
     WARNING(TRIM(ERR_KVACIF_MESS) + " " + BLOCK_WORDS(block));
 }
 
 // The loop of displacement parameters is taken for that of the sites when it comes first.
-void WARN_OF_LOOP_ORDER(const FILE_LINES& flines, const BLOCK& block) {
+void WARN_OF_LOOP_ORDER(const FILE_LINES& flines, const CIF_BLOCK& block) {
   const int first = FINDLINE(flines, "_atom_site_", block.START, block.END);
   if (first == 0 || !BEGINS_WITH(flines(first), "_atom_site_aniso_")) return;
   if (FINDLINE(flines, "_atom_site_fract_", first, block.END) == 0) return;
@@ -190,7 +191,7 @@ void WARN_OF_LOOP_ORDER(const FILE_LINES& flines, const BLOCK& block) {
           BLOCK_WORDS(block) + ": the atoms are not read rightly");
 }
 
-void READ_ATOMS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
+void READ_ATOMS(const FILE_LINES& flines, const CIF_BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {
   LIST<ATOM_TYPE> atoms;
   int natoms = 0;
   READ_CIF_ATOMARRAY(flines, block.START, block.END, atoms, natoms);
@@ -201,7 +202,7 @@ void READ_ATOMS(const FILE_LINES& flines, const BLOCK& block, CRYSTAL_STRUCTURE_
     if (phase.ATOM(i).OCC < TINY_REAL) phase.ATOM(i).OCC = 1.0f;
 }
 
-void READ_BLOCK(const FILE_LINES& flines, const BLOCK& block, LAST_SYMMETRY& last,
+void READ_BLOCK(const FILE_LINES& flines, const CIF_BLOCK& block, LAST_SYMMETRY& last,
                 CRYSTAL_STRUCTURE_TYPE& phase) {
   READ_TITLE(flines, block, phase);
   if (READ_CELL(flines, block, phase)) READ_VOLUME(flines, block, phase);

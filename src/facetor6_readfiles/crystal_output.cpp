@@ -27,28 +27,23 @@ namespace {
 
 // ---- searching ----
 
-// Lines of the file that a search looks at.
-struct STRETCH {
-  int START = 1;
-  int END = 0;
-};
-
-STRETCH WHOLE(const FILE_LINES& flines) {
-  return {1, flines.COUNT()};
+LINE_RANGE WHOLE(const FILE_LINES& flines) {
+  return {flines, 1, flines.COUNT()};
 }
 
-// First line of the stretch that holds the marker, 0 when there is none; behind receives what
+// First line of the range that holds the marker, 0 when there is none; behind receives what
 // follows it there.
-int FIND(const FILE_LINES& flines, STRETCH stretch, std::string_view marker, std::string& behind) {
-  int line = stretch.START;
-  KVA_CIFNEW::FIND_KEY_STRING(flines, line, stretch.END, marker, behind);
+int FIND(const LINE_RANGE& range, std::string_view marker, std::string& behind) {
+  const FILE_LINES& flines = range.FLINES;
+  int line = range.FIRST;
+  KVA_CIFNEW::FIND_KEY_STRING(flines, line, range.LAST, marker, behind);
   const bool found = line <= flines.COUNT() && INDEXALL(flines(line), LEFT_ADJUST(marker)) > 0;
   return found ? line : 0;
 }
 
-int FIND(const FILE_LINES& flines, STRETCH stretch, std::string_view marker) {
+int FIND(const LINE_RANGE& range, std::string_view marker) {
   std::string behind;
-  return FIND(flines, stretch, marker, behind);
+  return FIND(range, marker, behind);
 }
 
 // Last line above the given one that begins with the marker, 0 when there is none.
@@ -62,11 +57,10 @@ bool HOLDS_ALL(const std::string& line, std::span<const std::string_view> words)
   return true;
 }
 
-// First line of the stretch that holds all words, 0 when there is none.
-int FIND_HEADING(const FILE_LINES& flines, STRETCH stretch,
-                 std::span<const std::string_view> words) {
-  for (int line = stretch.START; line <= std::min(stretch.END, flines.COUNT()); ++line)
-    if (HOLDS_ALL(flines(line), words)) return line;
+// First line of the range that holds all words, 0 when there is none.
+int FIND_HEADING(const LINE_RANGE& range, std::span<const std::string_view> words) {
+  for (int line = range.FIRST; line <= std::min(range.LAST, range.FLINES.COUNT()); ++line)
+    if (HOLDS_ALL(range.FLINES(line), words)) return line;
   return 0;
 }
 
@@ -77,7 +71,7 @@ enum METADATA_COLUMN { ITEM = 1, TEXT = 2 };
 
 // First line of the banner, 0 when there is none.
 int BANNER_LINE(const FILE_LINES& flines) {
-  return FIND(flines, WHOLE(flines), "*******");
+  return FIND(WHOLE(flines), "*******");
 }
 
 std::string WITHOUT_FRAME(std::string line) {
@@ -87,7 +81,7 @@ std::string WITHOUT_FRAME(std::string line) {
 
 void READ_PROGRAM(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
   const int banner = BANNER_LINE(flines);
-  const int line = banner > 0 ? FIND(flines, {banner, flines.COUNT()}, "CRYSTAL") : 0;
+  const int line = banner > 0 ? FIND({flines, banner, flines.COUNT()}, "CRYSTAL") : 0;
   if (line == 0) return;
   phase.METADATA(SOLUTION, ITEM) = "_computing_structure_solution";
   phase.METADATA(REFINEMENT, ITEM) = "_computing_structure_refinement";
@@ -109,7 +103,7 @@ std::vector<std::string> INPUT_PIECES(const FILE_LINES& flines) {
 std::string ENERGY(const FILE_LINES& flines, std::string_view marker) {
   constexpr int in_kj_per_mol = 3;
   std::string behind;
-  FIND(flines, WHOLE(flines), marker, behind);
+  FIND(WHOLE(flines), marker, behind);
   int numbers = 0;
   while (!behind.empty()) {
     const std::string word = CUT_WORD(behind);
@@ -121,7 +115,7 @@ std::string ENERGY(const FILE_LINES& flines, std::string_view marker) {
 }
 
 std::vector<std::string> ENERGY_PIECES(const FILE_LINES& flines) {
-  if (FIND(flines, WHOLE(flines), "ZERO-POINT ENERGY") == 0) return {};
+  if (FIND(WHOLE(flines), "ZERO-POINT ENERGY") == 0) return {};
   std::vector<std::string> pieces{"| Final Energies were:"};
   const std::string electronic = ENERGY(flines, "EL            :");
   const std::string zero_point = ENERGY(flines, "E0            :");
@@ -153,7 +147,7 @@ std::string ASK_FOR_GROUP() {
 
 std::string SYMBOL_IN(const FILE_LINES& flines) {
   std::string symbol;
-  FIND(flines, WHOLE(flines), " SPACE  GROUP  N.                     :", symbol);
+  FIND(WHOLE(flines), " SPACE  GROUP  N.                     :", symbol);
   return symbol;
 }
 
@@ -175,35 +169,35 @@ void READ_GROUP(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
 // ---- cell and atoms ----
 
 // From the heading of the optimised geometry, or from the first line, to the line that closes it.
-STRETCH GEOMETRY_LINES(const FILE_LINES& flines) {
-  STRETCH geometry = WHOLE(flines);
-  const int optimised = FIND(flines, geometry, "FINAL OPTIMIZED GEOMETRY");
-  if (optimised > 0) geometry.START = optimised;
-  const int closing = FIND(flines, geometry, "T = ATOM BELONGING TO THE ASYMMETRIC UNIT");
-  if (closing > 0) geometry.END = closing;
+LINE_RANGE GEOMETRY_LINES(const FILE_LINES& flines) {
+  LINE_RANGE geometry = WHOLE(flines);
+  const int optimised = FIND(geometry, "FINAL OPTIMIZED GEOMETRY");
+  if (optimised > 0) geometry.FIRST = optimised;
+  const int closing = FIND(geometry, "T = ATOM BELONGING TO THE ASYMMETRIC UNIT");
+  if (closing > 0) geometry.LAST = closing;
   return geometry;
 }
 
 // The cell that the atoms refer to: the crystallographic one where it is printed, else the
-// primitive one. Leaves the stretch at the cell and gives its volume, 0 when none is printed.
-float CHOOSE_CELL(const FILE_LINES& flines, STRETCH& geometry, bool& primitive) {
+// primitive one. Leaves the range at the cell and gives its volume, 0 when none is printed.
+float CHOOSE_CELL(LINE_RANGE& geometry, bool& primitive) {
   std::string behind;
-  int line = FIND(flines, geometry, "CRYSTALLOGRAPHIC CELL (VOLUME=", behind);
+  int line = FIND(geometry, "CRYSTALLOGRAPHIC CELL (VOLUME=", behind);
   primitive = line == 0;
   if (primitive) {
-    line = FIND(flines, geometry, "PRIMITIVE CELL - CENTRING CODE");
-    if (line > 0) FIND(flines, {line, line}, "VOLUME=", behind);
+    line = FIND(geometry, "PRIMITIVE CELL - CENTRING CODE");
+    if (line > 0) FIND({geometry.FLINES, line, line}, "VOLUME=", behind);
   }
-  if (line > 0) geometry.START = line;
+  if (line > 0) geometry.FIRST = line;
   const std::vector<NUMBER> numbers = NUM_FROM_TEXT(behind);
   return numbers.empty() ? 0.0f : numbers[0].VAL;
 }
 
-void READ_CELL(const FILE_LINES& flines, STRETCH geometry, float volume,
-               CRYSTAL_STRUCTURE_TYPE& phase) {
+void READ_CELL(const LINE_RANGE& geometry, float volume, CRYSTAL_STRUCTURE_TYPE& phase) {
   constexpr std::string_view heading_marker =
       "A              B              C           ALPHA      BETA       GAMMA";
-  const int heading = FIND(flines, geometry, heading_marker);
+  const FILE_LINES& flines = geometry.FLINES;
+  const int heading = FIND(geometry, heading_marker);
   if (heading == 0 || heading == flines.COUNT()) return;
   const std::vector<NUMBER> v = NUM_FROM_TEXT(flines(heading + 1));
   if (v.size() < 6) return;
@@ -253,11 +247,12 @@ ATOM_TYPE ATOM_RECORD(const ATOM_LINE& line, int place) {
 }
 
 // Stores the atoms of the asymmetric unit; listed receives the positions of all atoms.
-void READ_ATOMS(const FILE_LINES& flines, STRETCH geometry, CRYSTAL_STRUCTURE_TYPE& phase,
+void READ_ATOMS(const LINE_RANGE& geometry, CRYSTAL_STRUCTURE_TYPE& phase,
                 std::vector<VECTOR3>& listed) {
   // The third coordinate of a slab is in angstroms: its atoms are no part of a crystal.
   constexpr std::array<std::string_view, 3> heading_words{"X/A", "Y/B", "Z/C"};
-  const int heading = FIND_HEADING(flines, geometry, heading_words);
+  const FILE_LINES& flines = geometry.FLINES;
+  const int heading = FIND_HEADING(geometry, heading_words);
   if (heading == 0) return;
   LIST<ATOM_TYPE> atoms;
   for (int line = heading + 2; line <= flines.COUNT(); ++line) {
@@ -298,13 +293,13 @@ void CHECK_GROUP(const FILE_LINES& flines, int start, bool primitive,
 }
 
 void READ_GEOMETRY(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
-  STRETCH geometry = GEOMETRY_LINES(flines);
+  LINE_RANGE geometry = GEOMETRY_LINES(flines);
   bool primitive = false;
-  const float volume = CHOOSE_CELL(flines, geometry, primitive);
-  READ_CELL(flines, geometry, volume, phase);
+  const float volume = CHOOSE_CELL(geometry, primitive);
+  READ_CELL(geometry, volume, phase);
   std::vector<VECTOR3> listed;
-  READ_ATOMS(flines, geometry, phase, listed);
-  CHECK_GROUP(flines, geometry.START, primitive, listed, phase);
+  READ_ATOMS(geometry, phase, listed);
+  CHECK_GROUP(flines, geometry.FIRST, primitive, listed, phase);
 }
 
 // ---- modes ----
@@ -344,9 +339,9 @@ std::optional<RAMAN::MODE_TYPE> PARSE_MODE(std::string line) {
 std::vector<RAMAN::MODE_TYPE> MODES_OF(const FILE_LINES& flines, int start) {
   constexpr std::array<std::string_view, 3> heading_words{"MODES", "EIGV", "FREQUENCIES"};
   std::vector<RAMAN::MODE_TYPE> modes;
-  const int eigenvalues = FIND(flines, {start, flines.COUNT()}, "EIGENVALUES");
+  const int eigenvalues = FIND({flines, start, flines.COUNT()}, "EIGENVALUES");
   if (eigenvalues == 0) return modes;
-  const int heading = FIND_HEADING(flines, {eigenvalues, flines.COUNT()}, heading_words);
+  const int heading = FIND_HEADING({flines, eigenvalues, flines.COUNT()}, heading_words);
   if (heading == 0) return modes;
   for (int line = heading + 2; line < NEXTBLANK(flines, heading); ++line)
     if (const auto mode = PARSE_MODE(flines(line))) modes.push_back(*mode);
@@ -354,7 +349,7 @@ std::vector<RAMAN::MODE_TYPE> MODES_OF(const FILE_LINES& flines, int start) {
 }
 
 void READ_MODES(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
-  const std::vector<RAMAN::MODE_TYPE> modes = MODES_OF(flines, GEOMETRY_LINES(flines).START);
+  const std::vector<RAMAN::MODE_TYPE> modes = MODES_OF(flines, GEOMETRY_LINES(flines).FIRST);
   if (modes.empty()) return WRITE_OUT("     No mode information found in file");
   const int count = static_cast<int>(modes.size());
   RAMAN::ALLOCATE_MODE_LIST(count, phase.MODE_LIST);
