@@ -26,26 +26,17 @@ bool IS_ISOTROPIC(const ATOM_TYPE& atom) {
   return INDEXALL(atom.THTYPE, "isotr") > 0 && given;
 }
 
-struct TENSOR {
-  VECTOR6 U{};
-  VECTOR6 STD{};
-};
-
 // The atom's tensor as u_ij.
 TENSOR U_OF_ATOM(const CRYSTAL_STRUCTURE_TYPE& phase, const ATOM_TYPE& atom) {
-  TENSOR tensor{atom.U, atom.U_STD};
-  if (IS_BETA(atom)) {
-    XTAL::BETA_TO_U(atom.U, tensor.U, phase.CELL);
-    XTAL::BETA_TO_U(atom.U_STD, tensor.STD, phase.CELL);
-  }
-  return tensor;
+  const TENSOR tensor{atom.U, atom.U_STD};
+  return IS_BETA(atom) ? TENSOR_AS_U(tensor, phase.CELL) : tensor;
 }
 
 // Value and kind of the displacement of atom i.
 void ADD_DISPLACEMENT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, std::vector<std::string>& row) {
   const ATOM_TYPE& atom = phase.ATOM(i);
   if (IS_ANISOTROPIC(atom)) {
-    const float ueq = XTAL::U_EQUIV(phase.CELL, U_OF_ATOM(phase, atom).U);
+    const float ueq = XTAL::U_EQUIV(phase.CELL, U_OF_ATOM(phase, atom).VALUE);
     row.push_back(CIF_NUMBER(ueq, CALC_ESD_U_EQUIV(phase, i)));
     row.push_back("Uani");
   } else if (IS_ISOTROPIC(atom)) {
@@ -70,8 +61,8 @@ std::vector<std::string> ANISO_ROW(const CRYSTAL_STRUCTURE_TYPE& phase, const AT
   const TENSOR tensor = U_OF_ATOM(phase, atom);
   std::vector<std::string> row{CIF_WORD(atom.LAB)};
   for (std::size_t k = 0; k < 6; ++k)
-    row.push_back(tensor.STD[k] > TINY_REAL ? CIF_NUMBER(tensor.U[k], tensor.STD[k])
-                                            : LEFT_ADJUST(RFORM(tensor.U[k], plain_width)));
+    row.push_back(tensor.STD[k] > TINY_REAL ? CIF_NUMBER(tensor.VALUE[k], tensor.STD[k])
+                                            : LEFT_ADJUST(RFORM(tensor.VALUE[k], plain_width)));
   return row;
 }
 

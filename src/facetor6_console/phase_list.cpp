@@ -10,6 +10,7 @@
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/valence_table.h"
 
@@ -94,6 +95,12 @@ std::vector<int> ASK_BLOCKS(std::string_view prompt) {
   std::sort(blocks.begin(), blocks.end());
   blocks.erase(std::unique(blocks.begin(), blocks.end()), blocks.end());
   return blocks;
+}
+
+int ATOM_NAMED(std::string_view beginning) {
+  for (int i = 1; i <= REFERENCE().NATOMS; ++i)
+    if (KVA_UTILITIES::BEGINS_WITH(REFERENCE().ATOM(i).LAB, beginning)) return i;
+  return 0;
 }
 
 KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS() {

@@ -40,6 +40,9 @@ void SORT_FACETOR_LIST();
 void UNSORT_FACETOR_LIST();
 void CLEAR_FACETOR_LIST();
 
+// The first atom of the reference block whose label begins so; 0 when there is none.
+int ATOM_NAMED(std::string_view beginning);
+
 // Labels of the reference block, for a prompt that takes one.
 KVA_CONSOLE::LINE_HELP HELP_WITH_LABELS();
 

@@ -65,13 +65,6 @@ XTAL::CRYSTAL_SYSTEM COMMON_SYSTEM(const STRUCTURE_LIST& phases, int n) {
 
 // ---- polyhedra ----
 
-// First atom of the reference block whose label begins with name; 0 when there is none.
-int FIND_SITE(const std::string& name) {
-  for (int i = 1; i <= REFERENCE().NATOMS; ++i)
-    if (BEGINS_WITH(REFERENCE().ATOM(i).LAB, name)) return i;
-  return 0;
-}
-
 // Why atom i has no volume to write; blank when it has.
 std::string REASON_AGAINST(int i) {
   if (i == 0) return "     *****No atom site with this name found in the reference block";
@@ -146,7 +139,7 @@ void EXPORT_POLYVOL_EOSDAT(const STRUCTURE_LIST& phases, int n) {
   while (true) {
     GET_INPUT("    Enter central atom name:", HELP_WITH_LABELS());
     if (CONSOLE.INSTRING_LEN == 0) return;
-    const int i = FIND_SITE(CUT_TEXT(CONSOLE.INSTRING, name_length));
+    const int i = ATOM_NAMED(CUT_TEXT(CONSOLE.INSTRING, name_length));
     CLEAR_INPUT();
     const std::string reason = REASON_AGAINST(i);
     if (reason.empty())

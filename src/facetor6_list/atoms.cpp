@@ -213,6 +213,21 @@ int MOST_DUPLICATES(const MATCHED_ATOMS& atoms) {
   return most;
 }
 
+// A row a place: what add makes of the atom that was found there, or, behind so many blanks, that
+// there is none.
+template <class ADD>
+void ADD_ATOM_ROWS(REPORT& report, const MATCHED_ATOMS& atoms, std::size_t blanks, ADD add) {
+  for (const auto& [place, found] : atoms) {
+    REPORT_ROW row;
+    row.HEAD = HEAD_OF_PLACE(place);
+    if (found.ATOM > 0)
+      add(found, row);
+    else
+      row.SENTENCE = std::string(blanks, ' ') + "*****No equivalent atom found";
+    report.ROWS.push_back(std::move(row));
+  }
+}
+
 void ADD_DUPLICATE_CELLS(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int slots, REPORT_ROW& row) {
   for (int slot = 1; slot <= slots; ++slot) {
     const int duplicate = phase.ATOM_DUP(i, slot);
@@ -254,15 +269,9 @@ REPORT XYZ_REPORT(int i, bool with_esds, const MATCHED_ATOMS& atoms) {
   for (const ATOM_COLUMN& shown :
        std::span(duplicate_columns).first(2 * static_cast<std::size_t>(duplicates)))
     ADD_ATOM_COLUMN(report, shown).IN_SHEET = false;
-  for (const auto& [place, found] : atoms) {
-    REPORT_ROW row;
-    row.HEAD = HEAD_OF_PLACE(place);
-    if (found.ATOM > 0)
-      ADD_XYZ_CELLS(found, duplicates, row);
-    else
-      row.SENTENCE = "         *****No equivalent atom found";
-    report.ROWS.push_back(std::move(row));
-  }
+  ADD_ATOM_ROWS(report, atoms, 9, [&](const FOUND_ATOM& found, REPORT_ROW& row) {
+    ADD_XYZ_CELLS(found, duplicates, row);
+  });
   return report;
 }
 
@@ -302,28 +311,18 @@ void ADD_TENSOR_COLUMNS(REPORT& report, TENSOR_FORM form) {
   }
 }
 
-struct TENSOR_WITH_ESDS {
-  VECTOR6 VALUE{};
-  VECTOR6 STD{};
-};
-
 // The tensor of the atom's image.
-TENSOR_WITH_ESDS TENSOR_OF_IMAGE(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& found,
-                                 TENSOR_FORM form) {
-  const TENSOR_WITH_ESDS image{
-      APPLYSO_BETA(phase.SPG.SYMOP(found.OPERATOR).ROT, phase.ATOM(found.ATOM).U),
-      CALC_ESD_BETA(phase, found.ATOM, found.OPERATOR)};
-  if (form == TENSOR_FORM::BETA) return image;
-  TENSOR_WITH_ESDS as_u;
-  XTAL::BETA_TO_U(image.VALUE, as_u.VALUE, phase.CELL);
-  XTAL::BETA_TO_U(image.STD, as_u.STD, phase.CELL);
-  return as_u;
+TENSOR TENSOR_OF_IMAGE(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& found,
+                       TENSOR_FORM form) {
+  const TENSOR image{APPLYSO_BETA(phase.SPG.SYMOP(found.OPERATOR).ROT, phase.ATOM(found.ATOM).U),
+                     CALC_ESD_BETA(phase, found.ATOM, found.OPERATOR)};
+  return form == TENSOR_FORM::BETA ? image : TENSOR_AS_U(image, phase.CELL);
 }
 
 void ADD_TENSOR_CELLS(const FOUND_ATOM& found, TENSOR_FORM form, REPORT_ROW& row) {
   const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(row.HEAD.BLOCK);
   ADD_NAME_CELLS(phase, found, row);
-  const TENSOR_WITH_ESDS tensor = TENSOR_OF_IMAGE(phase, found, form);
+  const TENSOR tensor = TENSOR_OF_IMAGE(phase, found, form);
   for (std::size_t c = 0; c < 6; ++c)
     row.CELLS.push_back(REAL_CELL(tensor.VALUE[c], tensor.STD[c]));
   if (form == TENSOR_FORM::U) row.CELLS.push_back(REAL_CELL(phase.ATOM(found.ATOM).UEQ));
@@ -340,15 +339,9 @@ REPORT ADP_REPORT(int i, TENSOR_FORM form, bool with_esds, const MATCHED_ATOMS& 
   report.TITLE = {"", "", title};
   ADD_NAME_COLUMNS(report, atoms);
   ADD_TENSOR_COLUMNS(report, form);
-  for (const auto& [place, found] : atoms) {
-    REPORT_ROW row;
-    row.HEAD = HEAD_OF_PLACE(place);
-    if (found.ATOM > 0)
-      ADD_TENSOR_CELLS(found, form, row);
-    else
-      row.SENTENCE = "        *****No equivalent atom found";
-    report.ROWS.push_back(std::move(row));
-  }
+  ADD_ATOM_ROWS(report, atoms, 8, [&](const FOUND_ATOM& found, REPORT_ROW& row) {
+    ADD_TENSOR_CELLS(found, form, row);
+  });
   return report;
 }
 

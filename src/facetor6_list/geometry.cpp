@@ -104,12 +104,6 @@ void FACETOR_LIST_ALL_ORBIX() {
 
 namespace {
 
-int FIND_SITE(const std::string& name) {
-  for (int i = 1; i <= REFERENCE().NATOMS; ++i)
-    if (BEGINS_WITH(REFERENCE().ATOM(i).LAB, name)) return i;
-  return 0;
-}
-
 // Why the site of that name has no report; blank when it has.
 std::string REASON_AGAINST(int i, const std::string& name) {
   if (i == 0) return "Site with name = " + AS_IT_IS(name) + " not found in reference block";
@@ -127,7 +121,7 @@ SITE_ANSWER SITES_NAMED(const std::string& answer) {
   constexpr int name_length = 10;
   if (INDEXALL(answer, "ALL") > 0) return {USED_ATOMS(), true, false};
   const std::string name = FIRST_CHARACTERS(answer, name_length);
-  const int i = FIND_SITE(name);
+  const int i = ATOM_NAMED(name);
   const std::string reason = REASON_AGAINST(i, name);
   if (reason.empty()) return {{i}, false, false};
   WRITE_OUT(reason);

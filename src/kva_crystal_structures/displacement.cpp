@@ -63,6 +63,13 @@ void SET_ALLATOM_ADP(CRYSTAL_STRUCTURE_TYPE& phase) {
 
 // ---- symmetry ----
 
+TENSOR TENSOR_AS_U(const TENSOR& beta, const XTAL::CRYSTAL_CELL& cell) {
+  TENSOR u;
+  XTAL::BETA_TO_U(beta.VALUE, u.VALUE, cell);
+  XTAL::BETA_TO_U(beta.STD, u.STD, cell);
+  return u;
+}
+
 VECTOR6 APPLYSO_BETA(const MATRIX3& t, const VECTOR6& beta) {
   return MATRIX_TO_VECTOR(
       XTAL::MULTIPLY(XTAL::MULTIPLY(t, VECTOR_TO_MATRIX(beta)), XTAL::TRANSPOSE(t)));

@@ -17,6 +17,13 @@ float U_EQUIV_FROM_BETA(const XTAL::CRYSTAL_CELL& cell, const VECTOR6& beta);
 // True when the atom's tensor is in beta form, not U.
 bool IS_BETA(const ATOM_TYPE& atom);
 
+// A tensor with the esds of its components.
+struct TENSOR {
+  VECTOR6 VALUE{};
+  VECTOR6 STD{};
+};
+TENSOR TENSOR_AS_U(const TENSOR& beta, const XTAL::CRYSTAL_CELL& cell);
+
 // R B R^T; the second form takes any real matrix.
 VECTOR6 APPLYSO_BETA(const KVA_UTILITIES::IMATRIX3& rot, const VECTOR6& beta);
 VECTOR6 APPLYSO_BETA(const MATRIX3& t, const VECTOR6& beta);

@@ -43,9 +43,10 @@ bool IS_CATION_LABEL(std::string_view label, const LIST<BV_PAIR>& pairs) {
   return false;
 }
 
-// Row of a species of the centre and one of the ligand, the cation first; 0 when there is none.
-int PAIR_ROW(const std::string& centre, const std::string& ligand, bool centre_is_cation,
-             const LIST<BV_PAIR>& pairs) {
+// Row of the parameters of a species of the centre and one of the ligand, the cation first; 0 when
+// there is none.
+int PARAMETERS_OF_PAIR(const std::string& centre, const std::string& ligand, bool centre_is_cation,
+                       const LIST<BV_PAIR>& pairs) {
   return centre_is_cation ? FIND_BVLOCAL(centre, ligand, pairs)
                           : FIND_BVLOCAL(ligand, centre, pairs);
 }
@@ -64,7 +65,7 @@ VALENCE_LAW LAW_OF_SITES(const SITE& centre, const SITE& ligand, bool centre_is_
   for (std::size_t k = 0; k < SLOTS; ++k) {
     const std::string& centre_label = centre.LABEL[one_ligand ? k : 0];
     const std::string& ligand_label = ligand.LABEL[one_ligand ? 0 : k];
-    const int row = PAIR_ROW(centre_label, ligand_label, centre_is_cation, pairs);
+    const int row = PARAMETERS_OF_PAIR(centre_label, ligand_label, centre_is_cation, pairs);
     if (row == 0) continue;
     law.TERMS[static_cast<std::size_t>(law.COUNT++)] = {pairs(row).D0, pairs(row).B,
                                                         (one_ligand ? centre : ligand).OCC[k]};
@@ -92,7 +93,7 @@ void CALC_VALENCE_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const LIST<BV_
     const float valence = STORED_VALENCE(LAW_OF_SITES(centre, ligand, centre_is_cation, pairs),
                                          phase.BONDS(i, m, BOND_LENGTH));
     phase.BONDS(i, m, BOND_VALENCE) = valence;
-    const int row = PAIR_ROW(centre.LABEL[0], ligand.LABEL[0], centre_is_cation, pairs);
+    const int row = PARAMETERS_OF_PAIR(centre.LABEL[0], ligand.LABEL[0], centre_is_cation, pairs);
     if (row > 0)
       phase.BONDS(i, m, BOND_VALENCE_STD) =
           valence * phase.BONDS(i, m, BOND_LENGTH_STD) / pairs(row).B;
