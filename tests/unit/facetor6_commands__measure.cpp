@@ -3,6 +3,7 @@
 #include "src/facetor6_measure/measure.h"
 
 #include "console__dialogue.h"
+#include "facetor6_commands__measuring.h"
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_console/measure_list.h"
 #include "src/facetor6_console/parameters.h"
@@ -15,24 +16,8 @@ namespace {
 using namespace FACETOR_CONSOLE;
 using namespace STRUCTURES;
 
-class MEASURING : public CONSOLE_TESTS::CONSOLE_TEST {
+class MEASURING : public MEASURE_TESTS::MEASURE_TEST {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    FORGET();
-  }
-  void TearDown() override {
-    FORGET();
-    CONSOLE_TEST::TearDown();
-  }
-
-  static void FORGET() {
-    MEASURES.clear();
-    ALLOCATE_PHASE_LIST(START_PHASES);
-    FOLLOW_REFERENCE();
-    RUN = {};
-  }
-
   static void LOAD(const std::vector<CRYSTAL_STRUCTURE_TYPE>& blocks) {
     STRUCTURE_LIST list;
     for (const CRYSTAL_STRUCTURE_TYPE& block : blocks) list.ADD(block);

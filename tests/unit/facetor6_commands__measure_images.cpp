@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "console__dialogue.h"
+#include "facetor6_commands__measuring.h"
 #include "places.h"
 #include "src/facetor6_console/measure_list.h"
 #include "src/facetor6_console/parameters.h"
@@ -15,24 +16,8 @@ namespace {
 using namespace FACETOR_CONSOLE;
 using namespace STRUCTURES;
 
-class MEASURED_IMAGES : public CONSOLE_TESTS::CONSOLE_TEST {
+class MEASURED_IMAGES : public MEASURE_TESTS::MEASURE_TEST {
  protected:
-  void SetUp() override {
-    CONSOLE_TEST::SetUp();
-    FORGET();
-  }
-  void TearDown() override {
-    FORGET();
-    CONSOLE_TEST::TearDown();
-  }
-
-  static void FORGET() {
-    MEASURES.clear();
-    ALLOCATE_PHASE_LIST(START_PHASES);
-    FOLLOW_REFERENCE();
-    RUN = {};
-  }
-
   static float VALUE(const std::string& text) {
     EXPECT_EQ(DEFINE_MEASURE("m", text), "") << text;
     const std::vector<MEASURED_VALUE> values = MEASURE_BLOCKS({1}).front();
