@@ -121,24 +121,31 @@ std::vector<std::size_t> WORD_STARTS(std::string_view before) {
   return starts;
 }
 
-// The word at the end of an expression: behind a sign, a bracket or a blank.
-std::string_view LAST_WORD(std::string_view before) {
-  const auto belongs = [](char c) {
-    return ISLETTER(c) || (c >= '0' && c <= '9') || c == '_' || c == '*';
-  };
-  std::size_t start = before.size();
-  while (start > 0 && belongs(before[start - 1])) --start;
-  return before.substr(start);
+// Whether a word of an expression may begin there: not within a word of letters and digits.
+bool WORD_MAY_BEGIN(std::string_view before, std::size_t at) {
+  const auto joins = [](char c) { return ISLETTER(c) || (c >= '0' && c <= '9') || c == '_'; };
+  const bool within = at > 0 && joins(before[at - 1]);
+  if (at == before.size()) return !within;
+  return before[at] != ' ' && !(within && joins(before[at]));
+}
+
+// Words may have signs and brackets in them, as the site C(11) has, so the longest piece at the end
+// of the line that begins one counts.
+COMPLETION COMPLETE_EXPRESSION(std::string_view before, const LINE_HELP& help) {
+  COMPLETION found;
+  for (std::size_t at = 0; at <= before.size() && found.CANDIDATES.empty(); ++at) {
+    if (!WORD_MAY_BEGIN(before, at)) continue;
+    const std::string_view word = before.substr(at);
+    found = CHOOSE(word, FIRST_WORDS(help, word), "");
+  }
+  return found;
 }
 
 }  // namespace
 
 // The name of a file may have blanks, so the longest piece of the line that begins one counts.
 COMPLETION COMPLETE(std::string_view before, const LINE_HELP& help) {
-  if (help.EXPRESSION) {
-    const std::string_view word = LAST_WORD(before);
-    return CHOOSE(word, FIRST_WORDS(help, word), "");
-  }
+  if (help.EXPRESSION) return COMPLETE_EXPRESSION(before, help);
   const std::vector<std::size_t> starts = WORD_STARTS(before);
   const std::string_view typed = before.substr(starts.back());
   const std::string_view behind = help.FILES ? " " : "";  // something may follow

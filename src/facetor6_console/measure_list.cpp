@@ -291,9 +291,22 @@ void FOLLOW_REFERENCE() {
   }
 }
 
+namespace {
+
+// A label as it stands in an expression: in quotes where it would be read as something else.
+std::string LABEL_IN_EXPRESSION(const std::string& label) {
+  EXPRESSION bare;
+  const bool plain = PARSE_EXPRESSION("x(" + label + ")", bare).TEXT.empty() &&
+                     bare.ATOMS.size() == 1 && bare.ATOMS[0].LABEL == label;
+  return plain ? label : "'" + label + "'";
+}
+
+}  // namespace
+
 LINE_HELP HELP_WITH_EXPRESSIONS() {
   LINE_HELP help = HELP_WITH_LABELS();
   help.EXPRESSION = true;
+  for (OFFERED_WORD& label : help.WORDS) label.WORD = LABEL_IN_EXPRESSION(label.WORD);
   for (const std::string& word : EXPRESSION_WORDS()) help.WORDS.push_back({word});
   for (const MEASURE& measure : MEASURES) help.WORDS.push_back({measure.NAME});
   return help;

@@ -1,5 +1,11 @@
-// Bytes as a macro for the whole program, with small files to read beside it.
+// Bytes as a macro for the whole program, with small files to read beside it. A line that begins
+// with
+// "=" stands for a definition of MEASURE that its other bytes choose, one with "==" for the command
+// MEASURE with such a definition.
+#include "src/facetor6_console/measure_list.h"
+#include "src/facetor6_console/phase_list.h"
 #include "tests/fuzz/fuzz_support.h"
+#include "tests/fuzz/measure_grammar.h"
 
 int GEMMARA_MAIN(int argc, char** argv);
 
@@ -10,11 +16,40 @@ constexpr int blank_lines = 20;
 // Enough for a dialogue, and not for one that takes seconds.
 constexpr std::size_t most_lines = 150;
 
-std::string FIRST_LINES(const std::string& text) {
-  std::size_t end = 0;
-  for (std::size_t line = 0; line < most_lines && end < text.size(); ++line)
-    end = std::min(text.find('\n', end), text.size() - 1) + 1;
-  return text.substr(0, end);
+std::string LINE_OF(std::string_view bytes) {
+  if (bytes.starts_with("==")) return "MEASURE " + FUZZ::DEFINITION_OF(bytes.substr(2));
+  if (bytes.starts_with("=")) return FUZZ::DEFINITION_OF(bytes.substr(1));
+  return std::string(bytes);
+}
+
+std::string MACRO_OF(std::string_view bytes) {
+  std::string macro;
+  std::size_t start = 0;
+  for (std::size_t line = 0; line < most_lines && start < bytes.size(); ++line) {
+    const std::size_t end = std::min(bytes.find('\n', start), bytes.size());
+    macro += LINE_OF(bytes.substr(start, end - start)) + "\n";
+    start = end + 1;
+  }
+  return macro;
+}
+
+// What is shown of a measure, typed again, is the same measure.
+void TYPE_MEASURES_AGAIN() {
+  using namespace FACETOR_CONSOLE;
+  if (NPHASES == 0) return;
+  const std::size_t count = MEASURES.size();
+  for (std::size_t k = 0; k < count; ++k) {
+    const std::string shown = MEASURE_LINES(MEASURES[k].NAME).front();
+    const std::size_t sign = shown.find('=');
+    if (!MEASURES[k].PROBLEM.empty() || !DEFINE_MEASURE("again", shown.substr(sign + 2)).empty())
+      continue;
+    const std::vector<MEASURED_VALUE> values = MEASURE_BLOCKS({IREFERENCE}).front();
+    const MEASURED_VALUE& first = values[k];
+    const MEASURED_VALUE& second = values.back();
+    FUZZ::MUST_HOLD(first.FOUND == second.FOUND, "a measure typed again has a value: " + shown);
+    FUZZ::MUST_HOLD(!first.FOUND || first.VALUE == second.VALUE,
+                    "a measure typed again has the same value: " + shown);
+  }
 }
 
 void RUN_MACRO() {
@@ -41,7 +76,8 @@ void PUT_DATA() {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FUZZ::START();
   PUT_DATA();
-  FUZZ::PUT_FILE("m.mcr", FIRST_LINES(FUZZ::TEXT_OF(data, size)));
+  FUZZ::PUT_FILE("m.mcr", MACRO_OF(FUZZ::TEXT_OF(data, size)));
   FUZZ::RUN_PROGRAM("LIST block\nEXIT\n", blank_lines, RUN_MACRO);
+  FUZZ::WITH_CONSOLE("", 0, TYPE_MEASURES_AGAIN);
   return 0;
 }

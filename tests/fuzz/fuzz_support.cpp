@@ -18,6 +18,7 @@
 #include "console_code/console/input.h"
 #include "console_code/console/settings.h"
 #include "console_code/console/state.h"
+#include "src/facetor6_console/measure_list.h"
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
@@ -73,6 +74,7 @@ void RESET_PHASES() {
   RUN = RUN_PARAMETERS{};
   LIMITS_OF_BONDS = {};
   CLEAR_FACETOR_VALENCE();
+  MEASURES.clear();
   SET_DEFAULT_CHARGES();
   KVA_CIFNEW::INIT_ERR_KVACIF();
   KVA_CRYSTAL_STRUCTURES::INIT_ERR_KVASTRUCTURES();

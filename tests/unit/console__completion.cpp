@@ -155,6 +155,20 @@ TEST(COMPLETION_OF_EXPRESSIONS, WORDS_STAND_BEHIND_SIGNS_AND_BRACKETS) {
   EXPECT_COMPLETION(COMPLETE("m = 180-ki", help), 2, "kink", {"kink"});
   EXPECT_COMPLETION(COMPLETE("m = an", help), 2, "angle", {"angle"});
   EXPECT_COMPLETION(COMPLETE("m = dist(o", help), 1, "O1", {"O1", "O10"});
+  EXPECT_COMPLETION(COMPLETE("m = 2*ki", help), 2, "kink", {"kink"});
+  EXPECT_COMPLETION(COMPLETE("m = angle(O1,Q", help), 0, "", {});
+  EXPECT_COMPLETION(COMPLETE("m = kink(", help), 0, "", {"O1", "O10", "Si1", "angle", "kink"});
+}
+
+TEST(COMPLETION_OF_EXPRESSIONS, SITES_HAVE_SIGNS_BRACKETS_AND_QUOTES_IN_THEM) {
+  LINE_HELP help;
+  help.EXPRESSION = true;
+  help.WORDS = {{"C(11)"}, {"C(12)"}, {"O1*"}, {"'O-H4'"}, {"H1'"}, {"x"}};
+  EXPECT_COMPLETION(COMPLETE("m = dist(C(", help), 2, "C(1", {"C(11)", "C(12)"});
+  EXPECT_COMPLETION(COMPLETE("m = dist(c(11", help), 4, "C(11)", {"C(11)"});
+  EXPECT_COMPLETION(COMPLETE("m = 2*x(O1*", help), 3, "O1*", {"O1*"});
+  EXPECT_COMPLETION(COMPLETE("m = x('o-", help), 3, "'O-H4'", {"'O-H4'"});
+  EXPECT_COMPLETION(COMPLETE("m = x(h1", help), 2, "H1'", {"H1'"});
 }
 
 }  // namespace

@@ -211,6 +211,24 @@ TEST_F(MEASURING, WHAT_IS_WRONG_IS_TOLD_WITH_ITS_PLACE) {
   EXPECT_TRUE(MEASURES.empty());
 }
 
+TEST_F(MEASURING, LABELS_ARE_OFFERED_AS_AN_EXPRESSION_NEEDS_THEM) {
+  CRYSTAL_STRUCTURE_TYPE block = MOLECULE();
+  block.ATOM(1).LAB = "C(1)";
+  block.ATOM(2).LAB = "C-2";
+  block.ATOM(3).LAB = "3";
+  block.ATOM(4).LAB = "C 4";
+  block.ATOM(5).LAB = "C5'";
+  LOAD({block});
+  EXPECT_EQ(DEFINE_MEASURE("kink", "dist(C(1), 'C-2')"), "");
+  std::vector<std::string> offered;
+  for (const KVA_CONSOLE::OFFERED_WORD& word : HELP_WITH_EXPRESSIONS().WORDS)
+    offered.push_back(word.WORD);
+  for (const char* word : {"C(1)", "'C-2'", "'3'", "'C 4'", "C5'", "torsion", "ref", "kink"})
+    EXPECT_NE(std::find(offered.begin(), offered.end(), word), offered.end()) << word;
+  for (const char* word : {"C-2", "3", "C 4"})
+    EXPECT_EQ(std::find(offered.begin(), offered.end(), word), offered.end()) << word;
+}
+
 TEST_F(MEASURING, LONG_AND_DEEP_TEXTS_AND_MANY_DEFINITIONS_ARE_HARMLESS) {
   LOAD({MOLECULE()});
   std::string sum = "1";

@@ -212,6 +212,51 @@ TEST_F(AT_TERMINAL, TAB_COMPLETES_COMMANDS_MENU_WORDS_FILES_AND_LABELS) {
     EXPECT_EQ(COUNT_OF(logged, "\n" + std::string(line) + "\n"), 1u) << line;
 }
 
+// Each chlorine at half an edge; of the six images the first operator with a centring brings one,
+// and the lowest cell is the one at -1/2, 0, 0. The next are half a diagonal away: 2.82 sqrt(3).
+TEST_F(AT_TERMINAL, TAB_COMPLETES_SITES_QUANTITIES_AND_NAMES_IN_A_MEASURE) {
+  const std::string measure_prompt = "\n     Measure (name = expression, blank to end):";
+  BEGIN();
+  TYPE("LOG run" + enter);
+  TYPE("READ cif salt" + enter, "(Y/N) <Y>?");
+  TYPE(enter);
+  TYPE("mea\t" + enter, measure_prompt);
+  TYPE("length = DIS\t(na\t, cl\t)" + enter, measure_prompt);
+  TYPE("twice = 2*len\t + sq\t(0)" + enter, measure_prompt);
+  TYPE("cen\t", "troid");
+  TYPE("\025twi\t" + enter, measure_prompt);  // ^U: the line goes
+  TYPE("thrice = 3*lemgth" + left + left + left + backspace + "n" + enter, measure_prompt);
+  TYPE(enter);
+  END_BY();
+  const std::string logged = LOGGED();
+  const std::size_t start = logged.find("G_MARA-6.1>MEASURE\n");
+  ASSERT_NE(start, std::string::npos) << logged;
+  EXPECT_EQ(logged.substr(start),
+            "G_MARA-6.1>MEASURE" + measure_prompt +
+                "length = dist(Na1, Cl1)\n"
+                "     length = dist(Na1[1_555], Cl1[49_444])\n"
+                "     reference block: 2.82000 Å\n"
+                "     Na1-Cl1 2.820 (6 equal, next 4.884)" +
+                measure_prompt +
+                "twice = 2*length + sqrt(0)\n"
+                "     twice = 2*length + sqrt(0)\n"
+                "     reference block: 5.64000" +
+                measure_prompt +
+                "twice\n"
+                "     twice = 2*length + sqrt(0)\n"
+                "     reference block: 5.64000" +
+                measure_prompt +
+                "thrice = 3*length\n"
+                "     thrice = 3*length\n"
+                "     reference block: 8.46000" +
+                measure_prompt +
+                "\n"
+                "       BLOCKNAME      T        P         IUSE length      twice       thrice\n"
+                "  1: salt          : 298.000   0.0001      1  2.82000     5.64000     8.46000\n"
+                "\n"
+                "G_MARA-6.1>EXIT\n");
+}
+
 TEST_F(AT_TERMINAL, TAB_COMPLETES_A_FILE_NAME_AT_ITS_PROMPT) {
   BEGIN();
   TYPE("READ cif" + enter, "Open cif file (*.cif):");
