@@ -81,7 +81,9 @@ std::string CHECK_NAMES(const EXPRESSION& formula, std::string_view name) {
   for (const NODE& node : formula.NODES) {
     if (node.OP != OPERATION::MEASURE) continue;
     if (!EQUAL_TEXT(node.NAME, name) && FIND_MEASURE(MEASURES, node.NAME) == MEASURES.size())
-      return AT_CHARACTER({node.NAME + " is no quantity and no measure: define it first", node.AT});
+      return AT_CHARACTER({formula.TEXT.substr(node.AT, node.NAME.size()) +
+                               " is no quantity and no measure: define it first",
+                           node.AT});
   }
   std::vector<char> seen(MEASURES.size(), 0);
   if (USES(formula, name, seen))
@@ -245,6 +247,12 @@ std::vector<std::vector<MEASURED_VALUE>> MEASURE_BLOCKS(const std::vector<int>& 
 void WARN_OF_MEASURED_MATCHES(const std::vector<int>& blocks) {
   FOLLOW_REFERENCE();
   if (NPHASES == 0) return;
+  for (const MEASURE& measure : MEASURES) {
+    const std::string missing = CHECK_RESULTS(measure.FORMULA);
+    if (missing.empty()) continue;
+    WRITE_OUT(missing);
+    break;
+  }
   const MATCH_BASIS basis = MATCH_BASIS_OF(MEASURES, REFERENCE(), RADIUS_OF_MATCHING());
   if (basis.ATOMS.empty() && basis.TARGETS.empty()) return;
   for (int block : blocks)
@@ -260,6 +268,11 @@ std::vector<std::string> MEASURE_LINES(std::string_view name) {
   std::vector<std::string> lines{"     " + measure.NAME + " = " + SHOWN_TEXT(measure)};
   if (!measure.PROBLEM.empty()) {
     lines.push_back(measure.PROBLEM);
+    return lines;
+  }
+  const std::string missing = CHECK_RESULTS(measure.FORMULA);
+  if (!missing.empty()) {
+    lines.push_back(missing);
     return lines;
   }
   const MEASURED_VALUE value = VALUES_IN(WITH_WHAT_IT_USES(name), {IREFERENCE}).front().back();

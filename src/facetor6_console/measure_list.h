@@ -35,7 +35,8 @@ void FOLLOW_REFERENCE();
 // Values of all measures in blocks with these numbers: by block, then by measure.
 std::vector<std::vector<MEASURED_VALUE>> MEASURE_BLOCKS(const std::vector<int>& blocks);
 
-// Warns of what is doubtful about the atoms that the measures are matched with in these blocks.
+// Warns of what is doubtful about the atoms that the measures are matched with in these blocks, and
+// of results of CALC that a measure waits for.
 void WARN_OF_MEASURED_MATCHES(const std::vector<int>& blocks);
 
 // Words that may stand in an expression, for a prompt: labels, quantities, functions, names.

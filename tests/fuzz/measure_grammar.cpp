@@ -12,9 +12,10 @@ using WORDS = std::span<const std::string_view>;
 
 // Names of measures are few, so that they use one another; one of them is none.
 constexpr std::array<std::string_view, 6> names{"m", "n1", "K_2", "longer_name", "M", "missing"};
-// Sites of the files beside the dialogue, in other letters, in quotes, and none.
-constexpr std::array<std::string_view, 12> labels{"Si1", "O1",   "Mg1",   "Fe1",  "OX", "M",
-                                                  "si1", "'O1'", "'O 1'", "O(1)", "Q9", "1"};
+// Sites of the files beside the dialogue, in other letters, in quotes, and a few that are none.
+constexpr std::array<std::string_view, 16> labels{"Si1", "O1",    "Si1",  "O1",  "Si1", "O1",
+                                                  "si1", "'O1'",  "O1",   "Mg1", "Fe1", "OX",
+                                                  "M",   "'O 1'", "O(1)", "1"};
 constexpr std::array<std::string_view, 14> numbers{
     "1", "0",    "2",    "0.5",       "1e3",  "5.0347(4)", "1.0E-2(3)",
     ".", "1..2", "1e99", "7.5(99999", "1(1)", "00.00",     "12345678901234567890"};
@@ -27,8 +28,9 @@ constexpr std::array<std::string_view, 14> functions{"sqrt", "abs",  "exp", "log
                                                      "max",  "sin",  "cos", "tan", "asin",
                                                      "acos", "atan", "LOG", "foo"};
 constexpr std::array<std::string_view, 6> operators{" + ", "-", "*", " / ", "^", " "};
-constexpr std::array<std::string_view, 8> codes{"",        "",    "[2]",     "[1_555]",
-                                                "[3_655]", "[4]", "[0_555]", "[2_5 5]"};
+constexpr std::array<std::string_view, 16> codes{
+    "",    "",    "",        "",        "",        "",    "",     "",
+    "[2]", "[3]", "[1_555]", "[3_655]", "[4_565]", "[2]", "[40]", "[2_5 5]"};
 constexpr std::string_view misprints = "()[];,=^'\"_.|? 9-\t";
 
 constexpr int deepest = 9;

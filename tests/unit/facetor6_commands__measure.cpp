@@ -184,6 +184,7 @@ TEST_F(MEASURING, WHAT_IS_WRONG_IS_TOLD_WITH_ITS_PLACE) {
        "*****At character 8: unexpected \"+\": commas stand between sites, and labels with other "
        "characters in quotes, as in 'O 1'\n"},
       {"m = foo(C1)", "*****At character 1: foo is no function: see MEASURE in the manual\n"},
+      {"m = 2*Foo", "*****At character 3: Foo is no quantity and no measure: define it first\n"},
       {"m = foo", "*****At character 1: foo is no quantity and no measure: define it first\n"},
       {"m = (1 + 2",
        "*****At character 7: the end comes too early: \")\" is wanted to close a bracket\n"},
@@ -342,6 +343,19 @@ TEST_F(MEASURING, POLYHEDRA_ARE_THOSE_OF_THE_TABLES) {
   EXPECT_EQ(VALUE("edge(Si1, 1, 4)"), block.BANGLES(1, 1, 4, EDGE));
   EXPECT_EQ(DEFINE_MEASURE("m", "bond(Si1, 5)"), "");
   EXPECT_FALSE(MEASURE_BLOCKS({1}).front().front().FOUND);
+}
+
+// A polyhedron's measure outlives the results that it was defined with.
+TEST_F(MEASURING, WHAT_WAITS_FOR_CALC_IS_TOLD) {
+  EXPECT_EQ(ANSWER("size = vol(Si1)"), "     size = vol(Si1)\n");
+  LOAD({QUARTZ(quartz_sites)});
+  SAID("", [] { FOLLOW_REFERENCE(); });
+  EXPECT_EQ(ANSWER("size"), "     size = vol(Si1[1_555])\n*****CALC polyhedra first\n");
+  const std::string said = SAID("\n", [] { FACETOR_MEASURE::RUN_MEASURE(); });
+  EXPECT_LT(said.find("*****CALC polyhedra first\n"), said.find("BLOCKNAME")) << said;
+  SAID("\n", [] { FACETOR_CALC::RUN_FACETOR_CALC_BONDS(); });
+  EXPECT_NE(ANSWER("size").find("     reference block: 2."), std::string::npos);
+  EXPECT_EQ(SAID("", [] { WARN_OF_MEASURED_MATCHES({1}); }), "");
 }
 
 TEST_F(MEASURING, THE_MENUS_HAVE_MEASURES_ONCE_THERE_IS_ONE) {
