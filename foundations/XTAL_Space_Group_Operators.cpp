@@ -241,19 +241,15 @@ void READ_XSYM(std::string_view text, int& start, IMATRIX3& rot, VECTOR3& tr, bo
 
 // ---- codes ----
 
-void WRITE_SYMTRANS_CODE(int op, const std::array<int, 3>& t, std::string& text, float& number) {
+float SYMTRANS_CODE(int op, const std::array<int, 3>& t) {
   constexpr int largest_operator = 196;
-  text.clear();
-  number = 0.0f;
-  if (op < 1 || op > largest_operator) return;
+  if (op < 1 || op > largest_operator) return 0.0f;
   int digits = 0;
   for (int cells : t) {
-    if (cells < -5 || cells > 4) return;
+    if (cells < -5 || cells > 4) return 0.0f;
     digits = digits * 10 + 5 + cells;
   }
-  const std::string code = INTEGER_COLUMNS(digits);
-  text = INTEGER_COLUMNS(op) + "_" + std::string(3 - code.size(), '0') + code;
-  number = static_cast<float>(op + digits / 1000.0);
+  return static_cast<float>(op + digits / 1000.0);
 }
 
 }  // namespace XTAL

@@ -107,8 +107,8 @@ bool EQUAL_MATRIX(const IMATRIX3& a, const IMATRIX3& b);
 // Order of a rotation with its sign: 1, 2, 3, 4, 6, -1, -2, -3, -4, -6; 0 when it is none.
 int ROTATION_TYPE(const IMATRIX3& rot);
 
-// Symmetry code of operator number op with whole-cell translations t: text "3_655" and number
-// 3.655; blank and 0 outside 1 to 196 or -5 to 4.
-void WRITE_SYMTRANS_CODE(int op, const std::array<int, 3>& t, std::string& text, float& number);
+// Symmetry code of operator number op with whole-cell translations t, as a number: 3.655 is
+// 3_655. 0 outside 1 to 196 or -5 to 4.
+float SYMTRANS_CODE(int op, const std::array<int, 3>& t);
 
 }  // namespace XTAL

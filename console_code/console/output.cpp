@@ -1,7 +1,7 @@
 // The output channel: lines to the console, the log or a unit, and the framed header. Asks nothing.
 #include "console_code/console/output.h"
 
-#include <algorithm>  // for max
+#include <algorithm>  // for max, none_of, replace
 #include <optional>
 
 #include "console_code/console/settings.h"
@@ -61,7 +61,14 @@ std::size_t CONTROL_LENGTH(std::string_view text) {
   return embedding || isolate ? 3 : 0;
 }
 
+// The bytes that control characters and marks begin with, and the bar.
+bool MAY_BE_SHOWN_OTHERWISE(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < 0x20U || byte == 0x7FU || byte == 0xC2U || byte == 0xE2U;
+}
+
 std::string AS_SHOWN(std::string_view line) {
+  if (std::none_of(line.begin(), line.end(), MAY_BE_SHOWN_OTHERWISE)) return std::string(line);
   std::string shown;
   while (!line.empty()) {
     const std::size_t length = CONTROL_LENGTH(line);

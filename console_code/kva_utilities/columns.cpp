@@ -18,7 +18,7 @@ constexpr int most_decimals = 60;
 std::string FILL_LEFT(std::string text, int w) {
   const auto width = static_cast<std::size_t>(std::max(w, 0));
   if (text.size() > width) return MAKESTARS(w);
-  text.insert(0, width - text.size(), ' ');
+  if (text.size() < width) text.insert(0, width - text.size(), ' ');
   return text;
 }
 
@@ -35,7 +35,7 @@ std::string DIGITS(float value, int d, std::chars_format format) {
   const auto result = std::to_chars(buffer.begin(), buffer.end(), static_cast<double>(value),
                                     format, std::clamp(d, 0, most_decimals));
   std::string digits(buffer.begin(), result.ptr);
-  if (digits.find_first_of("123456789") == std::string::npos && digits[0] == '-')
+  if (digits[0] == '-' && digits.find_first_of("123456789") == std::string::npos)
     digits.erase(0, 1);
   return digits;
 }
@@ -91,8 +91,9 @@ std::string REAL_COLUMNS(float value, int w, int d) {
 }
 
 std::string REAL_AT_LEAST(float value, int w, int d) {
-  const std::string text = FIXED(value, d);
-  return FILL_LEFT(text, std::max(w, CHARACTERS(text)));
+  std::string text = FIXED(value, d);
+  const int width = std::max(w, static_cast<int>(text.size()));
+  return FILL_LEFT(std::move(text), width);
 }
 
 std::string EXPONENT_COLUMNS(float value, int w, int d) {

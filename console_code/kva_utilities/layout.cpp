@@ -34,32 +34,32 @@ bool NEEDS_BLANK(const FIELD_LINE& line, std::size_t k) {
   return k > 0 && !line[k].TOUCHES && !DIVIDES(line[k - 1]);
 }
 
-// How far field k must move for a blank between it and the field before; 0 when it need not.
-int NEEDED_SHIFT(const FIELD_LINE& line, std::size_t k) {
+// Places that field k has to spare before it, and a blank; below 0 when it lacks some.
+int ROOM_BEFORE(const FIELD_LINE& line, std::size_t k) {
   if (IS_BLANK(line[k])) return 0;
   int least = 1;
   if (k > 0) least = LAST_PLACE(line[k - 1]) + (NEEDS_BLANK(line, k) ? 2 : 1);
-  return std::max(least - FIRST_PLACE(line[k]), 0);
-}
-
-// Puts the value into its field.
-void PLACE(FIELD& field) {
-  if (field.RIGHT) field.AT += field.WIDTH - CHARACTERS(field.TEXT);
-  field.RIGHT = false;
+  return FIRST_PLACE(line[k]) - least;
 }
 
 // ---- a table that fits ----
 
-void PLACE_TIGHTLY(FIELD& field) {
-  const bool too_long = field.WIDTH > 0 && CHARACTERS(field.TEXT) > field.WIDTH;
-  if (!field.RIGHT && too_long && field.TEXT.starts_with(' ')) field.TEXT.erase(0, 1);
-  PLACE(field);
+// Whether the value is too long for its field by the blank that it begins with.
+bool MAY_LOSE_BLANK(const FIELD& field) {
+  if (field.RIGHT || IS_BLANK(field) || !field.TEXT.starts_with(' ')) return false;
+  return field.WIDTH > 0 && CHARACTERS(field.TEXT) > field.WIDTH;
 }
 
+// Where every value that may lose its blank does.
 bool FITS(const std::vector<FIELD_LINE>& table) {
-  for (const FIELD_LINE& line : table)
-    for (std::size_t k = 0; k < line.size(); ++k)
-      if (NEEDED_SHIFT(line, k) > 0) return false;
+  for (const FIELD_LINE& line : table) {
+    int lost_before = 0;
+    for (std::size_t k = 0; k < line.size(); ++k) {
+      const int lost = MAY_LOSE_BLANK(line[k]) ? 1 : 0;
+      if (ROOM_BEFORE(line, k) + lost_before < lost) return false;
+      lost_before = lost;
+    }
+  }
   return true;
 }
 
@@ -97,9 +97,8 @@ void WIDEN_COLUMNS(std::vector<FIELD_LINE>& table) {
       if (!stands_here(k)) continue;
       FIELD& field = table[k][next[k]];
       const bool from_left = field.WIDTH > 0 && !field.RIGHT;
-      PLACE(field);
       field.AT += from_left ? shift : shift + wider;
-      touching = std::max(touching, NEEDED_SHIFT(table[k], next[k]));
+      touching = std::max(touching, -ROOM_BEFORE(table[k], next[k]));
     }
     for (std::size_t k = 0; k < table.size(); ++k) {
       if (!stands_here(k)) continue;
@@ -113,18 +112,31 @@ void WIDEN_COLUMNS(std::vector<FIELD_LINE>& table) {
 }  // namespace
 
 void SET_COLUMNS(std::vector<FIELD_LINE>& table) {
-  std::vector<FIELD_LINE> as_stated = table;
-  for (FIELD_LINE& line : as_stated)
-    for (FIELD& field : line) PLACE_TIGHTLY(field);
-  if (FITS(as_stated))
-    table = std::move(as_stated);
-  else
+  for (FIELD_LINE& line : table)
+    for (FIELD& field : line)
+      if (field.RIGHT) field.AT += field.WIDTH - CHARACTERS(field.TEXT);
+  if (!FITS(table)) {
     WIDEN_COLUMNS(table);
+    return;
+  }
+  for (FIELD_LINE& line : table)
+    for (FIELD& field : line)
+      if (MAY_LOSE_BLANK(field)) field.TEXT.erase(0, 1);
 }
 
 std::string LINE_TEXT(const FIELD_LINE& line) {
   std::string text;
-  for (const FIELD& field : line) PUT_AT(text, field.AT, field.TEXT);
+  int length = 0;  // of the text, in characters
+  for (const FIELD& field : line) {
+    if (field.AT > length) {  // as fields do, but for sentences that begin within another
+      text.append(static_cast<std::size_t>(field.AT - 1 - length), ' ');
+      text += field.TEXT;
+      length = field.AT - 1 + CHARACTERS(field.TEXT);
+    } else {
+      PUT_AT(text, field.AT, field.TEXT);
+      length = CHARACTERS(text);
+    }
+  }
   return text;
 }
 

@@ -176,6 +176,7 @@ FIELD_LINE CODE_LINE(const REPORT& report, std::size_t ligand) {
 
 FIELD_LINE ROW_LINE(const REPORT& report, const REPORT_ROW& row) {
   FIELD_LINE line = START_FIELDS(row.HEAD, report.WITH_ESDS);
+  line.reserve(line.size() + row.CELLS.size() + 1);
   int end = use_column;
   for (std::size_t k = 0; k < row.CELLS.size(); ++k) {
     const REPORT_COLUMN& column = report.COLUMNS[k];

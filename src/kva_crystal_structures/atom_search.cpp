@@ -339,10 +339,7 @@ float SYMMETRY_CODE(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int op, const VE
     const float cells = std::round(shift[k]);
     t[k] = std::isfinite(cells) && std::abs(cells) < 1000.0f ? static_cast<int>(cells) : 1000;
   }
-  std::string text;
-  float code = 0.0f;
-  XTAL::WRITE_SYMTRANS_CODE(code_op, t, text, code);
-  return code;
+  return XTAL::SYMTRANS_CODE(code_op, t);
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -12,6 +12,7 @@
 namespace KVA_CRYSTAL_STRUCTURES {
 
 using KVA_UTILITIES::EQUAL_TEXT;
+using KVA_UTILITIES::PUT_VECTOR;
 using KVA_UTILITIES::VECTOR_AT;
 
 // ---- classes of atom pairs ----
@@ -130,18 +131,19 @@ float RIGID_BOND_LENGTH(const ATOM_TYPE& centre, const ATOM_TYPE& ligand, float 
 void MEASURE_BOND(CRYSTAL_STRUCTURE_TYPE& block, int a, int j, const FOUND_ATOM& centre,
                   const FOUND_ATOM& ligand, const VALUE_ESD& distance) {
   const VECTOR3 v_frac = XTAL::SUBTRACT(ligand.X, centre.X);
-  block.BONDS(a, j, BOND_CENTRE) = static_cast<float>(centre.ATOM);
-  block.BONDS(a, j, BOND_LENGTH) = distance.VALUE;
-  block.BONDS(a, j, BOND_LENGTH_STD) = distance.ESD;
-  block.BONDS.PUT_VECTOR(a, j, v_frac);
-  block.BONDS(a, j, BOND_LIGAND) = static_cast<float>(ligand.ATOM);
-  block.BONDS(a, j, BOND_OPERATOR) = static_cast<float>(ligand.OPERATOR);
-  block.BONDS(a, j, BOND_SYMCODE) = SYMMETRY_CODE(block, ligand.ATOM, ligand.OPERATOR, ligand.X);
+  ROW<float, BOND_COLUMNS>& row = block.BONDS.ROW_OF(a, j);
+  row(BOND_CENTRE) = static_cast<float>(centre.ATOM);
+  row(BOND_LENGTH) = distance.VALUE;
+  row(BOND_LENGTH_STD) = distance.ESD;
+  PUT_VECTOR(row, BOND_VECTOR_X, v_frac);
+  row(BOND_LIGAND) = static_cast<float>(ligand.ATOM);
+  row(BOND_OPERATOR) = static_cast<float>(ligand.OPERATOR);
+  row(BOND_SYMCODE) = SYMMETRY_CODE(block, ligand.ATOM, ligand.OPERATOR, ligand.X);
   if (EQUAL_TEXT(block.ATOM(centre.ATOM).THTYPE, "aniso")) {
-    block.BONDS(a, j, BOND_DISPL_CENTRE) = DISPLACEMENT_ALONG(block, centre, v_frac);
-    block.BONDS(a, j, BOND_DISPL_LIGAND) = DISPLACEMENT_ALONG(block, ligand, v_frac);
+    row(BOND_DISPL_CENTRE) = DISPLACEMENT_ALONG(block, centre, v_frac);
+    row(BOND_DISPL_LIGAND) = DISPLACEMENT_ALONG(block, ligand, v_frac);
   }
-  block.BONDS(a, j, BOND_LENGTH_SRB) =
+  row(BOND_LENGTH_SRB) =
       RIGID_BOND_LENGTH(block.ATOM(centre.ATOM), block.ATOM(ligand.ATOM), distance.VALUE);
 }
 

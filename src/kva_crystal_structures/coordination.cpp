@@ -17,6 +17,7 @@ std::vector<int> BONDS_PRESENT(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
 
 std::vector<VECTOR3> LIGAND_VECTORS(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   std::vector<VECTOR3> vectors;
+  vectors.reserve(MAX_BONDS);
   for (int j : BONDS_PRESENT(phase, i)) vectors.push_back(phase.BONDS.VECTOR(i, j));
   return vectors;
 }
@@ -28,6 +29,7 @@ std::vector<PLACED_ATOM> LIGANDS_OF_CENTRE(const RULER& ruler, int i) {
   const CRYSTAL_STRUCTURE_TYPE& phase = ruler.IMAGES.PHASE;
   const VECTOR3 centre = CENTRE_POSITION(phase, i);
   std::vector<PLACED_ATOM> ligands;
+  ligands.reserve(MAX_BONDS);
   for (int j : BONDS_PRESENT(phase, i))
     ligands.push_back(PLACE_ATOM(ruler, phase.BONDS.LIGAND(i, j), phase.BONDS.OPERATOR(i, j),
                                  XTAL::ADD(centre, phase.BONDS.VECTOR(i, j))));

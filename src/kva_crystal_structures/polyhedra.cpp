@@ -38,10 +38,11 @@ void CALC_ANGLES_OF_CENTRE(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& 
           ANGLE_AND_SIGMA_VCV(around.OWN_RULER, centre, spokes[first], spokes[second]);
       const VALUE_ESD edge =
           DISTANCE_AND_SIGMA_VCV(around.OWN_RULER, ligands[first], ligands[second]);
-      phase.BANGLES(i, j, k, ANGLE) = angle.VALUE;
-      phase.BANGLES(i, j, k, ANGLE_STD) = angle.ESD;
-      phase.BANGLES(i, j, k, EDGE) = edge.VALUE;
-      phase.BANGLES(i, j, k, EDGE_STD) = edge.ESD;
+      ROW<float, ANGLE_COLUMNS>& row = phase.BANGLES.ROW_OF(i, j, k);
+      row(ANGLE) = angle.VALUE;
+      row(ANGLE_STD) = angle.ESD;
+      row(EDGE) = edge.VALUE;
+      row(EDGE_STD) = edge.ESD;
       ++phase.NANGLES(i);
     }
   }

@@ -35,17 +35,26 @@ void SET_WARN_KVASTRUCTURES(const std::string& text) {
 
 // ---- tables ----
 
-float BOND_TABLE::operator()(int i, int j, int column) const {
+const ROW<float, BOND_COLUMNS>& BOND_TABLE::ROW_OF(int i, int j) const {
+  static constexpr ROW<float, BOND_COLUMNS> zeros{};
   const auto& rows = CENTRES(i);
   const auto row = static_cast<std::size_t>(j - 1);
-  return row < rows.size() ? rows[row](column) : 0.0f;
+  return row < rows.size() ? rows[row] : zeros;
 }
 
-float& BOND_TABLE::operator()(int i, int j, int column) {
+ROW<float, BOND_COLUMNS>& BOND_TABLE::ROW_OF(int i, int j) {
   auto& rows = CENTRES(i);
   const std::size_t row = KVA_UTILITIES::POSITION(j, MAX_BONDS);
   if (row >= rows.size()) rows.resize(row + 1);
-  return rows[row](column);
+  return rows[row];
+}
+
+float BOND_TABLE::operator()(int i, int j, int column) const {
+  return ROW_OF(i, j)(column);
+}
+
+float& BOND_TABLE::operator()(int i, int j, int column) {
+  return ROW_OF(i, j)(column);
 }
 
 void BOND_TABLE::ASSIGN(int n) {
@@ -57,8 +66,7 @@ int BOND_TABLE::ROWS_OF(int i) const {
 }
 
 void BOND_TABLE::CLEAR_ROW(int i, int j) {
-  (*this)(i, j, BOND_CENTRE) = 0.0f;  // makes the row
-  CENTRES(i)[KVA_UTILITIES::POSITION(j, MAX_BONDS)].FILL(0.0f);
+  ROW_OF(i, j).FILL(0.0f);
 }
 
 bool BOND_TABLE::HAS_BOND(int i, int j) const {
@@ -78,13 +86,11 @@ int BOND_TABLE::OPERATOR(int i, int j) const {
 }
 
 VECTOR3 BOND_TABLE::VECTOR(int i, int j) const {
-  return {(*this)(i, j, BOND_VECTOR_X), (*this)(i, j, BOND_VECTOR_Y), (*this)(i, j, BOND_VECTOR_Z)};
+  return KVA_UTILITIES::VECTOR_AT<3>(ROW_OF(i, j), BOND_VECTOR_X);
 }
 
 void BOND_TABLE::PUT_VECTOR(int i, int j, const VECTOR3& v) {
-  (*this)(i, j, BOND_VECTOR_X) = v[0];
-  (*this)(i, j, BOND_VECTOR_Y) = v[1];
-  (*this)(i, j, BOND_VECTOR_Z) = v[2];
+  KVA_UTILITIES::PUT_VECTOR(ROW_OF(i, j), BOND_VECTOR_X, v);
 }
 
 namespace {
@@ -103,12 +109,16 @@ float ANGLE_TABLE::operator()(int i, int j, int k, int column) const {
   return row < rows.size() ? rows[row](column) : 0.0f;
 }
 
-float& ANGLE_TABLE::operator()(int i, int j, int k, int column) {
+ROW<float, ANGLE_COLUMNS>& ANGLE_TABLE::ROW_OF(int i, int j, int k) {
   auto& rows = CENTRES(i);
   const std::size_t row = KVA_UTILITIES::POSITION(static_cast<int>(PAIR_ROW(j, k)) + 1,
                                                   MAX_BONDS * (MAX_BONDS - 1) / 2);
   if (row >= rows.size()) rows.resize(row + 1);
-  return rows[row](column);
+  return rows[row];
+}
+
+float& ANGLE_TABLE::operator()(int i, int j, int k, int column) {
+  return ROW_OF(i, j, k)(column);
 }
 
 void ANGLE_TABLE::ASSIGN(int n) {

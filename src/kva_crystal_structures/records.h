@@ -99,6 +99,8 @@ enum PT_COLUMN { PT_VALUE = 1, PT_ESD = 2 };
 struct BOND_TABLE {
   LIST<std::vector<ROW<float, BOND_COLUMNS>>> CENTRES;
 
+  const ROW<float, BOND_COLUMNS>& ROW_OF(int i, int j) const;  // zeros where there is none
+  ROW<float, BOND_COLUMNS>& ROW_OF(int i, int j);              // is made if need be
   float operator()(int i, int j, int column) const;
   float& operator()(int i, int j, int column);
   void ASSIGN(int n);                 // n centres without rows
@@ -118,6 +120,7 @@ struct ANGLE_TABLE {
 
   float operator()(int i, int j, int k, int column) const;
   float& operator()(int i, int j, int k, int column);
+  ROW<float, ANGLE_COLUMNS>& ROW_OF(int i, int j, int k);  // is made if need be
   void ASSIGN(int n);
 };
 

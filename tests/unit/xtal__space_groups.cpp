@@ -572,26 +572,11 @@ TEST(QUESTIONS, AN_OPERATOR_IS_APPLIED_WITHOUT_REDUCTION) {
 }
 
 TEST(QUESTIONS, SYMMETRY_CODES) {
-  std::string text;
-  float number = 0.0f;
-  WRITE_SYMTRANS_CODE(3, {1, 0, 0}, text, number);
-  EXPECT_EQ(text, "3_655");
-  EXPECT_FLOAT_EQ(number, 3.655f);
-  WRITE_SYMTRANS_CODE(1, {0, 0, 0}, text, number);
-  EXPECT_EQ(text, "1_555");
-  WRITE_SYMTRANS_CODE(2, {-5, -4, 4}, text, number);
-  EXPECT_EQ(text, "2_019");
-  EXPECT_FLOAT_EQ(number, 2.019f);
-  WRITE_SYMTRANS_CODE(196, {4, -5, 0}, text, number);
-  EXPECT_EQ(text, "196_905");
-  EXPECT_FLOAT_EQ(number, 196.905f);
-  for (int op : {0, 197, -1}) {
-    WRITE_SYMTRANS_CODE(op, {0, 0, 0}, text, number);
-    EXPECT_EQ(text, "");
-    EXPECT_EQ(number, 0.0f);
-  }
-  WRITE_SYMTRANS_CODE(1, {5, 0, 0}, text, number);
-  EXPECT_EQ(text, "");
-  WRITE_SYMTRANS_CODE(1, {0, -6, 0}, text, number);
-  EXPECT_EQ(text, "");
+  EXPECT_FLOAT_EQ(SYMTRANS_CODE(3, {1, 0, 0}), 3.655f);
+  EXPECT_FLOAT_EQ(SYMTRANS_CODE(1, {0, 0, 0}), 1.555f);
+  EXPECT_FLOAT_EQ(SYMTRANS_CODE(2, {-5, -4, 4}), 2.019f);
+  EXPECT_FLOAT_EQ(SYMTRANS_CODE(196, {4, -5, 0}), 196.905f);
+  for (int op : {0, 197, -1}) EXPECT_EQ(SYMTRANS_CODE(op, {0, 0, 0}), 0.0f);
+  EXPECT_EQ(SYMTRANS_CODE(1, {5, 0, 0}), 0.0f);
+  EXPECT_EQ(SYMTRANS_CODE(1, {0, -6, 0}), 0.0f);
 }
