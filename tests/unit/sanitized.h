@@ -1,5 +1,5 @@
-// Whether the tests are built with AddressSanitizer, which ends a program that gets no memory and
-// needs more room than any limit leaves.
+// Whether the tests are built with AddressSanitizer, which is slow, ends a program that gets no
+// memory and needs more room than any limit leaves.
 #pragma once
 
 #ifdef __SANITIZE_ADDRESS__
