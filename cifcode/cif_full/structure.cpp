@@ -89,7 +89,8 @@ bool READ_CELL(const BLOCK& block, STRUCTURE& structure) {
     const NUMBER_FOUND found = READ_NUMBER(text, number);
     values[k] = number.VALUE;
     stds[k] = number.STD;
-    if (found != NUMBER_FOUND::NONE) continue;
+    const bool right_sign = k < lengths || number.VALUE > 0.0f;  // 0 would be taken for 90 degrees
+    if (found != NUMBER_FOUND::NONE && right_sign) continue;
     all_found = false;
     if (structure.MISSING.empty()) structure.MISSING = k < lengths ? "length" : "angle";
   }

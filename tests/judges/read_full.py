@@ -58,7 +58,8 @@ def blocks_of(reader, lines):
             continue
         _, kind, *items = line.split("\t")
         if kind in ("block", "unread"):
-            blocks.append({"title": items[0], "kind": kind, "told": [], "sites": []})
+            blocks.append({"title": items[0], "kind": kind, "told": [], "sites": [],
+                           "status": "".join(items[1:])})
         elif kind == "told":
             blocks[-1]["told"].append(items[0])
         elif kind == "site":
@@ -83,9 +84,7 @@ def readings(program, names):
     for part in ("\n" + said).split("\nfile\t")[1:]:
         lines = part.split("\n")
         name = lines[0].split("\t")[0]
-        told = [line for line in lines[1:] if line.startswith(("Block #", "*****WARNING: Block #",
-                                                                "*****WARNING: READ full"))
-                or "READ full reads" in line]
+        told = [line for line in lines[1:] if line.startswith("*****")]
         files[name] = (blocks_of("full", lines[1:]), blocks_of("plain", lines[1:]), told)
     return files
 
@@ -93,10 +92,18 @@ def readings(program, names):
 # ---- gemmi's reading ----
 
 def operator_set(texts):
-    """Closed set of operators, translations in 24ths."""
-    ops = gemmi.GroupOps([gemmi.Op("x,y,z")] + [gemmi.Op(text) for text in texts])
-    ops.add_missing_elements()
-    return {(tuple(map(tuple, op.rot)), tuple(t % 24 for t in op.tran)) for op in ops}
+    """Set of operators, translations in 24ths."""
+    return {gemmi.Op("x,y,z").wrap()} | {gemmi.Op(text).wrap() for text in texts}
+
+
+def closed(operators, most=200):
+    """The group of the operators, or what of it was found when there are more than most."""
+    group = set(operators)
+    fresh = set(operators)
+    while fresh and len(group) <= most:
+        fresh = {(a * b).wrap() for a in fresh for b in group} - group
+        group |= fresh
+    return group
 
 
 NAMES_OF_OPERATORS = ("_space_group_symop_operation_xyz", "_symmetry_equiv_pos_as_xyz",
@@ -117,8 +124,7 @@ def gemmi_operators(block):
         text = gemmi.cif.as_string(block.find_value(name) or "?")
         if text:
             try:
-                return {(tuple(map(tuple, op.rot)), tuple(t % 24 for t in op.tran))
-                        for op in gemmi.symops_from_hall(text)}
+                return {op.wrap() for op in gemmi.symops_from_hall(text)}
             except (RuntimeError, ValueError):
                 pass
     for name in ("_space_group_name_H-M_alt", "_symmetry_space_group_name_H-M"):
@@ -186,6 +192,10 @@ def compare_displacement(ours, theirs):
                 "B" if theirs.u_iso == 0 else None)
 
 
+def same_group(theirs, ours):
+    return theirs == ours or closed(theirs) == ours
+
+
 def compare_block(ours, block):
     """Yields (what, exception or None)."""
     theirs = gemmi.make_small_structure_from_block(block)
@@ -200,7 +210,7 @@ def compare_block(ours, block):
         print("    gemmi:", fault)
     if operators is None:
         yield "symmetry " + ours["symbol"], "no-symmetry"
-    elif operators != operator_set(ours["operators"]):
+    elif not same_group(operators, operator_set(ours["operators"])):
         rhombohedral = ours["symbol"].endswith(":r") and not gemmi_has_operators(block)
         yield "operators of " + ours["symbol"], "rhombohedral" if rhombohedral else None
     t = first_number(block, ("_diffrn_ambient_temperature", "_cell_measurement_temperature"))
@@ -239,7 +249,10 @@ def plain_text(name):
 
 
 def is_structure(block):
-    theirs = gemmi.make_small_structure_from_block(block)
+    try:
+        theirs = gemmi.make_small_structure_from_block(block)
+    except RuntimeError:  # angles of 0 or 180 degrees
+        return False
     return theirs.cell.is_crystal() and theirs.cell.volume > 1e-3 and any(
         not math.isnan(site.fract.x) for site in theirs.sites)
 
@@ -343,16 +356,21 @@ def judge_check(name, full, plain, told, counts):
             counts["check right, " + ("warns" if expected else "silent")] += 1
 
 
-def main():
-    program, *places = sys.argv[1:]
+def cifs_below(places):
+    """Sorted names of the CIFs among some files and below some folders."""
     names = []
     for place in places:
         if os.path.isfile(place):
             names.append(place)
         for folder, _, files in os.walk(place):
             names += [os.path.join(folder, f) for f in files if f.lower().endswith(".cif")]
+    return sorted(names)
+
+
+def main():
+    program, *places = sys.argv[1:]
     counts = collections.Counter()
-    for name, (full, plain, told) in readings(program, sorted(names)).items():
+    for name, (full, plain, told) in readings(program, cifs_below(places)).items():
         judge_full(name, full, counts)
         judge_check(name, full, plain, told, counts)
     for what, count in sorted(counts.items()):

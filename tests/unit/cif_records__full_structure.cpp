@@ -75,6 +75,20 @@ TEST(FULL_CELL, WITHOUT_ALL_SIX_THE_BLOCK_IS_NOT_READ) {
   }
 }
 
+TEST(FULL_CELL, AN_ANGLE_THAT_IS_MISSING_OR_NONE_IS_NO_90_DEGREES) {
+  for (const char* item : {"", "_cell_angle_beta ?", "_cell_angle_beta x", "_cell_angle_beta 0",
+                           "_cell_angle_beta -90", "_cell_angle_betta 90"}) {
+    READING reading(
+        "data_a _cell_length_a 5 _cell_length_b 5 _cell_length_c 5 _cell_angle_alpha 90 "
+        "_cell_angle_gamma 90 " +
+        std::string(item) + "\n" + one_site);
+    reading.READER = STRUCTURES_OF(reading.BYTES);
+    NEXT_STRUCTURE(reading.READER, reading.FOUND);
+    EXPECT_EQ(reading.FOUND.STATUS, BLOCK_STATUS::NO_CELL) << item;
+    EXPECT_EQ(reading.FOUND.MISSING, "angle") << item;
+  }
+}
+
 // ---- symmetry ----
 
 // Symbol and number of operators, then what is told.
