@@ -342,6 +342,53 @@ bool KEEP_FILE(FILE_RECORD& file) {
   return false;
 }
 
+// ---- files that are written whole ----
+
+namespace {
+
+// Why a file of that name cannot be made; blank when it can.
+std::string REASON_AGAINST(const std::string& name, std::string_view ext) {
+  const std::string file = "*****The file " + AS_IT_IS(name);
+  if (name.empty()) return "*****Failed to read file name, try again";
+  if (name.size() > INPUT_LENGTH)
+    return "*****The name of the file is too long: choose another name";
+  if (IS_OF_ANOTHER_KIND(name, ext)) return file + " is of another kind";
+  if (IS_DIRECTORY(name)) return file + " is a folder: choose another name";
+  if (IS_OPEN(name)) return file + " is open: choose another name";
+  return "";
+}
+
+}  // namespace
+
+std::string NAME_OF_NEW_FILE(const FILE_RECORD& file) {
+  OPEN_REQUEST request;
+  request.WORD = "Save";
+  while (NAME_IS_PENDING(file, request)) {
+    const std::string name = TAKE_NAME(file, request);
+    const std::string reason = REASON_AGAINST(name, file.EXT);
+    if (reason.empty()) return name;
+    WRITE_OUT(reason);
+    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+  }
+  return "";
+}
+
+bool MAY_REPLACE(const std::vector<std::string>& names) {
+  std::string existing;
+  int count = 0;
+  for (const std::string& name : names)
+    if (FILE_EXISTS(name)) existing += (++count > 1 ? ", " : "") + AS_IT_IS(name);
+  if (count == 0) return true;
+  if (CONSOLE.MACRO_STATE == 1) {
+    WRITE_OUT(count == 1 ? "     The file " + existing + " exists: it is replaced"
+                         : "     The files " + existing + " exist: they are replaced");
+    return true;
+  }
+  WRITE_OUT(count == 1 ? "*****File " + existing + " exists" : "*****Files " + existing + " exist");
+  return GET_ANSWER_YN("Do you want to overwrite " + std::string(count == 1 ? "it" : "them"),
+                       "N") == 'Y';
+}
+
 // ---- several files ----
 
 namespace {

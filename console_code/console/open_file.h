@@ -24,6 +24,15 @@ bool OPEN_FILE(KVA_UTILITIES::FILE_RECORD& file, std::string_view control = "");
 // then. CLOSE_FILE drops what was written.
 bool KEEP_FILE(KVA_UTILITIES::FILE_RECORD& file);
 
+// The name of a file that a command writes whole, by the pending text or a prompt, asked again
+// while it is a folder, open, or of another kind than file.EXT, which in a macro drops the command.
+// Blank: none is wanted.
+std::string NAME_OF_NEW_FILE(const KVA_UTILITIES::FILE_RECORD& file);
+
+// Asks once whether those of the files that exist may be replaced; in a macro it tells that they
+// are.
+bool MAY_REPLACE(const std::vector<std::string>& names);
+
 // A file that the user named, with the numbers that its name gave where the pattern had {P} and
 // {T}.
 struct NAMED_FILE {

@@ -4,7 +4,7 @@
 #include <algorithm>  // for max, min
 #include <array>
 #include <charconv>
-#include <cmath>  // for abs, isinf
+#include <cmath>  // for abs, isfinite, isinf
 
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
@@ -98,6 +98,20 @@ std::string REAL_AT_LEAST(float value, int w, int d) {
 
 std::string EXPONENT_COLUMNS(float value, int w, int d) {
   return FILL_LEFT(EXPONENT(value, d), w);
+}
+
+std::string SHORTEST_REAL(float value) {
+  constexpr float smallest_fixed = 0.0001f;
+  constexpr float largest_fixed = 1e7f;  // above it not every digit would mean something
+  if (!std::isfinite(value)) return "";
+  const float size = std::abs(value);
+  if (!(size > 0.0f)) return "0";
+  const bool fixed = size >= smallest_fixed && size < largest_fixed;
+  std::array<char, 32> buffer{};
+  const auto result =
+      std::to_chars(buffer.begin(), buffer.end(), value,
+                    fixed ? std::chars_format::fixed : std::chars_format::scientific);
+  return {buffer.begin(), result.ptr};
 }
 
 std::string INTEGER_COLUMNS(int value, int w) {

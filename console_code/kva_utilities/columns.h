@@ -18,6 +18,10 @@ std::string REAL_AT_LEAST(float value, int w, int d);
 // Real in exponent form, one digit before the point and d decimals: 3.50E+07, right-adjusted.
 std::string EXPONENT_COLUMNS(float value, int w, int d);
 
+// The fewest digits from which the same 32-bit real is read back: 2.1129, 0.0001, 1e-05. A zero has
+// no sign. Blank for what is not finite.
+std::string SHORTEST_REAL(float value);
+
 // Whole number in w columns, right-adjusted; w of 0: as many columns as needed.
 std::string INTEGER_COLUMNS(int value, int w = 0);
 

@@ -73,6 +73,11 @@ void CLOSE_UNIT(int unit) {
   UNITS().erase(found);
 }
 
+bool IS_OPEN(const std::string& name) {
+  constexpr int no_unit = -2;
+  return IN_USE_ELSEWHERE(no_unit, name);
+}
+
 bool UNIT_READABLE(int unit) {
   const auto found = UNITS().find(unit);
   return found != UNITS().end() && found->second.OPENED.READABLE;

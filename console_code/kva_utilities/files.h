@@ -41,6 +41,7 @@ enum class UNIT_MODE { UNKNOWN, OLD, NEW, APPEND, REPLACE };
 // another unit has open.
 int OPEN_UNIT(int unit, const std::string& name, UNIT_MODE mode);
 void CLOSE_UNIT(int unit);
+bool IS_OPEN(const std::string& name);  // on any unit
 bool UNIT_READABLE(int unit);
 bool UNIT_WRITABLE(int unit);
 

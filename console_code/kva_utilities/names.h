@@ -7,8 +7,9 @@
 
 namespace KVA_UTILITIES {
 
-// Names that are taken, told apart without regard to letters, with how often each was asked for.
+// Names that are taken, with how often each was asked for.
 struct NAMES_TAKEN {
+  bool CAPITALS_DIFFER = false;  // else small and capital letters are the same
   std::unordered_map<std::string, int> COUNTS;
 };
 

@@ -1,7 +1,7 @@
 // Texts: case, search, trimming, cutting, date. Knows nothing of numbers, files or the console.
 #include "console_code/kva_utilities/text.h"
 
-#include <algorithm>  // for equal, max, min, transform
+#include <algorithm>  // for all_of, equal, max, min, transform
 #include <array>
 #include <ctime>
 
@@ -168,6 +168,56 @@ std::string_view CUT_VIEW(std::string_view text, int n) {
 
 std::string CUT_TEXT(std::string_view text, int n) {
   return std::string(CUT_VIEW(text, n));
+}
+
+namespace {
+
+// Bytes of the character that the text begins with; 0 when it is no UTF-8. Table 3-7 of the Unicode
+// standard: no longer forms than need be, no surrogates, nothing above U+10FFFF.
+std::size_t CHARACTER_LENGTH(std::string_view text) {
+  struct FIRST_BYTES {
+    unsigned char FROM, TO;
+    std::size_t LENGTH;
+    unsigned char SECOND_FROM, SECOND_TO;
+  };
+  constexpr std::array<FIRST_BYTES, 8> rows{{{0xC2, 0xDF, 2, 0x80, 0xBF},
+                                             {0xE0, 0xE0, 3, 0xA0, 0xBF},
+                                             {0xE1, 0xEC, 3, 0x80, 0xBF},
+                                             {0xED, 0xED, 3, 0x80, 0x9F},
+                                             {0xEE, 0xEF, 3, 0x80, 0xBF},
+                                             {0xF0, 0xF0, 4, 0x90, 0xBF},
+                                             {0xF1, 0xF3, 4, 0x80, 0xBF},
+                                             {0xF4, 0xF4, 4, 0x80, 0x8F}}};
+  const auto first = static_cast<unsigned char>(text[0]);
+  if (first < 0x80U) return 1;
+  for (const FIRST_BYTES& row : rows) {
+    if (first < row.FROM || first > row.TO || text.size() < row.LENGTH) continue;
+    const auto second = static_cast<unsigned char>(text[1]);
+    const std::string_view rest = text.substr(1, row.LENGTH - 1);
+    return second >= row.SECOND_FROM && second <= row.SECOND_TO &&
+                   std::all_of(rest.begin(), rest.end(), IS_CONTINUATION)
+               ? row.LENGTH
+               : 0;
+  }
+  return 0;
+}
+
+// A byte of Latin-1 above ASCII.
+std::string AS_TWO_BYTES(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return {static_cast<char>(0xC0U | (byte >> 6U)), static_cast<char>(0x80U | (byte & 0x3FU))};
+}
+
+}  // namespace
+
+std::string AS_UTF8(std::string_view text) {
+  std::string converted;
+  while (!text.empty()) {
+    const std::size_t length = CHARACTER_LENGTH(text);
+    converted += length > 0 ? text.substr(0, length) : std::string_view(AS_TWO_BYTES(text[0]));
+    text.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return converted;
 }
 
 std::string_view CUT_WORD(std::string_view& text) {

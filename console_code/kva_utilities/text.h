@@ -57,6 +57,9 @@ void REPLACE_CHAR(std::string& text, char a, char b);
 std::string_view CUT_VIEW(std::string_view text, int n);
 std::string CUT_TEXT(std::string_view text, int n);
 
+// The text as UTF-8: bytes that are none are taken for Latin-1, as older files have it.
+std::string AS_UTF8(std::string_view text);
+
 // Takes the first blank-delimited word off the text; the rest is left-adjusted.
 std::string_view CUT_WORD(std::string_view& text);
 std::string CUT_WORD(std::string& text);

@@ -17,6 +17,12 @@ bool NEEDS_BONDS(REPORT_CODE code) {
   return code >= REPORT_BONDS && code <= REPORT_VALENCES;
 }
 
+bool IS_OF_SITES(REPORT_CODE code) {
+  for (const REPORT_ENTRY& entry : REPORT_ENTRIES)
+    if (entry.CODE == code) return entry.OF_SITES;
+  return false;
+}
+
 bool IS_OFFERED(REPORT_CODE code) {
   if (code == REPORT_MEASURES) return !MEASURES.empty();
   return !NEEDS_BONDS(code) || (NPHASES > 0 && SUM_NBONDS(REFERENCE()) > 0);
@@ -52,16 +58,6 @@ REPORT REPORT_OF(REPORT_CODE code, int i, std::string_view option, const MATCHED
   }
   return {};
 }
-
-namespace {
-
-bool IS_OF_SITES(REPORT_CODE code) {
-  for (const REPORT_ENTRY& entry : REPORT_ENTRIES)
-    if (entry.CODE == code) return entry.OF_SITES;
-  return false;
-}
-
-}  // namespace
 
 std::vector<REPORT> REPORTS_OF(REPORT_CODE code, const std::vector<int>& sites,
                                const std::vector<int>& places) {

@@ -31,8 +31,9 @@ inline constexpr std::array<REPORT_ENTRY, 11> REPORT_ENTRIES{
      {REPORT_VALENCES, "valences of bonds", true},
      {REPORT_MEASURES, "measures", false}}};
 
-// True for the codes whose reports are made of calculated bonds.
+// True for the codes whose reports are made of calculated bonds; for those with a report a site.
 bool NEEDS_BONDS(REPORT_CODE code);
+bool IS_OF_SITES(REPORT_CODE code);
 
 // Whether there is anything to report on: bonds, measures.
 bool IS_OFFERED(REPORT_CODE code);

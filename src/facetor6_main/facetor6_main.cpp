@@ -29,6 +29,7 @@
 #include "src/facetor6_ptedit/ptedit.h"
 #include "src/facetor6_readfiles/check.h"
 #include "src/facetor6_readfiles/readfiles.h"
+#include "src/facetor6_sheets/csv.h"
 #include "src/facetor6_transform/transform.h"
 #include "src/facetor6_writefiles/writefiles.h"
 #include "version.h"
@@ -60,7 +61,8 @@ enum MAIN_COMMAND {
   COMMAND_PTEDIT,
   COMMAND_TEST,
   COMMAND_MEASURE,
-  COMMAND_COUNT = COMMAND_MEASURE
+  COMMAND_CSV,
+  COMMAND_COUNT = COMMAND_CSV
 };
 
 // Groups of HELP, in the order in which they are shown.
@@ -99,6 +101,7 @@ constexpr std::array main_table{
     MAIN_ROW{COMMAND_PTEDIT,    "PTEDIT",    "Edit the P and/or T data",        DATA},
     MAIN_ROW{COMMAND_TEST,      "TEST",      "Test routine",                    DATA, true},
     MAIN_ROW{COMMAND_MEASURE,   "MEASURE",   "Define and list measures",        SHEETS},
+    MAIN_ROW{COMMAND_CSV,       "CSV",       "Write data as a sheet",           SHEETS},
 };
 // clang-format on
 
@@ -125,6 +128,8 @@ std::span<const std::string_view> MENU_OF(MAIN_COMMAND command) {
       return FACETOR_CONSOLE::SET_MENU();
     case COMMAND_CALC:
       return FACETOR_CALC::CALC_MENU();
+    case COMMAND_CSV:
+      return FACETOR_SHEETS::CSV_MENU();
     default:
       return {};
   }
@@ -198,6 +203,8 @@ void EXECUTE(int icom) {
       return FACETOR_PTEDIT::RUN_PTEDIT();
     case COMMAND_MEASURE:
       return FACETOR_MEASURE::RUN_MEASURE();
+    case COMMAND_CSV:
+      return FACETOR_SHEETS::RUN_CSV();
     case COMMAND_TEST:
       return RUN_TEST();
     default:

@@ -38,6 +38,7 @@ const std::string help_text =
     "\n"
     "        ******Measures, sheets and graphs******\n"
     "           MEASURE   :  Define and list measures\n"
+    "           CSV       :  Write data as a sheet\n"
     "\n"
     "        ******System & Macro Commands******\n"
     "           TIME     RECORD   MACRO     END\n"

@@ -1,0 +1,202 @@
+// From columns and rows of reports to the lines of sheets.
+#include "src/facetor6_sheets/sheet.h"
+
+#include <array>
+
+#include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/files.h"
+#include "console_code/kva_utilities/names.h"
+#include "console_code/kva_utilities/text.h"
+#include "src/facetor6_console/phase_list.h"
+#include "src/facetor6_list/equal_columns.h"
+
+namespace FACETOR_SHEETS {
+
+using namespace FACETOR_CONSOLE;
+using namespace FACETOR_LIST;
+using namespace KVA_UTILITIES;
+
+namespace {
+
+// ---- the first columns ----
+
+using FIELDS = std::vector<std::string>;
+
+const FIELDS start_names{"block", "title", "T", "T_esd", "P", "P_esd", "use"};
+
+FIELDS START_OF(const ROW_HEAD& head) {
+  const REPORT_CELL t = REAL_CELL(head.T, head.T_STD);
+  const REPORT_CELL p = REAL_CELL(head.P, head.P_STD);
+  return {INTEGER_COLUMNS(head.BLOCK),
+          TRIM(head.TITLE),
+          VALUE_FIELD(t),
+          ESD_FIELD(t),
+          VALUE_FIELD(p),
+          ESD_FIELD(p),
+          head.USED ? "1" : "0"};
+}
+
+const REPORT_CELL& CELL_AT(const REPORT_ROW& row, std::size_t k) {
+  static const REPORT_CELL nothing;
+  return k < row.CELLS.size() ? row.CELLS[k] : nothing;
+}
+
+}  // namespace
+
+// ---- a row a block ----
+
+namespace {
+
+struct WIDE_NAME {
+  std::string NAME;
+  bool IS_ESD = false;
+};
+
+std::vector<WIDE_NAME> UNIQUE_NAMES(const REPORTS& reports) {
+  std::vector<WIDE_NAME> names;
+  NAMES_TAKEN taken{true, {}};
+  const auto add = [&](const std::string& name, bool is_esd) {
+    names.push_back({UNIQUE_NAME(name, taken, LINE_LENGTH), is_esd});
+  };
+  for (const std::string& name : start_names) add(name, false);
+  for (const REPORT& report : reports)
+    for (const REPORT_COLUMN& column : report.COLUMNS) {
+      if (!column.IN_SHEET) continue;
+      add(column.NAME, false);
+      if (column.HAS_ESD) add(column.NAME + "_esd", true);
+    }
+  return names;
+}
+
+}  // namespace
+
+std::vector<std::string> WIDE_NAMES(const REPORTS& reports) {
+  FIELDS names;
+  for (WIDE_NAME& name : UNIQUE_NAMES(reports)) names.push_back(std::move(name.NAME));
+  return names;
+}
+
+namespace {
+
+FIELDS WIDE_FIELDS(const REPORTS& reports, std::size_t k) {
+  FIELDS fields = START_OF(reports.front().ROWS[k].HEAD);
+  for (const REPORT& report : reports)
+    for (std::size_t c = 0; c < report.COLUMNS.size(); ++c) {
+      if (!report.COLUMNS[c].IN_SHEET) continue;
+      const REPORT_CELL& cell = CELL_AT(report.ROWS[k], c);
+      fields.push_back(VALUE_FIELD(cell));
+      if (report.COLUMNS[c].HAS_ESD) fields.push_back(ESD_FIELD(cell));
+    }
+  return fields;
+}
+
+}  // namespace
+
+std::string WIDE_LINES(const REPORTS& reports) {
+  std::string text;
+  for (std::size_t k = 0; k < reports.front().ROWS.size(); ++k)
+    text += SHEET_LINE(WIDE_FIELDS(reports, k));
+  return text;
+}
+
+// ---- a row a value ----
+
+std::vector<std::string> LONG_NAMES() {
+  FIELDS names = start_names;
+  for (const char* name : {"quantity", "centre", "feature", "codes", "value", "esd"})
+    names.emplace_back(name);
+  return names;
+}
+
+namespace {
+
+std::string CENTRE_LABEL(const REPORT& report) {
+  return report.CENTRE > 0 ? REFERENCE().ATOM(report.CENTRE).LAB : "";
+}
+
+// The names of the values in the wide form.
+FIELDS FEATURE_NAMES(const REPORTS& reports) {
+  FIELDS names;
+  for (WIDE_NAME& name : UNIQUE_NAMES(reports))
+    if (!name.IS_ESD) names.push_back(std::move(name.NAME));
+  names.erase(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(start_names.size()));
+  return names;
+}
+
+// Fields that others follow on their line.
+std::string LINE_START(const FIELDS& fields) {
+  std::string line = SHEET_LINE(fields);
+  line.back() = ',';
+  return line;
+}
+
+std::string JOINED(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+  return text;
+}
+
+}  // namespace
+
+std::vector<std::string> LONG_MIDDLES(const REPORTS& reports) {
+  const FIELDS features = FEATURE_NAMES(reports);
+  std::vector<std::string> middles;
+  for (const REPORT& report : reports)
+    for (const REPORT_COLUMN& column : report.COLUMNS)
+      if (column.IN_SHEET)
+        middles.push_back(LINE_START({report.QUANTITY, CENTRE_LABEL(report),
+                                      features[middles.size()], JOINED(column.CODES)}));
+  return middles;
+}
+
+int ADD_LONG_LINES(const REPORTS& reports, const std::vector<std::string>& middles, std::size_t k,
+                   std::string& text) {
+  if (reports.empty()) return 0;
+  const std::string start = LINE_START(START_OF(reports.front().ROWS[k].HEAD));
+  int count = 0;
+  auto middle = middles.begin();
+  for (const REPORT& report : reports)
+    for (std::size_t c = 0; c < report.COLUMNS.size(); ++c) {
+      if (!report.COLUMNS[c].IN_SHEET) continue;
+      const std::string& between = *middle++;
+      const REPORT_CELL& cell = CELL_AT(report.ROWS[k], c);
+      if (!HAS_VALUE(cell)) continue;
+      text.append(start).append(between).append(VALUE_FIELD(cell)).append(",");
+      text.append(ESD_FIELD(cell)).append("\n");
+      ++count;
+    }
+  return count;
+}
+
+// ---- for a paper ----
+
+std::string PAPER_HEAD(const REPORT& report, SHEET_KIND kind) {
+  struct HEAD_ROW {
+    std::string_view WORDS;
+    START_COLUMN COLUMN;
+  };
+  constexpr std::array<HEAD_ROW, 2> rows{{{"T (K)", START_T}, {"P (GPa)", START_P}}};
+  std::string text;
+  for (const HEAD_ROW& head : rows) {
+    FIELDS fields{std::string(head.WORDS)};
+    for (const REPORT_ROW& row : report.ROWS)
+      for (const FIELD& field : START_FIELDS(row.HEAD, true))
+        if (field.COLUMN == head.COLUMN) fields.push_back(LEFT_ADJUST(field.TEXT));
+    text += SHEET_LINE(fields, kind);
+  }
+  return text;
+}
+
+int ADD_PAPER_LINES(const REPORT& report, SHEET_KIND kind, std::string& text) {
+  const std::vector<DISTINCT_COLUMN> distinct = DISTINCT_COLUMNS(report);
+  for (const DISTINCT_COLUMN& shown : distinct) {
+    FIELDS fields{shown.LABEL};
+    for (const REPORT_ROW& row : report.ROWS)
+      fields.push_back(
+          PAPER_FIELD(CELL_AT(row, shown.COLUMN), report.COLUMNS[shown.COLUMN], report.WITH_ESDS));
+    text += SHEET_LINE(fields, kind);
+  }
+  return static_cast<int>(distinct.size());
+}
+
+}  // namespace FACETOR_SHEETS
