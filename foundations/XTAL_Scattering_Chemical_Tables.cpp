@@ -20,7 +20,7 @@ const CHEM_INFO_TYPE* FIND_SYMBOL(std::string_view symbol) {
 }  // namespace
 
 void GET_CHEMSYMB(std::string_view label, std::string& chemsymb, int& z) {
-  chemsymb = "**";
+  chemsymb = NO_ELEMENT;
   z = 0;
   std::string symbol = KVA_UTILITIES::U_CASE(KVA_UTILITIES::LEFT_ADJUST_VIEW(label).substr(0, 2));
   if (symbol.size() == 2 && no_part_of_symbol.find(symbol[1]) != std::string_view::npos)

@@ -16,7 +16,9 @@ struct CHEM_INFO_TYPE {
 // Rows 1 to 105 by atomic number, then Boron-11, "Zero" and Deuterium. 0-based in code.
 extern const std::array<CHEM_INFO_TYPE, 108> CHEM_INFO;
 
-// Element symbol ("Fe", "F") and atomic number of a label; "**" and 0 when it names no element.
+inline constexpr std::string_view NO_ELEMENT = "**";  // in place of a symbol
+
+// Element symbol ("Fe", "F") and atomic number of a label; NO_ELEMENT and 0 when it names none.
 // The two-letter reading wins over the one-letter reading.
 void GET_CHEMSYMB(std::string_view label, std::string& chemsymb, int& z);
 

@@ -98,6 +98,7 @@ std::vector<ATOM_TYPE_ROW> READ_ATOM_TYPES(const LINE_RANGE& block) {
     ATOM_TYPE_ROW type;
     type.SNAME = U_CASE(LEFT_ADJUST(loop.CVAL(row, TYPE_SYMBOL)));
     type.SCAT = SCAT_FORMAT(loop.CVAL(row, TYPE_DESCRIPTION));
+    if (type.SCAT == XTAL::NO_ELEMENT) type.SCAT.clear();  // it describes nothing
     type.SCHARGE = CHARGE_OF(type.SCAT);
     types.push_back(type);
   }
@@ -109,7 +110,7 @@ std::vector<ATOM_TYPE_ROW> READ_ATOM_TYPES(const LINE_RANGE& block) {
 // Element of a text with its atomic number; blank and 0 when the text names none.
 void SET_ELEMENT(const std::string& text, ATOM_TYPE& atom) {
   XTAL::GET_CHEMSYMB(text, atom.CHEMSYMB, atom.Z);
-  if (atom.CHEMSYMB == "**") atom.CHEMSYMB.clear();
+  if (atom.CHEMSYMB == XTAL::NO_ELEMENT) atom.CHEMSYMB.clear();
 }
 
 // By the table of atom types, then by the site's type symbol, then by its label.

@@ -5,6 +5,7 @@
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
+#include "foundations/XTAL_Scattering_Chemical_Tables.h"
 #include "src/kva_crystal_structures/displacement.h"
 
 namespace KVA_CIFNEW {
@@ -47,10 +48,15 @@ void ADD_DISPLACEMENT(const CRYSTAL_STRUCTURE_TYPE& phase, int i, std::vector<st
   }
 }
 
+// Blank where stars say that the atom is no element: a CIF has "." for that.
+std::string SYMBOL_OF(const ATOM_TYPE& atom) {
+  return atom.SFACSYMB == XTAL::NO_ELEMENT ? "" : atom.SFACSYMB;
+}
+
 std::vector<std::string> SITE_ROW(const CRYSTAL_STRUCTURE_TYPE& phase, int i,
                                   bool with_displacements) {
   const ATOM_TYPE& atom = phase.ATOM(i);
-  std::vector<std::string> row{CIF_WORD(atom.LAB), CIF_WORD(atom.SFACSYMB)};
+  std::vector<std::string> row{CIF_WORD(atom.LAB), CIF_WORD(SYMBOL_OF(atom))};
   for (std::size_t k = 0; k < 3; ++k) row.push_back(CIF_NUMBER(atom.X[k], atom.X_STD[k]));
   row.push_back(CIF_NUMBER(atom.OCC, atom.OCC_STD));
   if (with_displacements) ADD_DISPLACEMENT(phase, i, row);
@@ -83,7 +89,7 @@ void WRITE_ATOM_TYPES(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int
                       int unit) {
   std::vector<std::string> symbols;
   for (int i : atoms) {
-    const std::string& symbol = phase.ATOM(i).SFACSYMB;
+    const std::string symbol = SYMBOL_OF(phase.ATOM(i));
     if (LENTRIM(symbol) > 0 && std::find(symbols.begin(), symbols.end(), symbol) == symbols.end())
       symbols.push_back(symbol);
   }

@@ -80,7 +80,7 @@ KNOWN_ELEMENT ELEMENT_OF(std::string_view text) {
   for (const NAMED_GROUP& group : named_groups)
     if (BEGINS_WITH(text, group.WORD)) meant = group.ELEMENT;
   XTAL::GET_CHEMSYMB(meant, element.CHEMSYMB, element.Z);
-  if (element.CHEMSYMB == "**") element.CHEMSYMB.clear();
+  if (element.CHEMSYMB == XTAL::NO_ELEMENT) element.CHEMSYMB.clear();
   return element;
 }
 

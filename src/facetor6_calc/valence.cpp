@@ -12,6 +12,7 @@
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
 #include "foundations/XTAL_Bond_Valence_Tables.h"
+#include "foundations/XTAL_Scattering_Chemical_Tables.h"
 #include "src/facetor6_calc/calc.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
@@ -77,7 +78,7 @@ std::string TABLE_LABEL(std::string_view label) {
 
 // Adds the pair of two scattering factor symbols to the table, or to the missing ones.
 void FIND_BVS_PAIR(std::string_view w1, std::string_view w2) {
-  if (INDEXALL(w1, NO_ELEMENT_LABEL) > 0 || INDEXALL(w2, NO_ELEMENT_LABEL) > 0) {
+  if (INDEXALL(w1, XTAL::NO_ELEMENT) > 0 || INDEXALL(w2, XTAL::NO_ELEMENT) > 0) {
     BV_FLAGS(BV_NOT_ELEMENTS) = true;
     return;
   }

@@ -10,6 +10,7 @@
 #include "console_code/console/state.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
+#include "foundations/XTAL_Scattering_Chemical_Tables.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
 
@@ -157,7 +158,7 @@ void CHEMSYMB_PRESENT() {
     const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
     for (int i = 1; i <= phase.NATOMS; ++i) {
       const std::string& symbol = phase.ATOM(i).CHEMSYMB;
-      if (phase.ATOM_USE(i) == ATOM_USED && (LENTRIM(symbol) == 0 || symbol == "**"))
+      if (phase.ATOM_USE(i) == ATOM_USED && (LENTRIM(symbol) == 0 || symbol == XTAL::NO_ELEMENT))
         return WARNING(BV_FLAG_TEXTS(BV_NOT_ELEMENTS));
     }
   }

@@ -5,6 +5,7 @@
 #include <cmath>  // for exp
 
 #include "console_code/kva_utilities/text.h"
+#include "foundations/XTAL_Scattering_Chemical_Tables.h"
 #include "src/kva_crystal_structures/coordination.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
@@ -117,7 +118,7 @@ bool HAS_DEFAULT_CHARGE(const ATOM_TYPE& atom) {
 
 std::string VALENCE_LABEL(const ATOM_TYPE& atom) {
   const bool no_element = WITHOUT_CHARGE(atom) && !HAS_DEFAULT_CHARGE(atom);
-  return no_element ? std::string(NO_ELEMENT_LABEL) : atom.SFACSYMB;
+  return no_element ? std::string(XTAL::NO_ELEMENT) : atom.SFACSYMB;
 }
 
 int FIND_BVLOCAL(std::string_view label_1, std::string_view label_2, const LIST<BV_PAIR>& pairs) {

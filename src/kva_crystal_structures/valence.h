@@ -18,8 +18,7 @@ struct BV_PAIR {
   std::string SOURCE;  // where the parameters come from, 128 characters
 };
 
-inline constexpr int NUMBER_OF_ELEMENTS = 92;               // elements with a default charge
-inline constexpr std::string_view NO_ELEMENT_LABEL = "**";  // in no pair
+inline constexpr int NUMBER_OF_ELEMENTS = 92;  // elements with a default charge
 
 // Whether the scattering factor symbol is too short to have a charge; "O-2" is not.
 bool WITHOUT_CHARGE(const ATOM_TYPE& atom);
@@ -27,8 +26,8 @@ bool WITHOUT_CHARGE(const ATOM_TYPE& atom);
 // Whether the element has a default charge.
 bool HAS_DEFAULT_CHARGE(const ATOM_TYPE& atom);
 
-// The label by which the atom stands in pairs: its scattering factor symbol. NO_ELEMENT_LABEL for
-// one without a charge that can be given none.
+// The label by which the atom stands in pairs: its scattering factor symbol. XTAL::NO_ELEMENT,
+// which stands in no pair, for one without a charge that can be given none.
 std::string VALENCE_LABEL(const ATOM_TYPE& atom);
 
 // Row of the pair whose labels begin with the two given, ignoring case; 0 when there is none.

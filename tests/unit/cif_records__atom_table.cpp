@@ -111,6 +111,15 @@ TEST(ELEMENTS, BY_THE_TYPE_SYMBOL_OF_THE_SITE) {
   EXPECT_EQ(no_description.CHEMSYMB, "Fe") << "a row without description does not hide the symbol";
 }
 
+TEST(ELEMENTS, STARS_DESCRIBE_NOTHING) {
+  const ATOM_TYPE atom = READ(types + "Fe **\n\n" + sites + "M1 Fe 0 0 0\n").ATOM(1);
+  EXPECT_EQ(atom.CHEMSYMB, "Fe");
+  EXPECT_EQ(atom.SFACSYMB, "Fe") << "by the type symbol, as without a description";
+  const ATOM_TYPE unknown = READ(types + "** **\n\n" + sites + "Qq1 ** 0 0 0\n").ATOM(1);
+  EXPECT_EQ(unknown.CHEMSYMB, "");
+  EXPECT_EQ(unknown.SFACSYMB, "");
+}
+
 TEST(ELEMENTS, BY_THE_LABEL) {
   const ATOM_TYPE atom = READ(labels_only + "Si1 0 0 0\n").ATOM(1);
   EXPECT_EQ(atom.CHEMSYMB, "Si");

@@ -359,6 +359,15 @@ TEST(WRITER, CHARGES_ARE_READ_BACK) {
   EXPECT_EQ(ATOMS(phase).find("_atom_type_"), std::string::npos) << "no charge, no loop";
 }
 
+TEST(WRITER, STARS_ARE_NO_SYMBOL) {
+  CRYSTAL_STRUCTURE_TYPE phase = WITH_ATOMS({"Fe1", "X1"});
+  phase.ATOM(1).SFACSYMB = "Fe+3";
+  phase.ATOM(2).SFACSYMB = "**";
+  const std::string text = ATOMS(phase);
+  EXPECT_EQ(text.find('*'), std::string::npos) << text;
+  EXPECT_NE(text.find("\n X1   .     "), std::string::npos) << text;
+}
+
 // Ueq = (U11 (a a*)^2 + U33 (c c*)^2 + 2 U13 a a* c c* cos(beta) + U22) / 3; with beta = 120
 // degrees a a* = c c* = 1 / sin(beta), whose square is 4/3: (4/3 (0.03 + 0.015) + 0.02 - 4/3 0.006)
 // / 3 = 0.024. The plain mean is 0.02167. Esds: 4/3 0.0003, 0.0002, 4/3 0.0003 and 4/3 0.0006 make
