@@ -71,7 +71,15 @@ PUBLISHED = [
                              "torsion(C2, C3, C6, C6)", "planes(C1, C2, C3; O1, C7, O2)"]),
 ]
 
-DEGREES = ("angle", "torsion", "planes", "sigma")
+# Series: files, measures by the labels of the first block, and what is printed for each block. Fabry
+# et al., Acta Cryst. B70 (2014) 360-371: labels, their numbers and the order of sites differ from file
+# to file, and two files print nothing.
+SERIES = [("cif-series/KLnS2-composition/*.cif", [
+    ("dist(La1, S1)", 0.0002, [2.9076, 2.8592, 2.8009, 2.787, None, 2.7552, None]),
+    ("dist(K1, S1)", 0.0002, [3.2420, 3.2222, 3.1889, 3.188, None, 3.1740, None]),
+    ("dist(S1, S1[2])", 0.0005, [3.953, 3.8887, 3.8191, 3.806, None, None, None]),
+    ("angle(S1, La1, S1)", 0.015, [94.35, None, 94.04, 93.86, None, 93.74, None]),
+    ("angle(S1, K1, S1)", 0.015, [82.26, None, 79.97, 79.37, None, 78.62, None])])]
 
 
 def number(text):
@@ -253,8 +261,29 @@ def judge(path, dmax, measures):
     return len(asked), faults
 
 
+def judge_series(files, measures):
+    """Faults of what the program has in each block of a series against what is printed."""
+    faults = []
+    lines = ["READ full " + files, "Y", "MEASURE"]
+    lines += ["m%d = %s" % (k, m[0]) for k, m in enumerate(measures)] + ["", "LIST measures", "EXIT"]
+    with tempfile.TemporaryDirectory() as folder:
+        said = said_by(folder, lines)
+    rows = re.findall(r"^ +\d+: .{14}: +\S+ +\S+ +1 (.*)$", said.rpartition("BLOCKNAME")[2], re.M)
+    for k, (text, allowed, printed) in enumerate(measures):
+        for row, value in zip(rows, printed):
+            if value is not None and abs(float(row.split()[k]) - value) > allowed:
+                faults.append("%s: %s, %s printed" % (text, row.split()[k], value))
+    if any(len(rows) != len(m[2]) for m in measures):
+        faults.append("%d blocks of %s" % (len(rows), files))
+    return faults
+
+
 def main():
     measures, faults, structures = 0, [], 0
+    for pattern, wanted in SERIES:
+        files = os.path.join(os.path.abspath(sys.argv[2]), pattern)
+        if os.path.isdir(os.path.dirname(files)):
+            faults += judge_series(files, wanted)
     for file, dmax, wanted in PUBLISHED:
         path = os.path.join(os.path.abspath(sys.argv[2]), file)
         if not os.path.exists(path):

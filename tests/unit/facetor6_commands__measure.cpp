@@ -345,6 +345,180 @@ TEST_F(MEASURING, POLYHEDRA_ARE_THOSE_OF_THE_TABLES) {
   EXPECT_FALSE(MEASURE_BLOCKS({1}).front().front().FOUND);
 }
 
+TEST_F(MEASURING, EVERY_FAULT_OF_THE_GRAMMAR_HAS_ITS_LINE) {
+  LOAD({MOLECULE()});
+  const std::string power = [] {
+    std::string text = "m = 1";
+    for (int k = 0; k < 101; ++k) text.insert(4, "(").append(")");
+    return text;
+  }();
+  const std::vector<std::pair<std::string, std::string>> refused{
+      {"m = .", "*****At character 1: \".\" is no number\n"},
+      {"m = 2..5", "*****At character 3: unexpected \".\": an operator or the end is wanted\n"},
+      {"m = 5.0(", "*****At character 1: an esd is written as in 5.0347(4)\n"},
+      {"m = 5.0(x)", "*****At character 1: an esd is written as in 5.0347(4)\n"},
+      {"m = 2 3", "*****At character 3: unexpected \"3\": an operator or the end is wanted\n"},
+      {"m = 2 +",
+       "*****At character 4: the end comes too early: a number, a quantity or a measure "
+       "is wanted\n"},
+      {"m = *2",
+       "*****At character 1: unexpected \"*\": a number, a quantity or a measure is "
+       "wanted\n"},
+      {"m = min(1)", "*****At character 1: min takes two values or more, as in min(x, y)\n"},
+      {"m = sqrt(1, 2)", "*****At character 1: sqrt takes one value\n"},
+      {"m = sqrt 2", "*****At character 6: unexpected \"2\": \"(\" is wanted behind sqrt\n"},
+      {"m = ref(V",
+       "*****At character 6: the end comes too early: \")\" is wanted behind "
+       "ref(...\n"},
+      {"m = centroid(C1, C2)",
+       "*****At character 1: centroid stands where an atom may, as in "
+       "dist(A, centroid(B, C))\n"},
+      {"m = dist(centroid(C1), C2)",
+       "*****At character 6: centroid takes two atoms or more, as in centroid(A, B)\n"},
+      {"m = offplane(C1; C2, C3)",
+       "*****At character 1: a plane takes three atoms or more: offplane(A; B, C, D, ...)\n"},
+      {"m = offplane(C1, C2, C3, C4)",
+       "*****At character 1: offplane is written as offplane(A; B, C, D, ...)\n"},
+      {"m = angle(C1, C2)",
+       "*****At character 1: angle is written as angle(A, B, C) or angle(M, k, l)\n"},
+      {"m = angle(C1, 1)", "*****At character 1: angle is written as angle(M, k, l)\n"},
+      {"m = angle(C1, 2, 2)", "*****At character 1: two different bonds are wanted\n"},
+      {"m = bond(C1, 0)",
+       "*****At character 10: a bond number is wanted, from 1, as in bond(M, k)\n"},
+      {"m = dist('C1, C2)",
+       "*****At character 6: a quote is not closed: ' is wanted behind the label\n"},
+      {"m = dist(C1(, C2)",
+       "*****At character 9: \")\" is wanted in the site label: put other "
+       "labels in quotes, as in 'O 1'\n"},
+      {"m = dist(, C2)",
+       "*****At character 6: a site label is wanted: put labels with other "
+       "characters in quotes, as in 'O 1'\n"},
+      {"m = dist(C1, 2)", "*****At character 10: a label of digits alone stands in quotes: '2'\n"},
+      {"m = dist(C1, C2[1_55])",
+       "*****At character 13: square brackets hold a symmetry code as in "
+       "[4_655], or a number as in [2]\n"},
+      {"m = dist(C1, C2[0])",
+       "*****At character 13: square brackets hold a symmetry code as in "
+       "[4_655], or a number as in [2]\n"},
+      {"m = dist(C1, C2[9000])",
+       "*****At character 10: no such image of C2 is near: give a code as in [4_655]\n"},
+      {power,
+       "*****At character 51: too many brackets, signs or powers within each other: define "
+       "parts of it first\n"},
+      {"_m = 1",
+       "*****A name has letters, digits and _, and begins with a letter: name = expression\n"},
+      {"= 1",
+       "*****A name has letters, digits and _, and begins with a letter: name = expression\n"}};
+  for (const auto& [line, answer] : refused) EXPECT_EQ(ANSWER(line), answer) << line;
+  EXPECT_TRUE(MEASURES.empty());
+}
+
+TEST_F(MEASURING, WORDS_CANNOT_BE_NAMES_IN_WHATEVER_LETTERS) {
+  for (const std::string word :
+       {"dist", "ANGLE", "torsion", "offplane", "planes", "centroid", "X",    "y",    "z",
+        "uiso", "occ",   "mean",    "vol",      "qe",     "av",       "bvs",  "N",    "baur",
+        "econ", "shift", "sigma",   "bond",     "edge",   "A",        "b",    "c",    "alpha",
+        "Beta", "gamma", "v",       "t",        "p",      "Ref",      "sqrt", "abs",  "exp",
+        "log",  "min",   "max",     "sin",      "cos",    "tan",      "asin", "acos", "atan"})
+    EXPECT_EQ(ANSWER(word + " = 1"),
+              "*****" + word + " is a quantity or a function: choose another name\n");
+  EXPECT_EQ(ANSWER("vol1 = 1"), "     vol1 = 1\n");
+}
+
+// ---- labels ----
+
+TEST_F(MEASURING, LABELS_FIT_EXACTLY_OR_ELSE_IN_OTHER_LETTERS) {
+  CRYSTAL_STRUCTURE_TYPE block = MOLECULE();
+  block.ATOM(2).LAB = "CA";
+  block.ATOM(3).LAB = "Ca";
+  block.ATOM(4).LAB = "X";
+  block.ATOM(5).LAB = "X";
+  LOAD({block});
+  EXPECT_FLOAT_EQ(VALUE("dist(c1, CA)"), 1.0f);
+  EXPECT_FLOAT_EQ(VALUE("dist(c1, Ca)"), std::sqrt(5.0f));
+  EXPECT_EQ(ANSWER("m2 = dist(C1, ca)"),
+            "*****At character 10: several sites are called ca: give them different labels\n");
+  EXPECT_EQ(ANSWER("m2 = dist(C1, X)"),
+            "*****At character 10: several sites are called X: give them different labels\n");
+}
+
+// Two atoms that share a site are one in a call: its nearest other image is a cell away.
+TEST_F(MEASURING, SITES_THAT_SHARE_A_PLACE_ARE_ONE) {
+  CRYSTAL_STRUCTURE_TYPE block =
+      MADE({4, 5, 6}, {90, 90, 90}, "P 1",
+           {{"Mg1", {0, 0, 0}}, {"Fe1", {0, 0, 0}}, {"O1", {0.5f, 0, 0}}});
+  LOAD({block});
+  EXPECT_EQ(ANSWER("m = dist(Mg1, Fe1)"),
+            "     m = dist(Mg1[1_555], Fe1[1_455])\n"
+            "     reference block: 4.00000 Å\n"
+            "     Mg1-Fe1 4.000 (2 equal, next 5.000)\n");
+  EXPECT_EQ(ANSWER("m = dist(Mg1, Fe1[1_555])"),
+            "*****At character 11: two atoms of the call are at one place: choose another symmetry "
+            "code for Fe1\n");
+  // Through "," and ";": the second O1 is the one that does not stand in the call yet.
+  EXPECT_EQ(ANSWER("m = offplane(O1; O1, O1, Mg1[1_565])"),
+            "     m = offplane(O1[1_555]; O1[1_455], O1[1_355], Mg1[1_565])\n"
+            "     reference block: 0.00000 Å\n"
+            "     O1-O1 4.000 (2 equal, next 5.000); O1-O1 4.000 (1 equal, next 5.000)\n");
+  EXPECT_EQ(ANSWER("m = dist(Mg1, Mg1[3])"),
+            "     m = dist(Mg1[1_555], Mg1[1_545])\n"
+            "     reference block: 5.00000 Å\n"
+            "     Mg1-Mg1 5.000 (2 equal, next 6.000)\n");
+}
+
+// A unit stands behind one quantity alone, in brackets or not.
+TEST_F(MEASURING, UNITS_ARE_THOSE_OF_ONE_QUANTITY) {
+  LOAD({MOLECULE()});
+  const std::vector<std::pair<std::string, std::string>> units{{"a", " Å"},
+                                                               {"alpha", " deg"},
+                                                               {"V", " Å³"},
+                                                               {"T", " K"},
+                                                               {"P", " GPa"},
+                                                               {"2*a", ""},
+                                                               {"x(C1)", ""},
+                                                               {"occ(C1)", ""},
+                                                               {"(a)", " Å"},
+                                                               {"a/1", ""},
+                                                               {"-a", ""},
+                                                               {"dist(C1,C2)", " Å"},
+                                                               {"angle(C1,C2,C3)", " deg"}};
+  for (const auto& [text, unit] : units) {
+    const std::string said = ANSWER("m = " + text);
+    const std::size_t value = said.find("block: ") + 7;
+    const std::size_t behind = said.find_first_of(" \n", value);
+    EXPECT_EQ(said.substr(behind, said.find('\n', value) - behind), unit) << text;
+  }
+}
+
+// The shortest distance of the reference block is 1: atoms that have moved by 0.9 and more have no
+// partner before CALC.
+TEST_F(MEASURING, BEFORE_CALC_ATOMS_MATCH_WITHIN_NINE_TENTHS_OF_THE_SHORTEST_DISTANCE) {
+  CRYSTAL_STRUCTURE_TYPE near = MOLECULE();
+  near.ATOM(5).X[1] = 0.3f + 0.089f;
+  CRYSTAL_STRUCTURE_TYPE far = MOLECULE();
+  far.ATOM(5).X[1] = 0.3f + 0.091f;
+  LOAD({MOLECULE(), near, far});
+  EXPECT_EQ(DEFINE_MEASURE("m", "dist(C3, C5)"), "");
+  const std::vector<std::vector<MEASURED_VALUE>> values = MEASURE_BLOCKS({1, 2, 3});
+  EXPECT_FLOAT_EQ(values[0][0].VALUE, 2.0f);
+  EXPECT_FLOAT_EQ(values[1][0].VALUE, 2.89f);
+  EXPECT_FALSE(values[2][0].FOUND);
+}
+
+// A number with an esd is one parameter in all blocks: its share goes out of a ratio to the
+// reference block.
+TEST_F(MEASURING, A_NUMBER_WITH_AN_ESD_IS_THE_SAME_IN_ALL_BLOCKS) {
+  CRYSTAL_STRUCTURE_TYPE other = MOLECULE();
+  XTAL::SET_CELL_RECORD({9, 10, 10}, {90, 90, 90}, other.CELL);
+  CRYSTAL_STRUCTURE_TYPE first = MOLECULE();
+  XTAL::SET_CELL_RECORD({10, 10, 10}, {90, 90, 90}, first.CELL);
+  LOAD({first, other});
+  EXPECT_EQ(DEFINE_MEASURE("k", "2.0(1)"), "");
+  EXPECT_NEAR(ESD("V/k", 2), 900.0f / 2.0f * 0.05f, 1e-3f);
+  EXPECT_EQ(ESD("V/k/ref(V/k)", 2), 0.0f);
+  EXPECT_FLOAT_EQ(VALUE("V/k/ref(V/k)", 2), 0.9f);
+}
+
 // A polyhedron's measure outlives the results that it was defined with.
 TEST_F(MEASURING, WHAT_WAITS_FOR_CALC_IS_TOLD) {
   EXPECT_EQ(ANSWER("size = vol(Si1)"), "     size = vol(Si1)\n");
