@@ -123,11 +123,14 @@ bool IS_OWN_UNIT(const CONDITION& condition, std::string_view unit) {
   return std::find(condition.UNITS.begin(), condition.UNITS.end(), lower) != condition.UNITS.end();
 }
 
-// The first value of the condition that is a number in its own unit. One that is not is told.
+// The first value of the condition that is a number in its own unit. One before it that is none is
+// told.
 VALUE_STD READ_CONDITION(const BLOCK& block, const CONDITION& condition, STRUCTURE& structure) {
   const NAME_RANGE names = NAMES_OF(condition.ITEM);
+  VALUE_STD read;
+  bool found = false;
   std::string unread;
-  for (int name = names.FIRST; name < names.END; ++name) {
+  for (int name = names.FIRST; name < names.END && !found; ++name) {
     const COLUMN column = COLUMN_OF(block, name);
     if (column.ROWS == 0) continue;
     const std::string_view text = SAID(column(1));
@@ -139,15 +142,17 @@ VALUE_STD READ_CONDITION(const BLOCK& block, const CONDITION& condition, STRUCTU
     std::string_view unit;
     const bool is_number = READ_WITH_UNIT(text, number, unit);
     if (unit.empty()) unit = behind;
-    if (is_number && (unit.empty() || IS_OWN_UNIT(condition, unit))) return number;
-    if (unread.empty())
+    found = is_number && (unit.empty() || IS_OWN_UNIT(condition, unit));
+    if (found)
+      read = number;
+    else if (unread.empty())
       unread = std::string(text) + (behind.empty() ? "" : " ") + std::string(behind);
   }
   if (!unread.empty())
     structure.TELLINGS.push_back("The " + std::string(condition.WORD) + " " + unread +
                                  " is not read: it is no number in " +
                                  (condition.ITEM == TEMPERATURE_K ? "K" : "kPa"));
-  return {};
+  return read;
 }
 
 void READ_CONDITIONS(const BLOCK& block, STRUCTURE& structure) {

@@ -277,6 +277,8 @@ int main(int argc, char** argv) {
       FACETOR_MAIN::READ_ARGUMENTS(COMMAND_LINE(argc, argv));
   if (arguments.ANSWERED) return arguments.STATUS;
   START_UP(arguments.MACRO);
+  for (const std::string& name : arguments.MORE_MACROS)
+    WARNING(AS_IT_IS(name) + " is not read: it is no CIF or output, and there is a macro already");
   FACETOR_READFILES::READ_GIVEN_FILES(arguments.FILES);
   COMMAND_LOOP();
 }

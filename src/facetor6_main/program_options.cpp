@@ -76,6 +76,8 @@ PROGRAM_ARGUMENTS READ_ARGUMENTS(const std::vector<std::string>& command_line) {
       arguments.FILES.push_back(command_line[i]);
     else if (arguments.MACRO.empty())
       arguments.MACRO = command_line[i];
+    else
+      arguments.MORE_MACROS.push_back(command_line[i]);
   return arguments;
 }
 

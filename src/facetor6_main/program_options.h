@@ -16,8 +16,9 @@ enum PROGRAM_STATUS {
 struct PROGRAM_ARGUMENTS {
   bool ANSWERED = false;  // an option was dealt with: the program ends with STATUS
   PROGRAM_STATUS STATUS = STATUS_OK;
-  std::string MACRO;               // name of the macro to replay, blank when none is given
-  std::vector<std::string> FILES;  // structures to read before it
+  std::string MACRO;                     // name of the macro to replay, blank when none is given
+  std::vector<std::string> FILES;        // structures to read before it
+  std::vector<std::string> MORE_MACROS;  // names behind that of the macro, which do nothing
 };
 
 // An argument that begins with "--" is an option, wherever it stands, and the first one counts;

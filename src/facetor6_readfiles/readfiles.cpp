@@ -216,15 +216,16 @@ struct SERIES {
   std::vector<std::string> NAMES;  // by block
 };
 
-// Adds the blocks of a file. One that cannot be read is told and left out.
-void READ_INTO_SERIES(int type, const NAMED_FILE& named, SERIES& series) {
+// Adds the blocks of a file. One that cannot be read is told and left out, and so is one that asks
+// for its group, unless it is alone.
+void READ_INTO_SERIES(int type, const NAMED_FILE& named, bool alone, SERIES& series) {
   WRITE_OUT("Named " + AS_IT_IS(named.NAME));
   FILE_RECORD file = RECORD_OF_TYPE(type);
   file.NAME = named.NAME;
   FILE_CONTENTS contents;
   const std::string message = READ_CONTENTS(type, file, contents);
   if (!message.empty()) return WRITE_OUT(message + ", it is left out");
-  if (type == CRYSTAL_FILE && !TELLS_GROUP(contents.LINES))
+  if (type == CRYSTAL_FILE && !alone && !TELLS_GROUP(contents.LINES))
     return WRITE_OUT("*****The file does not tell its space group, it is left out");
   STRUCTURE_LIST newx;
   int nblocks = 0;
@@ -251,7 +252,7 @@ void READ_SERIES(const CHOSEN_FILES& chosen) {
   WRITE_OUT_BLANK(1);
   for (const NAMED_FILE& named : chosen.NAMES) {
     if (!GO_ON(work, ++number)) return;
-    READ_INTO_SERIES(chosen.TYPE, named, series);
+    READ_INTO_SERIES(chosen.TYPE, named, chosen.NAMES.size() == 1, series);
   }
   if (OFFER_SERIES(series, true)) SHOW_LOADED();
 }
@@ -285,7 +286,8 @@ void READ_GIVEN_FILES(const std::vector<std::string>& names) {
   WRITE_OUT_BLANK(1);
   for (const std::string& name : names) {
     const int type = L_CASE(name).ends_with(".out") ? CRYSTAL_FILE : FULL_CIF_FILE;
-    for (const NAMED_FILE& named : FILES_NAMED(name, "cif")) READ_INTO_SERIES(type, named, series);
+    for (const NAMED_FILE& named : FILES_NAMED(name, "cif"))
+      READ_INTO_SERIES(type, named, names.size() == 1, series);
   }
   if (OFFER_SERIES(series, false)) SHOW_LOADED();
 }

@@ -255,6 +255,9 @@ TEST(FULL_CONDITIONS, A_UNIT_OF_THE_ITEM_MAY_STAND_BEHIND_ANOTHER_IS_TOLD) {
   EXPECT_EQ(CONDITIONS("_diffrn_ambient_temperature 20 C\n"),
             "0.000000(0.000000) 0.000000(0.000000)|The temperature 20 C is not read: it is no "
             "number in K");
+  EXPECT_EQ(CONDITIONS("_diffrn_ambient_temperature 20 C\n_cell_measurement_temperature 293\n"),
+            "293.000000(0.000000) 0.000000(0.000000)|The temperature 20 C is not read: it is no "
+            "number in K");
   EXPECT_EQ(CONDITIONS("_diffrn_ambient_pressure '2.5 GPa'\n"),
             "0.000000(0.000000) 0.000000(0.000000)|The pressure 2.5 GPa is not read: it is no "
             "number in kPa");

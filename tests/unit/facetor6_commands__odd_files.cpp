@@ -548,6 +548,36 @@ TEST_F(ODD_FILES, TEN_THOUSAND_ATOMS_WITH_TENSORS) {
   EXPECT_LT(SECONDS(), most_seconds) << "table";
 }
 
+// Each takes a thousandth to a tenth of a second; what grows with the square takes minutes.
+TEST_F(ODD_FILES, BOTH_READERS_TAKE_TIME_IN_PROPORTION) {
+  constexpr int many = 50000;
+  const std::string sites = atom_head + "Si1 0.1 0.1 0.1\n";
+  std::string rows;
+  std::string quotes;
+  std::string fields;
+  std::string blocks;
+  for (int i = 0; i < many; ++i) {
+    rows += "O" + std::to_string(i) + " 0." + std::to_string(100000 + i * 7919 % 100000) + " 0." +
+            std::to_string(100000 + i * 1297 % 100000) + " 0.25\n";
+    quotes += "_n" + std::to_string(i) + " 'open\n";
+    fields += "_n" + std::to_string(i) + "\n;open\n_z 1\n";
+    if (i % 25 == 0)
+      blocks += "data_" + std::to_string(i) + head.substr(head.find('\n')) + p1 + sites;
+  }
+  const std::string long_line = "_x " + std::string(5000000, 'y') + "\n";
+  for (const std::string& text :
+       {head + p1 + atom_head + rows, head + p1 + sites + quotes, head + p1 + sites + fields,
+        head + p1 + sites + long_line, blocks})
+    for (const char* reader : {"cif big.cif", "full big.cif"}) {
+      PUT_FILE("big.cif", text);
+      FACETOR_CONSOLE::INIT_PHASE_LIST();
+      BEGIN();
+      SAYS(FACETOR_READFILES::READ_PHASE_FROM_FILE, reader, "Y\n");
+      EXPECT_LT(SECONDS(), most_seconds) << reader << ' ' << text.substr(0, 300);
+      EXPECT_GT(NPHASES, 0);
+    }
+}
+
 TEST_F(ODD_FILES, TEN_THOUSAND_ATOMS_ON_ONE_SITE) {
   std::string text = head + p1 + atom_head;
   for (int i = 0; i < many_atoms; ++i) text += "O" + std::to_string(i) + " 0.5 0.5 0.5\n";

@@ -149,6 +149,43 @@ TEST_F(OPTIONS, CIFS_ARE_READ_BEFORE_THE_MACRO) {
   EXPECT_TRUE(CONTAINS(run.SAID, "\nG_MARA-6.1>EXIT\n")) << run.SAID;
 }
 
+TEST_F(OPTIONS, A_SECOND_MACRO_IS_TOLD) {
+  std::ofstream(folder / "work/end.mcr") << "EXIT\n";
+  const RUN_RESULT run = RUN("end more.mcr");
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_TRUE(CONTAINS(run.SAID,
+                       "\n*****WARNING: more.mcr is not read: it is no CIF or output, and there is "
+                       "a macro already\n"))
+      << run.SAID;
+}
+
+// Names with blanks, patterns that no shell has looked at, and files that are not there.
+TEST_F(OPTIONS, FILES_THAT_CANNOT_BE_READ_ARE_TOLD_AND_LEFT_OUT) {
+  const fs::path data = fs::path(PLACES::SOURCE()) / "tests/transcripts/data";
+  fs::copy(data / "series/P2.cif", folder / "work/two GPa.cif");
+  fs::copy(data / "series/P2.cif", folder / "work/P2.cif");
+  fs::copy(data / "periclase.out", folder / "work/periclase.out");
+  std::ofstream(folder / "work/end.mcr") << "EXIT\n";
+  const RUN_RESULT run = RUN("'two GPa.cif' none.cif periclase.out 'P*.cif' end");
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_TRUE(CONTAINS(run.SAID,
+                       "\nNamed two GPa.cif\nNamed none.cif\n*****Error opening file: none.cif, "
+                       "it is left out\nNamed periclase.out\n*****The file does not tell its space "
+                       "group, it is left out\nNamed P2.cif\n"))
+      << run.SAID;
+  EXPECT_TRUE(CONTAINS(run.SAID, "following  2 crystal structures")) << run.SAID;
+}
+
+TEST_F(OPTIONS, AN_OUTPUT_ALONE_ASKS_FOR_ITS_GROUP) {
+  const fs::path data = fs::path(PLACES::SOURCE()) / "tests/transcripts/data";
+  fs::copy(data / "periclase.out", folder / "work/periclase.out");
+  std::ofstream(folder / "work/answers") << "225\nX\n";
+  const RUN_RESULT run = RUN("periclase.out < answers");
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_TRUE(CONTAINS(run.SAID, "Input the IT space group number:")) << run.SAID;
+  EXPECT_TRUE(CONTAINS(run.SAID, "\nThe loaded phases are now:\n")) << run.SAID;
+}
+
 TEST_F(OPTIONS, AN_ANSWER_THAT_CANNOT_BE_WRITTEN_IS_STATUS_1) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full on this system";
   for (const char* option : {"--help", "--version"}) {
