@@ -244,6 +244,15 @@ std::vector<std::vector<MEASURED_VALUE>> MEASURE_BLOCKS(const std::vector<int>& 
   return NPHASES == 0 ? std::vector<std::vector<MEASURED_VALUE>>{} : VALUES_IN(MEASURES, blocks);
 }
 
+std::vector<std::vector<MEASURED_VALUE>> MEASURE_EXPRESSIONS(
+    const std::vector<std::string>& expressions, const std::vector<int>& blocks) {
+  if (NPHASES == 0) return {};
+  std::vector<MEASURE> measures(expressions.size());
+  for (std::size_t m = 0; m < expressions.size(); ++m)
+    PARSE_EXPRESSION(expressions[m], measures[m].FORMULA);
+  return VALUES_IN(measures, blocks);
+}
+
 void WARN_OF_MEASURED_MATCHES(const std::vector<int>& blocks) {
   FOLLOW_REFERENCE();
   if (NPHASES == 0) return;

@@ -35,6 +35,10 @@ void FOLLOW_REFERENCE();
 // Values of all measures in blocks with these numbers: by block, then by measure.
 std::vector<std::vector<MEASURED_VALUE>> MEASURE_BLOCKS(const std::vector<int>& blocks);
 
+// The same of expressions without atoms or names of measures, such as "V/ref(V)".
+std::vector<std::vector<MEASURED_VALUE>> MEASURE_EXPRESSIONS(
+    const std::vector<std::string>& expressions, const std::vector<int>& blocks);
+
 // Warns of what is doubtful about the atoms that the measures are matched with in these blocks, and
 // of results of CALC that a measure waits for.
 void WARN_OF_MEASURED_MATCHES(const std::vector<int>& blocks);

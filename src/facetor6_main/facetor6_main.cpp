@@ -23,6 +23,9 @@
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
 #include "src/facetor6_exportfiles/exportfiles.h"
+#include "src/facetor6_graph/fit.h"
+#include "src/facetor6_graph/graph.h"
+#include "src/facetor6_graph/subjects.h"
 #include "src/facetor6_list/list.h"
 #include "src/facetor6_main/program_options.h"
 #include "src/facetor6_measure/measure.h"
@@ -62,7 +65,9 @@ enum MAIN_COMMAND {
   COMMAND_TEST,
   COMMAND_MEASURE,
   COMMAND_CSV,
-  COMMAND_COUNT = COMMAND_CSV
+  COMMAND_GRAPH,
+  COMMAND_FIT,
+  COMMAND_COUNT = COMMAND_FIT
 };
 
 // Groups of HELP, in the order in which they are shown.
@@ -102,6 +107,8 @@ constexpr std::array main_table{
     MAIN_ROW{COMMAND_TEST,      "TEST",      "Test routine",                    DATA, true},
     MAIN_ROW{COMMAND_MEASURE,   "MEASURE",   "Define and list measures",        SHEETS},
     MAIN_ROW{COMMAND_CSV,       "CSV",       "Write data as a sheet",           SHEETS},
+    MAIN_ROW{COMMAND_GRAPH,     "GRAPH",     "Draw a graph",                    SHEETS},
+    MAIN_ROW{COMMAND_FIT,       "FIT",       "Fit lines against P or T",        SHEETS},
 };
 // clang-format on
 
@@ -130,6 +137,9 @@ std::span<const std::string_view> MENU_OF(MAIN_COMMAND command) {
       return FACETOR_CALC::CALC_MENU();
     case COMMAND_CSV:
       return FACETOR_SHEETS::CSV_MENU();
+    case COMMAND_GRAPH:
+    case COMMAND_FIT:
+      return FACETOR_GRAPH::SUBJECT_MENU();
     default:
       return {};
   }
@@ -205,6 +215,10 @@ void EXECUTE(int icom) {
       return FACETOR_MEASURE::RUN_MEASURE();
     case COMMAND_CSV:
       return FACETOR_SHEETS::RUN_CSV();
+    case COMMAND_GRAPH:
+      return FACETOR_GRAPH::RUN_GRAPH();
+    case COMMAND_FIT:
+      return FACETOR_GRAPH::RUN_FIT();
     case COMMAND_TEST:
       return RUN_TEST();
     default:

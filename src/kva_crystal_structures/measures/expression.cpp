@@ -159,4 +159,8 @@ bool IS_COUNT(const EXPRESSION& expression) {
   return IS_ONE_QUANTITY(expression) && expression.CALLS.front().KIND == QUANTITY::N;
 }
 
+bool IS_TORSION(const EXPRESSION& expression) {
+  return IS_ONE_QUANTITY(expression) && expression.CALLS.front().KIND == QUANTITY::TORSION;
+}
+
 }  // namespace KVA_CRYSTAL_STRUCTURES

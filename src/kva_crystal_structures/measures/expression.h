@@ -70,5 +70,6 @@ EXPRESSION_ERROR PARSE_EXPRESSION(std::string_view text, EXPRESSION& expression)
 bool IS_ONE_QUANTITY(const EXPRESSION& expression);
 std::string_view UNIT_OF(const EXPRESSION& expression);
 bool IS_COUNT(const EXPRESSION& expression);  // a number of ligands alone
+bool IS_TORSION(const EXPRESSION& expression);  // one torsion alone
 
 }  // namespace KVA_CRYSTAL_STRUCTURES
