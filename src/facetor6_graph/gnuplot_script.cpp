@@ -16,8 +16,8 @@ namespace {
 
 // ---- looks ----
 
-// Of even steps in grey; the first six are told apart by lightness alone (M. Okabe and K. Ito,
-// Color Universal Design, 2008, without their yellow).
+// The palette of M. Okabe and K. Ito, which the colour-blind can tell apart, without its yellow.
+// In grey the shapes tell.
 constexpr std::array<std::string_view, 7> colours{"#000000", "#D55E00", "#0072B2", "#E69F00",
                                                   "#009E73", "#CC79A7", "#56B4E9"};
 // Filled and open circle, square, triangle, inverted triangle, diamond.

@@ -173,8 +173,9 @@ GRAPH_FILES ASK_FILES() {
   file.DESCRIPTOR = "graph";
   file.EXT = "svg";
   while (true) {
-    const std::string name = NAME_OF_NEW_FILE(file);
+    std::string name = NAME_OF_NEW_FILE(file);
     if (name.empty()) return {};
+    if (FILENAME(name).find('.') == std::string::npos) name += "." + file.EXT;  // ../bonds
     const std::string stem = name.substr(0, name.rfind('.'));
     const GRAPH_FILES files{name, stem + ".csv", stem + ".gp"};
     if (KIND_OF(name) == PICTURE::TERMINAL) {

@@ -323,6 +323,8 @@ TEST_F(GRAPHS, FILES_MAY_STAND_IN_A_FOLDER) {
               "The graph is drawn in figures/bonds.pdf");
   EXPECT_SAYS(TEXT_OF(work / "figures/bonds.gp"), "plot 'bonds.csv'");
   EXPECT_TRUE(fs::exists(work / "figures/seen.gp"));
+  EXPECT_SAYS(BEHIND_CALC("GRAPH bond Fe1 P ./figures/more\n").SAID,
+              "The graph is drawn in ./figures/more.svg");
 }
 
 // ---- what goes wrong ----
@@ -408,6 +410,40 @@ TEST_F(GRAPHS, A_BLANK_NAME_DRAWS_IN_THE_TERMINAL_AND_IN_THE_LOG) {
   EXPECT_SAYS(TEXT_OF(work / "it.log"), "\n  | A  B |\n  +------+\n");
   EXPECT_EQ(FILES(), (std::vector<std::string>{"it.log", "series.cif"}));
 }
+
+// ---- examples ----
+
+// The figure of the README is what its macro makes.
+TEST_F(GRAPHS, THE_FIGURE_OF_THE_README_IS_UP_TO_DATE) {
+  const fs::path source = PLACES::SOURCE();
+  fs::create_directories(work / "docs/figures");
+  fs::copy(source / "examples", work / "examples", fs::copy_options::recursive);
+  const RUN_RESULT run = SHELL("cd examples/figures && \"$GEMMARA\" figures.mcr < /dev/null");
+  EXPECT_EQ(run.STATUS, 0) << run.SAID;
+  for (const char* const name : {"hematite.csv", "hematite.gp"}) {
+    EXPECT_EQ(TEXT_OF(work / "docs/figures" / name), TEXT_OF(source / "docs/figures" / name))
+        << name;
+    EXPECT_FALSE(TEXT_OF(source / "docs/figures" / name).empty());
+  }
+  EXPECT_TRUE(fs::exists(source / "docs/figures/hematite.svg"));
+}
+
+// Three pyroxenes: the mean of Si-O and of the Si-O-Si angles. Their chains have one such angle,
+// at the oxygens that two silicons share.
+TEST_F(GRAPHS, THE_SURVEY_MAKES_A_LINE_A_SITE) {
+  ::setenv("PATH", usual_path.c_str(), 1);
+  if (KVA_CONSOLE::FIND_PROGRAM("parallel").empty() || KVA_CONSOLE::FIND_PROGRAM("python3").empty())
+    GTEST_SKIP() << "GNU parallel or python3 is not installed";
+  const std::string survey = PLACES::SOURCE() + "/examples/survey/survey.sh";
+  const RUN_RESULT run = SHELL("'" + survey + "' '" + PLACES::SOURCE() + "/examples/measures' 2");
+  EXPECT_EQ(run.STATUS, 0) << run.ERRORS;
+  EXPECT_SAYS(run.SAID, " sites written to sites.csv");
+  const std::string sites = TEXT_OF(work / "sites.csv");
+  EXPECT_SAYS(sites, "sheet,title,site,ligands,mean_Si_O,mean_Si_O_Si\n");
+  EXPECT_SAYS(sites, "Diopside,Si1,4,1.634");
+}
+
+// ---- gnuplot itself ----
 
 TEST_F(GRAPHS, GNUPLOT_DRAWS_THEM_ALL) {
   ::setenv("PATH", usual_path.c_str(), 1);

@@ -97,7 +97,9 @@ TEST_P(TRANSCRIPT, EVERY_LINE_AS_WRITTEN_DOWN) {
   const fs::path folder = RUN_FOLDER(input.stem());
   const bool macro = input.extension() == ".mcr";
   fs::copy_file(input, folder / input.filename());
-  const std::string command = "cd '" + folder.string() + "' && LOCALAPPDATA= '" +
+  // A program of our own is found in place of gnuplot.
+  const std::string path = "PATH='" + (dialogues / "stand_in").string() + "':\"$PATH\" ";
+  const std::string command = "cd '" + folder.string() + "' && " + path + "LOCALAPPDATA= '" +
                               PLACES::PROGRAM() + "' " + (macro ? "./" : "< ") +
                               input.filename().string() + (macro ? " < /dev/null" : "") +
                               " > said.txt 2> error.txt";

@@ -1,0 +1,4 @@
+READ cif ../hematite-pressure/hematite.cif
+Y
+GRAPH cells P ../../docs/figures/hematite.svg
+EXIT

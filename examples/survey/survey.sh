@@ -1,0 +1,12 @@
+#!/bin/sh
+# survey.sh FOLDER [JOBS]: works every CIF below FOLDER, JOBS at a time (default: as many as there
+# are processors), and joins the sheets: sites.csv, a line a silicon site, and sites.svg, where
+# gnuplot is installed. Needs GNU parallel and python3. GEMMARA is the program.
+set -eu
+here=$(realpath "$(dirname "$0")")
+sheets=$(mktemp -d)
+trap 'rm -rf "$sheets"' EXIT
+find "$1" -name '*.cif' -print0 | sort -z |
+  parallel -0 --jobs "${2:-100%}" "$here/one.sh" {} "$sheets"
+python3 "$here/join.py" "$sheets" sites.csv
+if command -v gnuplot >/dev/null; then gnuplot "$here/sites.gp"; fi
