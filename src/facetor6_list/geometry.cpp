@@ -148,7 +148,9 @@ SITE_ANSWER ASK_SITES() {
   help.WORDS.push_back({"ALL"});
   GET_INPUT("    Enter central site name (or ALL):", help);
   if (CONSOLE.INSTRING_LEN == 0) return {{}, false, true};
-  return SITES_NAMED(CONSOLE.INSTRING);
+  const std::string answer = CONSOLE.INSTRING;
+  CLEAR_INPUT();
+  return SITES_NAMED(answer);
 }
 
 std::vector<int> ASK_SITES_ONCE() {

@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
 
 #include "console_code/kva_utilities/numbers.h"
 
@@ -239,4 +243,27 @@ TEST(WRITE_COLS, STARS_LEAVE_NUMBERS_AT_THEIR_POINT) {
   EXPECT_EQ(lines[2], " ***********   1.5     NaN");
   EXPECT_EQ(WRITE_COLS({{"-Inf", "1"}, {"Inf", "1"}, {"1.25", "1"}}),
             (std::vector<std::string>{" -Inf  1", "  Inf  1", " 1.25  1"}));
+}
+
+// ---- the fewest digits ----
+
+// 0.1f + 0.2f is 0.3 and 2^-25; 2^24 = 16777216 has no neighbour at 16777217.
+TEST(SHORTEST_REAL, HAS_THE_DIGITS_THAT_A_32_BIT_REAL_NEEDS) {
+  EXPECT_EQ(SHORTEST_REAL(2.1129162f), "2.1129162");
+  EXPECT_EQ(SHORTEST_REAL(298.0f), "298");
+  EXPECT_EQ(SHORTEST_REAL(0.0001f), "0.0001");
+  EXPECT_EQ(SHORTEST_REAL(0.00001f), "1e-05");
+  EXPECT_EQ(SHORTEST_REAL(-0.000025f), "-2.5e-05");
+  EXPECT_EQ(SHORTEST_REAL(100000.0f), "100000");
+  EXPECT_EQ(SHORTEST_REAL(1e7f), "1e+07");
+  EXPECT_EQ(SHORTEST_REAL(-0.0f), "0");
+  EXPECT_EQ(SHORTEST_REAL(std::numeric_limits<float>::quiet_NaN()), "");
+  EXPECT_EQ(SHORTEST_REAL(std::numeric_limits<float>::infinity()), "");
+}
+
+TEST(SHORTEST_REAL, IS_READ_BACK_THE_SAME) {
+  for (std::uint32_t bits = 1; bits < 0x7F800000U; bits += 104729U) {
+    const float value = std::bit_cast<float>(bits);
+    EXPECT_EQ(std::strtof(SHORTEST_REAL(value).c_str(), nullptr), value) << bits;
+  }
 }

@@ -35,3 +35,10 @@ TEST(UNIQUE_NAME, KEEPS_TO_ITS_LENGTH) {
   EXPECT_EQ(UNIQUE_NAME("abcdefgh", taken, 8), "abcdef_2");
   EXPECT_EQ(UNIQUE_NAME("abcdefgh", taken, 8), "abcdef_3");
 }
+
+TEST(UNIQUE_NAME, CAPITALS_MAY_TELL_NAMES_APART) {
+  NAMES_TAKEN taken{true, {}};
+  UNIQUE_NAME("Fe1", taken, 80);
+  EXPECT_EQ(UNIQUE_NAME("FE1", taken, 80), "FE1");
+  EXPECT_EQ(UNIQUE_NAME("Fe1", taken, 80), "Fe1_2");
+}

@@ -107,3 +107,20 @@ TEST(TEXT, DATES_ARE_THOSE_OF_TODAY) {
   const std::string after = U_CASE(today("%d-%b-%Y")) + today("%Y-%m-%d");
   EXPECT_TRUE(told == before || told == after) << told << " " << after;
 }
+
+// ---- UTF-8 ----
+
+TEST(AS_UTF8, LEAVES_UTF_8_AND_TAKES_OTHER_BYTES_FOR_LATIN_1) {
+  EXPECT_EQ(AS_UTF8("Fe₂O₃ Å 𝛼"), "Fe₂O₃ Å 𝛼");
+  EXPECT_EQ(AS_UTF8("caf\xE9"), "café");
+  EXPECT_EQ(AS_UTF8("\xE9t\xE9 é"), "été é");
+  EXPECT_EQ(AS_UTF8("\xC3"), "Ã");  // cut inside a character
+  EXPECT_EQ(AS_UTF8("\xE2\x82"), "â\xC2\x82");
+}
+
+// A longer form than need be, a surrogate, and a number above the last character are none.
+TEST(AS_UTF8, TAKES_NO_FORM_THAT_THE_STANDARD_FORBIDS) {
+  EXPECT_EQ(AS_UTF8("\xC0\xAF"), "À¯");
+  EXPECT_EQ(AS_UTF8("\xED\xA0\x80"), "í\xC2\xA0\xC2\x80");
+  EXPECT_EQ(AS_UTF8("\xF4\x90\x80\x80"), "ô\xC2\x90\xC2\x80\xC2\x80");
+}
