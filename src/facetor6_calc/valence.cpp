@@ -1,8 +1,7 @@
 // Bond valences of all blocks: the table of cation-anion pairs, the dialogue in which it can be
 // changed, and the calculation.
-#include <algorithm>  // for clamp
 #include <array>
-#include <cmath>  // for lround
+#include <cmath>  // for round
 
 #include "console_code/console/input.h"
 #include "console_code/console/output.h"
@@ -171,18 +170,16 @@ void CHANGE_LABELS_OF_PAIR(BV_PAIR& pair) {
 // Row of the table that the list number names; 0, with a message, when the three numbers do not
 // name and fill one.
 int ROW_TO_CHANGE(const std::array<float, 3>& numbers, int found) {
-  constexpr float beyond_the_columns = 99999.0f;
-  const float wanted = std::clamp(numbers[0], -beyond_the_columns, beyond_the_columns);
-  const int row = static_cast<int>(std::lround(wanted));
-  if (found > 0 && (row < 1 || row > BV_PAIRS.COUNT())) {
-    WRITE_OUT("A list number of " + INTEGER_COLUMNS(row, 4) + " is not valid");
+  const float row = std::round(numbers[0]);
+  if (found > 0 && !(row >= 1.0f && row <= static_cast<float>(BV_PAIRS.COUNT()))) {
+    WRITE_OUT("A list number of " + REAL_AT_LEAST(row, 4, 0) + " is not valid");
     return 0;
   }
   if (found < 3 || !(numbers[2] > 0.0f)) {
     WRITE_OUT(" *****Three numbers are needed: list no, d0 and b above 0");
     return 0;
   }
-  return row;
+  return static_cast<int>(row);
 }
 
 // Changes pairs until an empty line is given.

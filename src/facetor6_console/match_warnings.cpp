@@ -17,7 +17,7 @@ using namespace KVA_UTILITIES;
 namespace {
 
 std::string BLOCK_NAME(int block) {
-  return INTEGER_COLUMNS(block, 3) + " " + TRIM(PHASE(block).BLOCK_TITLE);
+  return INTEGER_AT_LEAST(block, 3) + " " + TRIM(PHASE(block).BLOCK_TITLE);
 }
 
 void WARN_OF_OTHER_GROUP(int block) {

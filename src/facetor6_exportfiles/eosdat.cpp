@@ -150,7 +150,7 @@ void WRITE_EOSDAT(const std::vector<EOS_POINT>& points, const CRYSTAL_SYSTEM& sy
                        WRITE_LINES(file.UNIT, data) && FLUSH_UNIT(file.UNIT);
   if (!written) WARNING("Errors on writing the file: check it carefully");
   if (KEEP_FILE(file))
-    WRITE_OUT("     File header   and " + INTEGER_COLUMNS(static_cast<int>(points.size()), 3) +
+    WRITE_OUT("     File header   and " + INTEGER_AT_LEAST(static_cast<int>(points.size()), 3) +
               " data points written to the file|");
 }
 

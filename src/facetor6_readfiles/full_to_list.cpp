@@ -26,7 +26,7 @@ namespace {
 
 // Structures of the file, read or not, so far.
 std::string STRUCTURE_WORDS(int number) {
-  return "in block #" + INTEGER_COLUMNS(number, 3) + " in the cif";
+  return "in block #" + INTEGER_AT_LEAST(number, 3) + " in the cif";
 }
 
 void TELL(const STRUCTURE& structure, int number) {
@@ -133,7 +133,7 @@ bool SAME_OPERATORS(const XTAL::SPACE_GROUP& a, const XTAL::SPACE_GROUP& b) {
 void REPORT_DIFFERENCES(const STRUCTURE& structure, const CRYSTAL_STRUCTURE_TYPE& plain,
                         int block) {
   const std::string start =
-      "Block #" + INTEGER_COLUMNS(block, 3) + " " + AS_IT_IS(plain.BLOCK_TITLE) + ": ";
+      "Block #" + INTEGER_AT_LEAST(block, 3) + " " + AS_IT_IS(plain.BLOCK_TITLE) + ": ";
   // The plain reader takes 1 angstrom and 90 degrees where the file tells nothing.
   if (!structure.MISSING.empty())
     WARNING(start + "a cell " + std::string(structure.MISSING) +

@@ -2,6 +2,7 @@
 // that displacement tensors turn with the images of their atoms.
 #include "facetor6_commands__list_blocks.h"
 #include "src/facetor6_calc/calc.h"
+#include "src/facetor6_console/match_warnings.h"
 #include "src/kva_crystal_structures/displacement.h"
 
 using namespace LIST_TESTS;
@@ -101,4 +102,19 @@ TEST_F(MATCHING, THE_RIGID_BOND_CORRECTION_TAKES_ANISOTROPIC_ATOMS) {
   CALC();
   EXPECT_TRUE(ROWS(SAID("", [] { FACETOR_LIST_BONDS(1, "srb"); }), start_1)
                   .starts_with(start_1 + "  1.6194    1  1.6194  1.6000"));
+}
+
+// ---- block numbers in warnings ----
+
+TEST_F(MATCHING, BLOCK_NUMBERS_ABOVE_999_ARE_SHOWN_WHOLE) {
+  for (int block = 1; block <= 1000; ++block) ADD_MOVED("one", 0, 0);
+  KVA_CRYSTAL_STRUCTURES::MATCH_FAULTS faults;
+  faults.SHARING = 2;
+  faults.FIRST_SHARING = 1;
+  const auto warn = [&](int block) {
+    return SAID("", [&] { FACETOR_CONSOLE::WARN_OF_FAULTS(block, faults); });
+  };
+  const std::string behind = " one: 2 sites share their place with another site, first Si1\n\n";
+  EXPECT_EQ(warn(7), "\n*****WARNING: In block #  7" + behind);
+  EXPECT_EQ(warn(1000), "\n*****WARNING: In block #1000" + behind);
 }

@@ -130,6 +130,11 @@ TEST_F(EXPORT, CELLS_OF_THE_USED_BLOCKS_AND_THE_MENU_AGAIN) {
                                                     OPENED("out.dat") + COUNT("  2") + menu);
 }
 
+TEST_F(EXPORT, THE_COUNT_IS_SHOWN_WHOLE) {
+  for (int block = 1; block <= 1000; ++block) ADD_CELL({SYSTEM::TRICLINIC});
+  EXPECT_NE(EXPORT_CELLS().find(COUNT("1000")), std::string::npos);
+}
+
 TEST_F(EXPORT, WITHOUT_A_FILE_NAME_NOTHING_IS_WRITTEN) {
   ADD("first");
   EXPECT_EQ(SAID("y\n1\n\n\n", RUN_EXPORT),

@@ -267,6 +267,15 @@ std::string UNREAD(const std::string& what) {
                 " is missing or cannot be read, READ full does not read it");
 }
 
+TEST_F(READ_DIALOGUE, BLOCK_NUMBERS_ABOVE_999_ARE_SHOWN_WHOLE) {
+  std::string text;
+  for (int block = 1; block < 1000; ++block) text += "data_good\n" + p1 + cell + atoms;
+  text += "data_bad\n" + p1 + CELL("five", "6", "7") + right_angles + atoms;
+  const std::string said = READ(text, "n\n");
+  EXPECT_NE(said.find("*****WARNING: Block #1000 bad: a cell length is missing"), std::string::npos)
+      << said.substr(0, 400);
+}
+
 TEST_F(READ_DIALOGUE, WRONG_BLOCKS_ARE_READ_WITH_A_REASON_AND_NOTHING_LOADED_IS_LOST) {
   READ("data_held\n" + p1 + cell + atoms);
   PHASE(1).NBONDS(1) = 1;

@@ -103,16 +103,18 @@ TEST_F(VALENCES, ONE_LABEL_OR_A_BLANK_ONE_IS_ASKED_FOR_AGAIN) {
   EXPECT_TRUE(BV_FLAGS(BV_PARAMETERS_BY_USER)) << "the numbers were taken";
 }
 
-TEST_F(VALENCES, A_LIST_NUMBER_TOO_WIDE_FOR_ITS_COLUMNS_IS_STARS) {
+TEST_F(VALENCES, A_LIST_NUMBER_IS_SHOWN_WHOLE) {
   ADD(PAIR("Si1", "O1"));
   const std::string said =
       CALC("y\n9999 1 1\n10000 1 1\n12345 1 1\n1e30 1 1\n-999 1 1\n-1000 1 1\n-1e30 1 1\n\nn\n");
+  // By Python, int(numpy.float32(1e30)).
+  const std::string nearest_to_1e30 = "1000000015047466219876688855040";
   const auto refused = [](const std::string& number) {
     return numbers + "A list number of " + number + " is not valid\n";
   };
-  EXPECT_TRUE(HOLDS(said, change + refused("9999") + refused("****") + refused("****") +
-                              refused("****") + refused("-999") + refused("****") +
-                              refused("****") + numbers + "\n"))
+  EXPECT_TRUE(HOLDS(said, change + refused("9999") + refused("10000") + refused("12345") +
+                              refused(nearest_to_1e30) + refused("-999") + refused("-1000") +
+                              refused("-" + nearest_to_1e30) + numbers + "\n"))
       << said;
   EXPECT_FALSE(BV_FLAGS(BV_PARAMETERS_BY_USER));
 }
