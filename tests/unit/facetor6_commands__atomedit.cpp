@@ -113,25 +113,6 @@ TEST_F(EDITOR, NEEDS_BLOCKS_IN_USE) {
   EXPECT_EQ(SAID("", RUN_ATOMEDIT), refusal);
 }
 
-TEST_F(EDITOR, HELP_SHOWS_ITS_OWN_COMMANDS) {
-  ADD("first");
-  EXPECT_EQ(EDIT("help\n"),
-            "\n        ******General Commands******\n"
-            "           EXIT     HELP     INFO    LOG     MODE\n"
-            "\n        ******Program and data settings******\n"
-            "           LIST      :  List crystal data\n"
-            "           SHOW      :  Show program parameters\n"
-            "           SET       :  Set program parameters\n"
-            "\n        ******Atom editing******\n"
-            "           USE       :  Use atoms\n"
-            "           OMIT      :  Omit atoms\n"
-            "           ELEMENT   :  Set element names and charge\n"
-            "\n        ******System & Macro Commands******\n"
-            "           TIME     RECORD   MACRO     END\n"
-            "           SYS      DIR       CD\n" +
-                prompt);
-}
-
 TEST_F(EDITOR, ENDS_WITH_EXIT_OR_X) {
   ADD("first");
   EXPECT_EQ(SAID("exit\n", RUN_ATOMEDIT), announcement + prompt);

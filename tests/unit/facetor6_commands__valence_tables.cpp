@@ -103,13 +103,3 @@ TEST_F(VALENCE_LISTS, TABLE_SHOWS_THEM_WITH_ESDS) {
   EXPECT_EQ(SAID("si\n\n", RUN_FACETOR_TABLE), parameters + ask + table + ask);
   EXPECT_TRUE(SAID("7\nsi\n\n", RUN_FACETOR_TABLE).ends_with(parameters + ask + table + ask));
 }
-
-TEST_F(VALENCE_LISTS, NEITHER_SHOWS_ANY_BEFORE_THEY_ARE_CALCULATED) {
-  ADD_DONE();
-  VALENCES_DONE = false;
-  for (auto command : {RUN_FACETOR_LIST, RUN_FACETOR_TABLE}) {
-    CONSOLE_TESTS::PEND("valences");
-    EXPECT_EQ(SAID("", command),
-              "\n ***** No bond valences have been calculated - use calc*****\n");
-  }
-}
