@@ -8,8 +8,6 @@
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
-inline constexpr double degrees_per_radian = 57.29577951308232;
-
 // scale_a a + scale_b b.
 inline WIDE3 COMBINED(double scale_a, const WIDE3& a, double scale_b, const WIDE3& b) {
   return {scale_a * a[0] + scale_b * b[0], scale_a * a[1] + scale_b * b[1],

@@ -2,6 +2,8 @@
 // derivatives by differences, whether an angle changes at all, on which side of a face a point is.
 #pragma once
 
+#include <numbers>  // for pi
+
 #include "console_code/kva_utilities/vectors.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
@@ -18,6 +20,9 @@ using KVA_UTILITIES::WIDE;
 using KVA_UTILITIES::WIDE3;
 using KVA_UTILITIES::WIDE33;
 using KVA_UTILITIES::WIDE6;
+
+inline constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
+inline constexpr double radians_per_degree = std::numbers::pi / 180.0;
 
 inline WIDE3 MULTIPLY(const KVA_UTILITIES::IMATRIX3& m, const WIDE3& v) {
   WIDE3 product{};

@@ -2,13 +2,12 @@
 #include "src/kva_crystal_structures/measures/arithmetic.h"
 
 #include <cmath>
-#include <numbers>  // for pi
+
+#include "src/kva_crystal_structures/wide_reals.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
 namespace {
-
-constexpr double radians_per_degree = std::numbers::pi / 180.0;
 
 OPERATED POWER_OF(double left, double right) {
   const double value = std::pow(left, right);

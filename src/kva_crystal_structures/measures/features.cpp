@@ -4,7 +4,6 @@
 #include <algorithm>  // for count_if, find, min_element, none_of, sort, stable_sort
 #include <cmath>
 #include <limits>
-#include <numbers>  // for pi
 
 #include "src/kva_crystal_structures/convex_hull.h"
 #include "src/kva_crystal_structures/polyhedra.h"
@@ -14,7 +13,6 @@ namespace KVA_CRYSTAL_STRUCTURES {
 namespace {
 
 constexpr double no_value = std::numeric_limits<double>::quiet_NaN();
-constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
 
 }  // namespace
 

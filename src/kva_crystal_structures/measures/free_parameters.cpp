@@ -3,7 +3,6 @@
 
 #include <algorithm>  // for max
 #include <cmath>      // for abs, cos, sin, sqrt
-#include <numbers>    // for pi
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -88,8 +87,6 @@ std::vector<FREE_PARAMETER> SITE_PARAMETERS(const CRYSTAL_STRUCTURE_TYPE& phase,
 // ---- the cell ----
 
 namespace {
-
-constexpr double radians_per_degree = std::numbers::pi / 180.0;
 
 // The axes of the angles alpha, beta, gamma.
 constexpr std::array<std::array<std::size_t, 2>, 3> axes_of_angle{{{1, 2}, {0, 2}, {0, 1}}};
