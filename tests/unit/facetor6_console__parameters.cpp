@@ -295,6 +295,15 @@ TEST_F(PARAMETERS, AN_EMPTY_VALENCE_REPORT_IS_ITS_HEAD) {
             "\n         Bond type         d0    b      source\n");
 }
 
+// d0 has eleven digits for eleven columns, so it lacks a blank; b has nine for six and lacks four.
+TEST_F(PARAMETERS, THE_VALENCE_REPORT_WIDENS) {
+  BV_PAIRS.ADD({"SI+4", "O-2", 98765.4375f, 1234567.875f, "mine"});
+  EXPECT_EQ(SAID("", REPORT_BVS_PARAMS),
+            "\n          These are the parameters used to calculate bond valences\n"
+            "\n         Bond type          d0        b      source\n"
+            "      1: SI+4 -- O-2  1234567.875 98765.438  mine\n");
+}
+
 TEST_F(PARAMETERS, THE_VALENCE_REPORT_HAS_PAIRS_MISSING_PAIRS_AND_ALL_FLAGS) {
   for (int row = 1; row <= 10; ++row) {
     BV_PAIR pair;
