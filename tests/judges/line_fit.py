@@ -2,10 +2,13 @@
 """line_fit.py RESULTS: works the fits of a file out anew by numpy and tells those that differ by
 more than 1e-5. A line is: curve (1 line, 2 parabola), at, number of points, x dx y dy of each, then
 value, slope, relative and second with their esds, and the reduced chi-square.
+line_fit.py --sheets VALUES.csv FITS.csv: the same of what FIT has left to CSV, out of the sheet of a
+graph against P, where the features stand in the same order.
 line_fit.py --stored: the fixed cases of tests/unit/xtal__line_fit.cpp with numpy's values.
 line_fit.py --birch-murnaghan: by how much lines and parabolas through exact third-order
 Birch-Murnaghan volumes miss the compressibility at zero pressure.
 Ends with 0 when nothing differs, 77 without numpy."""
+import csv
 import sys
 
 try:
@@ -105,6 +108,34 @@ def birch_murnaghan():
     return 0
 
 
+def real(text):
+    """The 32-bit real whose shortest digits these are."""
+    return float(np.float32(text or 0))
+
+
+def compare_sheets(values, fits):
+    values = list(csv.DictReader(open(values, newline="", encoding="utf-8")))
+    fits = list(csv.DictReader(open(fits, newline="", encoding="utf-8")))
+    names = [name for name in list(values[0])[7:] if not name.endswith("_esd")]
+    wrong = compared = 0
+    for name, found in zip(names, fits):
+        columns = ["P", "P_esd", name, name + "_esd"]
+        points = [[real(row[column]) for column in columns] for row in values if row[name]]
+        numpys = fit(points, real(found["at"]), 2 if "second" in found else 1)
+        for word, numpys_value in zip(NAMES, numpys):
+            if word not in found or not found[word] and np.isnan(numpys_value):
+                continue
+            scale = 1000 if word.startswith("relative") else 1
+            compared += 1
+            if differ(float(found[word]), scale * numpys_value):
+                wrong += 1
+                print(f"{name}: {word}: {found[word]} here, {scale * numpys_value} by numpy")
+    print(compared, "values compared,", wrong, "differ")
+    return 1 if wrong or not compared or len(names) != len(fits) else 0
+
+
+if sys.argv[1] == "--sheets":
+    sys.exit(compare_sheets(sys.argv[2], sys.argv[3]))
 if sys.argv[1] == "--stored":
     sys.exit(stored())
 if sys.argv[1] == "--birch-murnaghan":

@@ -200,6 +200,33 @@ TEST_F(GRAPHS, WITHOUT_CALC_CELLS_ALONE_ARE_OFFERED) {
   EXPECT_SAYS(said, "     a           4 10.0000         0.00000         0.00000        No value\n");
 }
 
+// The values that a graph draws, fitted by numpy as well: lines and parabolas, pressures with esds,
+// bonds with esds and without.
+TEST_F(GRAPHS, NUMPY_FITS_THE_SAME_TO_THE_SHEET) {
+  if (std::system("/usr/bin/python3 -c 'import numpy' 2> /dev/null") != 0)
+    GTEST_SKIP() << "python3-numpy is not installed";
+  std::vector<BLOCK> blocks{
+      {"a", "1000000(20000)", "298", "0.2003(1)"}, {"b", "2000000(40000)", "298", "0.1989(2)"},
+      {"c", "3500000(30000)", "298", "0.1975(1)"}, {"d", "5000000(90000)", "298", "0.1968(3)"},
+      {"e", "7000000(50000)", "298", "0.1957(1)"}, {"f", "9000000(60000)", "298", "0.1951(2)"}};
+  const std::string judge =
+      "/usr/bin/python3 -B '" + PLACES::SOURCE() + "/tests/judges/line_fit.py'";
+  for (const bool esds : {true, false}) {
+    if (!esds)
+      for (BLOCK& block : blocks) block.X.resize(6);
+    PUT_FILE(work / "many.cif", CIF(blocks));
+    BEHIND_CALC(
+        "GRAPH bond Fe1 P points.svg\ny\nFIT bond Fe1 P\nCSV fit line.csv\ny\n"
+        "FIT bond Fe1 P 2\nCSV fit curve.csv\ny\n",
+        "many.cif");
+    EXPECT_EQ(LINES(TEXT_OF(work / "points.csv")).size(), 7u);
+    for (const char* const sheet : {"line.csv", "curve.csv"}) {
+      const RUN_RESULT judged = SHELL(judge + " --sheets points.csv " + sheet);
+      EXPECT_EQ(judged.STATUS, 0) << judged.SAID << judged.ERRORS;
+    }
+  }
+}
+
 // ---- GRAPH ----
 
 TEST_F(GRAPHS, THREE_FILES_ARE_WRITTEN) {
@@ -371,6 +398,22 @@ TEST_F(GRAPHS, A_FULL_DISK_IS_TOLD) {
 TEST_F(GRAPHS, A_FOLDER_THAT_IS_NOT_THERE_IS_TOLD) {
   EXPECT_SAYS(BEHIND_CALC("GRAPH bond Fe1 P nowhere/bonds.svg\n").SAID,
               "*****The file nowhere/bonds.csv could not be written");
+}
+
+TEST_F(GRAPHS, A_FOLDER_THAT_MAY_NOT_BE_WRITTEN_IS_TOLD) {
+  const std::string as_nobody = "setpriv --reuid=65534 --clear-groups ";
+  if (::geteuid() == 0 && SHELL(as_nobody + "cat \"$GEMMARA\"").STATUS != 0)
+    GTEST_SKIP() << "root may write everywhere, and there is no other user";
+  PUT_FILE(folder / "input",
+           "READ full series.cif\ny\nCALC poly\n\n0\n"
+           "GRAPH bond Fe1 P bonds.svg\nFIT bond Fe1 P\nEXIT\n");
+  fs::permissions(work, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+                  fs::perm_options::remove);
+  const RUN_RESULT run = SHELL((::geteuid() == 0 ? as_nobody : "") + "\"$GEMMARA\" < ../input");
+  fs::permissions(work, fs::perms::owner_write, fs::perm_options::add);
+  EXPECT_SAYS(run.SAID, "*****The file bonds.csv could not be written");
+  EXPECT_SAYS(run.SAID, "     Fe1-O1 ×2     4 2.0000(9)");
+  EXPECT_EQ(FILES(), std::vector<std::string>{"series.cif"});
 }
 
 // Titles, labels and names of files reach neither a shell nor gnuplot but as texts.

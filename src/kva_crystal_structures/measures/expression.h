@@ -69,7 +69,7 @@ EXPRESSION_ERROR PARSE_EXPRESSION(std::string_view text, EXPRESSION& expression)
 // Whether the expression is one quantity alone, and its unit then; else blank.
 bool IS_ONE_QUANTITY(const EXPRESSION& expression);
 std::string_view UNIT_OF(const EXPRESSION& expression);
-bool IS_COUNT(const EXPRESSION& expression);  // a number of ligands alone
+bool IS_COUNT(const EXPRESSION& expression);    // a number of ligands alone
 bool IS_TORSION(const EXPRESSION& expression);  // one torsion alone
 
 }  // namespace KVA_CRYSTAL_STRUCTURES
