@@ -3,6 +3,7 @@
 #include <cmath>      // for round, abs
 #include <numeric>    // for gcd
 #include <set>
+#include <span>
 
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
@@ -100,20 +101,28 @@ SORTED_GROUP SORT_GROUP(const std::vector<EXACT_OP>& operators) {
 
 // ---- lattice ----
 
+// Centring vectors in 24ths: of A, B and C, which together are those of F, of I, and of R.
+constexpr std::array<std::array<int, 3>, 6> centrings{
+    {{0, 12, 12}, {12, 0, 12}, {12, 12, 0}, {12, 12, 12}, {16, 8, 8}, {8, 16, 16}}};
+
+constexpr std::span<const std::array<int, 3>> CENTRINGS_FROM(std::size_t first, std::size_t count) {
+  return std::span(centrings).subspan(first, count);
+}
+
 struct LATTICE {
   char LETTER;
   std::string_view WORDS;
-  std::vector<std::array<int, 3>> VECTORS;  // besides the null vector, in 24ths
+  std::span<const std::array<int, 3>> VECTORS;  // besides the null vector
 };
 
-const std::array<LATTICE, 7> lattices{{
+constexpr std::array<LATTICE, 7> lattices{{
     {'P', "primitive", {}},
-    {'A', "A-face centred", {{0, 12, 12}}},
-    {'B', "B-face centred", {{12, 0, 12}}},
-    {'C', "C-face centred", {{12, 12, 0}}},
-    {'I', "body centred", {{12, 12, 12}}},
-    {'R', "rhombohedral, hexagonal axes", {{16, 8, 8}, {8, 16, 16}}},
-    {'F', "all-face centred", {{0, 12, 12}, {12, 0, 12}, {12, 12, 0}}},
+    {'A', "A-face centred", CENTRINGS_FROM(0, 1)},
+    {'B', "B-face centred", CENTRINGS_FROM(1, 1)},
+    {'C', "C-face centred", CENTRINGS_FROM(2, 1)},
+    {'I', "body centred", CENTRINGS_FROM(3, 1)},
+    {'R', "rhombohedral, hexagonal axes", CENTRINGS_FROM(4, 2)},
+    {'F', "all-face centred", CENTRINGS_FROM(0, 3)},
 }};
 
 std::array<int, 3> UNITS_OF_VECTOR(const std::array<int, 3>& in_24ths) {

@@ -22,29 +22,34 @@ namespace {
 
 struct SYSTEM_COLUMNS {
   CRYSTAL_SYSTEM OF;
-  std::string_view FORMAT;             // behind "Format 1 T sigT P sigP"
-  std::vector<EOS_COLUMN> PARAMETERS;  // cell parameters in the file
+  std::string_view FORMAT;               // behind "Format 1 T sigT P sigP"
+  int COUNT;                             // of cell parameters in the file
+  std::array<EOS_COLUMN, 6> PARAMETERS;  // these
 };
 
-const std::array<SYSTEM_COLUMNS, 10> system_columns{{
+constexpr std::array<SYSTEM_COLUMNS, 10> system_columns{{
     {{SYSTEM::TRICLINIC},
      " a siga b sigb c sigc alpha sigal beta sigbe gamma sigga v sigv",
+     6,
      {EOS_A, EOS_B, EOS_C, EOS_ALPHA, EOS_BETA, EOS_GAMMA}},
     {{SYSTEM::MONOCLINIC, 'a'},
      " a siga b sigb c sigc alpha sigal v sigv",
+     4,
      {EOS_A, EOS_B, EOS_C, EOS_ALPHA}},
     {{SYSTEM::MONOCLINIC, 'b'},
      " a siga b sigb c sigc beta sigbe v sigv",
+     4,
      {EOS_A, EOS_B, EOS_C, EOS_BETA}},
     {{SYSTEM::MONOCLINIC, 'c'},
      " a siga b sigb c sigc gamma sigga v sigv",
+     4,
      {EOS_A, EOS_B, EOS_C, EOS_GAMMA}},
-    {{SYSTEM::ORTHORHOMBIC}, "a siga b sigb c sigc v sigv", {EOS_A, EOS_B, EOS_C}},
-    {{SYSTEM::TETRAGONAL}, " a siga c sigc  v sigv", {EOS_A, EOS_C}},
-    {{SYSTEM::TRIGONAL}, " a siga c sigc  v sigv", {EOS_A, EOS_C}},
-    {{SYSTEM::HEXAGONAL}, " a siga c sigc  v sigv", {EOS_A, EOS_C}},
-    {{SYSTEM::CUBIC}, " v sigv", {}},
-    {volumes_of_polyhedra, " v sigv", {}},
+    {{SYSTEM::ORTHORHOMBIC}, "a siga b sigb c sigc v sigv", 3, {EOS_A, EOS_B, EOS_C}},
+    {{SYSTEM::TETRAGONAL}, " a siga c sigc  v sigv", 2, {EOS_A, EOS_C}},
+    {{SYSTEM::TRIGONAL}, " a siga c sigc  v sigv", 2, {EOS_A, EOS_C}},
+    {{SYSTEM::HEXAGONAL}, " a siga c sigc  v sigv", 2, {EOS_A, EOS_C}},
+    {{SYSTEM::CUBIC}, " v sigv", 0, {}},
+    {volumes_of_polyhedra, " v sigv", 0, {}},
 }};
 
 // A monoclinic cell that does not show its unique axis counts as unique a.
@@ -96,7 +101,8 @@ std::string NUMBER_TEXT(float value, int decimals) {
 
 std::vector<std::string> ROW_TEXTS(const EOS_POINT& point, const SYSTEM_COLUMNS& columns) {
   std::vector<EOS_COLUMN> written{EOS_T, EOS_P};
-  written.insert(written.end(), columns.PARAMETERS.begin(), columns.PARAMETERS.end());
+  written.insert(written.end(), columns.PARAMETERS.begin(),
+                 columns.PARAMETERS.begin() + columns.COUNT);
   written.push_back(EOS_V);
   std::vector<std::string> row;
   for (EOS_COLUMN column : written) {

@@ -226,15 +226,31 @@ void EXECUTE(int icom) {
   }
 }
 
-// A command that runs out of memory is given up; the program and what is loaded stay.
-void CARRY_OUT(int icom) {
+// What runs out of memory is given up; the program and what is loaded stay. False then.
+template <class ROUTINE>
+bool IN_MEMORY(ROUTINE routine) {
   try {
-    EXECUTE(icom);
-    FACETOR_CONSOLE::FOLLOW_REFERENCE();
+    routine();
+    return true;
   } catch (const std::bad_alloc&) {
     KVA_UTILITIES::CLOSE_UNIT(DATA_UNIT);  // what it was writing is dropped
     WARNING("There is not enough memory for this command, which was given up");
   }
+  return false;
+}
+
+// The next command of the user: its number, 0 or less for the end.
+void ASK_COMMAND(int& icom) {
+  CONSOLE.CMD_PROMPT = "G_MARA";
+  SET_CMD_PROMPT();
+  SET_CLIST_MAIN();
+  BACK_AT_MAIN_PROMPT();
+  COMMAND(icom);
+}
+
+void CARRY_OUT(int icom) {
+  EXECUTE(icom);
+  FACETOR_CONSOLE::FOLLOW_REFERENCE();
 }
 
 // ---- start-up ----
@@ -269,23 +285,22 @@ void START_UP(const std::string& macro) {
   WRITE_HEADER();
 }
 
-[[noreturn]] void COMMAND_LOOP() {
-  while (true) {
-    CONSOLE.CMD_PROMPT = "G_MARA";
-    SET_CMD_PROMPT();
-    SET_CLIST_MAIN();
-    BACK_AT_MAIN_PROMPT();
+// Without memory for the prompt itself there is nothing more to be asked.
+void COMMAND_LOOP() {
+  constexpr int patience = 100;
+  int failures = 0;
+  while (failures < patience) {
     int icom = 0;
-    COMMAND(icom);
-    if (CONSOLE.DROPPED) continue;
+    failures = IN_MEMORY([&] { ASK_COMMAND(icom); }) ? 0 : failures + 1;
+    if (failures > 0) CONSOLE.SYSTEM_MODE = 0;
+    if (failures > 0 || CONSOLE.DROPPED) continue;
     if (icom <= 0) CLOSE_CONSOLE();
-    CARRY_OUT(icom);
+    IN_MEMORY([&] { CARRY_OUT(icom); });
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+// The exit status of an option that was answered; else the user is asked until he leaves.
+int RUN(int argc, char** argv) {
   SET_IDENTITY();
   const FACETOR_MAIN::PROGRAM_ARGUMENTS arguments =
       FACETOR_MAIN::READ_ARGUMENTS(COMMAND_LINE(argc, argv));
@@ -293,6 +308,17 @@ int main(int argc, char** argv) {
   START_UP(arguments.MACRO);
   for (const std::string& name : arguments.MORE_MACROS)
     WARNING(AS_IT_IS(name) + " is not read: it is no CIF or output, and there is a macro already");
-  FACETOR_READFILES::READ_GIVEN_FILES(arguments.FILES);
+  IN_MEMORY([&] { FACETOR_READFILES::READ_GIVEN_FILES(arguments.FILES); });
   COMMAND_LOOP();
+  return FACETOR_MAIN::END_WITHOUT_MEMORY();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return RUN(argc, argv);
+  } catch (const std::bad_alloc&) {
+    return FACETOR_MAIN::END_WITHOUT_MEMORY();
+  }
 }

@@ -33,7 +33,7 @@ constexpr std::string_view help_text =
     "\n"
     "Exit status: 0 after EXIT or X and after an option, 1 if the answer to an option\n"
     "could not be written, 2 if standard input ends at a prompt, 64 for an unknown\n"
-    "option.\n"
+    "option, 71 if there is no memory left to go on.\n"
     "\n"
     "Environment: LOCALAPPDATA, else XDG_CONFIG_HOME, else HOME/.config is the folder\n"
     "of quorvansoftware/gemmara.ini, the settings file. LOCALAPPDATA set but blank\n"
@@ -61,6 +61,11 @@ PROGRAM_STATUS ANSWER_OPTION(std::string_view option) {
 }
 
 }  // namespace
+
+PROGRAM_STATUS END_WITHOUT_MEMORY() {
+  std::cerr << "gemmara: there is not enough memory to go on\n";
+  return STATUS_NO_MEMORY;
+}
 
 PROGRAM_ARGUMENTS READ_ARGUMENTS(const std::vector<std::string>& command_line) {
   PROGRAM_ARGUMENTS arguments;

@@ -10,8 +10,12 @@ namespace FACETOR_MAIN {
 enum PROGRAM_STATUS {
   STATUS_OK = 0,
   STATUS_NOT_WRITTEN = 1,  // the answer could not be written
-  STATUS_USAGE = 64        // no such option (EX_USAGE of sysexits.h)
+  STATUS_USAGE = 64,       // no such option (EX_USAGE of sysexits.h)
+  STATUS_NO_MEMORY = 71    // no memory is left to go on (EX_OSERR)
 };
+
+// Says on standard error, without memory, why the program ends.
+PROGRAM_STATUS END_WITHOUT_MEMORY();
 
 struct PROGRAM_ARGUMENTS {
   bool ANSWERED = false;  // an option was dealt with: the program ends with STATUS

@@ -8,6 +8,10 @@ std::string PLACES::PROGRAM() {
   return GEMMARA_PROGRAM;
 }
 
+std::string PLACES::FAULTS() {
+  return GEMMARA_FAULTS;
+}
+
 std::string PLACES::SAMPLES() {
   return GEMMARA_SAMPLES;
 }

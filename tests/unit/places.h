@@ -8,6 +8,7 @@ namespace PLACES {
 
 std::string SOURCE();   // folder of the whole tree
 std::string PROGRAM();  // the program that was built beside the tests
+std::string FAULTS();   // the library of faults from outside
 std::string SAMPLES();  // folder of real CIFs; blank: none at hand
 bool LINE_EDITING();    // whether the program was built with it
 
