@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>  // for mbstowcs
+#include <new>      // for bad_alloc
 
 #include "console_code/console/history.h"
 #include "console_code/console_win.h"
@@ -89,7 +90,7 @@ void SHOW_CANDIDATES(const std::vector<std::string>& candidates) {
   WRITE_CONSOLE(text + "\n");
 }
 
-unsigned char ADD_COMPLETION(EditLine* line, int /*key*/) {
+unsigned char COMPLETE_LINE(EditLine* line) {
   const LineInfo* const info = ::el_line(line);
   const std::string before(info->buffer, info->cursor);
   const COMPLETION completion = COMPLETE(before, *line_help);
@@ -104,6 +105,15 @@ unsigned char ADD_COMPLETION(EditLine* line, int /*key*/) {
   ::el_deletestr(line, CHARACTERS(typed));
   ::el_insertstr(line, completion.TEXT.c_str());
   return CC_REFRESH;
+}
+
+// The library that calls it knows no exceptions.
+unsigned char ADD_COMPLETION(EditLine* line, int /*key*/) {
+  try {
+    return COMPLETE_LINE(line);
+  } catch (const std::bad_alloc&) {
+    return CC_ERROR;
+  }
 }
 
 // ---- the editor ----

@@ -70,6 +70,11 @@ int MODE_FLAGS(UNIT_MODE mode) {
   }
 }
 
+bool IS_PIPE(const std::string& name) {
+  struct stat status {};
+  return ::stat(name.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
 }  // namespace
 
 int OPEN_AS_ALLOWED(const std::string& name, UNIT_MODE mode, OPENED_FILE& opened) {
@@ -77,8 +82,10 @@ int OPEN_AS_ALLOWED(const std::string& name, UNIT_MODE mode, OPENED_FILE& opened
   const int flags = MODE_FLAGS(mode);
   int error = 0;
   for (const ACCESS& access : {both_ways, read_only, write_only}) {
-    // A file that is replaced or added to must be written.
-    if (!access.WRITABLE && (flags & ~O_CREAT) != 0) continue;
+    // A file that is replaced or added to must be written. A pipe that is open both ways takes
+    // bytes that nobody reads.
+    const bool to_write = (flags & ~O_CREAT) != 0;
+    if (to_write && (!access.WRITABLE || (access.READABLE && IS_PIPE(name)))) continue;
     // Without O_NONBLOCK a pipe without a partner would never come back.
     const int descriptor =
         ::open(name.c_str(), access.FLAGS | flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, rights);

@@ -214,7 +214,10 @@ bool OPEN_SHEET(SHEET_FILE& file) {
 }
 
 void FINISH(bool done, SHEET_FILE& file) {
-  if (!done) return WRITE_OUT("|*****The sheet was stopped: CSV writes it anew");
+  if (!done) {
+    CLOSE_FILE(file.RECORD);
+    return WRITE_OUT("|*****The sheet was stopped: CSV writes it anew");
+  }
   if (KEEP_FILE(file.RECORD))
     WRITE_OUT("     " + INTEGER_COLUMNS(file.ROWS) + " rows written to the file");
 }
