@@ -25,6 +25,7 @@ constexpr int killed = 128;  // and the number of the signal
 
 const std::string old_cif = "data_mine\n_cell_length_a 5.0\n";
 const std::string old_dat = "mine\n";
+const std::string old_csv = "mine,1\n";
 
 // Runs by hand may be many: tests/faults/run.sh.
 long FROM_ENVIRONMENT(const char* name, long usual) {
@@ -47,6 +48,7 @@ class FAULTS : public PROGRAM {
     std::istringstream(TEXT_OF(folder / "counts")) >> allocations >> calls;
     complete_cif = TEXT_OF(work / "old.cif");
     complete_dat = TEXT_OF(work / "old.dat");
+    complete_csv = TEXT_OF(work / "old.csv");
     random.seed(static_cast<unsigned>(FROM_ENVIRONMENT("FAULT_SEED", 20)));
   }
 
@@ -55,6 +57,7 @@ class FAULTS : public PROGRAM {
     for (const char* name : {"new.cif", "run.log", "rec.mcr"}) fs::remove(work / name);
     PUT_FILE(work / "old.cif", old_cif);
     PUT_FILE(work / "old.dat", old_dat);
+    PUT_FILE(work / "old.csv", old_csv);
   }
 
   // Runs the session of folder/input with these settings of the library.
@@ -88,6 +91,8 @@ class FAULTS : public PROGRAM {
     EXPECT_TRUE(cif == old_cif || cif == complete_cif) << fault << "\n" << cif.size();
     const std::string dat = TEXT_OF(work / "old.dat");
     EXPECT_TRUE(dat == old_dat || dat == complete_dat) << fault << "\n" << dat;
+    const std::string csv = TEXT_OF(work / "old.csv");
+    EXPECT_TRUE(csv == old_csv || csv == complete_csv) << fault << "\n" << csv;
     const std::string made = TEXT_OF(work / "new.cif");
     EXPECT_TRUE(!fs::exists(work / "new.cif") || old_cif + made == complete_cif) << fault;
   }
@@ -103,6 +108,10 @@ class FAULTS : public PROGRAM {
     const bool told = COUNT_OF(said, " structures written to file\n") > 0;
     EXPECT_TRUE(blocks == 0 || told) << fault << said;
     EXPECT_TRUE(TEXT_OF(work / "old.dat").starts_with(old_dat)) << fault;
+    const std::string csv = TEXT_OF(work / "old.csv");
+    const bool rows_told = said.find(" " + std::to_string(LINES(csv).size() - 1) +
+                                     " rows written to the file\n") != std::string::npos;
+    EXPECT_TRUE(csv == old_csv || (csv.starts_with("block,title,") && rows_told)) << fault << csv;
   }
 
   RUN_RESULT undisturbed;
@@ -110,6 +119,7 @@ class FAULTS : public PROGRAM {
   long calls = 0;
   std::string complete_cif;
   std::string complete_dat;
+  std::string complete_csv;
   std::mt19937 random;
 };
 
@@ -120,6 +130,7 @@ TEST_F(FAULTS, THE_SESSION_WRITES_ALL_ITS_FILES) {
                 COUNT_OF(undisturbed.SAID, " 17 data points written to the file\n"),
             1u);
   EXPECT_EQ(old_cif + TEXT_OF(work / "new.cif"), complete_cif);
+  EXPECT_EQ(LINES(complete_csv).size(), 19u) << "a head and 18 blocks";
   EXPECT_GT(allocations, 10000);
   EXPECT_GT(calls, 300);
   EXPECT_TIDY("nothing");
@@ -191,6 +202,7 @@ TEST_F(FAULTS, A_LIMIT_OF_SIZE_LEAVES_THE_OLD_FILE) {
   EXPECT_EQ(TEXT_OF(work / "old.cif"), old_cif);
   EXPECT_FALSE(fs::exists(work / "new.cif"));
   EXPECT_EQ(TEXT_OF(work / "old.dat"), complete_dat) << "it is small";
+  EXPECT_EQ(TEXT_OF(work / "old.csv"), complete_csv) << "it is small";
   EXPECT_EQ(COUNT_OF(run.SAID, "*****Nothing was written to old.cif: File too large\n"), 1u)
       << run.SAID;
   EXPECT_TRUE(run.SAID.ends_with("***** Macro recording stopped\n\nG_MARA-6.1>")) << run.SAID;
