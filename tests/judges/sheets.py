@@ -125,7 +125,7 @@ def agrees(field, value, esd):
         return False
     if match.group(3) is None:
         return True
-    return esd != "" and abs(int(match.group(3)) - float(esd) / unit) <= 1.0 + 1e-3
+    return esd != "" and abs(int(match.group(3)) - float(esd) / unit) <= 1.001 + 1e-6 * float(esd) / unit
 
 
 def compare(name, quantity, tables, sheet, end):
