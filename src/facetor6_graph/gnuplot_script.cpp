@@ -4,6 +4,7 @@
 #include <algorithm>  // for clamp, max
 #include <array>
 #include <cctype>  // for isalnum
+#include <cmath>   // for lround
 
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
@@ -45,7 +46,9 @@ std::string TERMINAL_LINE(const GRAPH& graph) {
   constexpr double cm = 2.54 / inch;
   constexpr int most = 2000;
   const int height = std::min(height_of_plot + height_of_legend_row * ROWS_OF_LEGEND(graph), most);
-  const auto whole = [](double number) { return INTEGER_COLUMNS(static_cast<int>(number + 0.5)); };
+  const auto whole = [](double number) {
+    return INTEGER_COLUMNS(static_cast<int>(std::lround(number)));
+  };
   switch (graph.KIND) {
     case PICTURE::SVG:
       return "svg size " + whole(width) + "," + whole(height) +
