@@ -212,6 +212,15 @@ CURVE WEIGHTED_CURVE(const POINTS& points, COLUMN& variances, const SCALE& scale
 
 // ---- the result ----
 
+// Of the points about the curve; what is left by rounding alone is none.
+double SCATTER(const POINTS& points, double reduced) {
+  constexpr double rounding = 1e-12;
+  double largest = 0.0;
+  for (const FIT_POINT& point : points) largest = std::max(largest, std::abs(point.Y));
+  const double scatter = std::sqrt(reduced);
+  return scatter < rounding * largest ? 0.0 : scatter;
+}
+
 FIT_FAILURE FAILURE_OF(const POINTS& points, FIT_CURVE curve) {
   if (static_cast<int>(points.size()) < LEAST_POINTS(curve)) return FIT_FAILURE::FEW_POINTS;
   if (DIFFERENT_ABSCISSAE(points) < LEAST_ABSCISSAE(curve)) return FIT_FAILURE::FEW_ABSCISSAE;
@@ -283,7 +292,7 @@ LINE_FIT FIT_POINTS(std::span<const FIT_POINT> given, double at, FIT_CURVE curve
   const double reduced = SUM_OF_SQUARES(points, variances, scale, found) /
                          (static_cast<double>(fit.N) - static_cast<double>(terms));
   fit.CHI_SQUARE = fit.WEIGHTED ? reduced : none;
-  SET_RESULT(found, scale, at, fit.WEIGHTED ? 1.0 : std::sqrt(reduced), fit);
+  SET_RESULT(found, scale, at, fit.WEIGHTED ? 1.0 : SCATTER(points, reduced), fit);
   if (!IS_FINITE(fit)) fit.FAILURE = FIT_FAILURE::NOT_FINITE;
   return fit;
 }

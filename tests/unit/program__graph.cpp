@@ -2,6 +2,7 @@
 // the origin of P m m m with two O at x and -x along a cell edge of 10 angstroms, so that the bond
 // is ten times x, and its esd ten times that of x.
 #include <algorithm>
+#include <cmath>
 
 #include "program__console.h"
 
@@ -87,6 +88,14 @@ class GRAPHS : public PROGRAM {
 
   std::string usual_path;
 };
+
+// Of a line of a sheet without quotes.
+std::vector<std::string> FIELDS(const std::string& line) {
+  std::vector<std::string> fields;
+  std::istringstream stream(line + ",");
+  for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
+  return fields;
+}
 
 bool IS_INSTALLED(const std::string& program) {
   return std::system(("command -v " + program + " > /dev/null").c_str()) == 0;
@@ -238,9 +247,7 @@ TEST_F(GRAPHS, THREE_FILES_ARE_WRITTEN) {
   ASSERT_EQ(sheet.size(), 5u);
   EXPECT_EQ(sheet[0], "block,title,T,T_esd,P,P_esd,use,Fe1-O1[1],Fe1-O1[1]_esd");
   for (std::size_t k = 1; k < sheet.size(); ++k) {
-    std::istringstream line(sheet[k]);
-    std::vector<std::string> fields;
-    for (std::string field; std::getline(line, field, ',');) fields.push_back(field);
+    const std::vector<std::string> fields = FIELDS(sheet[k]);
     ASSERT_EQ(fields.size(), 9u) << sheet[k];
     EXPECT_EQ(fields[1], series[k - 1].TITLE);
     EXPECT_EQ(fields[4], std::to_string(k));
@@ -283,6 +290,67 @@ TEST_F(GRAPHS, CELLS_ARE_DRAWN_OVER_THE_REFERENCE) {
             "block,title,T,T_esd,P,P_esd,use,a/a0,a/a0_esd,b/b0,b/b0_esd,c/c0,c/c0_esd,V/V0,"
             "V/V0_esd");
   EXPECT_EQ(sheet[2], "2,two,298,,2,,1,1,,1,,1,,1,");
+}
+
+// The same values and esds as a measure has, digit for digit.
+TEST_F(GRAPHS, CELLS_HAVE_THE_ESDS_OF_MEASURE) {
+  std::string cif = CIF(series);
+  for (const char* const edge : {"9.99(1)", "9.97(2)", "9.94(1)", "9.92(3)"})
+    cif.replace(cif.find("length_a 10.0"), 13, std::string("length_a ") + edge);
+  PUT_FILE(work / "series.cif", cif);
+  BEHIND_CALC(
+      "GRAPH cells P cells.svg\nMEASURE ra = a/ref(a)\nMEASURE rv = V/ref(V)\n"
+      "CSV measures measures.csv\n");
+  const std::vector<std::string> cells = LINES(TEXT_OF(work / "cells.csv"));
+  const std::vector<std::string> measures = LINES(TEXT_OF(work / "measures.csv"));
+  ASSERT_EQ(cells.size(), 5u);
+  ASSERT_EQ(measures.size(), 5u);
+  for (std::size_t k = 1; k < 5; ++k) {
+    const std::vector<std::string> drawn = FIELDS(cells[k]);
+    const std::vector<std::string> measured = FIELDS(measures[k]);
+    ASSERT_EQ(drawn.size(), 15u);
+    ASSERT_EQ(measured.size(), 11u);
+    for (const std::size_t field : {0u, 1u}) {
+      EXPECT_EQ(drawn[7 + field], measured[7 + field]);
+      EXPECT_EQ(drawn[13 + field], measured[9 + field]);
+      // The reference is 1 without an esd.
+      EXPECT_EQ(measured[7 + field].empty(), k == 1 && field == 1);
+    }
+  }
+}
+
+// Four atoms whose last stands 175, 180 and 185 degrees around the middle two.
+TEST_F(GRAPHS, TORSIONS_DO_NOT_JUMP) {
+  struct TURN {
+    std::string P, Y, Z;
+  };
+  std::string cif;
+  for (const TURN& turn : {TURN{"1", "0.400381", "0.508716"}, TURN{"2", "0.4", "0.5"},
+                           TURN{"3", "0.400381", "0.491284"}})
+    cif += "data_" + turn.P +
+           "\n_cell_length_a 10\n_cell_length_b 10\n_cell_length_c 10\n_cell_angle_alpha 90\n"
+           "_cell_angle_beta 90\n_cell_angle_gamma 90\n_space_group_name_H-M_alt 'P 1'\n"
+           "_diffrn_ambient_pressure " +
+           turn.P +
+           "000000\nloop_\n_atom_site_label\n_atom_site_type_symbol\n_atom_site_fract_x\n"
+           "_atom_site_fract_y\n_atom_site_fract_z\nC1 C 0.5 0.6 0.5\nC2 C 0.5 0.5 0.5\n"
+           "C3 C 0.6 0.5 0.5\nC4 C 0.6 " +
+           turn.Y + " " + turn.Z + "\n";
+  PUT_FILE(work / "turn.cif", cif);
+  RUN("READ full turn.cif\ny\nMEASURE turn = torsion(C1, C2, C3, C4)\nGRAPH measures turn P t.svg\n"
+      "FIT measures turn P\nCSV fit fit.csv\nEXIT\n");
+  const std::vector<std::string> sheet = LINES(TEXT_OF(work / "t.csv"));
+  ASSERT_EQ(sheet.size(), 4u);
+  std::vector<double> angles;
+  for (std::size_t k = 1; k < 4; ++k) angles.push_back(std::stod(FIELDS(sheet[k])[7]));
+  EXPECT_NEAR(std::abs(angles[0]), 175.0, 0.001);
+  EXPECT_NEAR(std::abs(angles[1]), 180.0, 0.001);
+  EXPECT_NEAR(std::abs(angles[2]), 185.0, 0.001);
+  EXPECT_GT(angles[0] * angles[2], 0.0);
+  const std::vector<std::string> fit = LINES(TEXT_OF(work / "fit.csv"));
+  ASSERT_EQ(fit.size(), 2u);
+  EXPECT_NEAR(std::abs(std::stod(FIELDS(fit[1])[5])), 5.0, 0.001);  // degrees per GPa
+  EXPECT_EQ(FIELDS(fit[1])[6], "");                                 // nothing scatters
 }
 
 TEST_F(GRAPHS, TWO_UNITS_HAVE_TWO_AXES_AND_THREE_ARE_REFUSED) {

@@ -103,6 +103,14 @@ TEST(LINE_FIT, AN_EXACT_LINE_BY_HAND) {
 
 // ---- when weights are equal ----
 
+TEST(LINE_FIT, ROUNDING_IS_NO_SCATTER) {
+  const POINTS points{{1, 0, 174.9997406, 0}, {2, 0, 180, 0}, {3, 0, 185.0002594, 0}};
+  const LINE_FIT fit = FIT_POINTS(points, 1.0, FIT_CURVE::LINE);
+  EXPECT_NEAR(fit.SLOPE.VALUE, 5.0002594, 1e-12);
+  EXPECT_EQ(fit.SLOPE.ESD, 0.0);
+  EXPECT_EQ(fit.AT.ESD, 0.0);
+}
+
 TEST(LINE_FIT, ONE_POINT_WITHOUT_AN_ESD_MAKES_ALL_WEIGHTS_EQUAL) {
   POINTS points = BOND;
   points[2].Y_ESD = 0.0;
