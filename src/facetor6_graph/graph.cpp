@@ -28,11 +28,11 @@ namespace {
 
 // ---- the sheet ----
 
-// What stands in a title as a blank: nothing breaks a line of the sheet that gnuplot reads.
+// The text as UTF-8, its control characters as blanks: nothing breaks a line that gnuplot reads.
 std::string ON_ONE_LINE(std::string text) {
   for (char& c : text)
     if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-  return text;
+  return AS_UTF8(text);
 }
 
 void ADD_TO_SHEET(const FEATURE_VALUES& feature, REPORT& sheet) {

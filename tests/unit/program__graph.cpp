@@ -504,6 +504,17 @@ TEST_F(GRAPHS, NOTHING_IN_A_FILE_IS_RUN) {
   EXPECT_SAYS(TEXT_OF(work / "$(touch made).svg"), "</svg>");
 }
 
+// gnuplot gets UTF-8, whatever the file has.
+TEST_F(GRAPHS, BYTES_OF_AN_OLDER_FILE_ARE_LATIN_1) {
+  std::string cif = CIF(series);
+  for (std::size_t at = cif.find("O1 O2-"); at != std::string::npos; at = cif.find("O1 O2-", at))
+    cif.replace(at, 6, "O\xE5 O2-");
+  PUT_FILE(work / "series.cif", cif);
+  BEHIND_CALC("GRAPH bond Fe1 P bonds.svg\n");
+  EXPECT_SAYS(TEXT_OF(work / "bonds.gp"), "title 'Fe1-Oå ×2'");
+  EXPECT_SAYS(TEXT_OF(work / "bonds.csv"), ",Fe1-Oå[1],");
+}
+
 // ---- recorded, logged, in the terminal ----
 
 TEST_F(GRAPHS, ARE_RECORDED_AND_REPLAYED) {
