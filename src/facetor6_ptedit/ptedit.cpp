@@ -45,6 +45,7 @@ struct PT_CHANGE {
 struct PT_WORD {
   NUMBER_STD NUMBER;
   bool IS_VALUE = false;  // it has a point, an exponent or an esd: no block number
+  bool IN_BRACKETS = false;
 };
 
 bool IS_DIGIT_AT(std::string_view text, std::size_t place) {
@@ -71,8 +72,9 @@ std::optional<std::vector<PT_WORD>> WORDS_OF(std::string_view text) {
     if (text.empty()) return words;
     std::string_view word = text.substr(0, text.find_first_of(dividers));
     text.remove_prefix(word.size());
-    if (word.starts_with('(') && word.ends_with(')')) word = word.substr(1, word.size() - 2);
     PT_WORD found;
+    found.IN_BRACKETS = word.starts_with('(') && word.ends_with(')');
+    if (found.IN_BRACKETS) word = word.substr(1, word.size() - 2);
     if (!GETNUM_STD(word, found.NUMBER)) return std::nullopt;
     found.IS_VALUE = word.find_first_of(".eEdD(") != std::string_view::npos;
     words.push_back(found);
@@ -106,10 +108,17 @@ bool TAKE_BLOCKS(std::span<const PT_WORD>& words, PT_CHANGE& change) {
   return change.FIRST > 0 && change.LAST > 0;
 }
 
+// An esd that a blank parts from its value, as in 1.54 (5), could be 5 or 0.05.
+bool HAS_LOOSE_ESD(std::span<const PT_WORD> words) {
+  for (std::size_t i = 1; i < words.size(); ++i)
+    if (words[i].IN_BRACKETS && !words[i - 1].IN_BRACKETS) return true;
+  return false;
+}
+
 // Takes values in the order asked for and then esds, for those that have none. False without a
 // value. What follows does not count.
 bool TAKE_VALUES(std::span<const PT_WORD> words, std::span<NEW_VALUE* const> wanted) {
-  if (words.empty()) return false;
+  if (words.empty() || HAS_LOOSE_ESD(words)) return false;
   for (NEW_VALUE* value : wanted) {
     if (words.empty()) break;
     *value = {words[0].NUMBER.VALUE.VAL, words[0].NUMBER.STD, words[0].NUMBER.HAS_STD};

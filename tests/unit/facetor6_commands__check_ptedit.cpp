@@ -190,11 +190,15 @@ TEST_F(PTEDIT, A_DECIMAL_COMMA_IS_REFUSED) {
 TEST_F(PTEDIT, AN_ESD_THAT_CANNOT_BE_MEANT_IS_REFUSED) {
   ADD_BLOCKS(1);
   for (const char* line : {"1 3.5(2", "1 3.5)", "1 3.5()", "1 3.5(-2)", "1 3.5(2)4", "1 3.5 0.2(1)",
-                           "1(1) 3.5", "1 3.5 ( 2 )"}) {
+                           "1(1) 3.5", "1 3.5 ( 2 )", "1 3.5 (2)"}) {
     EXPECT_TRUE(HOLDS(EDIT("P", std::string(line) + "\n"), " *****Illegal input\n")) << line;
     EXPECT_EQ(P(1), 0.0f) << line;
     EXPECT_EQ(ESD_P(1), 0.02f) << line;
   }
+  EXPECT_TRUE(HOLDS(EDIT("B", "1 3.5 (2) 400 (5)\n"), " *****Illegal input\n"));
+  EXPECT_EQ(P(1), 0.0f);
+  EDIT("P", "1 (2.5)\n");
+  EXPECT_EQ(P(1), 2.5f) << "a value in brackets";
 }
 
 TEST_F(PTEDIT, SIX_NUMBERS_ARE_TAKEN_AND_MORE_ARE_PASSED_OVER) {
