@@ -36,9 +36,8 @@ void CONTROL_TO_BLANKS(std::string& line) {
   std::exit(end_of_input_status);
 }
 
-// longer: whether the line was cut.
-void READ_MACRO_LINE(const std::string& prompt, bool& longer) {
-  const READ_STATUS status = READ_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING, &longer);
+void READ_MACRO_LINE(const std::string& prompt) {
+  const READ_STATUS status = READ_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING, &CONSOLE.CUT);
   if (status != READ_STATUS::LINE) CONSOLE.INSTRING.clear();
   CONTROL_TO_BLANKS(CONSOLE.INSTRING);
   WRITE_OUT(AS_IT_IS(prompt + TRIM(CONSOLE.INSTRING)), "NOLOG");
@@ -66,10 +65,9 @@ bool READ_WHOLE_LINE(const std::string& prompt, const LINE_HELP& help) {
   return READ_CONSOLE(CONSOLE.INSTRING);
 }
 
-// longer: whether the line was cut.
-bool READ_TYPED_LINE(const std::string& prompt, const LINE_HELP& help, bool& longer) {
+bool READ_TYPED_LINE(const std::string& prompt, const LINE_HELP& help) {
   const bool read = READ_WHOLE_LINE(prompt, help);
-  longer = CONSOLE.INSTRING.size() > INPUT_LENGTH;
+  CONSOLE.CUT = CONSOLE.INSTRING.size() > INPUT_LENGTH;
   CONSOLE.INSTRING = CUT_LINE(CONSOLE.INSTRING);
   CONSOLE.MACRO_CHAIN = 0;
   CONTROL_TO_BLANKS(CONSOLE.INSTRING);
@@ -100,8 +98,7 @@ std::string TAKE_WORD() {
 }
 
 bool GET_INPUT_CMD(std::string_view prompt, const LINE_HELP& help) {
-  bool longer = false;
-  return READ_TYPED_LINE(TRIM(prompt), help, longer);
+  return READ_TYPED_LINE(TRIM(prompt), help);
 }
 
 void STOP_MACRO() {
@@ -129,15 +126,15 @@ void GET_INPUT(std::string_view prompt, const LINE_HELP& help) {
   CLEAR_INPUT();
   if (CONSOLE.DROPPED) return;
   if (INTERRUPTED()) STOP_MACRO();
-  bool longer = false;
+  CONSOLE.CUT = false;
   if (CONSOLE.MACRO_STATE == 1) {
-    READ_MACRO_LINE(shown, longer);
-  } else if (INTERRUPTED() || !READ_TYPED_LINE(shown, help, longer)) {
+    READ_MACRO_LINE(shown);
+  } else if (INTERRUPTED() || !READ_TYPED_LINE(shown, help)) {
     if (INTERRUPTED()) return DROP_AT(shown);
     END_OF_INPUT();
   }
   WRITE_LOG(shown + TRIM(CONSOLE.INSTRING));
-  if (longer) WARNING("The line is longer than 255 characters: the rest of it is not read");
+  if (CONSOLE.CUT) WARNING("The line is longer than 255 characters: the rest of it is not read");
   STRIP_FRONT_BLANK(CONSOLE.INSTRING, CONSOLE.INSTRING_LEN);
   RECORD_LINE();
 }

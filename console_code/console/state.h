@@ -46,6 +46,7 @@ struct CONSOLE_STATE {
   // ---- pending input ----
   std::string INSTRING;  // the current input line, or what is left of it
   int INSTRING_LEN = 0;  // characters in use; 0: no input pending
+  bool CUT = false;      // the line that was read last was longer than INPUT_LENGTH
   std::string INCOM;     // first word, upper case
 
   // ---- prompt ----

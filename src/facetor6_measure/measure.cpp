@@ -21,6 +21,7 @@ namespace {
 
 // "name = expression" defines, "name =" removes, "name" shows.
 void ANSWER_DEFINITION(std::string_view line) {
+  if (CONSOLE.CUT) return WRITE_OUT("*****The definition does not fit on a line: nothing is kept");
   const std::size_t sign = line.find('=');
   const std::string name = LEFT_ADJUST(line.substr(0, sign));
   std::string error;
@@ -45,6 +46,7 @@ void RUN_MEASURE() {
     const std::string line = CONSOLE.INSTRING;
     CLEAR_INPUT();
     ANSWER_DEFINITION(line);
+    KEEP_RECORDED({""});  // it stays defined when a later line is dropped
   } while (!on_the_line);
 }
 

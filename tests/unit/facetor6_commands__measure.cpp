@@ -320,6 +320,26 @@ TEST_F(MEASURING, DOUBTFUL_MATCHES_OF_WHAT_IS_MEASURED_ARE_TOLD_BEFORE_THE_TABLE
   EXPECT_LT(said.find(told), said.find("BLOCKNAME"));
 }
 
+// What is left of it is an expression too, and another one.
+TEST_F(MEASURING, A_DEFINITION_LONGER_THAN_A_LINE_IS_NOT_KEPT) {
+  LOAD({QUARTZ(quartz_sites)});
+  const std::string stem = "long = V";
+  const std::string fits = stem + std::string(255 - stem.size() - 2, ' ') + "+1";
+  const auto told = [](const std::string& line) {
+    return SAID(line + "\n\n", [] { FACETOR_MEASURE::RUN_MEASURE(); });
+  };
+  const std::string said = told(fits + "1");
+  EXPECT_NE(said.find("the rest of it is not read\n\n"
+                      "*****The definition does not fit on a line: nothing is kept\n"),
+            std::string::npos)
+      << said;
+  EXPECT_TRUE(MEASURES.empty());
+  told(fits);
+  EXPECT_EQ(MEASURES.size(), 1U) << "255 characters";
+  told("long =" + std::string(250, ' ') + "V");
+  EXPECT_EQ(MEASURES.size(), 1U) << "what is cut off does not remove one";
+}
+
 // ---- the tables ----
 
 TEST_F(MEASURING, POLYHEDRA_ARE_THOSE_OF_THE_TABLES) {

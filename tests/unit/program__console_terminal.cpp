@@ -341,9 +341,13 @@ TEST_F(INTERRUPT_KEY, FINISHED_STEPS_OF_A_DIALOGUE_STAY_IN_THE_MACRO_WITH_THE_WA
   TYPE("OMIT all\n", "to exit):");
   TYPE("O1\n", "to exit):");
   PRESSED();
+  TYPE("MEASURE\n", "to end):");
+  TYPE("ratio = c/a\n", "to end):");
+  PRESSED();
   TYPE("END\n", main_prompt);
   EXPECT_EQ(TEXT_OF(work / "rec.mcr"),
-            "PTEDIT\nP\n1 3.5\n\n\nATOMEDIT\nSHOW\nOMIT all\nO1\n\nEXIT\nEND\n");
+            "PTEDIT\nP\n1 3.5\n\n\nATOMEDIT\nSHOW\nOMIT all\nO1\n\nEXIT\n"
+            "MEASURE\nratio = c/a\n\nEND\n");
   TYPE("LIST block\n", main_prompt);
   EXPECT_NE(said.find("  1: Hematite_0.00 : 298.0   3.500         1"), std::string::npos) << said;
   END_PROGRAM();
