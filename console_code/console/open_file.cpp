@@ -159,7 +159,7 @@ bool IS_CIF(const std::string& name) {
   std::string line;
   bool found = false;
   while (!found && READ_UNIT(peek_unit, line) == READ_STATUS::LINE) {
-    line = LEFT_ADJUST(line);
+    line.erase(0, line.find_first_not_of(" \t"));
     found = !line.empty() && line.front() != '#';
   }
   CLOSE_UNIT(peek_unit);
@@ -302,6 +302,8 @@ OPENING OPEN_PENDING(FILE_RECORD& file, const OPEN_REQUEST& request) {
     WRITE_OUT("*****Failed to read file name, try again");
   } else if (request.MODE != OPEN_MODE::OLD && IS_OF_ANOTHER_KIND(name, file.EXT)) {
     WRITE_OUT("*****The file " + AS_IT_IS(name) + " is of another kind");
+    const bool ended = !CONSOLE.MACRO_FILE.OPEN;  // by RECORD, which says more
+    if (CONSOLE.MACRO_STATE == 1 && ended) return OPENING::GIVEN_UP;
     if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
   } else if (request.MACRO && IS_CIF(name)) {
     WRITE_OUT("*****This is a CIF, not a macro: READ cif reads it");

@@ -42,7 +42,8 @@ TEST_F(MACROS, END_FALLS_THROUGH_TO_THE_NEXT_TESTS_WHEN_NOTHING_IS_RECORDED) {
 TEST_F(MACROS, A_CIF_IS_NO_MACRO) {
   const std::string refusal =
       "\n*****This is a CIF, not a macro: READ cif reads it\n***** Failed to start macro\n";
-  for (const char* text : {"data_a\n", "\n  # by hand\n\n  DATA_quartz\n_cell_length_a 5\n"}) {
+  for (const char* text : {"data_a\n", "\n  # by hand\n\n  DATA_quartz\n_cell_length_a 5\n",
+                           " \t \n\t# by hand\n\tdata_quartz\n"}) {
     PUT_FILE("a.cif", text);
     EXPECT_EQ(ANSWERED("MACRO a.cif"), refusal) << text;
     EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
@@ -50,6 +51,18 @@ TEST_F(MACROS, A_CIF_IS_NO_MACRO) {
   }
   PUT_FILE("run.mcr", "# comment\nX\ndata_a\n");
   EXPECT_EQ(COMMANDED("MACRO run\n"), -1);
+}
+
+TEST_F(MACROS, RECORDING_TO_ANOTHER_KIND_OF_FILE_FAILS_IN_A_MACRO_TOO) {
+  PUT_FILE("run.mcr", "RECORD a.cif\nEND\n");
+  EXPECT_EQ(COMMANDED("MACRO run\nX\n"), -1);
+  EXPECT_TRUE(
+      said.ends_with("       Open a file to record the commands\n"
+                     "\n*****The file a.cif is of another kind\n"
+                     "***** Macro recording FAILED to be intiated\n"
+                     "\nG_MARA-6.1>"))
+      << said;
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
 }
 
 TEST_F(MACROS, RECORDING_WITHOUT_A_NAME_FAILS) {
