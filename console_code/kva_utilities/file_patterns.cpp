@@ -32,6 +32,10 @@ bool IS_DIGIT(char c) {
   return c >= '0' && c <= '9';
 }
 
+bool IS_LETTER_OR_DIGIT(char c) {
+  return IS_DIGIT(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
 // Characters of the number at the start of a text, 12, 1.54 or 1p54; 0 when there is none.
 std::size_t NUMBER_LENGTH(std::string_view text) {
   std::size_t length = 0;
@@ -65,6 +69,7 @@ struct MATCH {
 
   bool FROM(std::size_t p, std::size_t n);
   bool TRY(std::size_t p, std::size_t n);
+  bool IS_SIGN(std::size_t p, std::size_t n) const;
   bool NUMBER_FROM(std::size_t p, std::size_t n);
   bool CLASS_FROM(std::size_t p, std::size_t n);
 };
@@ -77,10 +82,19 @@ bool MATCH::FROM(std::size_t p, std::size_t n) {
   return fits;
 }
 
+// Whether "-" here is the sign of a number: of a pressure, and where a star was before it not
+// behind a letter or digit, as the "-" of hematite-1.54 only divides.
+bool MATCH::IS_SIGN(std::size_t p, std::size_t n) const {
+  const bool is_pressure = PATTERN[p + 1] == 'P' || PATTERN[p + 1] == 'p';
+  const bool behind_star = p > 0 && PATTERN[p - 1] == '*' && n > 0;
+  return is_pressure && n < NAME.size() && NAME[n] == '-' &&
+         !(behind_star && IS_LETTER_OR_DIGIT(NAME[n - 1]));
+}
+
 // {P} or {T} takes as many characters as it can.
 bool MATCH::NUMBER_FROM(std::size_t p, std::size_t n) {
   constexpr std::size_t mark = 3;
-  const bool sign = n < NAME.size() && NAME[n] == '-';
+  const bool sign = IS_SIGN(p, n);
   const std::size_t start = n + (sign ? 1 : 0);
   std::optional<float>& number =
       PATTERN[p + 1] == 'P' || PATTERN[p + 1] == 'p' ? NUMBERS.P : NUMBERS.T;

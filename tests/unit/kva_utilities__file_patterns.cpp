@@ -40,6 +40,20 @@ TEST(FILE_PATTERNS, NUMBERS_STAND_FOR_PRESSURE_AND_TEMPERATURE) {
   EXPECT_FALSE(FITS_PATTERN("a{P}b", "axb", numbers));
 }
 
+// "-" divides words of a name more often than it makes a pressure negative.
+TEST(FILE_PATTERNS, A_DASH_IS_A_SIGN_WHERE_IT_DIVIDES_NOTHING) {
+  PATTERN_NUMBERS numbers;
+  ASSERT_TRUE(FITS_PATTERN("*{P}.cif", "hematite-1.54.cif", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, 1.54f);
+  ASSERT_TRUE(FITS_PATTERN("*{P}GPa.out", "mgo_-5GPa.out", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, -5.0f);
+  ASSERT_TRUE(FITS_PATTERN("P{P}.cif", "P-1.5.cif", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, -1.5f);
+  ASSERT_TRUE(FITS_PATTERN("*{T}K.cif", "quartz-300K.cif", numbers));
+  EXPECT_FLOAT_EQ(*numbers.T, 300.0f);  // kelvins have no sign
+  EXPECT_FALSE(FITS_PATTERN("quartz{T}K.cif", "quartz-300K.cif", numbers));
+}
+
 TEST(FILE_PATTERNS, A_SERIES_IS_ORDERED_BY_ITS_NUMBERS) {
   std::vector<std::string> names{"P10.cif",  "P2.cif", "P0.5.cif", "P1p54.cif",
                                  "P1p6.cif", "A3.cif", "P2b.cif"};
