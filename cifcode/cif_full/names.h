@@ -145,6 +145,11 @@ struct NAME_RANGE {
 };
 NAME_RANGE NAMES_OF(FIELD field);
 
+// Whether the value may have blanks that divide it, where it lacks its quotes.
+constexpr bool IS_SYMBOL(FIELD field) {
+  return field == HALL_SYMBOL || field == HM_SYMBOL;
+}
+
 // Whether a bare unit may stand behind the value.
 constexpr bool TAKES_UNIT(FIELD field) {
   return field == TEMPERATURE_K || field == PRESSURE_KPA;

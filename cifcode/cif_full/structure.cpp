@@ -63,14 +63,35 @@ std::string_view SAID(const VALUE& value) {
 
 }  // namespace
 
-std::string_view FIRST_TEXT(const BLOCK& block, FIELD field) {
+namespace {
+
+// Row of NAMES that says something first, for a field; NO_NAME without one.
+int FIRST_NAME(const BLOCK& block, FIELD field) {
   const NAME_RANGE names = NAMES_OF(field);
   for (int name = names.FIRST; name < names.END; ++name) {
     const COLUMN column = COLUMN_OF(block, name);
-    for (int row = 1; row <= std::min(column.ROWS, 1); ++row)
-      if (const std::string_view text = SAID(column(row)); !text.empty()) return text;
+    if (column.ROWS > 0 && !SAID(column(1)).empty()) return name;
   }
-  return {};
+  return NO_NAME;
+}
+
+// Words behind the value of a name, which stand there for items alone.
+std::string_view WORDS_BEHIND_NAME(const BLOCK& block, int name) {
+  const PLACE& place = block.PLACES[static_cast<std::size_t>(name)];
+  if (place.LOOP >= 0 || place.SLOT < 0) return {};
+  return block.ITEMS[static_cast<std::size_t>(place.SLOT)].BEHIND;
+}
+
+}  // namespace
+
+std::string_view FIRST_TEXT(const BLOCK& block, FIELD field) {
+  const int name = FIRST_NAME(block, field);
+  return name == NO_NAME ? std::string_view() : SAID(COLUMN_OF(block, name)(1));
+}
+
+std::string_view WORDS_BEHIND(const BLOCK& block, FIELD field) {
+  const int name = FIRST_NAME(block, field);
+  return name == NO_NAME ? std::string_view() : WORDS_BEHIND_NAME(block, name);
 }
 
 namespace {
@@ -135,9 +156,7 @@ VALUE_STD READ_CONDITION(const BLOCK& block, const CONDITION& condition, STRUCTU
     if (column.ROWS == 0) continue;
     const std::string_view text = SAID(column(1));
     if (text.empty()) continue;
-    const int item = block.PLACES[static_cast<std::size_t>(name)].SLOT;
-    const std::string_view behind =
-        column.LOOP < 0 ? block.ITEMS[static_cast<std::size_t>(item)].BEHIND : std::string_view();
+    const std::string_view behind = WORDS_BEHIND_NAME(block, name);
     VALUE_STD number;
     std::string_view unit;
     const bool is_number = READ_WITH_UNIT(text, number, unit);

@@ -96,6 +96,9 @@ NUMBER_FOUND READ_NUMBER(std::string_view text, VALUE_STD& number);
 // The first value of the field that says something, without blanks around it; blank without one.
 std::string_view FIRST_TEXT(const BLOCK& block, FIELD field);
 
+// The bare words behind that value on its line, where the field keeps them; blank without any.
+std::string_view WORDS_BEHIND(const BLOCK& block, FIELD field);
+
 // The group of the block; structure has its cell already.
 const SYMMETRY& READ_SYMMETRY(const BLOCK& block, const XTAL::CRYSTAL_CELL& cell,
                               std::optional<KNOWN_SYMMETRY>& last);

@@ -210,45 +210,53 @@ std::string OPERATORS_WIN(const std::string& words, const SPACE_GROUP& group) {
   return words + " does not agree with the operators, which are read: " + group.SPG_SYMB;
 }
 
-// The operators' group, under the name of the symbol where this means the same. What contradicts
-// them is told.
+// Whether the symbol means another group, once the origin that it leaves open is allowed for.
+bool CONTRADICTS(const std::string& symbol, const SPACE_GROUP& meant, const SPACE_GROUP& group) {
+  return !XTAL::SPGR_EQUAL(meant, group) &&
+         (!SYMBOL_OF(symbol).SETTING.empty() || !MAY_MEAN(symbol, group));
+}
+
+// Some write 0 where they know none.
+bool IS_OTHER_NUMBER(const KNOWN_SYMMETRY& words, const SPACE_GROUP& group) {
+  NUMBER number;
+  return group.NUMSPG > 0 && GETNUM(words.NUMBER, number) && number.IVAL > 0 &&
+         number.IVAL != group.NUMSPG;
+}
+
+// The operators' group, under the name of the symbol where this means the same. The first of
+// symbol, Hall symbol and number that contradicts them is told.
 SYMMETRY FROM_OPERATORS(const KNOWN_SYMMETRY& words, const SPACE_GROUP& group) {
   SYMMETRY symmetry{group, ""};
   SPACE_GROUP other;
   if (!words.HM.empty() && GROUP_OF_HM(words, other)) {
-    if (XTAL::SPGR_EQUAL(other, group)) {
-      symmetry.GROUP = other;
-      return symmetry;
-    }
-    const SYMBOL symbol = SYMBOL_OF(words.HM);
-    if (!symbol.SETTING.empty() || !MAY_MEAN(words.HM, group))
+    if (XTAL::SPGR_EQUAL(other, group)) symmetry.GROUP = other;
+    if (CONTRADICTS(words.HM, other, group))
       symmetry.TELLING = OPERATORS_WIN("The symbol " + words.HM, group);
-    return symmetry;
   }
-  if (GROUP_OF_HALL(words, other)) {
-    if (!XTAL::SPGR_EQUAL(other, group))
-      symmetry.TELLING = OPERATORS_WIN("The Hall symbol " + words.HALL, group);
-    return symmetry;
-  }
-  NUMBER number;
-  if (group.NUMSPG > 0 && GETNUM(words.NUMBER, number) && number.IVAL != group.NUMSPG)
+  if (symmetry.TELLING.empty() && GROUP_OF_HALL(words, other) && !XTAL::SPGR_EQUAL(other, group))
+    symmetry.TELLING = OPERATORS_WIN("The Hall symbol " + words.HALL, group);
+  if (symmetry.TELLING.empty() && IS_OTHER_NUMBER(words, group))
     symmetry.TELLING = OPERATORS_WIN("The number " + words.NUMBER, group);
   return symmetry;
 }
 
-// Hall symbol, Hermann-Mauguin symbol, number: the first that can be read.
+// Hall symbol, Hermann-Mauguin symbol, number: the first that can be read. One behind it that
+// contradicts it is told.
 SYMMETRY FROM_SYMBOLS(const KNOWN_SYMMETRY& words) {
   SYMMETRY symmetry;
   SPACE_GROUP other;
-  if (GROUP_OF_HALL(words, symmetry.GROUP)) {
-    if (!words.HM.empty() && GROUP_OF_HM(words, other) &&
-        !XTAL::SPGR_EQUAL(other, symmetry.GROUP) &&
-        (!SYMBOL_OF(words.HM).SETTING.empty() || !MAY_MEAN(words.HM, symmetry.GROUP)))
-      symmetry.TELLING = "The symbol " + words.HM + " does not agree with the Hall symbol " +
-                         words.HALL + ", which is read";
+  const bool by_hall = GROUP_OF_HALL(words, symmetry.GROUP);
+  if (by_hall || (!words.HM.empty() && GROUP_OF_HM(words, symmetry.GROUP))) {
+    const std::string read = by_hall ? "the Hall symbol " + words.HALL : "the symbol " + words.HM;
+    if (by_hall && !words.HM.empty() && GROUP_OF_HM(words, other) &&
+        CONTRADICTS(words.HM, other, symmetry.GROUP))
+      symmetry.TELLING = "The symbol " + words.HM;
+    else if (IS_OTHER_NUMBER(words, symmetry.GROUP))
+      symmetry.TELLING = "The number " + words.NUMBER;
+    if (!symmetry.TELLING.empty())
+      symmetry.TELLING += " does not agree with " + read + ", which is read";
     return symmetry;
   }
-  if (!words.HM.empty() && GROUP_OF_HM(words, symmetry.GROUP)) return symmetry;
   if (GROUP_OF_NUMBER(words, symmetry.GROUP)) return symmetry;
   const std::string unread = !words.HM.empty() ? words.HM : words.HALL;
   XTAL::SET_SPACEGROUP("P 1", symmetry.GROUP);
@@ -268,14 +276,25 @@ SYMMETRY SYMMETRY_OF(const KNOWN_SYMMETRY& words) {
   return symmetry;
 }
 
+// The symbol of a block. Where the words that stand behind it on its line make a group with it,
+// they belong to it.
+std::string SYMBOL_TEXT(const BLOCK& block, FIELD field, std::string_view mode) {
+  const std::string text(FIRST_TEXT(block, field));
+  const std::string_view behind = WORDS_BEHIND(block, field);
+  if (behind.empty()) return text;
+  const std::string whole = text + " " + std::string(behind);
+  SPACE_GROUP group;
+  return SET_GROUP(mode.empty() ? SYMBOL_OF(whole).STEM : whole, group, mode) ? whole : text;
+}
+
 }  // namespace
 
 const SYMMETRY& READ_SYMMETRY(const BLOCK& block, const XTAL::CRYSTAL_CELL& cell,
                               std::optional<KNOWN_SYMMETRY>& last) {
   KNOWN_SYMMETRY words;
   words.OPERATORS = OPERATORS_OF(block);
-  words.HALL = FIRST_TEXT(block, HALL_SYMBOL);
-  words.HM = FIRST_TEXT(block, HM_SYMBOL);
+  words.HALL = SYMBOL_TEXT(block, HALL_SYMBOL, "HAL");
+  words.HM = SYMBOL_TEXT(block, HM_SYMBOL, "");
   words.NUMBER = FIRST_TEXT(block, GROUP_NUMBER);
   words.SETTING = FIRST_TEXT(block, GROUP_SETTING);
   words.RHOMBOHEDRAL = IS_RHOMBOHEDRAL(cell);

@@ -33,19 +33,39 @@ bool IS_NEW(BLOCK& block, FAULTS& found, int name, std::string_view text) {
 
 // ---- an item ----
 
-// A word behind the value on the same line, where a unit is allowed there.
-std::string_view TAKE_UNIT(READER& reader, int name, std::string_view value) {
-  const std::string_view unit = reader.AHEAD_TEXT;
-  if (reader.AHEAD != TOKEN::BARE || name == NO_NAME ||
-      !TAKES_UNIT(NAMES[static_cast<std::size_t>(name)].FILLS))
-    return {};
+void PASS_WORD(READER& reader, FAULT_KIND kind) {
+  reader.SOURCE.FOUND.NOTE(kind, reader.SOURCE.BYTES.data() + reader.SOURCE.START,
+                           reader.AHEAD_TEXT);
+  STEP(reader);
+}
+
+// Whether the word ahead is a bare one on the line on which the text ends.
+bool IS_BEHIND(const READER& reader, std::string_view text) {
   const std::string_view bytes = reader.SOURCE.BYTES;
-  const auto behind = static_cast<std::size_t>(value.data() + value.size() - bytes.data());
-  const auto start = static_cast<std::size_t>(unit.data() - bytes.data());
+  const auto behind = static_cast<std::size_t>(text.data() + text.size() - bytes.data());
+  return reader.AHEAD == TOKEN::BARE && !LINE_ENDS_BETWEEN(bytes, behind, reader.SOURCE.START);
+}
+
+// A word behind the value on the same line, where a unit is allowed there.
+std::string_view TAKE_UNIT(READER& reader, std::string_view value) {
+  const std::string_view unit = reader.AHEAD_TEXT;
+  if (!IS_BEHIND(reader, value)) return {};
   const bool is_word = (unit[0] < '0' || unit[0] > '9') && unit[0] != '(';
-  if (!is_word || LINE_ENDS_BETWEEN(bytes, behind, start)) return {};
+  if (!is_word) return {};
   STEP(reader);
   return unit;
+}
+
+// The words behind the first of a symbol without quotes. They are a fault all the same.
+std::string_view TAKE_SYMBOL_WORDS(READER& reader, std::string_view first) {
+  const std::string_view start = reader.AHEAD_TEXT;
+  std::string_view last = first;
+  while (IS_BEHIND(reader, last)) {
+    last = reader.AHEAD_TEXT;
+    PASS_WORD(reader, STRAY_WORD);
+  }
+  if (last.data() == first.data()) return {};
+  return {start.data(), static_cast<std::size_t>(last.data() + last.size() - start.data())};
 }
 
 void READ_ITEM(READER& reader, BLOCK& block) {
@@ -57,7 +77,11 @@ void READ_ITEM(READER& reader, BLOCK& block) {
   ITEM item{VALUE_OF(reader.AHEAD, reader.AHEAD_TEXT), {}};
   STEP(reader);
   if (name == NO_NAME) return;
-  item.BEHIND = TAKE_UNIT(reader, name, item.VALUE_.TEXT());
+  const FIELD field = NAMES[static_cast<std::size_t>(name)].FILLS;
+  const std::string_view text = item.VALUE_.TEXT();
+  if (TAKES_UNIT(field)) item.BEHIND = TAKE_UNIT(reader, text);
+  if (IS_SYMBOL(field) && item.VALUE_.KIND == TOKEN::BARE)
+    item.BEHIND = TAKE_SYMBOL_WORDS(reader, text);
   if (!IS_NEW(block, found, name, name_text)) return;
   block.PLACES[static_cast<std::size_t>(name)] = {-1, static_cast<int>(block.ITEMS.size())};
   block.ITEMS.push_back(item);
@@ -229,12 +253,6 @@ void PASS_FRAME(READER& reader) {
       return reader.SOURCE.FOUND.NOTE(OPEN_FRAME, name.data(), name);
     STEP(reader);
   }
-  STEP(reader);
-}
-
-void PASS_WORD(READER& reader, FAULT_KIND kind) {
-  reader.SOURCE.FOUND.NOTE(kind, reader.SOURCE.BYTES.data() + reader.SOURCE.START,
-                           reader.AHEAD_TEXT);
   STEP(reader);
 }
 

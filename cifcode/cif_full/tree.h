@@ -45,7 +45,8 @@ struct PLACE {
 
 struct ITEM {
   VALUE VALUE_;
-  std::string_view BEHIND;  // a bare word behind it on its line, for a name that takes a unit
+  // Bare words behind it on its line: one for a name that takes a unit, all for a symbol.
+  std::string_view BEHIND;
 };
 
 struct LOOP {

@@ -133,10 +133,32 @@ TEST(FULL_SYMMETRY, SYMBOLS_IN_ALL_THE_WAYS_IN_WHICH_THEY_ARE_WRITTEN) {
             "P m -3 m 48");
 }
 
+// The words behind the first are a fault of syntax, and the symbol all the same.
+TEST(FULL_SYMMETRY, A_SYMBOL_WITH_BLANKS_MAY_LACK_ITS_QUOTES) {
+  const auto stray = [](std::string_view word, std::string_view more) {
+    return "|Line 8: a data name was expected, not " + std::string(word) + std::string(more);
+  };
+  EXPECT_EQ(GROUP("_space_group_name_H-M_alt F d -3 m # cubic\n"),
+            "F d -3 m 192" + stray("d", " (the first of 3)"));
+  EXPECT_EQ(GROUP("_space_group_name_Hall -P 2ac 2n\n"),
+            "P n m a 8" + stray("2ac", " (the first of 2)"));
+  EXPECT_EQ(GROUP("_space_group_name_H-M_alt Pnma by hand\n"),
+            "P n m a 8" + stray("by", " (the first of 2)"));
+  EXPECT_EQ(GROUP("_space_group_name_H-M_alt 'P n m a' 21\n"), "P n m a 8" + stray("21", ""));
+  EXPECT_EQ(
+      GROUP("_space_group_name_H-M_alt P\n21/c\n"),
+      "P 1 1|Line 9: a data name was expected, not 21/c|The space group P is not known, space "
+      "group set to P 1");
+}
+
 TEST(FULL_SYMMETRY, HALL_SYMBOL_THEN_SYMBOL_THEN_NUMBER) {
-  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 2ac 2n'\n_space_group_IT_number 1\n"), "P n m a 8");
+  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 2ac 2n'\n_space_group_IT_number 1\n"),
+            "P n m a 8|The number 1 does not agree with the Hall symbol -P 2ac 2n, which is read");
   EXPECT_EQ(GROUP("_space_group_name_Hall nonsense\n_space_group_name_H-M_alt 'P n m a'\n"),
             "P n m a 8");
+  EXPECT_EQ(GROUP("_space_group_name_H-M_alt 'P n m a'\n_space_group_IT_number 0\n"), "P n m a 8");
+  EXPECT_EQ(GROUP("_space_group_name_H-M_alt 'P n m a'\n_space_group_IT_number 61\n"),
+            "P n m a 8|The number 61 does not agree with the symbol P n m a, which is read");
   EXPECT_EQ(GROUP("_symmetry_Int_Tables_number 62\n"), "P n m a 8");
   EXPECT_EQ(GROUP("_space_group_IT_number 227\n_space_group_IT_coordinate_system_code 1\n"),
             "F d -3 m:1 192");
@@ -178,6 +200,12 @@ TEST(FULL_SYMMETRY, OPERATORS_WIN_AND_A_CONTRADICTION_IS_TOLD) {
   EXPECT_EQ(GROUP(inversion + "_space_group_name_Hall 'P 1'\n"),
             "P -1 2|The Hall symbol P 1 does not agree with the operators, which are read: P -1");
   EXPECT_EQ(GROUP(inversion + "_space_group_IT_number 1\n"),
+            "P -1 2|The number 1 does not agree with the operators, which are read: P -1");
+  const std::string agrees = inversion + "_symmetry_space_group_name_H-M 'P -1'\n";
+  EXPECT_EQ(GROUP(agrees + "_space_group_name_Hall '-P 1'\n_space_group_IT_number 2\n"), "P -1 2");
+  EXPECT_EQ(GROUP(agrees + "_space_group_name_Hall 'P 1'\n"),
+            "P -1 2|The Hall symbol P 1 does not agree with the operators, which are read: P -1");
+  EXPECT_EQ(GROUP(agrees + "_space_group_IT_number 1\n"),
             "P -1 2|The number 1 does not agree with the operators, which are read: P -1");
   EXPECT_EQ(GROUP("loop_ _symmetry_equiv_pos_as_xyz x,y,z a,b,c\n"
                   "_symmetry_space_group_name_H-M 'P m'\n"),
