@@ -209,7 +209,7 @@ const std::vector<ODD_FILE> odd_files{
      {warning + "No symmetry detected in CIF block #  1, no operators and HM symbol not written "
                 "with spaces, space group set to P1",
       FULL_READS("another space group (P 21/c)")}},
-    {"symbol_without_quotes", {no_symmetry}},
+    {"symbol_without_quotes", {no_symmetry, FULL_READS("another space group (P 21/c)")}},
     {"symbol_one_quote", {no_symmetry}},
     // The line is no operator, which leaves the identity alone.
     {"operator_without_closing_quote",
