@@ -39,6 +39,8 @@ const std::string help_text =
     "        ******Measures, sheets and graphs******\n"
     "           MEASURE   :  Define and list measures\n"
     "           CSV       :  Write data as a sheet\n"
+    "           GRAPH     :  Draw a graph\n"
+    "           FIT       :  Fit lines against P or T\n"
     "\n"
     "        ******System & Macro Commands******\n"
     "           TIME     RECORD   MACRO     END\n"
