@@ -135,6 +135,9 @@ std::string DATE_AND_TIME() {
 
 std::string AS_IT_IS(std::string_view text) {
   std::string marked(text);
+  if (text.find(line_break) == std::string_view::npos &&
+      text.find(shown_bar) == std::string_view::npos)
+    return marked;
   std::replace(marked.begin(), marked.end(), shown_bar, ' ');
   std::replace(marked.begin(), marked.end(), line_break, shown_bar);
   return marked;

@@ -4,7 +4,9 @@
 #include <algorithm>  // for max, min
 #include <array>
 #include <charconv>
-#include <cmath>  // for abs, isfinite, isinf
+#include <cmath>  // for abs, isfinite, isinf, llrint, signbit
+#include <cstdint>
+#include <cstring>  // for memcpy
 
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"
@@ -40,8 +42,31 @@ std::string DIGITS(float value, int d, std::chars_format format) {
   return digits;
 }
 
+// The same in fixed point for the numbers that tables mostly hold. Up to 12 decimals 5^d has 28
+// bits and the real 24, so that their product is exact in 64 bits and is rounded just once. Blank
+// for others.
+std::string SHORT_FIXED(float value, int d) {
+  constexpr std::array<double, 13> powers{1.0, 1e1, 1e2, 1e3,  1e4,  1e5, 1e6,
+                                          1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+  constexpr double most_units = 1e15;
+  if (d < 0 || d >= static_cast<int>(powers.size())) return "";
+  const double units = std::abs(static_cast<double>(value)) * powers[static_cast<std::size_t>(d)];
+  if (!(units < most_units)) return "";
+  const auto rounded = static_cast<std::uint64_t>(std::llrint(units));
+  std::array<char, 32> buffer{};
+  char* at = buffer.end();
+  std::uint64_t rest = rounded;
+  for (int place = 0; place <= d || rest > 0; ++place, rest /= 10U) {
+    if (place == d && d > 0) *--at = '.';
+    *--at = static_cast<char>('0' + rest % 10U);
+  }
+  if (std::signbit(value) && rounded > 0) *--at = '-';
+  return {at, buffer.end()};
+}
+
 // Fixed point without padding.
 std::string FIXED(float value, int d) {
+  if (std::string text = SHORT_FIXED(value, d); !text.empty()) return text;
   const std::string word = WORD_FOR(value);
   return word.empty() ? DIGITS(value, d, std::chars_format::fixed) : word;
 }
@@ -70,7 +95,21 @@ std::size_t BYTE_OFFSET(std::string_view text, std::size_t n) {
   return byte;
 }
 
+// True of a text of ASCII alone; eight bytes at a time.
+bool IS_ASCII(std::string_view text) {
+  constexpr std::uint64_t high_bits = 0x8080808080808080U;
+  std::uint64_t seen = 0;
+  for (; text.size() >= sizeof seen; text.remove_prefix(sizeof seen)) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data(), sizeof word);
+    seen |= word;
+  }
+  for (const char c : text) seen |= static_cast<unsigned char>(c);
+  return (seen & high_bits) == 0;
+}
+
 std::size_t CHARACTER_COUNT(std::string_view text) {
+  if (IS_ASCII(text)) return text.size();
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
   }));

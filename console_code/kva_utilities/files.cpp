@@ -273,8 +273,9 @@ bool READ_FILE_BYTES(const std::string& name, std::string& bytes) {
     return false;
   constexpr std::size_t step = 1U << 16;
   std::size_t held = 0;
+  bytes.resize(identity.SIZE + 1);  // the end of the file is seen without growing
   while (true) {
-    bytes.resize(std::max(identity.SIZE + 1, held + step));
+    if (held == bytes.size()) bytes.resize(held + std::max(held, step));
     const std::ptrdiff_t read = READ_BYTES(opened.FILE.get(), std::span(bytes).subspan(held));
     if (read < 0) bytes.clear();
     if (read < 0) return false;

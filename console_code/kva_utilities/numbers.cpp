@@ -5,7 +5,8 @@
 #include <algorithm>  // for copy_n, min
 #include <array>
 #include <charconv>
-#include <cmath>  // for abs, isfinite, pow
+#include <cmath>    // for abs, isfinite, pow
+#include <cstddef>  // for ptrdiff_t
 
 #include "console_code/kva_utilities/text.h"
 
@@ -250,55 +251,45 @@ bool FAIL_STD(std::string_view word) {
   return FAIL(pair ? "Bad format" : "Wrong format using Standard values");
 }
 
-// At most seven digits with at most one point off the front of a word: their value without the
-// point, and how many stand behind it. False without digits or with more.
-struct SHORT_DIGITS {
-  int VALUE = 0;
-  std::size_t DECIMALS = 0;
-  bool POINT = false;
-};
-
-bool TAKE_SHORT_DIGITS(std::string_view& rest, SHORT_DIGITS& digits) {
-  constexpr int most_digits = 7;
-  int count = 0;
-  std::size_t i = 0;
-  for (; i < rest.size(); ++i) {
-    if (IS_DIGIT(rest[i])) {
-      if (++count > most_digits) return false;
-      digits.VALUE = 10 * digits.VALUE + (rest[i] - '0');
-      if (digits.POINT) ++digits.DECIMALS;
-    } else if (rest[i] == '.' && !digits.POINT) {
-      digits.POINT = true;
-    } else {
-      break;
-    }
+// Takes digits off the front as the number that they count, behind those before. Returns how many
+// they are; beyond nine the number is of no use.
+std::ptrdiff_t TAKE_DIGITS(const char*& at, const char* end, unsigned& number) {
+  const char* const first = at;
+  for (; at != end; ++at) {
+    const unsigned digit = static_cast<unsigned char>(*at) - static_cast<unsigned>('0');
+    if (digit > 9U) break;
+    number = 10U * number + digit;
   }
-  rest.remove_prefix(i);
-  return count > 0;
+  return at - first;
 }
 
 // The form that most numbers have, -0.12345(12) or -0.12345, by the rule for short numbers. False
 // for any other, of which nothing is taken.
 bool TAKE_SHORT_STD(std::string_view& word, NUMBER_STD& number) {
   constexpr std::array<float, 8> powers{1.0f, 1e1f, 1e2f, 1e3f, 1e4f, 1e5f, 1e6f, 1e7f};
-  std::string_view rest = word;
-  const bool negative = TAKE_SIGN(rest);
-  SHORT_DIGITS digits;
-  SHORT_DIGITS esd;
-  if (!TAKE_SHORT_DIGITS(rest, digits)) return false;
-  if (!rest.empty()) {
-    if (rest[0] != '(') return false;
-    rest.remove_prefix(1);
-    if (!TAKE_SHORT_DIGITS(rest, esd) || esd.POINT || !rest.starts_with(')')) return false;
-    rest.remove_prefix(1);
+  const auto is_short = [](std::ptrdiff_t digits) { return digits > 0 && digits <= 7; };
+  const char* at = word.data();
+  const char* const end = at + word.size();
+  const bool negative = at != end && *at == '-';
+  if (negative || (at != end && *at == '+')) ++at;
+  unsigned units = 0;
+  const std::ptrdiff_t before_point = TAKE_DIGITS(at, end, units);
+  const bool point = at != end && *at == '.';
+  const std::ptrdiff_t decimals = point ? TAKE_DIGITS(++at, end, units) : 0;
+  if (!is_short(before_point + decimals)) return false;
+  const float unit = powers[static_cast<std::size_t>(decimals)];
+  if (at != end) {
+    unsigned esd = 0;
+    if (*at != '(' || !is_short(TAKE_DIGITS(++at, end, esd)) || at == end || *at != ')')
+      return false;
+    ++at;
     number.HAS_STD = true;
-    number.STD = static_cast<float>(esd.VALUE) / powers[digits.DECIMALS];
+    number.STD = static_cast<float>(esd) / unit;
   }
-  const float value = static_cast<float>(digits.VALUE) / powers[digits.DECIMALS];
-  number.VALUE.WHOLE = !digits.POINT;
-  number.VALUE.VAL = negative ? -value : value;
-  if (!digits.POINT) number.VALUE.IVAL = negative ? -digits.VALUE : digits.VALUE;
-  word = rest;
+  const float value = static_cast<float>(units) / unit;
+  const int whole = point ? 0 : static_cast<int>(units);
+  number.VALUE = {negative ? -value : value, negative ? -whole : whole, !point};
+  word.remove_prefix(static_cast<std::size_t>(at - word.data()));
   return true;
 }
 

@@ -101,10 +101,12 @@ FIELD CELL_FIELD(int number, const REPORT_COLUMN& column, const REPORT_CELL& cel
 
 FIELD_LINE START_FIELDS(const ROW_HEAD& head, bool esd) {
   constexpr int title_length = 14;
-  FIELD_LINE line{
-      {START_NUMBER, 1, INTEGER_COLUMNS(head.BLOCK) + ":", 4, true},
-      {START_TITLE, 5, " " + TEXT_COLUMNS(head.TITLE, title_length) + ":", title_length + 2},
-      CELL_FIELD(START_T, esd ? esd_t : plain_t, REAL_CELL(head.T, head.T_STD), esd)};
+  FIELD_LINE line;
+  line.reserve(START_COLUMNS);
+  line.push_back({START_NUMBER, 1, INTEGER_COLUMNS(head.BLOCK) + ":", 4, true});
+  line.push_back(
+      {START_TITLE, 5, " " + TEXT_COLUMNS(head.TITLE, title_length) + ":", title_length + 2});
+  line.push_back(CELL_FIELD(START_T, esd ? esd_t : plain_t, REAL_CELL(head.T, head.T_STD), esd));
   if (esd && IS_AMBIENT(head.P))
     line.push_back({START_P, esd_p.AT, " 0.0001", esd_p.WIDTH});
   else

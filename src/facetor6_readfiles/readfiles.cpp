@@ -264,6 +264,7 @@ void READ_ONE_FILE(CHOSEN_FILES& chosen) {
   STRUCTURE_LIST newx;
   int nblocks = 0;
   READ_BLOCKS(chosen.TYPE, contents, {}, newx, nblocks);
+  contents = {};  // the blocks hold all that was read of it
   if (newx.COUNT() == 0) return WARNING("     No crystal structures were read from this file");
   if (newx.COUNT() < nblocks) WARNING("More crystal structures in file than capacity of arrays");
   if (OFFER_BLOCKS(newx, nblocks)) SHOW_LOADED();

@@ -113,7 +113,10 @@ ROW<float, ANGLE_COLUMNS>& ANGLE_TABLE::ROW_OF(int i, int j, int k) {
   auto& rows = CENTRES(i);
   const std::size_t row = KVA_UTILITIES::POSITION(static_cast<int>(PAIR_ROW(j, k)) + 1,
                                                   MAX_BONDS * (MAX_BONDS - 1) / 2);
-  if (row >= rows.size()) rows.resize(row + 1);
+  if (row >= rows.size()) {
+    rows.reserve(PAIR_ROW(k, k + 1));  // all pairs of k with those before it
+    rows.resize(row + 1);
+  }
   return rows[row];
 }
 

@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>  // for snprintf
 #include <cstdlib>
 #include <limits>
 
@@ -21,6 +23,33 @@ constexpr float infinity = std::numeric_limits<float>::infinity();
 }  // namespace
 
 // ---- fields ----
+
+// 0.1 as a 32-bit real is 0.100000001490116119384765625.
+TEST(COLUMNS_AT_LEAST, DIGITS_ARE_THOSE_OF_THE_EXACT_VALUE) {
+  EXPECT_EQ(REAL_AT_LEAST(0.1f, 0, 12), "0.100000001490");
+  EXPECT_EQ(REAL_AT_LEAST(0.1f, 0, 13), "0.1000000014901");
+  EXPECT_EQ(REAL_AT_LEAST(-0.1f, 0, 9), "-0.100000001");
+  EXPECT_EQ(REAL_AT_LEAST(-0.1f, 0, 0), "0") << "a zero has no sign";
+  EXPECT_EQ(REAL_AT_LEAST(1e12f, 0, 2), "999999995904.00");
+  EXPECT_EQ(REAL_AT_LEAST(1e12f, 0, 4), "999999995904.0000");
+}
+
+// The C library rounds the exact value as well, and ties to the even digit.
+TEST(COLUMNS_AT_LEAST, DIGITS_ARE_THOSE_OF_THE_C_LIBRARY) {
+  constexpr std::uint32_t largest = 0x60000000U;  // 3.7e19
+  std::array<char, 64> text{};
+  for (std::uint32_t bits = 1; bits < largest; bits += 104729U) {
+    const float value = std::bit_cast<float>(bits);
+    const int decimals = static_cast<int>(bits % 15U);
+    std::snprintf(text.data(), text.size(), "%.*f", decimals, static_cast<double>(value));
+    EXPECT_EQ(REAL_AT_LEAST(value, 0, decimals), text.data()) << bits;
+  }
+  for (int sixteenths = 1; sixteenths < 4096; ++sixteenths) {  // ties among them
+    const float value = static_cast<float>(sixteenths) / 16.0f;
+    std::snprintf(text.data(), text.size(), "%.3f", static_cast<double>(value));
+    EXPECT_EQ(REAL_AT_LEAST(value, 0, 3), text.data()) << sixteenths;
+  }
+}
 
 TEST(COLUMNS_AT_LEAST, NUMBERS_THAT_DO_NOT_FIT_ARE_WHOLE) {
   EXPECT_EQ(REAL_AT_LEAST(1.25f, 6, 2), "  1.25");
