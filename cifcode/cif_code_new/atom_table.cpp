@@ -147,7 +147,7 @@ std::array<float, N> VECTOR_OF(const LOOP_VALUES<float>& values, int row, int fi
 ATOM_TYPE ATOM_OF_ROW(const CIFDATA_TYPE& loop, int row, const std::vector<ATOM_TYPE_ROW>& types) {
   constexpr int label_length = 20;
   ATOM_TYPE atom;
-  atom.LAB = CUT_TEXT(LEFT_ADJUST(loop.CVAL(row, SITE_NAME)), label_length);
+  atom.LAB = CUT_TEXT(LEFT_ADJUST_VIEW(loop.CVAL(row, SITE_NAME)), label_length);
   CHOOSE_ELEMENT(LEFT_ADJUST(loop.CVAL(row, SITE_TYPE_SYMBOL)), types, atom);
   atom.X = VECTOR_OF<3>(loop.VAL, row, SITE_X);
   atom.X_STD = VECTOR_OF<3>(loop.VAL_STD, row, SITE_X);
@@ -198,7 +198,7 @@ void READ_TENSORS(const LINE_RANGE& block, LIST<ATOM_TYPE>& atom) {
   std::unordered_map<std::string_view, int> atoms_by_label;
   for (int i = 1; i <= atom.COUNT(); ++i) atoms_by_label.emplace(atom(i).LAB, i);
   for (int row = 1; row <= loop.N; ++row) {
-    const auto found = atoms_by_label.find(LEFT_ADJUST(loop.CVAL(row, ANISO_NAME)));
+    const auto found = atoms_by_label.find(LEFT_ADJUST_VIEW(loop.CVAL(row, ANISO_NAME)));
     if (found != atoms_by_label.end()) SET_TENSOR(loop, row, atom(found->second));
   }
 }

@@ -191,7 +191,7 @@ struct ROW_WORDS {
 
 // Takes lines from line on until the row has a word for each column; false when the data end first.
 bool READ_ROW(const LINE_RANGE& range, int& line, int columns, ROW_WORDS& row) {
-  row = ROW_WORDS{};
+  row.COUNT = 0;  // no word beyond it is asked for
   for (; line <= range.LAST; ++line) {
     const std::string_view text = ADJUSTED_LINE(range, line);
     if (IS_COMMENT_OR_BLANK(text)) continue;

@@ -335,16 +335,16 @@ bool GETNUM_STD(std::string_view word, NUMBER_STD& number) {
 
 void GETNUM_STD(std::string_view text, std::span<float> values, std::span<float> stds, int& count) {
   INIT_ERR_TEXT();
-  count = 0;
-  for (float& value : values) value = 0.0f;
-  for (float& std : stds) std = 0.0f;
   NUMBER_STD only;
-  if (!values.empty() && !stds.empty() && IS_SHORT_STD(text, only)) {
+  if (values.size() == 1 && stds.size() == 1 && IS_SHORT_STD(text, only)) {
     values[0] = only.VALUE.VAL;
     stds[0] = only.STD;
     count = 1;
     return;
   }
+  count = 0;
+  for (float& value : values) value = 0.0f;
+  for (float& std : stds) std = 0.0f;
   if (LENTRIM(text) == 0) {
     FAIL("Blank line");
     return;
