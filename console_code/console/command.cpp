@@ -172,10 +172,12 @@ void RUN_BUILT_IN(BUILT_IN built_in) {
     case BUILT_IN::SYS:
       return ENTER_SYSTEM_MODE();
     case BUILT_IN::DIR:
-      return RUN_SYSTEM_COMMAND(std::string(LISTING_COMMAND) + " " + CONSOLE.INSTRING,
-                                "LS command returned an error");
+      RUN_SYSTEM_COMMAND(std::string(LISTING_COMMAND) + " " + CONSOLE.INSTRING,
+                         "LS command returned an error");
+      return CLEAR_INPUT();
     case BUILT_IN::CD:
       RUN_SYSTEM_COMMAND("chdir " + CONSOLE.INSTRING, "CD command returned an error");
+      CLEAR_INPUT();
       return WRITE_WDIR();
     case BUILT_IN::RECORD:
       return RECORD_MACRO();
@@ -314,6 +316,7 @@ void KEEP_COMMAND(std::vector<std::string> leaving) {
 void COMMAND(int& icom, const std::vector<std::string>& leaving) {
   icom = 0;
   while (true) {
+    TELL_UNUSED("");
     WRITE_OUT_BLANK(1);
     GET_INPUT(SET_CMD_PROMPT_DATE(), HELP_WITH_COMMANDS());
     if (CONSOLE.DROPPED && !GOES_ON(leaving)) return;
@@ -325,6 +328,7 @@ void COMMAND(int& icom, const std::vector<std::string>& leaving) {
       continue;
     }
     TAKE_WORD();
+    CONSOLE.BEHIND_COMMAND = true;
     const BUILT_IN built_in = FIND_BUILT_IN(CONSOLE.INCOM);
     if (built_in == BUILT_IN::EXIT || built_in == BUILT_IN::X) {
       icom = built_in == BUILT_IN::EXIT ? end_by_exit : end_by_x;
@@ -338,6 +342,7 @@ void COMMAND(int& icom, const std::vector<std::string>& leaving) {
     }
     icom = FIND_COMMAND(CONSOLE.INCOM);
     if (icom > 0) return;
+    CLEAR_INPUT();
   }
 }
 

@@ -36,9 +36,51 @@ void CONTROL_TO_BLANKS(std::string& line) {
   std::exit(end_of_input_status);
 }
 
-void READ_MACRO_LINE(const std::string& prompt) {
+// Puts the words behind the name of the macro in place of $1 to $9; any other "$" is itself. The
+// number of the first that has no word and stays, 0 when all have.
+int PUT_ARGUMENTS(std::string& line) {
+  int missing = 0;
+  std::string whole;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const char next = i + 1 < line.size() ? line[i + 1] : ' ';
+    if (line[i] != '$' || next < '1' || next > '9') {
+      whole += line[i];
+      continue;
+    }
+    const auto number = static_cast<std::size_t>(next - '0');
+    if (number <= CONSOLE.MACRO_ARGUMENTS.size()) {
+      whole += CONSOLE.MACRO_ARGUMENTS[number - 1];
+    } else {
+      whole += {line[i], next};
+      if (missing == 0) missing = static_cast<int>(number);
+    }
+    ++i;
+  }
+  line = whole;
+  return missing;
+}
+
+// A command that lacks a word must not do its work without it, and the lines behind it would answer
+// other questions than theirs.
+void STOP_FOR_ARGUMENT(int missing) {
+  std::string call = "MACRO " + AS_IT_IS(CONSOLE.MACRO_FILE.NAME);
+  for (int number = 1; number <= missing; ++number) call += " WORD" + std::to_string(number);
+  WRITE_OUT("*****The macro was given no word for $" + std::to_string(missing) + ": start it as " +
+            call);
+  STOP_MACRO();
+  CONSOLE.DROPPED_BLANK = false;
+  DROP_COMMAND();
+}
+
+// missing: the number of an argument that the line lacks, 0 when
+// there is none; lines for the shell have a "$" of their own.
+void READ_MACRO_LINE(const std::string& prompt, int& missing) {
   const READ_STATUS status = READ_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING, &CONSOLE.CUT);
   if (status != READ_STATUS::LINE) CONSOLE.INSTRING.clear();
+  missing = PUT_ARGUMENTS(CONSOLE.INSTRING);
+  if (CONSOLE.SYSTEM_MODE == 1) missing = 0;
+  CONSOLE.CUT = CONSOLE.CUT || CONSOLE.INSTRING.size() > INPUT_LENGTH;
+  CONSOLE.INSTRING = CUT_LINE(CONSOLE.INSTRING);
   CONTROL_TO_BLANKS(CONSOLE.INSTRING);
   WRITE_OUT(AS_IT_IS(prompt + TRIM(CONSOLE.INSTRING)), "NOLOG");
   if (status == READ_STATUS::LINE) return;
@@ -89,6 +131,14 @@ void DROP_AT(const std::string& prompt) {
 void CLEAR_INPUT() {
   CONSOLE.INSTRING.clear();
   CONSOLE.INSTRING_LEN = 0;
+  CONSOLE.BEHIND_COMMAND = false;
+}
+
+void TELL_UNUSED(std::string_view advice) {
+  if (CONSOLE.BEHIND_COMMAND && CONSOLE.INSTRING_LEN > 0)
+    WRITE_OUT("*****\"" + AS_IT_IS(TRIM(CONSOLE.INSTRING)) + "\" behind the command is not used" +
+              std::string(advice));
+  CLEAR_INPUT();
 }
 
 std::string TAKE_WORD() {
@@ -123,17 +173,19 @@ void KEEP_RECORDED(std::vector<std::string> leaving) {
 
 void GET_INPUT(std::string_view prompt, const LINE_HELP& help) {
   const std::string shown = TRIM(prompt);
-  CLEAR_INPUT();
+  TELL_UNUSED(": answer the question");
   if (CONSOLE.DROPPED) return;
   if (INTERRUPTED()) STOP_MACRO();
   CONSOLE.CUT = false;
+  int missing = 0;
   if (CONSOLE.MACRO_STATE == 1) {
-    READ_MACRO_LINE(shown);
+    READ_MACRO_LINE(shown, missing);
   } else if (INTERRUPTED() || !READ_TYPED_LINE(shown, help)) {
     if (INTERRUPTED()) return DROP_AT(shown);
     END_OF_INPUT();
   }
   WRITE_LOG(shown + TRIM(CONSOLE.INSTRING));
+  if (missing > 0) return STOP_FOR_ARGUMENT(missing);
   if (CONSOLE.CUT) WARNING("The line is longer than 255 characters: the rest of it is not read");
   STRIP_FRONT_BLANK(CONSOLE.INSTRING, CONSOLE.INSTRING_LEN);
   RECORD_LINE();

@@ -31,6 +31,9 @@ bool GET_INPUT_CMD(std::string_view prompt, const LINE_HELP& help = {});
 
 void CLEAR_INPUT();
 
+// Clears the input. What still stood behind the command is told, with the advice.
+void TELL_UNUSED(std::string_view advice);
+
 // Takes the first word off INSTRING; the rest is left-adjusted and stays pending.
 std::string TAKE_WORD();
 

@@ -89,17 +89,35 @@ std::string HOME_EXPANDED(std::string path) {
   return path;
 }
 
-// The pending text as a file name, blank when there is none in it. A name that must exist and
-// does not is tried with the extension, since its "." may be that of a folder: ../data/quartz
-std::string TAKE_NAME(const FILE_RECORD& file, const OPEN_REQUEST& request) {
-  const std::string typed = UNQUOTED(CONSOLE.INSTRING);
-  CLEAR_INPUT();
-  if (typed.empty()) return "";
+// The name that is meant: one that must exist and does not is tried with the extension, since its
+// "." may be that of a folder: ../data/quartz
+std::string MEANT_NAME(const std::string& typed, const FILE_RECORD& file, OPEN_MODE mode) {
   const std::string name = HOME_EXPANDED(WITH_EXTENSION(typed, file.EXT));
-  if (request.MODE != OPEN_MODE::OLD || FILE_EXISTS(name)) return name;
+  if (mode != OPEN_MODE::OLD || FILE_EXISTS(name)) return name;
   if (FILENAME(name).find('.') != std::string::npos) return name;
   const std::string extended = name + "." + file.EXT;
   return FILE_EXISTS(extended) ? extended : name;
+}
+
+// Leaves the name of a macro pending and takes the words behind it, which are its arguments. A file
+// that has the whole text as its name is that file.
+std::vector<std::string> TAKE_ARGUMENTS(const FILE_RECORD& file) {
+  std::vector<std::string> words = FILE_WORDS(CONSOLE.INSTRING);
+  const auto exists = [&file](const std::string& typed) {
+    return FILE_EXISTS(MEANT_NAME(UNQUOTED(typed), file, OPEN_MODE::OLD));
+  };
+  if (words.size() < 2 || exists(CONSOLE.INSTRING) || !exists(words.front())) return {};
+  CONSOLE.INSTRING = words.front();
+  CONSOLE.INSTRING_LEN = LENTRIM(CONSOLE.INSTRING);
+  words.erase(words.begin());
+  return words;
+}
+
+// The pending text as a file name, blank when there is none in it.
+std::string TAKE_NAME(const FILE_RECORD& file, const OPEN_REQUEST& request) {
+  const std::string typed = UNQUOTED(CONSOLE.INSTRING);
+  CLEAR_INPUT();
+  return typed.empty() ? "" : MEANT_NAME(typed, file, request.MODE);
 }
 
 // ---- kinds of files ----
@@ -296,6 +314,7 @@ namespace {
 // be asked for again unless it is given up.
 enum class OPENING { DONE, AGAIN, GIVEN_UP };
 OPENING OPEN_PENDING(FILE_RECORD& file, const OPEN_REQUEST& request) {
+  if (request.MACRO) CONSOLE.MACRO_ARGUMENTS = TAKE_ARGUMENTS(file);
   const std::string name = TAKE_NAME(file, request);
   const int lines = request.MODE == OPEN_MODE::APPEND ? LINES_IN(name) : 0;
   if (name.empty()) {

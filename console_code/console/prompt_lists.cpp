@@ -63,6 +63,27 @@ bool STORE_WORK_LIST(const WORK_LIST& work, int nmax, std::vector<int>& list) {
 
 // ---- choices ----
 
+// Whether a word, or its beginning, is one of those behind the first of an entry.
+bool GOES_ON_WITH(std::string_view entry, std::string_view word) {
+  constexpr std::size_t shortest = 3;  // a shorter word may be the label of a site
+  if (word.size() < shortest) return false;
+  std::string rest(entry);
+  CUT_WORD(rest);
+  while (!rest.empty())
+    if (BEGINS_WITH(CUT_WORD(rest), word)) return true;
+  return false;
+}
+
+// The entry may have been typed in full, as in LIST bond lengths: its other words go with the
+// first, and no question takes them for its answer.
+void TAKE_WORDS_OF(std::string_view entry) {
+  while (CONSOLE.BEHIND_COMMAND && CONSOLE.INSTRING_LEN > 0) {
+    std::string rest = CONSOLE.INSTRING;
+    if (!GOES_ON_WITH(entry, CUT_WORD(rest))) return;
+    TAKE_WORD();
+  }
+}
+
 void WRITE_SELECTIONS(std::string_view title, std::span<const std::string_view> list) {
   WRITE_OUT_BLANK(1);
   WRITE_OUT("     Possible selections for " + TRIM(title) + ":");
@@ -98,6 +119,8 @@ std::vector<int> GET_LIST(std::string_view prompt, int nmax) {
     }
     WORK_LIST work;
     if (!READ_WORK_LIST(nmax, work, one_shot)) {
+      WRITE_OUT("*****Type whole numbers from 1 to " + std::to_string(nmax) +
+                ", with blanks between them, or all");
       one_shot = false;
     } else if (work[0] <= 0) {
       WRITE_OUT("First input cannot be zero or negative - try again:");
@@ -136,7 +159,10 @@ int GET_LIST_SELECTION(std::string_view title, std::span<const std::string_view>
   if (list.empty()) return 0;
   if (use_pending) {
     const int choice = GET_LIST_INSTRING(list);
-    if (choice > 0) return choice;
+    if (choice > 0) {
+      TAKE_WORDS_OF(list[static_cast<std::size_t>(choice - 1)]);
+      return choice;
+    }
   }
   WRITE_SELECTIONS(title, list);
   while (true) {

@@ -44,10 +44,11 @@ struct COMMAND_ENTRY {
 // been started; files that are open are closed before.
 struct CONSOLE_STATE {
   // ---- pending input ----
-  std::string INSTRING;  // the current input line, or what is left of it
-  int INSTRING_LEN = 0;  // characters in use; 0: no input pending
-  bool CUT = false;      // the line that was read last was longer than INPUT_LENGTH
-  std::string INCOM;     // first word, upper case
+  std::string INSTRING;         // the current input line, or what is left of it
+  int INSTRING_LEN = 0;         // characters in use; 0: no input pending
+  bool BEHIND_COMMAND = false;  // what is pending stood behind the command on its line
+  bool CUT = false;             // the line that was read last was longer than INPUT_LENGTH
+  std::string INCOM;            // first word, upper case
 
   // ---- prompt ----
   std::string CMD_PROMPT;       // stem with version, "G_MARA-6.1>"
@@ -56,8 +57,9 @@ struct CONSOLE_STATE {
   int SYSTEM_MODE = 0;          // 1 while lines go to the operating system
 
   // ---- macro, log, reserved commands, mode ----
-  int MACRO_STATE = 0;  // 0 none, 1 replaying, -1 recording
-  int MACRO_CHAIN = 0;  // macros started since the user last typed a line
+  int MACRO_STATE = 0;                       // 0 none, 1 replaying, -1 recording
+  int MACRO_CHAIN = 0;                       // macros started since the user last typed a line
+  std::vector<std::string> MACRO_ARGUMENTS;  // words behind the name of the macro: $1, $2 ...
   FILE_RECORD MACRO_FILE;
   FILE_RECORD LOG_FILE;
   std::string LOG_PATH;      // of the log that was opened last, from the root

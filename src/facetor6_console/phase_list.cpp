@@ -5,6 +5,7 @@
 #include <exception>
 #include <utility>  // for move
 
+#include "console_code/console/input.h"
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
 #include "console_code/console/state.h"
@@ -124,6 +125,7 @@ int NUMPHASES_USED() {
 bool CHECK_NOPHASES() {
   if (NUMPHASES_USED() > 0) return false;
   WARNING("No datablocks with use flags set!");
+  CLEAR_INPUT();  // the command does nothing with what stands behind it
   return true;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "console_code/console/input.h"
 #include "console_code/console/open_file.h"
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
@@ -85,10 +86,28 @@ FILE_RECORD RECORD_OF_TYPE(int type) {
   return file;
 }
 
+// The names of files that stand where their type should are told, since the type is asked for.
+void TELL_WITHOUT_TYPE() {
+  const std::vector<std::string> words = FILE_WORDS(CONSOLE.INSTRING);
+  if (words.empty() || !IS_STRUCTURE_FILE(words.front())) return;
+  const bool output = L_CASE(words.front()).ends_with(".out");
+  WRITE_OUT("*****The type of the file comes first: READ " +
+            std::string(output ? "Crystal17" : "cif") + " " + AS_IT_IS(TRIM(CONSOLE.INSTRING)));
+  CLEAR_INPUT();
+}
+
+// What stands behind a type is a file, even if it is called as the menu goes on: Crystal17 out
+int CHOOSE_TYPE() {
+  const int type = GET_LIST_INSTRING(type_menu);
+  if (type > 0) return type;
+  TELL_WITHOUT_TYPE();
+  return GET_LIST_SELECTION("File type", type_menu);
+}
+
 CHOSEN_FILES CHOOSE_FILES() {
   while (true) {
     CHOSEN_FILES chosen;
-    chosen.TYPE = GET_LIST_SELECTION("File type", type_menu);
+    chosen.TYPE = CHOOSE_TYPE();
     if (chosen.TYPE <= 0) return {};
     if (chosen.TYPE == RFINE_FILE || chosen.TYPE == CCSL_FILE) {
       WRITE_OUT("|*****Reading of " +

@@ -29,7 +29,8 @@ TEST_F(RULES, ORDER_OF_THE_MACRO_COMMANDS_WHILE_RECORDING) {
   ANSWERED("RECORD first");
   EXPECT_NE(ANSWERED("ENDRECORD second").find("***** Macro recording intiated"), std::string::npos);
   EXPECT_EQ(CONSOLE.MACRO_FILE.NAME, "second.mcr");
-  EXPECT_EQ(ANSWERED("MACROEND second"), "***** Macro recording stopped\n");
+  EXPECT_EQ(ANSWERED("MACROEND second"),
+            "***** Macro recording stopped\n*****\"second\" behind the command is not used\n");
   EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
 }
 

@@ -180,6 +180,93 @@ TEST_F(MACROS, MACRO_WITHOUT_A_LINE_END_IS_ABORTED) {
   EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
 }
 
+// ---- arguments ----
+
+const std::string called = "\nG_MARA-6.1>";
+
+TEST_F(MACROS, WORDS_BEHIND_THE_NAME_STAND_FOR_DOLLAR_NUMBERS) {
+  PUT_FILE("run.mcr", "LIST $1 $2$1 $ $$ $0 $a 5$\nLIST $$2 $12\n");
+  EXPECT_EQ(COMMANDED("MACRO run \"P 1.cif\" x\n"), 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "P 1.cif xP 1.cif $ $$ $0 $a 5$");
+  EXPECT_TRUE(
+      said.ends_with("***** Running macro\n" + called + "LIST P 1.cif xP 1.cif $ $$ $0 $a 5$\n"))
+      << said;
+  CLEAR_INPUT();
+  EXPECT_EQ(COMMANDED(""), 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "$x P 1.cif2");  // nine at most, a digit each
+}
+
+TEST_F(MACROS, NAME_OF_A_MACRO_MAY_STAND_IN_QUOTES_OR_BE_THE_WHOLE_LINE) {
+  PUT_FILE("my run.mcr", "READ\n");
+  PUT_FILE("my.mcr", "LIST $1\n");
+  EXPECT_EQ(COMMANDED("MACRO my run\n"), 1);
+  EXPECT_EQ(COMMANDED("X\n"), -1);
+  EXPECT_EQ(COMMANDED("MACRO my walk\n"), 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "walk");
+  CLEAR_INPUT();
+  EXPECT_EQ(COMMANDED("X\n"), -1);
+  EXPECT_EQ(COMMANDED("MACRO \"my run\" walk\n"), 1);
+  EXPECT_EQ(CONSOLE.MACRO_ARGUMENTS, std::vector<std::string>{"walk"});
+}
+
+TEST_F(MACROS, NAME_AND_WORDS_MAY_BE_TYPED_AT_THE_PROMPT) {
+  PUT_FILE("run.mcr", "LIST $1\n");
+  EXPECT_EQ(COMMANDED("MACRO\nrun a.cif\n"), 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "a.cif");
+}
+
+TEST_F(MACROS, WORDS_OF_A_MACRO_GO_TO_ANOTHER_ONLY_IF_THEY_ARE_HANDED_ON) {
+  PUT_FILE("first.mcr", "MACRO second $2\n");
+  PUT_FILE("second.mcr", "LIST $1\nLIST $2\n");
+  EXPECT_EQ(COMMANDED("MACRO first a b\n"), 3);
+  EXPECT_EQ(CONSOLE.INSTRING, "b");
+  CLEAR_INPUT();
+  EXPECT_EQ(COMMANDED("X\n"), -1);
+  EXPECT_EQ(said, called + "LIST $2\n" +
+                      "*****The macro was given no word for $2: start it as MACRO second.mcr WORD1 "
+                      "WORD2\n***** Macro stopped\n" +
+                      called);
+}
+
+TEST_F(MACROS, MACRO_THAT_LACKS_A_WORD_STOPS_BEFORE_ITS_COMMAND) {
+  PUT_FILE("run.mcr", "LIST $1\nREAD\n");
+  EXPECT_EQ(
+      ANSWERED("MACRO run"),
+      OPENED_MACRO("run.mcr") + "***** Running macro\n" + called +
+          "LIST $1\n*****The macro was given no word for $1: start it as MACRO run.mcr WORD1\n"
+          "***** Macro stopped\n");
+  EXPECT_EQ(CONSOLE.MACRO_STATE, 0);
+  EXPECT_FALSE(CONSOLE.MACRO_FILE.OPEN);
+}
+
+TEST_F(MACROS, MACRO_THAT_LACKS_A_WORD_DROPS_THE_COMMAND_THAT_ASKS) {
+  PUT_FILE("run.mcr", "LOG\n$1\n");
+  EXPECT_EQ(COMMANDED("MACRO run\n"), 0);
+  EXPECT_TRUE(CONSOLE.DROPPED);
+  EXPECT_TRUE(
+      said.ends_with("LOG\n\n\n     Open Log file (*.log):$1\n"
+                     "*****The macro was given no word for $1: start it as MACRO run.mcr WORD1\n"
+                     "***** Macro stopped\n"))
+      << said;
+  EXPECT_FALSE(CONSOLE.LOG_FILE.OPEN);
+}
+
+TEST_F(MACROS, DOLLARS_OF_THE_SHELL_ARE_ITS_OWN) {
+  PUT_FILE("run.mcr", "SYS\nawk '{print $2}' $1 > out.txt\nPROG\nREAD\n");
+  PUT_FILE("a.txt", "1 one\n2 two\n");
+  EXPECT_EQ(COMMANDED("MACRO run a.txt\n"), 1);
+  EXPECT_EQ(TEXT_OF("out.txt"), "one\ntwo\n");
+}
+
+TEST_F(MACROS, LINE_THAT_ITS_WORDS_MAKE_TOO_LONG_IS_CUT_AND_TOLD) {
+  PUT_FILE("run.mcr", "LIST " + std::string(200, 'a') + " $1\n");
+  EXPECT_EQ(COMMANDED("MACRO run " + std::string(100, 'b') + "\n"), 3);
+  EXPECT_EQ(CONSOLE.INSTRING, std::string(200, 'a') + " " + std::string(49, 'b'));
+  EXPECT_TRUE(said.ends_with(
+      "\n*****WARNING: The line is longer than 255 characters: the rest of it is not read\n\n"))
+      << said;
+}
+
 // ---- macros that start one another ----
 
 const std::string endless =

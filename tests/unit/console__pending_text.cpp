@@ -37,6 +37,38 @@ TEST_F(PENDING, IS_LOST_AT_EVERY_PROMPT_FOR_VALUES_AND_TEXTS) {
   EXPECT_EQ(text, "typed");
 }
 
+// Text behind the command is told as it is lost, once; the line just read is not.
+TEST_F(PENDING, BEHIND_A_COMMAND_IS_TOLD_WHERE_IT_IS_NOT_USED) {
+  const auto ask = [] {
+    GET_ANSWER("Sort by P or T?", 'P', 'T', "P");
+    GET_ANSWER("Sort increasing or decreasing?", 'I', 'D', "I");
+  };
+  PEND("P D");
+  CONSOLE.BEHIND_COMMAND = true;
+  EXPECT_EQ(SAID("T\nD\n", ask),
+            "*****\"P D\" behind the command is not used: answer the question\n"
+            "Sort by P or T? (P/T) <P>?Sort increasing or decreasing? (I/D) <I>?");
+  PEND("P D");
+  EXPECT_EQ(SAID("T\nD\n", ask),
+            "Sort by P or T? (P/T) <P>?Sort increasing or decreasing? (I/D) <I>?");
+}
+
+TEST_F(PENDING, OTHER_WORDS_OF_AN_ENTRY_GO_WITH_ITS_FIRST) {
+  constexpr std::array<std::string_view, 2> menu{"bond lengths", "angles between bonds"};
+  const auto left_of = [&menu](const std::string& typed, int choice) {
+    PEND(typed);
+    CONSOLE.BEHIND_COMMAND = true;
+    EXPECT_EQ(GET_LIST_SELECTION("Table", menu), choice) << typed;
+    return CONSOLE.INSTRING;
+  };
+  EXPECT_EQ(left_of("bond lengths", 1), "");
+  EXPECT_EQ(left_of("b LENGTH Fe1", 1), "Fe1");
+  EXPECT_EQ(left_of("angles bonds B1", 2), "B1");
+  EXPECT_EQ(left_of("angles B between", 2),
+            "B between");  // a site; a beginning needs three letters
+  EXPECT_EQ(left_of("bond lengthsx", 1), "lengthsx");
+}
+
 // So that callers can tell a blank answer from a zero.
 TEST_F(PENDING, IS_THE_LINE_JUST_READ_BEHIND_VALUES_AND_RANGES) {
   float low = 9.0f;
@@ -64,8 +96,10 @@ TEST_F(PENDING, LINES_OF_A_LIST_EACH_BEGIN_WITH_A_POSITIVE_NUMBER) {
       SAID("2 3\n-5\n0 4\nabc\n7\n\n", [&list] { list = GET_LIST("List:", 10); });
   EXPECT_EQ(list, (std::vector<int>{2, 3, 7}));
   const std::string refused = "First input cannot be zero or negative - try again:\n";
-  EXPECT_TRUE(
-      said.ends_with("\nList:\nList:" + refused + "\nList:" + refused + "\nList:\nList:\nList:"))
+  EXPECT_TRUE(said.ends_with(
+      "\nList:\nList:" + refused + "\nList:" + refused +
+      "\nList:*****Type whole numbers from 1 to 10, with blanks between them, or all\n"
+      "\nList:\nList:"))
       << said;
 }
 

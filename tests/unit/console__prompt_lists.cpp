@@ -117,17 +117,22 @@ TEST_F(LISTS, FAULT_IN_A_PENDING_LIST_GOES_ON_AT_THE_PROMPT_WITHOUT_THE_HINT) {
   EXPECT_EQ(LISTED_PENDING("1 11", 10, "2\n\n"), (NUMBERS{1, 2}));
   EXPECT_EQ(said, "Input exceeds max number of data - try again:\n\nList:\nList:");
   EXPECT_EQ(LISTED_PENDING("abc", 10, "2\n\n"), NUMBERS{2});
-  EXPECT_EQ(said, "\nList:\nList:");
+  EXPECT_EQ(
+      said,
+      "*****Type whole numbers from 1 to 10, with blanks between them, or all\n\nList:\nList:");
   EXPECT_EQ(LISTED_PENDING("0", 10, "2\n\n"), NUMBERS{2});
 }
 
-TEST_F(LISTS, WHAT_IS_NO_WHOLE_NUMBER_IS_ASKED_FOR_AGAIN_WITHOUT_A_MESSAGE) {
+TEST_F(LISTS, WHAT_IS_NO_WHOLE_NUMBER_IS_ASKED_FOR_AGAIN) {
   for (const std::string& line :
        {std::string("abc"), std::string("1.5"), std::string("1e999"), std::string("nan"),
         std::string("99999999999999999999"), std::string(255, 'x'), std::string("\x01y\x02"),
         std::string("4-7")}) {
     EXPECT_EQ(LISTED(line + "\n2\n\n", 10), NUMBERS{2}) << line;
-    EXPECT_EQ(said, hint + "\nList:\nList:\nList:") << line;
+    EXPECT_EQ(said, hint +
+                        "\nList:*****Type whole numbers from 1 to 10, with blanks between them, or "
+                        "all\n\nList:\nList:")
+        << line;
   }
 }
 

@@ -1,0 +1,10 @@
+CLEAR
+READ cif $1
+Y
+SET dmin
+$2 $3
+CALC poly
+
+0
+TABLE bond $4
+
