@@ -20,7 +20,7 @@ cmake --build build --parallel "$(nproc)" --target gemmara readings \
 
 program=$PWD/build/gemmara
 results=$PWD/build/judges
-mkdir -p "$results"
+mkdir -p "$results/angles"
 python=/usr/bin/python3
 faults=0
 
@@ -39,7 +39,7 @@ tested() { "build/tests/$1_tests" "$1__$2"; }
 judge neighbours "neighbours in 230 groups, by plain loops over all cells" tested kva_crystal_structures every_neighbour
 judge search "distances, by plain loops" tested kva_crystal_structures search_judge
 judge groups "space groups and Hall symbols, by gemmi" tested xtal space_groups
-judge angles "angles and their esds, by 20,000 draws" $python -B tests/judges/angle_esds.py "$program"
+judge angles "angles and their esds, by 20,000 draws" env -C "$results/angles" $python -B "$PWD/tests/judges/angle_esds.py" "$program"
 judge measures "measures and their esds, by numpy and 20,000 draws" tested facetor6_commands measure_judged
 judge published "measures of published structures, images by numpy" $python -B tests/judges/measure_published.py "$program" "$samples"
 judge printed "distances, angles and torsions that CIFs print" $python -B tests/judges/measure_loops.py "$program" "${folders[@]}"
