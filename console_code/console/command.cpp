@@ -194,7 +194,9 @@ void RUN_BUILT_IN(BUILT_IN built_in) {
 
 // A line of the system mode.
 void RUN_SYSTEM_LINE() {
-  if (CONSOLE.INCOM.find("PROG") != std::string::npos)
+  if (CONSOLE.CUT)
+    WRITE_OUT("*****The command does not fit on a line: nothing is run");
+  else if (CONSOLE.INCOM.find("PROG") != std::string::npos)
     LEAVE_SYSTEM_MODE();
   else
     RUN_SYSTEM_COMMAND(CONSOLE.INSTRING, "System command returned an error");

@@ -227,6 +227,14 @@ TEST_F(INTERPRETER, SYSTEM_MODE_PASSES_WHOLE_LINES_TO_THE_SHELL_UNTIL_PROG) {
   EXPECT_EQ(CONSOLE.SYSTEM_MODE, 0);
 }
 
+TEST_F(INTERPRETER, SYSTEM_MODE_DOES_NOT_RUN_HALF_A_LINE) {
+  COMMANDED("SYS\ntouch made " + std::string(250, 'x') + "\nPROG\nX\n");
+  EXPECT_FALSE(fs::exists("made"));
+  EXPECT_NE(said.find("\n\n*****The command does not fit on a line: nothing is run\n\nSYSTEM>"),
+            std::string::npos)
+      << said;
+}
+
 TEST_F(INTERPRETER, SYSTEM_MODE_KNOWS_NO_COMMANDS_BUT_CD) {
   COMMANDED("system\ntrue EXIT\ncd home\nprog\nX\n");
   EXPECT_EQ(icom, -1);
