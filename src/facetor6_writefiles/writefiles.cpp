@@ -30,10 +30,11 @@ constexpr int nothing_wanted = -1;
 
 // ---- one data block ----
 
-// The name of a block, which no other in the file has.
+// The name of a block, which no other in the file has. Such a name has printable ASCII alone.
 std::string BLOCK_NAME(const std::string& title, NAMES_TAKEN& taken) {
   std::string name = TRIM(title);
-  REPLACE_CHAR(name, ' ', '_');
+  for (char& c : name)
+    if (c <= ' ' || c > '~') c = '_';
   return UNIQUE_NAME(name, taken, TITLE_LENGTH);
 }
 

@@ -400,6 +400,13 @@ TEST_F(WRITE, NO_TWO_BLOCKS_OF_A_FILE_HAVE_ONE_NAME) {
   EXPECT_EQ(names(), "QUARTZ_2 quartz Quartz_3 other quartz_4 Quartz_5 other_2 ");
 }
 
+// The name of a CIF's block is printable ASCII; other readers stop at anything else.
+TEST_F(WRITE, NAMES_OF_BLOCKS_ARE_PRINTABLE_ASCII) {
+  ADD("\xC3\x96l\t1~!");
+  DIALOGUE("y\n");
+  EXPECT_NE(FILE_TEXT().find("\ndata___l_1~!\n"), std::string::npos) << FILE_TEXT();
+}
+
 // ---- what was on disk ----
 
 TEST_F(WRITE, A_NO_OR_A_BLANK_WRITES_NOTHING_AND_LEAVES_NO_FILE) {
