@@ -212,13 +212,25 @@ CURVE WEIGHTED_CURVE(const POINTS& points, COLUMN& variances, const SCALE& scale
 
 // ---- the result ----
 
+double LARGEST_ORDINATE(const POINTS& points) {
+  double largest = 0.0;
+  for (const FIT_POINT& point : points) largest = std::max(largest, std::abs(point.Y));
+  return largest;
+}
+
 // Of the points about the curve; what is left by rounding alone is none.
 double SCATTER(const POINTS& points, double reduced) {
   constexpr double rounding = 1e-12;
-  double largest = 0.0;
-  for (const FIT_POINT& point : points) largest = std::max(largest, std::abs(point.Y));
   const double scatter = std::sqrt(reduced);
-  return scatter < rounding * largest ? 0.0 : scatter;
+  return scatter < rounding * LARGEST_ORDINATE(points) ? 0.0 : scatter;
+}
+
+// Points on a level line, or on a straight one for a parabola, have no slope or square but what
+// rounding leaves.
+void TAKE_ROUNDING_OFF(const POINTS& points, CURVE& curve) {
+  constexpr double rounding = 1e-14;
+  for (std::size_t k = 1; k < curve.TERMS_USED; ++k)
+    if (std::abs(curve.C[k]) < rounding * LARGEST_ORDINATE(points)) curve.C[k] = 0.0;
 }
 
 FIT_FAILURE FAILURE_OF(const POINTS& points, FIT_CURVE curve) {
@@ -287,8 +299,9 @@ LINE_FIT FIT_POINTS(std::span<const FIT_POINT> given, double at, FIT_CURVE curve
   const SCALE scale = SCALE_OF(points);
   const std::size_t terms = TERMS_OF(curve);
   COLUMN variances(points.size(), 1.0);
-  const CURVE found = fit.WEIGHTED ? WEIGHTED_CURVE(points, variances, scale, terms)
-                                   : LEAST_SQUARES(points, variances, scale, terms);
+  CURVE found = fit.WEIGHTED ? WEIGHTED_CURVE(points, variances, scale, terms)
+                             : LEAST_SQUARES(points, variances, scale, terms);
+  TAKE_ROUNDING_OFF(points, found);
   const double reduced = SUM_OF_SQUARES(points, variances, scale, found) /
                          (static_cast<double>(fit.N) - static_cast<double>(terms));
   fit.CHI_SQUARE = fit.WEIGHTED ? reduced : none;

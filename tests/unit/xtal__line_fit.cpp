@@ -111,6 +111,20 @@ TEST(LINE_FIT, ROUNDING_IS_NO_SCATTER) {
   EXPECT_EQ(fit.AT.ESD, 0.0);
 }
 
+// An angle of 180 that symmetry fixes, at the pressures of eleven blocks.
+TEST(LINE_FIT, ROUNDING_IS_NO_SLOPE) {
+  POINTS points;
+  for (const double x : {8.0, 13.0, 18.0, 23.0, 28.0, 33.0, 38.0, 43.0, 48.0, 53.0, 60.0})
+    points.push_back({x, 0.0, 180.0, 0.0});
+  for (const FIT_CURVE curve : {FIT_CURVE::LINE, FIT_CURVE::PARABOLA}) {
+    const LINE_FIT fit = FIT_POINTS(points, 8.0, curve);
+    EXPECT_WITHIN(fit.AT.VALUE, 180.0, "value");
+    EXPECT_EQ(fit.SLOPE.VALUE, 0.0);
+    EXPECT_EQ(fit.RELATIVE.VALUE, 0.0);
+    EXPECT_EQ(fit.SECOND.VALUE, 0.0);
+  }
+}
+
 TEST(LINE_FIT, ONE_POINT_WITHOUT_AN_ESD_MAKES_ALL_WEIGHTS_EQUAL) {
   POINTS points = BOND;
   points[2].Y_ESD = 0.0;
