@@ -65,12 +65,13 @@ bool STORE_WORK_LIST(const WORK_LIST& work, int nmax, std::vector<int>& list) {
 
 // Whether a word, or its beginning, is one of those behind the first of an entry.
 bool GOES_ON_WITH(std::string_view entry, std::string_view word) {
-  constexpr std::size_t shortest = 3;  // a shorter word may be the label of a site
-  if (word.size() < shortest) return false;
+  constexpr std::size_t shortest = 3;  // a shorter beginning may be the label of a site
   std::string rest(entry);
   CUT_WORD(rest);
-  while (!rest.empty())
-    if (BEGINS_WITH(CUT_WORD(rest), word)) return true;
+  while (!rest.empty()) {
+    const std::string next = CUT_WORD(rest);
+    if (EQUAL_TEXT(next, word) || (word.size() >= shortest && BEGINS_WITH(next, word))) return true;
+  }
   return false;
 }
 

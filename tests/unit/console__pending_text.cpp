@@ -54,7 +54,8 @@ TEST_F(PENDING, BEHIND_A_COMMAND_IS_TOLD_WHERE_IT_IS_NOT_USED) {
 }
 
 TEST_F(PENDING, OTHER_WORDS_OF_AN_ENTRY_GO_WITH_ITS_FIRST) {
-  constexpr std::array<std::string_view, 2> menu{"bond lengths", "angles between bonds"};
+  constexpr std::array<std::string_view, 3> menu{"bond lengths", "angles between bonds",
+                                                 "valences of bonds"};
   const auto left_of = [&menu](const std::string& typed, int choice) {
     PEND(typed);
     CONSOLE.BEHIND_COMMAND = true;
@@ -67,6 +68,8 @@ TEST_F(PENDING, OTHER_WORDS_OF_AN_ENTRY_GO_WITH_ITS_FIRST) {
   EXPECT_EQ(left_of("angles B between", 2),
             "B between");  // a site; a beginning needs three letters
   EXPECT_EQ(left_of("bond lengthsx", 1), "lengthsx");
+  EXPECT_EQ(left_of("valences of bonds Ca", 3), "Ca");
+  EXPECT_EQ(left_of("valences o bonds", 3), "o bonds");
 }
 
 // So that callers can tell a blank answer from a zero.
