@@ -3,8 +3,10 @@
 #include <array>
 #include <cmath>  // for abs
 #include <span>
+#include <utility>  // for move
 
 #include "console_code/console/output.h"
+#include "console_code/console/tables.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/phase_list.h"
@@ -56,16 +58,20 @@ bool HAS_MARKS(const CRYSTAL_STRUCTURE_TYPE& phase) {
 
 // Names of the atoms of a block, ten a line, with their scattering factors below if wanted.
 void WRITE_NAMES(const CRYSTAL_STRUCTURE_TYPE& phase, bool with_factors) {
+  constexpr int names_at = 46;
   const int width = NAME_WIDTH(phase);
   for (int first = 1; first <= phase.NATOMS; first += names_per_line) {
-    std::string names = "                                  Site name: ";
-    std::string factors = "                          Scattering factor: ";
+    FIELD_LINE names{{1, 35, "Site name:"}};
+    FIELD_LINE factors{{1, 27, "Scattering factor:"}};
     for (int i = first; i < std::min(first + names_per_line, phase.NATOMS + 1); ++i) {
-      names += TEXT_COLUMNS(MARKED_NAME(phase, i), width);
-      factors += TEXT_COLUMNS(phase.ATOM(i).SFACSYMB, width);
+      const int column = i - first + 2;
+      const int at = names_at + (i - first) * width;
+      names.push_back({column, at, TRIM(MARKED_NAME(phase, i))});
+      factors.push_back({column, at, TRIM(phase.ATOM(i).SFACSYMB)});
     }
-    WRITE_OUT(AS_IT_IS(names));
-    if (with_factors) WRITE_OUT(AS_IT_IS(factors));
+    std::vector<FIELD_LINE> table{std::move(names)};
+    if (with_factors) table.push_back(std::move(factors));
+    WRITE_TABLE(std::move(table), 2);
   }
 }
 

@@ -108,6 +108,28 @@ TEST_F(TERMINAL, A_WIDE_TABLE_IS_SHOWN_IN_PANELS_AND_LOGGED_WHOLE) {
       std::string::npos);
 }
 
+// The fourth name of gypsum would end in column 71.
+TEST_F(TERMINAL, NAMES_OF_SITES_ARE_SHOWN_IN_PANELS_AND_LOGGED_WHOLE) {
+  fs::copy(fs::path(PLACES::SOURCE()) / "examples/gypsum-pressure/gypsum.cif", work / "gypsum.cif");
+  const PSEUDO_TERMINAL terminal = OPEN_TERMINAL(70);
+  if (terminal.MASTER < 0) GTEST_SKIP() << "no pseudo terminal here";
+  ::setenv("TERM", "dumb", 1);
+  PUT_FILE(work / "names.mcr", "LOG names\nREAD cif gypsum.cif\nY\nLIST site names\nEXIT\n");
+  START(terminal.SLAVE, ::fcntl(terminal.SLAVE, F_DUPFD_CLOEXEC, 3), our_own);
+  TYPE_ON(terminal.MASTER, "MACRO names\n");
+  std::string said;
+  READ_ON(terminal.MASTER, said);
+  ::close(terminal.MASTER);
+  EXPECT_GOOD_END();
+  std::erase(said, '\r');
+  const std::string start = std::string(34, ' ') + "Site name: ";
+  EXPECT_NE(said.find("\n" + start + "Ca      S       O1\n\n" + start + "O2      OW\n"),
+            std::string::npos)
+      << said;
+  EXPECT_NE(TEXT_OF(work / "names.log").find("\n" + start + "Ca      S       O1      O2      OW\n"),
+            std::string::npos);
+}
+
 // ---- interrupts ----
 
 class INTERRUPTED : public STARTED {
