@@ -431,7 +431,7 @@ std::vector<NAMED_FILE> FIND_SEVERAL(const std::string& typed, std::string_view 
   for (const std::string& word : FILE_WORDS(typed)) {
     const std::vector<NAMED_FILE> files = FILES_NAMED(word, ext);
     if (files.empty()) {
-      WRITE_OUT("*****No file fits " + AS_IT_IS(word));
+      WRITE_OUT("*****No file fits " + AS_IT_IS(word) + ": DIR shows the names");
       return {};
     }
     all.insert(all.end(), files.begin(), files.end());

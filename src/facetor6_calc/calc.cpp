@@ -105,7 +105,7 @@ bool RUN_FACETOR_CALC_BONDS() {
     return true;
   }
   CLEAR_FACETOR_BONDS();
-  WARNING("The calculation was stopped: there are no bond lengths");
+  WARNING("The calculation was stopped: there are no bond lengths until CALC is run again");
   return false;
 }
 

@@ -158,7 +158,7 @@ void REPORT_SYMMETRY_FAULT(const SYMMETRY& symmetry, const CIF_BLOCK& block) {
     case SYMMETRY_FAULT::BARE_OPERATORS_DISAGREE:
       return WARNING("The operators in CIF block #" + number +
                      " are not read, as they are not in quotes, but they do not agree with the HM "
-                     "symbol");
+                     "symbol: READ full reads them");
   }
 }
 
@@ -188,7 +188,7 @@ void WARN_OF_LOOP_ORDER(const FILE_LINES& flines, const CIF_BLOCK& block) {
   if (first == 0 || !BEGINS_WITH(flines(first), "_atom_site_aniso_")) return;
   if (FINDLINE(flines, "_atom_site_fract_", first, block.END) == 0) return;
   WARNING("The loop of displacement parameters stands before that of the sites " +
-          BLOCK_WORDS(block) + ": the atoms are not read rightly");
+          BLOCK_WORDS(block) + ": the atoms are not read rightly, READ full reads them");
 }
 
 void READ_ATOMS(const FILE_LINES& flines, const CIF_BLOCK& block, CRYSTAL_STRUCTURE_TYPE& phase) {

@@ -160,7 +160,7 @@ void READ_GROUP(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
   // The output counts from the second origin, and so does a number or a symbol without a setting.
   XTAL::SET_SPACEGROUP(symbol, phase.SPG);
   while (XTAL::ERR_SYMM) {
-    WARNING("Space group " + symbol + " is not known");
+    WARNING("Space group " + symbol + " is not known: a number from 1 to 230 or a symbol is");
     symbol = ASK_FOR_GROUP();
     XTAL::SET_SPACEGROUP(symbol, phase.SPG);
   }

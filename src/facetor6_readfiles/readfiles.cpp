@@ -245,7 +245,7 @@ void READ_INTO_SERIES(int type, const NAMED_FILE& named, bool alone, SERIES& ser
   const std::string message = READ_CONTENTS(type, file, contents);
   if (!message.empty()) return WRITE_OUT(message + ", it is left out");
   if (type == CRYSTAL_FILE && !alone && !TELLS_GROUP(contents.LINES))
-    return WRITE_OUT("*****The file does not tell its space group, it is left out");
+    return WRITE_OUT("*****The file does not tell its space group, it is left out: read it alone");
   STRUCTURE_LIST newx;
   int nblocks = 0;
   READ_BLOCKS(type, contents, named.NUMBERS, newx, nblocks);

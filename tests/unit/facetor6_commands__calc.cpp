@@ -145,7 +145,8 @@ TEST_F(CALCULATION, AN_INTERRUPTED_CALCULATION_LEAVES_NO_BONDS) {
     RUN_FACETOR_CALC();
   });
   const std::string stopped =
-      "\n*****WARNING: The calculation was stopped: there are no bond lengths\n\n";
+      "\n*****WARNING: The calculation was stopped: there are no bond lengths until CALC is run "
+      "again\n\n";
   EXPECT_TRUE(said.ends_with(stopped)) << "and the command ends: " << said;
   EXPECT_EQ(PHASE(1).NBONDS(1), 0);
   EXPECT_EQ(PHASE(1).NBONDS(2), 0);

@@ -218,7 +218,7 @@ const std::vector<ODD_FILE> odd_files{
       FULL_READS("another space group (P -1)")}},
     {"operators_without_quotes",
      {warning + "The operators in CIF block #  1 are not read, as they are not in quotes, but they "
-                "do not agree with the HM symbol",
+                "do not agree with the HM symbol: READ full reads them",
       FULL_READS("another space group (P -1)")}},
     {"operator_unknown_letter", {}, 1, 2, 2, "P -1"},
     {"operators_empty", {}, 1, 2, 2, "P -1"},
@@ -268,7 +268,7 @@ const std::vector<ODD_FILE> odd_files{
     {"iso_huge", {}},
     {"aniso_before_sites",
      {warning + "The loop of displacement parameters stands before that of the sites" + in_block_1 +
-          ": the atoms are not read rightly",
+          ": the atoms are not read rightly, READ full reads them",
       FULL_READS("2 sites (not 1)")},
      1,
      1,

@@ -214,12 +214,14 @@ TEST_F(CRYSTAL_OUTPUT, A_BLANK_ANSWER_MEANS_NO_SYMMETRY) {
 }
 
 TEST_F(CRYSTAL_OUTPUT, AN_UNKNOWN_GROUP_IS_ASKED_FOR_AGAIN) {
+  const std::string range = ": a number from 1 to 230 or a symbol is";
   EXPECT_EQ(READ(banner + periclase, "231\nF q q q\n225\n"),
-            no_group + group_prompt + WARNED("Space group 231 is not known") + group_prompt +
-                WARNED("Space group F q q q is not known") + group_prompt + no_modes);
+            no_group + group_prompt + WARNED("Space group 231 is not known" + range) +
+                group_prompt + WARNED("Space group F q q q is not known" + range) + group_prompt +
+                no_modes);
   EXPECT_EQ(phase.SPG.NUMSPG, 225);
   EXPECT_EQ(READ(banner + " SPACE  GROUP  N.                     :  999\n" + periclase, "225\n"),
-            WARNED("Space group 999 is not known") + group_prompt + no_modes);
+            WARNED("Space group 999 is not known" + range) + group_prompt + no_modes);
 }
 
 // Diamond: the carbon lies at 1/8,1/8,1/8 with the second origin, at 0,0,0 with the first.

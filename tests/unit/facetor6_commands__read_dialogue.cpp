@@ -370,7 +370,7 @@ TEST_F(READ_DIALOGUE, OPERATORS_WITHOUT_QUOTES_THAT_CONTRADICT_THE_SYMBOL_ARE_TO
   };
   const std::string told = WARNED(
       "The operators in CIF block #  1 are not read, as they are not in quotes, but they do not "
-      "agree with the HM symbol");
+      "agree with the HM symbol: READ full reads them");
   const std::string rest = found + "  1: one                   298.0   0.000\n" + question +
                            loaded + "  1: one           : 298.0   0.000         1\n";
   // P 21 with its axis at x = 1/4.
@@ -406,7 +406,7 @@ TEST_F(READ_DIALOGUE, DISPLACEMENTS_BEFORE_THE_SITES_ARE_TOLD) {
   EXPECT_TRUE(READ("data_one\n" + p1 + cell + aniso + atoms)
                   .starts_with(WARNED("The loop of displacement parameters stands before that of "
                                       "the sites in block #  1 in the cif: the atoms are not read "
-                                      "rightly")));
+                                      "rightly, READ full reads them")));
   INIT_PHASE_LIST();
   EXPECT_TRUE(READ("data_one\n" + p1 + cell + atoms + aniso).starts_with(found));
   INIT_PHASE_LIST();
