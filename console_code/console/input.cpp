@@ -2,6 +2,7 @@
 // Nothing else in the program reads the console.
 #include "console_code/console/input.h"
 
+#include <algorithm>
 #include <cstdlib>  // for exit
 #include <iostream>
 #include <utility>  // for move
@@ -92,9 +93,10 @@ void READ_MACRO_LINE(const std::string& prompt, int& missing) {
 }
 
 void RECORD_LINE() {
-  if (CONSOLE.MACRO_STATE != -1 || !CONSOLE.MACRO_FILE.OPEN ||
-      WRITE_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING))
-    return;
+  if (CONSOLE.MACRO_STATE != -1 || !CONSOLE.MACRO_FILE.OPEN) return;
+  CONSOLE.LAST_ANSWER = {UNIT_POSITION(CONSOLE.MACRO_FILE.UNIT), CONSOLE.INSTRING,
+                         CONSOLE.INSTRING};
+  if (WRITE_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING)) return;
   CONSOLE.MACRO_STATE = 0;
   WRITE_OUT("***** Macro recording stopped because " + AS_IT_IS(CONSOLE.MACRO_FILE.NAME) +
             " cannot be written");
@@ -163,6 +165,19 @@ void DROP_COMMAND() {
   CONSOLE.DROPPED = true;
   if (CONSOLE.MACRO_STATE != -1 || !CUT_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.RECORDED)) return;
   for (const std::string& line : CONSOLE.LEAVING) WRITE_UNIT(CONSOLE.MACRO_FILE.UNIT, line);
+}
+
+void REFUSE_ANSWER() {
+  if (CONSOLE.MACRO_STATE == 1) return DROP_COMMAND();
+  TYPED_ANSWER& answer = CONSOLE.LAST_ANSWER;
+  if (CONSOLE.MACRO_STATE != -1 || !CUT_UNIT(CONSOLE.MACRO_FILE.UNIT, answer.BEFORE_LINE)) return;
+  const std::size_t before = answer.LINE.size() - std::min(answer.LINE.size(), answer.TEXT.size());
+  answer.LINE = TRIM(answer.LINE.substr(0, before));
+  if (!answer.LINE.empty()) WRITE_UNIT(CONSOLE.MACRO_FILE.UNIT, answer.LINE);
+}
+
+void MARK_ANSWER() {
+  CONSOLE.LAST_ANSWER.TEXT = CONSOLE.INSTRING;
 }
 
 void KEEP_RECORDED(std::vector<std::string> leaving) {

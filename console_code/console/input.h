@@ -19,6 +19,14 @@ void GET_INPUT(std::string_view prompt, const LINE_HELP& help = {});
 // Drops the command that runs, and takes its lines out of the macro that is recorded.
 void DROP_COMMAND();
 
+// The answer that was marked last is refused, and the question asked again. A macro has no other
+// answer, so its command is dropped; one that is recorded loses what was refused, so that its next
+// line answers when it is replayed.
+void REFUSE_ANSWER();
+
+// What is pending is the next answer: a line that was read, or the rest of a command's line.
+void MARK_ANSWER();
+
 // A step of the command that runs is done: what is recorded of it so far stays when it is dropped,
 // with the lines behind it that lead back to the main prompt.
 void KEEP_RECORDED(std::vector<std::string> leaving);

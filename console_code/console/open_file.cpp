@@ -116,6 +116,7 @@ std::vector<std::string> TAKE_ARGUMENTS(const FILE_RECORD& file) {
 // The pending text as a file name, blank when there is none in it.
 std::string TAKE_NAME(const FILE_RECORD& file, const OPEN_REQUEST& request) {
   const std::string typed = UNQUOTED(CONSOLE.INSTRING);
+  MARK_ANSWER();
   CLEAR_INPUT();
   return typed.empty() ? "" : MEANT_NAME(typed, file, request.MODE);
 }
@@ -323,7 +324,7 @@ OPENING OPEN_PENDING(FILE_RECORD& file, const OPEN_REQUEST& request) {
     WRITE_OUT("*****The file " + AS_IT_IS(name) + " is of another kind");
     const bool ended = !CONSOLE.MACRO_FILE.OPEN;  // by RECORD, which says more
     if (CONSOLE.MACRO_STATE == 1 && ended) return OPENING::GIVEN_UP;
-    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+    REFUSE_ANSWER();
   } else if (request.MACRO && IS_CIF(name)) {
     WRITE_OUT("*****This is a CIF, not a macro: READ cif reads it");
     return OPENING::GIVEN_UP;
@@ -389,7 +390,7 @@ std::string NAME_OF_NEW_FILE(const FILE_RECORD& file) {
     const std::string reason = REASON_AGAINST(name, file.EXT);
     if (reason.empty()) return name;
     WRITE_OUT(reason);
-    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+    REFUSE_ANSWER();
   }
   return "";
 }
@@ -406,8 +407,15 @@ bool MAY_REPLACE(const std::vector<std::string>& names) {
     return true;
   }
   WRITE_OUT(count == 1 ? "*****File " + existing + " exists" : "*****Files " + existing + " exist");
-  return GET_ANSWER_YN("Do you want to overwrite " + std::string(count == 1 ? "it" : "them"),
-                       "N") == 'Y';
+  const TYPED_ANSWER name = CONSOLE.LAST_ANSWER;
+  const char answer =
+      GET_ANSWER_YN("Do you want to overwrite " + std::string(count == 1 ? "it" : "them"), "N");
+  if (CONSOLE.DROPPED) return false;
+  // A macro is not asked.
+  REFUSE_ANSWER();
+  CONSOLE.LAST_ANSWER = name;
+  if (answer != 'Y') REFUSE_ANSWER();
+  return answer == 'Y';
 }
 
 // ---- several files ----

@@ -40,6 +40,13 @@ struct COMMAND_ENTRY {
   std::span<const std::string_view> MENU = {};  // entries that may follow on the line
 };
 
+// Where an answer stands in the macro that is recorded.
+struct TYPED_ANSWER {
+  long BEFORE_LINE = 0;  // bytes of the macro before the line
+  std::string LINE;      // the line that was read last
+  std::string TEXT;      // its end, from where the answer begins
+};
+
 // All that changes while the console runs. CONSOLE = CONSOLE_STATE{} is a console that has just
 // been started; files that are open are closed before.
 struct CONSOLE_STATE {
@@ -67,7 +74,8 @@ struct CONSOLE_STATE {
   int OPERATION_MODE = 0;    // 0 default, 1 expert, 2 debug; -1 disables MODE
 
   // ---- a command that was dropped ----
-  bool DROPPED = false;        // to the next main prompt nothing is asked, said or applied
+  bool DROPPED = false;  // to the next main prompt nothing is asked, said or applied
+  TYPED_ANSWER LAST_ANSWER;
   bool DROPPED_BLANK = false;  // nothing had been typed on the line at which it was dropped
   long RECORDED = 0;           // bytes of the recorded macro that stay when a command is dropped
   std::vector<std::string> LEAVING;  // lines that lead back to the main prompt behind them

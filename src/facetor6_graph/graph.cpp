@@ -180,7 +180,7 @@ GRAPH_FILES ASK_FILES() {
     const GRAPH_FILES files{name, stem + ".csv", stem + ".gp"};
     if (KIND_OF(name) == PICTURE::TERMINAL) {
       WRITE_OUT("*****A graph is a svg, pdf or png: choose one of these extensions");
-      if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+      REFUSE_ANSWER();
     } else if (MAY_REPLACE({files.SHEET, files.SCRIPT, files.PICTURE})) {
       return files;
     }

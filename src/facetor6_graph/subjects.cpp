@@ -92,7 +92,7 @@ std::vector<std::size_t> ASK_MEASURES() {
     if (CONSOLE.INSTRING_LEN == 0) return measures;
     WRITE_OUT(AS_IT_IS(MISSING_MEASURE(TAKE_WORD())));
     CLEAR_INPUT();
-    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+    REFUSE_ANSWER();
   }
 }
 
@@ -179,6 +179,7 @@ ABSCISSA_CHOICE ASK_ABSCISSA(bool with_curve) {
       if (CONSOLE.DROPPED) return {};
       if (CONSOLE.INSTRING_LEN == 0) return {usual};
     }
+    MARK_ANSWER();
     ABSCISSA_CHOICE choice = CHOICE_OF(TAKE_WORD());
     if (with_curve) choice.PARABOLA = TAKE_CURVE();
     const bool understood = CONSOLE.INSTRING_LEN == 0 || more_may_follow;
@@ -187,7 +188,7 @@ ABSCISSA_CHOICE ASK_ABSCISSA(bool with_curve) {
                          : "*****Answer P, T or the name of a measure");
     CLEAR_INPUT();
     more_may_follow = false;
-    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+    REFUSE_ANSWER();
   }
 }
 

@@ -154,9 +154,10 @@ SITE_ANSWER ASK_SITES() {
 }
 
 std::vector<int> ASK_SITES_ONCE() {
+  MARK_ANSWER();
   SITE_ANSWER answer = CONSOLE.INSTRING_LEN > 0 ? SITES_NAMED(TAKE_WORD()) : ASK_SITES();
   while (!answer.NONE_WANTED && answer.SITES.empty()) {
-    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+    REFUSE_ANSWER();
     answer = ASK_SITES();
   }
   return answer.SITES;

@@ -209,7 +209,7 @@ bool OPEN_SHEET(SHEET_FILE& file) {
     if (error == 0) return true;
     WRITE_OUT("*****The file " + AS_IT_IS(record.NAME) + " cannot be written (" +
               std::generic_category().message(error) + "): choose another name");
-    if (CONSOLE.MACRO_STATE == 1) DROP_COMMAND();
+    REFUSE_ANSWER();
   }
 }
 

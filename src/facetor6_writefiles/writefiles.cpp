@@ -35,6 +35,9 @@ std::string BLOCK_NAME(const std::string& title, NAMES_TAKEN& taken) {
   std::string name = TRIM(title);
   for (char& c : name)
     if (c <= ' ' || c > '~') c = '_';
+  // READ cif passes over blocks that have "global" anywhere in their names.
+  for (int at = INDEXALL(name, "GLOBAL"); at > 0; at = INDEXALL(name, "GLOBAL"))
+    name.insert(static_cast<std::size_t>(at) + 3, "_");
   return UNIQUE_NAME(name, taken, TITLE_LENGTH);
 }
 
