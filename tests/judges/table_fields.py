@@ -102,14 +102,19 @@ def judge(path):
     return path, len(tables), sum(len(table.rows) for table in tables), faults
 
 
-program = os.path.abspath(sys.argv[1])
-paths = sorted(os.path.join(folder, name) for root in sys.argv[2:]
-               for folder, _, names in os.walk(os.path.abspath(root)) for name in names
-               if name.lower().endswith((".cif", ".out")))
-with ThreadPoolExecutor(2) as pool:
-    results = list(pool.map(judge, paths))
-for path, _, _, faults in results:
-    for fault in faults[:5]:
-        print(os.path.basename(path) + ": " + fault[:300])
-print(len(results), sum(r[1] for r in results), sum(r[2] for r in results),
-      sum(len(r[3]) for r in results))
+def main():
+    paths = sorted(os.path.join(folder, name) for root in sys.argv[2:]
+                   for folder, _, names in os.walk(os.path.abspath(root)) for name in names
+                   if name.lower().endswith((".cif", ".out")))
+    with ThreadPoolExecutor(2) as pool:
+        results = list(pool.map(judge, paths))
+    for path, _, _, faults in results:
+        for fault in faults[:5]:
+            print(os.path.basename(path) + ": " + fault[:300])
+    print(len(results), sum(r[1] for r in results), sum(r[2] for r in results),
+          sum(len(r[3]) for r in results))
+
+
+if __name__ == "__main__":
+    program = os.path.abspath(sys.argv[1])
+    main()
