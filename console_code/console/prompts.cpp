@@ -60,14 +60,12 @@ char GET_ANSWER(std::string_view prompt, char ay, char an, std::string_view cont
   while (true) {
     GET_INPUT(shown);
     if (CONSOLE.DROPPED) return an;
-    const bool blank = CONSOLE.INSTRING_LEN == 0;
-    if (blank && !refuse_blank) return preset;
+    if (CONSOLE.INSTRING_LEN == 0 && !refuse_blank) return preset;
     const bool is_an = ANSWER({&an, 1}) > 0;
     const bool is_ay = ANSWER({&ay, 1}) > 0;
     CLEAR_INPUT();
     if (is_an) return an;
     if (is_ay) return ay;
-    if (!blank) WRITE_OUT("*****Answer " + std::string(1, ay) + " or " + an);
   }
 }
 
@@ -114,9 +112,6 @@ void GET_INPUT_RANGE(std::string_view prompt, float& vmin, float& vmax, float* s
     GET_INPUT(prompt);
     if (CONSOLE.INSTRING_LEN == 0 || READ_REALS(CONSOLE.INSTRING, std::span(range).first(wanted)))
       break;
-    WRITE_OUT("*****Type " + std::string(step != nullptr ? "three" : "two") +
-              " numbers, the smallest and the largest" + (step != nullptr ? ", and the step" : "") +
-              ", or a blank line");
   }
   const bool in_order = range[0] < range[1] + TINY_REAL;
   vmin = in_order ? range[0] : range[1];

@@ -172,7 +172,7 @@ void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option) {
     WRITE_OUT("|     And these will be used in the symmetry codes for the ligands in these tables");
   }
   while (true) {
-    const SITE_ANSWER answer = CONSOLE.INSTRING_LEN > 0 ? SITES_NAMED(TAKE_WORD()) : ASK_SITES();
+    const SITE_ANSWER answer = ASK_SITES();
     if (answer.NONE_WANTED) return;
     LIST_SITES(code, option, answer.SITES);
     if (answer.ALL && code == REPORT_XYZ) NOTE_CHANGED_SYMBOLS();

@@ -6,5 +6,6 @@ $2 $3
 CALC poly
 
 0
-TABLE bond $4
+TABLE bond lengths
+$4
 
