@@ -167,10 +167,8 @@ std::string JUDGED(const std::string& argument, const std::string& input) {
 bool READ_JUDGED(std::istream& numbers, EXACT_OP& op) {
   for (auto& row : op.ROT)
     for (int& element : row) numbers >> element;
-  for (int& shift : op.TR) {
-    numbers >> shift;
-    shift *= UNITS_OF_24TH;
-  }
+  for (int& shift : op.TR)
+    if (numbers >> shift) shift *= UNITS_OF_24TH;
   return !numbers.fail();
 }
 
