@@ -332,7 +332,7 @@ std::vector<EXACT_OP> OLD_EDGES(const BASIS_CHANGE& change) {
 // large holds n times as many operators.
 std::vector<EXACT_OP> CHANGED(const std::vector<EXACT_OP>& generators, const BASIS_CHANGE& change) {
   if (change.IS_SHIFT) return generators;
-  constexpr std::size_t same_cell = 12 * 12 * 12;
+  constexpr std::size_t same_cell = std::size_t{12} * 12 * 12;
   std::vector<EXACT_OP> changed = OLD_EDGES(change);
   for (const EXACT_OP& generator : generators) {
     const std::optional<EXACT_OP> moved = IN_NEW_AXES(generator, change);
