@@ -85,8 +85,9 @@ for input in "$dialogues"/*.mcr "$dialogues"/*.in; do
   fi
   fresh_folder "$name"
   cp "$input" .
+  arguments=$(cat "${input%.*}.args" 2>/dev/null)
   case $input in
-    *.mcr) wine "$program" "./$name.mcr" </dev/null >said.txt 2>error.txt ;;
+    *.mcr) wine "$program" $arguments "./$name.mcr" </dev/null >said.txt 2>error.txt ;;
     *) wine "$program" <"$name.in" >said.txt 2>error.txt ;;
   esac
   status=$?

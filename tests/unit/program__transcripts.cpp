@@ -1,10 +1,11 @@
 // Runs the program on every dialogue in tests/transcripts and compares what it says, line for line.
-// NAME.mcr is given as a macro, NAME.in as standard input; NAME.txt is what must be said. A folder
-// NAME holds the files that the dialogue must write, no more and no fewer.
+// NAME.mcr is given as a macro, behind the arguments in NAME.args if there are any; NAME.in is
+// given as standard input; NAME.txt is what must be said. A folder NAME holds the files that the
+// dialogue must write, no more and no fewer.
 #include <gtest/gtest.h>
 #include <unistd.h>  // for getpid
 
-#include <algorithm>  // for max, search, sort
+#include <algorithm>  // for find, max, search, sort
 #include <array>
 #include <cctype>
 #include <cstdlib>
@@ -90,6 +91,14 @@ fs::path RUN_FOLDER(const std::string& name) {
   return folder;
 }
 
+// The arguments that stand before the macro, as a shell takes them apart.
+std::string ARGUMENTS(const fs::path& input) {
+  std::string line;
+  std::ifstream file(fs::path(input).replace_extension(".args"));
+  std::getline(file, line);
+  return line;
+}
+
 class TRANSCRIPT : public testing::TestWithParam<fs::path> {};
 
 TEST_P(TRANSCRIPT, EVERY_LINE_AS_WRITTEN_DOWN) {
@@ -100,7 +109,7 @@ TEST_P(TRANSCRIPT, EVERY_LINE_AS_WRITTEN_DOWN) {
   // A program of our own is found in place of gnuplot.
   const std::string path = "PATH='" + (dialogues / "stand_in").string() + "':\"$PATH\" ";
   const std::string command = "cd '" + folder.string() + "' && " + path + "LOCALAPPDATA= '" +
-                              PLACES::PROGRAM() + "' " + (macro ? "./" : "< ") +
+                              PLACES::PROGRAM() + "' " + ARGUMENTS(input) + (macro ? " ./" : "< ") +
                               input.filename().string() + (macro ? " < /dev/null" : "") +
                               " > said.txt 2> error.txt";
   const int status = std::system(command.c_str());
@@ -143,10 +152,19 @@ std::vector<std::vector<std::string>> TEXT_BLOCKS(const fs::path& path) {
 TEST(README, SHOWS_WHAT_THE_PROGRAM_SAYS) {
   const std::vector<std::string> said = LINES_OF(dialogues / "readme.txt");
   const auto blocks = TEXT_BLOCKS(source / "README.md");
-  EXPECT_EQ(blocks.size(), 2u);
+  EXPECT_EQ(blocks.size(), 4u);
   for (const auto& block : blocks)
     EXPECT_NE(std::search(said.begin(), said.end(), block.begin(), block.end()), said.end())
         << "the session that begins " << block.front();
+}
+
+// The session is started as the README says, and is the one that demo.sh runs.
+TEST(README, SHOWS_THE_DEMONSTRATION) {
+  const fs::path session = dialogues / "readme.mcr";
+  const std::vector<std::string> lines = LINES_OF(source / "README.md");
+  EXPECT_NE(std::find(lines.begin(), lines.end(), "build/gemmara " + ARGUMENTS(session)),
+            lines.end());
+  EXPECT_EQ(LINES_OF(session), LINES_OF(source / "examples/hematite-pressure/demo.mcr"));
 }
 
 }  // namespace
