@@ -589,8 +589,9 @@ def main():
             counts = (1, judge.runs, judge.tables, judge.rows, judge.cells, len(judge.finds))
             totals = [total + count for total, count in zip(totals, counts)]
     print(*totals)
+    return totals[-1] > 0
 
 
 if __name__ == "__main__":
     program, seed, sources = os.path.abspath(sys.argv[1]), sys.argv[3], []
-    main()
+    sys.exit(main())
