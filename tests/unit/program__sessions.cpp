@@ -1,24 +1,12 @@
 // Whole sessions: some at random, judged by tests/judges/random_sessions.py, and what such sessions
 // have found.
 #include <array>
-#include <cstdio>
 
 #include "program__console.h"
+#include "said_by.h"
 
 namespace PROGRAM_TESTS {
 namespace {
-
-// What a command says.
-std::string SAID_BY(const std::string& command) {
-  std::string said;
-  FILE* stream = ::popen(command.c_str(), "r");
-  if (stream == nullptr) return said;
-  std::array<char, 4096> buffer{};
-  while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), stream) != nullptr)
-    said += buffer.data();
-  ::pclose(stream);
-  return said;
-}
 
 class SESSIONS : public PROGRAM {
  protected:

@@ -2,28 +2,11 @@
 // tests/judges/table_fields.py.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <sstream>
 #include <string>
 
 #include "places.h"
-
-namespace {
-
-// What a command says.
-std::string SAID_BY(const std::string& command) {
-  std::string said;
-  FILE* stream = ::popen(command.c_str(), "r");
-  if (stream == nullptr) return said;
-  std::array<char, 4096> buffer{};
-  while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), stream) != nullptr)
-    said += buffer.data();
-  ::pclose(stream);
-  return said;
-}
-
-}  // namespace
+#include "said_by.h"
 
 TEST(TABLES, EVERY_ROW_SPLITS_AT_BLANKS_INTO_THE_FIELDS_OF_ITS_TABLE) {
   if (std::system("command -v python3 > /dev/null") != 0) GTEST_SKIP() << "no python3";
@@ -32,7 +15,7 @@ TEST(TABLES, EVERY_ROW_SPLITS_AT_BLANKS_INTO_THE_FIELDS_OF_ITS_TABLE) {
   for (const std::string folder : {"/tests/odd", "/examples", "/tests/transcripts/data"})
     command += " '" + PLACES::SOURCE() + folder + "'";
   if (!PLACES::SAMPLES().empty()) command += " '" + PLACES::SAMPLES() + "'";
-  const std::string said = SAID_BY(command);
+  const std::string said = PROGRAM_TESTS::SAID_BY(command);
   const std::size_t last = said.rfind('\n', said.size() - 2);
   std::istringstream counts(said.substr(last == std::string::npos ? 0 : last + 1));
   int files = 0;
