@@ -133,7 +133,7 @@ grep -q '^Named größe\\Ångström.cif$' said.txt || fail "letters beyond ASCII
 name=two_at_once
 echo "-- $name"
 fresh_folder $name
-printf '%s\n' 'LOG one.log' 'RECORD one.log' Y '' EXIT | wine "$program" >said.txt 2>error.txt
+printf '%s\n' 'LOG one.txt' 'RECORD one.txt' Y '' EXIT | wine "$program" >said.txt 2>error.txt
 grep -q 'Macro recording FAILED' said.txt || fail "a file is opened twice"
 
 name=system
