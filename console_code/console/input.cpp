@@ -73,23 +73,24 @@ void STOP_FOR_ARGUMENT(int missing) {
   DROP_COMMAND();
 }
 
-// missing: the number of an argument that the line lacks, 0 when
-// there is none; lines for the shell have a "$" of their own.
-void READ_MACRO_LINE(const std::string& prompt, int& missing) {
+// The number of an argument that the line lacks, 0 when there is none; lines for the shell have a
+// "$" of their own.
+int READ_MACRO_LINE(const std::string& prompt) {
   const READ_STATUS status = READ_UNIT(CONSOLE.MACRO_FILE.UNIT, CONSOLE.INSTRING, &CONSOLE.CUT);
   if (status != READ_STATUS::LINE) CONSOLE.INSTRING.clear();
-  missing = PUT_ARGUMENTS(CONSOLE.INSTRING);
-  if (CONSOLE.SYSTEM_MODE == 1) missing = 0;
+  const int lacking = PUT_ARGUMENTS(CONSOLE.INSTRING);
+  const int missing = CONSOLE.SYSTEM_MODE == 1 ? 0 : lacking;
   CONSOLE.CUT = CONSOLE.CUT || CONSOLE.INSTRING.size() > INPUT_LENGTH;
   CONSOLE.INSTRING = CUT_LINE(CONSOLE.INSTRING);
   CONTROL_TO_BLANKS(CONSOLE.INSTRING);
   WRITE_OUT(AS_IT_IS(prompt + TRIM(CONSOLE.INSTRING)), "NOLOG");
-  if (status == READ_STATUS::LINE) return;
+  if (status == READ_STATUS::LINE) return missing;
   CONSOLE.MACRO_STATE = 0;
   CLOSE_FILE(CONSOLE.MACRO_FILE);
   WRITE_OUT(status == READ_STATUS::END
                 ? "***** Macro completed"
                 : "***** Macro aborted because of reading error from macro file");
+  return 0;
 }
 
 void RECORD_LINE() {
@@ -194,7 +195,7 @@ void GET_INPUT(std::string_view prompt, const LINE_HELP& help) {
   CONSOLE.CUT = false;
   int missing = 0;
   if (CONSOLE.MACRO_STATE == 1) {
-    READ_MACRO_LINE(shown, missing);
+    missing = READ_MACRO_LINE(shown);
   } else if (INTERRUPTED() || !READ_TYPED_LINE(shown, help)) {
     if (INTERRUPTED()) return DROP_AT(shown);
     END_OF_INPUT();

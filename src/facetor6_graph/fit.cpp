@@ -1,7 +1,8 @@
 // From followed features to fits, their table, and the sheet of the last ones.
 #include "src/facetor6_graph/fit.h"
 
-#include <cmath>  // for isfinite
+#include <algorithm>  // for max
+#include <array>
 
 #include "console_code/console/output.h"
 #include "console_code/console/tables.h"
@@ -183,10 +184,10 @@ int WIDEST_LABEL(const FITS& fits) {
   return widest;
 }
 
-FIELD_LINE HEAD_LINE(const FITS& fits) {
+FIELD_LINE HEAD_LINE(const std::vector<TABLE_COLUMN>& columns, int label_width) {
   FIELD_LINE line{{0, first_at, "FEATURE"}};
-  int at = first_at + WIDEST_LABEL(fits) + 1;
-  for (const TABLE_COLUMN& column : TABLE_COLUMNS(fits)) {
+  int at = first_at + label_width + 1;
+  for (const TABLE_COLUMN& column : columns) {
     const bool number = column.OF == COUNT || column.OF == CHI_SQUARE;
     line.push_back({static_cast<int>(line.size()),
                     number ? at + column.WIDTH - CHARACTERS(column.HEAD) : at + 1, column.HEAD});
@@ -195,13 +196,13 @@ FIELD_LINE HEAD_LINE(const FITS& fits) {
   return line;
 }
 
-FIELD_LINE ITEM_LINE(const FITS& fits, const FEATURE_FIT& item) {
-  const int label_width = WIDEST_LABEL(fits);
+FIELD_LINE ITEM_LINE(const FITS& fits, const FEATURE_FIT& item,
+                     const std::vector<TABLE_COLUMN>& columns, int label_width) {
   FIELD_LINE line{{0, first_at, item.LABEL, label_width}};
   int at = first_at + label_width + 1;
   const std::vector<REPORT_CELL> cells = CELLS_OF(fits, item);
   const std::string remark = REMARK_ON(fits, item.FIT);
-  for (const TABLE_COLUMN& column : TABLE_COLUMNS(fits)) {
+  for (const TABLE_COLUMN& column : columns) {
     REPORT_COLUMN printed;
     printed.HAS_ESD = column.OF != COUNT && column.OF != CHI_SQUARE;
     printed.DECIMALS = 2;
@@ -217,8 +218,11 @@ FIELD_LINE ITEM_LINE(const FITS& fits, const FEATURE_FIT& item) {
 }
 
 void WRITE_FITS(const FITS& fits) {
-  std::vector<FIELD_LINE> table{HEAD_LINE(fits)};
-  for (const FEATURE_FIT& item : fits.ITEMS) table.push_back(ITEM_LINE(fits, item));
+  const std::vector<TABLE_COLUMN> columns = TABLE_COLUMNS(fits);
+  const int label_width = WIDEST_LABEL(fits);
+  std::vector<FIELD_LINE> table{HEAD_LINE(columns, label_width)};
+  for (const FEATURE_FIT& item : fits.ITEMS)
+    table.push_back(ITEM_LINE(fits, item, columns, label_width));
   WRITE_OUT_BLANK(1);
   WRITE_TABLE(std::move(table), 1);
 }

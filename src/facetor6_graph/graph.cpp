@@ -119,16 +119,16 @@ int REFERENCE_IN(const FOLLOWED& followed) {
   return 0;
 }
 
+constexpr int first_value = 8;  // column of the sheet, behind those of the block
+
 int COLUMN_OF_ABSCISSA(const std::string& name) {
   constexpr int of_temperature = 3;
   constexpr int of_pressure = 5;
-  constexpr int first_value = 8;
   if (name == "T") return of_temperature;
   return name == "P" ? of_pressure : first_value;
 }
 
 GRAPH GRAPH_OF(SUBJECT subject, const FOLLOWED& followed, const std::vector<std::string>& units) {
-  constexpr int first_value = 8;
   GRAPH graph;
   graph.X_TITLE = WITH_UNIT(followed.ABSCISSA.LABEL, followed.ABSCISSA.UNIT);
   graph.X_COLUMN = COLUMN_OF_ABSCISSA(followed.ABSCISSA.NAME);

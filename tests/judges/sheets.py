@@ -12,7 +12,8 @@ import re
 import subprocess
 import sys
 import tempfile
-from concurrent.futures import ThreadPoolExecutor
+
+from table_fields import judge_all
 
 # An entry: its tables, the first word of the quantity, and the end of a site's last column.
 ENTRIES = [
@@ -193,13 +194,4 @@ def judge(path):
 
 
 program = os.path.abspath(sys.argv[1])
-paths = sorted(os.path.join(folder, name) for root in sys.argv[2:]
-               for folder, _, names in os.walk(os.path.abspath(root)) for name in names
-               if name.lower().endswith((".cif", ".out")))
-with ThreadPoolExecutor(2) as pool:
-    results = list(pool.map(judge, paths))
-for path, _, _, faults in results:
-    for fault in faults[:5]:
-        print(os.path.basename(path) + ": " + fault[:300])
-print(len(results), sum(r[1] for r in results), sum(r[2] for r in results),
-      sum(len(r[3]) for r in results))
+sys.exit(judge_all(judge, sys.argv[2:]))

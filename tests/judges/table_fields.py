@@ -102,8 +102,10 @@ def judge(path):
     return path, len(tables), sum(len(table.rows) for table in tables), faults
 
 
-def main():
-    paths = sorted(os.path.join(folder, name) for root in sys.argv[2:]
+def judge_all(judge, roots):
+    """Judges every CIF and CRYSTAL output below the roots by judge(path) -> path, two counts and
+    faults; prints faults and a last line of counts. True when there was any fault."""
+    paths = sorted(os.path.join(folder, name) for root in roots
                    for folder, _, names in os.walk(os.path.abspath(root)) for name in names
                    if name.lower().endswith((".cif", ".out")))
     with ThreadPoolExecutor(2) as pool:
@@ -111,10 +113,11 @@ def main():
     for path, _, _, faults in results:
         for fault in faults[:5]:
             print(os.path.basename(path) + ": " + fault[:300])
-    print(len(results), sum(r[1] for r in results), sum(r[2] for r in results),
-          sum(len(r[3]) for r in results))
+    count = sum(len(r[3]) for r in results)
+    print(len(results), sum(r[1] for r in results), sum(r[2] for r in results), count)
+    return count > 0
 
 
 if __name__ == "__main__":
     program = os.path.abspath(sys.argv[1])
-    main()
+    sys.exit(judge_all(judge, sys.argv[2:]))
