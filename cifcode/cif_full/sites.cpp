@@ -50,10 +50,10 @@ const TOLD nothing_told{{
     {"sites without coordinates are left out"},
     {"sites with the flag dum are left out"},
     {"sites whose coordinates are no numbers are left out"},
-    {"sites with an esd that cannot be read"},
+    {"sites with an esd that cannot be read, which is left out"},
     {"sites with an occupancy that is no number, which is read as 1"},
     {"sites with a displacement that is no number, which is not read"},
-    {"labels of displacements that no site has"},
+    {"labels of displacements that no site has, which are not read"},
 }};
 
 // ---- values of a row ----

@@ -244,6 +244,11 @@ void CLEAR_STRUCTURE(STRUCTURE& structure) {
   structure.TELLINGS.clear();
 }
 
+// A group of a setting that no table has is called unknown.
+std::string OPERATOR_WORDS(const XTAL::SPACE_GROUP& group) {
+  return group.NUMSPG > 0 ? "The operators of " + group.SPG_SYMB : "The operators";
+}
+
 void READ_STRUCTURE(STRUCTURE_READER& reader, STRUCTURE& structure) {
   const BLOCK& block = reader.TREE;
   const bool has_cell = READ_CELL(block, structure);
@@ -256,8 +261,8 @@ void READ_STRUCTURE(STRUCTURE_READER& reader, STRUCTURE& structure) {
   structure.SPG = &READ_SYMMETRY(block, structure.CELL, reader.LAST_SYMMETRY);
   if (!structure.SPG->TELLING.empty()) structure.TELLINGS.push_back(structure.SPG->TELLING);
   if (!METRIC_FITS(structure.SPG->GROUP, structure.CELL))
-    structure.TELLINGS.push_back("The operators of " + structure.SPG->GROUP.SPG_SYMB +
-                                 " do not fit the cell");
+    structure.TELLINGS.push_back(OPERATOR_WORDS(structure.SPG->GROUP) +
+                                 " do not fit the cell: one of the two is wrong");
 }
 
 }  // namespace

@@ -207,7 +207,8 @@ bool MAY_MEAN(const std::string& symbol, const SPACE_GROUP& group) {
 }
 
 std::string OPERATORS_WIN(const std::string& words, const SPACE_GROUP& group) {
-  return words + " does not agree with the operators, which are read: " + group.SPG_SYMB;
+  const std::string name = group.NUMSPG > 0 ? ": " + group.SPG_SYMB : "";
+  return words + " does not agree with the operators, which are read" + name;
 }
 
 // Whether the symbol means another group, once the origin that it leaves open is allowed for.
@@ -240,39 +241,45 @@ SYMMETRY FROM_OPERATORS(const KNOWN_SYMMETRY& words, const SPACE_GROUP& group) {
   return symmetry;
 }
 
-// Hall symbol, Hermann-Mauguin symbol, number: the first that can be read. One behind it that
-// contradicts it is told.
-SYMMETRY FROM_SYMBOLS(const KNOWN_SYMMETRY& words) {
-  SYMMETRY symmetry;
+// Hall symbol, Hermann-Mauguin symbol, number: the first that can be read; false when none can. One
+// behind it that contradicts it is told.
+bool FROM_SYMBOLS(const KNOWN_SYMMETRY& words, SYMMETRY& symmetry) {
   SPACE_GROUP other;
   const bool by_hall = GROUP_OF_HALL(words, symmetry.GROUP);
-  if (by_hall || (!words.HM.empty() && GROUP_OF_HM(words, symmetry.GROUP))) {
-    const std::string read = by_hall ? "the Hall symbol " + words.HALL : "the symbol " + words.HM;
-    if (by_hall && !words.HM.empty() && GROUP_OF_HM(words, other) &&
-        CONTRADICTS(words.HM, other, symmetry.GROUP))
-      symmetry.TELLING = "The symbol " + words.HM;
-    else if (IS_OTHER_NUMBER(words, symmetry.GROUP))
-      symmetry.TELLING = "The number " + words.NUMBER;
-    if (!symmetry.TELLING.empty())
-      symmetry.TELLING += " does not agree with " + read + ", which is read";
-    return symmetry;
-  }
-  if (GROUP_OF_NUMBER(words, symmetry.GROUP)) return symmetry;
-  const std::string unread = !words.HM.empty() ? words.HM : words.HALL;
+  if (!by_hall && (words.HM.empty() || !GROUP_OF_HM(words, symmetry.GROUP)))
+    return GROUP_OF_NUMBER(words, symmetry.GROUP);
+  const std::string read = by_hall ? "the Hall symbol " + words.HALL : "the symbol " + words.HM;
+  if (by_hall && !words.HM.empty() && GROUP_OF_HM(words, other) &&
+      CONTRADICTS(words.HM, other, symmetry.GROUP))
+    symmetry.TELLING = "The symbol " + words.HM;
+  else if (IS_OTHER_NUMBER(words, symmetry.GROUP))
+    symmetry.TELLING = "The number " + words.NUMBER;
+  if (!symmetry.TELLING.empty())
+    symmetry.TELLING += " does not agree with " + read + ", which is read";
+  return true;
+}
+
+SYMMETRY WITHOUT_GROUP(const KNOWN_SYMMETRY& words) {
+  SYMMETRY symmetry;
   XTAL::SET_SPACEGROUP("P 1", symmetry.GROUP);
-  symmetry.TELLING = unread.empty()
-                         ? "No symmetry, space group set to P 1"
-                         : "The space group " + unread + " is not known, space group set to P 1";
+  const std::string unread = !words.HM.empty() ? words.HM : words.HALL;
+  if (words.OPERATORS.empty())
+    symmetry.TELLING =
+        unread.empty() ? "No symmetry" : "The space group " + unread + " is not known";
+  else
+    symmetry.TELLING = "The operators make no space group and " +
+                       (unread.empty() ? "there is no symbol" : unread + " is not known");
+  symmetry.TELLING += ", space group set to P 1";
   return symmetry;
 }
 
 SYMMETRY SYMMETRY_OF(const KNOWN_SYMMETRY& words) {
-  SPACE_GROUP group;
-  if (GROUP_OF_OPERATORS(words, group)) return FROM_OPERATORS(words, group);
-  SYMMETRY symmetry = FROM_SYMBOLS(words);
-  if (words.OPERATORS.empty()) return symmetry;
-  symmetry.TELLING =
-      "The operators make no space group, it is " + symmetry.GROUP.SPG_SYMB + " by the symbol";
+  SYMMETRY symmetry;
+  if (GROUP_OF_OPERATORS(words, symmetry.GROUP)) return FROM_OPERATORS(words, symmetry.GROUP);
+  if (!FROM_SYMBOLS(words, symmetry)) return WITHOUT_GROUP(words);
+  if (!words.OPERATORS.empty())
+    symmetry.TELLING =
+        "The operators make no space group, it is " + symmetry.GROUP.SPG_SYMB + " by the symbol";
   return symmetry;
 }
 

@@ -146,7 +146,8 @@ void REPLAY_MACRO() {
   constexpr int longest_chain = 1000;
   OPEN_MACRO("OLD READ", 1);
   if (++CONSOLE.MACRO_CHAIN > longest_chain) {
-    WRITE_OUT("***** These macros start one another without end");
+    WRITE_OUT("***** Macros start one another without end, last " +
+              AS_IT_IS(CONSOLE.MACRO_FILE.NAME));
     CLOSE_FILE(CONSOLE.MACRO_FILE);
     CONSOLE.MACRO_STATE = 0;
   }

@@ -1,5 +1,5 @@
 // Lists of numbers and choices out of a list of texts. Asks; keeps nothing but the pending input.
-#include <algorithm>  // for max, min
+#include <algorithm>  // for any_of, find_if, max, min
 #include <array>
 #include <cmath>    // for abs, round
 #include <cstdint>  // for int64_t
@@ -153,6 +153,17 @@ int GET_LIST_INSTRING(std::span<const std::string_view> list) {
   }
   if (choice > 0) TAKE_WORD();
   return choice;
+}
+
+std::string_view PENDING_ENTRY(std::span<const std::string_view> all,
+                               std::span<const std::string_view> offered) {
+  if (CONSOLE.INSTRING_LEN == 0) return "";
+  std::string rest = CONSOLE.INSTRING;
+  const std::string word = CUT_TEXT(CUT_WORD(rest), option_columns);
+  const auto begun = [&word](std::string_view entry) { return INDEXALL(entry, word) == 1; };
+  if (std::any_of(offered.begin(), offered.end(), begun)) return "";
+  const auto entry = std::find_if(all.begin(), all.end(), begun);
+  return entry == all.end() ? "" : *entry;
 }
 
 int GET_LIST_SELECTION(std::string_view title, std::span<const std::string_view> list,

@@ -23,6 +23,11 @@ int GET_LIST_SELECTION(std::string_view title, std::span<const std::string_view>
 // The entry that the first pending word begins: 0 none, -1 ambiguous. One fit takes the word off.
 int GET_LIST_INSTRING(std::span<const std::string_view> list);
 
+// The entry of all that the first pending word begins, when the word begins none that is offered;
+// else blank.
+std::string_view PENDING_ENTRY(std::span<const std::string_view> all,
+                               std::span<const std::string_view> offered);
+
 // One of two characters. control: its first character selects the default, "r" refuses a blank.
 char GET_ANSWER(std::string_view prompt, char ay, char an, std::string_view control = "");
 char GET_ANSWER_YN(std::string_view prompt, std::string_view default_answer = "");

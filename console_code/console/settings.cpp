@@ -184,7 +184,9 @@ void CHANGE_WORK_DIR(const std::string& typed) {
   if (CHANGE_DIRECTORY(USER_PATH(typed)) || CHANGE_DIRECTORY(UPPER_CASE_PATH(typed)))
     SAVE_WORK_DIR();
   else
-    WRITE_OUT("     Cannot change directory to " + AS_IT_IS(typed));
+    WRITE_OUT(
+        "     Cannot change directory to " + AS_IT_IS(typed) +
+        (IS_DIRECTORY(USER_PATH(typed)) ? ": it may not be entered" : ": there is no such folder"));
 }
 
 // ---- start ----

@@ -144,7 +144,7 @@ std::string REMARK_ON(const FITS& fits, const LINE_FIT& fit) {
                    : "No parabola: fewer than three different ") +
              fits.NAME_OF_ABSCISSA;
     case FIT_FAILURE::NOT_FINITE:
-      return "No line: the numbers are too large";
+      return std::string(line ? "No line" : "No parabola") + ": the numbers are too large";
     case FIT_FAILURE::NONE:
       break;
   }

@@ -47,7 +47,11 @@ std::vector<std::string_view> offered_texts;
 std::vector<SUBJECT> offered;
 
 SUBJECT ASK_MENU(std::string_view command) {
-  const int selection = GET_LIST_SELECTION(command, SUBJECT_MENU());
+  std::vector<std::string_view> whole;
+  for (const SUBJECT_ROW& row : subjects) whole.push_back(row.TEXT);
+  const std::span<const std::string_view> menu = SUBJECT_MENU();
+  FACETOR_LIST::TELL_NOT_OFFERED(whole, menu);
+  const int selection = GET_LIST_SELECTION(command, menu);
   return selection > 0 ? offered[static_cast<std::size_t>(selection - 1)] : SUBJECT::NONE;
 }
 

@@ -9,6 +9,7 @@
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
 #include "src/facetor6_list/list_parts.h"
+#include "src/facetor6_list/reports.h"
 
 namespace FACETOR_LIST {
 
@@ -65,19 +66,27 @@ constexpr std::array<std::string_view, 7> table_menu{
 
 // A menu is longer when the reference block has bonds, and when there are measures, which are the
 // last entry then.
-constexpr std::string_view measures_entry = "measures";
 using MENU = std::vector<std::string_view>;
 
 MENU NOW_OFFERED(std::span<const std::string_view> menu, std::size_t without_bonds) {
   const bool bonds = NPHASES > 0 && SUM_NBONDS(REFERENCE()) > 0;
   const std::span<const std::string_view> shown = bonds ? menu : menu.first(without_bonds);
   MENU offered(shown.begin(), shown.end());
-  if (!MEASURES.empty()) offered.push_back(measures_entry);
+  if (!MEASURES.empty()) offered.push_back(MEASURES_ENTRY);
   return offered;
 }
 
+// A choice out of what is offered of a menu; an entry that is typed too early is told.
+int CHOOSE(std::string_view title, std::span<const std::string_view> menu,
+           std::span<const std::string_view> offered) {
+  MENU whole(menu.begin(), menu.end());
+  whole.push_back(MEASURES_ENTRY);
+  TELL_NOT_OFFERED(whole, offered);
+  return GET_LIST_SELECTION(title, offered);
+}
+
 bool IS_MEASURES(std::span<const std::string_view> menu, int selection) {
-  return selection > 0 && menu[static_cast<std::size_t>(selection - 1)] == measures_entry;
+  return selection > 0 && menu[static_cast<std::size_t>(selection - 1)] == MEASURES_ENTRY;
 }
 
 // As they were last offered; whoever shows them keeps a view of them.
@@ -109,7 +118,7 @@ std::span<const std::string_view> TABLE_MENU() {
 void RUN_FACETOR_LIST() {
   if (CHECK_NOPHASES()) return;
   const std::span<const std::string_view> menu = LIST_MENU();
-  const int selection = GET_LIST_SELECTION("List", menu);
+  const int selection = CHOOSE("List", list_menu, menu);
   if (IS_MEASURES(menu, selection)) return FACETOR_LIST_MEASURES();
   switch (selection) {
     case LIST_NAMES:
@@ -148,7 +157,7 @@ void RUN_FACETOR_LIST() {
 void RUN_FACETOR_TABLE() {
   if (CHECK_NOPHASES()) return;
   const std::span<const std::string_view> menu = TABLE_MENU();
-  const int selection = GET_LIST_SELECTION("Table", menu);
+  const int selection = CHOOSE("Table", table_menu, menu);
   if (IS_MEASURES(menu, selection)) return FACETOR_LIST_MEASURES("ESD");
   switch (selection) {
     case TABLE_CELLS:

@@ -1,6 +1,9 @@
 // From the code of a report to the report.
 #include "src/facetor6_list/reports.h"
 
+#include "console_code/console/input.h"
+#include "console_code/console/output.h"
+#include "console_code/console/prompts.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/measure_list.h"
 #include "src/facetor6_console/phase_list.h"
@@ -11,6 +14,7 @@
 namespace FACETOR_LIST {
 
 using namespace FACETOR_CONSOLE;
+using namespace KVA_CONSOLE;
 using namespace KVA_UTILITIES;
 
 bool NEEDS_BONDS(REPORT_CODE code) {
@@ -26,6 +30,19 @@ bool IS_OF_SITES(REPORT_CODE code) {
 bool IS_OFFERED(REPORT_CODE code) {
   if (code == REPORT_MEASURES) return !MEASURES.empty();
   return !NEEDS_BONDS(code) || (NPHASES > 0 && SUM_NBONDS(REFERENCE()) > 0);
+}
+
+void TELL_NOT_OFFERED(std::span<const std::string_view> all,
+                      std::span<const std::string_view> offered) {
+  const std::string_view entry = PENDING_ENTRY(all, offered);
+  if (entry.empty()) return;
+  if (entry == MEASURES_ENTRY)
+    WRITE_OUT("*****There are no measures: MEASURE defines them");
+  else if (entry == FIT_ENTRY)
+    WRITE_OUT("*****There is no fit: FIT makes one");
+  else
+    WRITE_OUT("*****There are no bonds: CALC polyhedra first");
+  CLEAR_INPUT();
 }
 
 REPORT REPORT_OF(REPORT_CODE code, int i, std::string_view option, const MATCHED_ATOMS& atoms,

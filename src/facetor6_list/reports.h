@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -17,6 +18,10 @@ struct REPORT_ENTRY {
   bool OF_SITES;          // a report a site, else one of all
 };
 
+// The last entries of menus.
+inline constexpr std::string_view MEASURES_ENTRY = "measures";
+inline constexpr std::string_view FIT_ENTRY = "fit";  // of sheets
+
 // In the order of menus.
 inline constexpr std::array<REPORT_ENTRY, 11> REPORT_ENTRIES{
     {{REPORT_CELLS, "cells", false},
@@ -29,7 +34,7 @@ inline constexpr std::array<REPORT_ENTRY, 11> REPORT_ENTRIES{
      {REPORT_SRB, "rigid bond lengths", true},
      {REPORT_DISPL, "displace along bonds", true},
      {REPORT_VALENCES, "valences of bonds", true},
-     {REPORT_MEASURES, "measures", false}}};
+     {REPORT_MEASURES, MEASURES_ENTRY, false}}};
 
 // True for the codes whose reports are made of calculated bonds; for those with a report a site.
 bool NEEDS_BONDS(REPORT_CODE code);
@@ -37,6 +42,11 @@ bool IS_OF_SITES(REPORT_CODE code);
 
 // Whether there is anything to report on: bonds, measures.
 bool IS_OFFERED(REPORT_CODE code);
+
+// Tells what is missing for the entry of all that the user typed behind the command, when it is not
+// among those offered. It is not pending any more then.
+void TELL_NOT_OFFERED(std::span<const std::string_view> all,
+                      std::span<const std::string_view> offered);
 
 // The report on atom i of the reference block (0 where it is of no site). option: "ESD", "BETA".
 // atoms: those matched with atom i, for reports on sites that need no bonds; places: for the

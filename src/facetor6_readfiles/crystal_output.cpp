@@ -203,7 +203,8 @@ void READ_CELL(const LINE_RANGE& geometry, float volume, CRYSTAL_STRUCTURE_TYPE&
   if (v.size() < 6) return;
   XTAL::CRYSTAL_CELL cell;
   XTAL::SET_CELL_RECORD({v[0].VAL, v[1].VAL, v[2].VAL}, {v[3].VAL, v[4].VAL, v[5].VAL}, cell, " ");
-  if (!XTAL::IS_SENSIBLE(cell)) return WARNING("Bad cell parameters in the file");
+  if (!XTAL::IS_SENSIBLE(cell))
+    return WARNING("Bad cell parameters in the file: the cell is not read");
   if (volume > 0.0f) cell.CELLVOL = volume;
   phase.CELL = cell;
 }
@@ -289,7 +290,7 @@ void CHECK_GROUP(const FILE_LINES& flines, int start, bool primitive,
   if (replaceable && TAKE_PRINTED_GROUP(flines, start, listed, phase))
     WARNING(complaint + ", the operators in the file are used");
   else
-    WARNING(complaint);
+    WARNING(complaint + ": read it again with another group, or move the origin by TRANSFORM");
 }
 
 void READ_GEOMETRY(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {

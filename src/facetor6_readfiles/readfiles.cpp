@@ -243,6 +243,8 @@ void READ_INTO_SERIES(int type, const NAMED_FILE& named, bool alone, SERIES& ser
   file.NAME = named.NAME;
   FILE_CONTENTS contents;
   const std::string message = READ_CONTENTS(type, file, contents);
+  if (!message.empty() && !FILE_EXISTS(named.NAME))
+    return WRITE_OUT("*****File " + AS_IT_IS(named.NAME) + " does not exist, it is left out");
   if (!message.empty()) return WRITE_OUT(message + ", it is left out");
   if (type == CRYSTAL_FILE && !alone && !TELLS_GROUP(contents.LINES))
     return WRITE_OUT("*****The file does not tell its space group, it is left out: read it alone");

@@ -30,12 +30,18 @@ namespace {
 // ---- the menu ----
 
 constexpr std::string_view all_entry = "all, a line a value";
-constexpr std::string_view fit_entry = "fit";
 
 using MENU = std::vector<std::string_view>;
 
 // As it was last offered; whoever shows it keeps a view of it.
 MENU offered;
+
+MENU WHOLE_MENU() {
+  MENU menu;
+  for (const REPORT_ENTRY& entry : REPORT_ENTRIES) menu.push_back(entry.TEXT);
+  menu.push_back(FIT_ENTRY);
+  return menu;
+}
 
 // ---- what is written ----
 
@@ -277,18 +283,19 @@ std::span<const std::string_view> CSV_MENU() {
   for (const REPORT_ENTRY& entry : REPORT_ENTRIES)
     if (IS_OFFERED(entry.CODE)) offered.push_back(entry.TEXT);
   offered.push_back(all_entry);
-  if (!LAST_FIT.COLUMNS.empty()) offered.push_back(fit_entry);
+  if (!LAST_FIT.COLUMNS.empty()) offered.push_back(FIT_ENTRY);
   return offered;
 }
 
 void RUN_CSV() {
   if (CHECK_NOPHASES()) return;
   const std::span<const std::string_view> menu = CSV_MENU();
+  TELL_NOT_OFFERED(WHOLE_MENU(), menu);
   const int selection = GET_LIST_SELECTION("Csv", menu);
   if (selection <= 0) return;
   const std::string_view chosen = menu[static_cast<std::size_t>(selection - 1)];
   if (chosen == all_entry) return RUN_ALL();
-  if (chosen == fit_entry) return WRITE_LAST_FIT();
+  if (chosen == FIT_ENTRY) return WRITE_LAST_FIT();
   for (const REPORT_ENTRY& entry : REPORT_ENTRIES)
     if (chosen == entry.TEXT) return RUN_ONE(entry.CODE);
 }

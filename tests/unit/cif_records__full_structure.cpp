@@ -187,7 +187,7 @@ TEST(FULL_SYMMETRY, OPERATORS_MAY_HAVE_FACTORS_OF_TWO) {
   const std::string bare = "loop_ _symmetry_equiv_pos_as_xyz x,y,z -x-2z,-y,z x+2z,-y,-z\n";
   EXPECT_EQ(GROUP(stars, cell), "unknown 4");
   EXPECT_EQ(GROUP(bare, cell), "unknown 4");
-  EXPECT_EQ(GROUP(bare), "unknown 4|The operators of unknown do not fit the cell");
+  EXPECT_EQ(GROUP(bare), "unknown 4|The operators do not fit the cell: one of the two is wrong");
   const READING reading("data_a\n" + cell + bare + one_site);
   EXPECT_EQ(reading.FOUND.SPG->GROUP.SYMOPSYMB.ITEMS,
             (std::vector<std::string>{"x,y,z", "-x-2z,-y,z", "x+2z,-y,-z", "-x,y,-z"}));
@@ -212,6 +212,26 @@ TEST(FULL_SYMMETRY, OPERATORS_WIN_AND_A_CONTRADICTION_IS_TOLD) {
             "P m 2|The operators make no space group, it is P m by the symbol");
 }
 
+TEST(FULL_SYMMETRY, OPERATORS_THAT_MAKE_NO_GROUP_WITHOUT_A_SYMBOL_ARE_P_1) {
+  const std::string broken = "loop_ _symmetry_equiv_pos_as_xyz x,y,z a,b,c\n";
+  EXPECT_EQ(GROUP(broken),
+            "P 1 1|The operators make no space group and there is no symbol, space group set to "
+            "P 1");
+  EXPECT_EQ(GROUP(broken + "_symmetry_space_group_name_H-M 'Q 7'\n"),
+            "P 1 1|The operators make no space group and Q 7 is not known, space group set to P 1");
+  EXPECT_EQ(GROUP(broken + "_space_group_IT_number 6\n"),
+            "P m 2|The operators make no space group, it is P m by the symbol");
+}
+
+// x - 2z is in no table of settings.
+TEST(FULL_SYMMETRY, OPERATORS_OF_A_SETTING_WITHOUT_A_NAME_WIN_TOO) {
+  EXPECT_EQ(GROUP("loop_ _symmetry_equiv_pos_as_xyz x,y,z -x-2z,-y,z x+2z,-y,-z\n"
+                  "_symmetry_space_group_name_H-M 'P m'\n",
+                  "_cell_length_a 3 _cell_length_b 6 _cell_length_c 5 _cell_angle_alpha 90 "
+                  "_cell_angle_beta 53.130102 _cell_angle_gamma 90\n"),
+            "unknown 4|The symbol P m does not agree with the operators, which are read");
+}
+
 // The symbol leaves the origin open, so that operators of either are no contradiction.
 TEST(FULL_SYMMETRY, A_SYMBOL_WITHOUT_A_CHOICE_AGREES_WITH_THE_OPERATORS_OF_EACH) {
   const std::string first_origin =
@@ -231,7 +251,7 @@ TEST(FULL_SYMMETRY, AN_R_SYMBOL_OVER_A_RHOMBOHEDRAL_CELL_HAS_ITS_AXES) {
   EXPECT_EQ(GROUP("_space_group_IT_number 167\n", cell), "R -3 c:r 12");
   EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c :R'\n", cell), "R -3 c:r 12");
   EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c H'\n", cell),
-            "R -3 c 36|The operators of R -3 c do not fit the cell");
+            "R -3 c 36|The operators of R -3 c do not fit the cell: one of the two is wrong");
 }
 
 TEST(FULL_SYMMETRY, OPERATORS_THAT_CHANGE_THE_CELL_ARE_TOLD) {
@@ -240,9 +260,9 @@ TEST(FULL_SYMMETRY, OPERATORS_THAT_CHANGE_THE_CELL_ARE_TOLD) {
       "_cell_angle_beta 100 _cell_angle_gamma 90\n";
   EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'P 21/c'\n", cell), "P 21/c 4");
   EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'P m m m'\n", cell),
-            "P m m m 8|The operators of P m m m do not fit the cell");
+            "P m m m 8|The operators of P m m m do not fit the cell: one of the two is wrong");
   EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'P 4/m'\n", cell),
-            "P 4/m 8|The operators of P 4/m do not fit the cell");
+            "P 4/m 8|The operators of P 4/m do not fit the cell: one of the two is wrong");
 }
 
 TEST(FULL_SYMMETRY, NONE_IS_P1_AND_TOLD) {
@@ -337,7 +357,7 @@ TEST(FULL_SITES, ZERO_OCCUPANCY_STAYS_AND_NONE_IS_ONE) {
 TEST(FULL_SITES, FRACTIONS_AND_BROKEN_ESDS) {
   EXPECT_EQ(SITES(WITH_SITES(site_head + "A1 O 1/3 -2/3 1/8 1\nA2 O 0.25( 0.5() 0.125(x) 1\n")),
             "A1 O/O 0.333 -0.666 0.125 1.000; A2 O/O 0.250 0.500 0.125 1.000|"
-            "1 sites with an esd that cannot be read, first A2");
+            "1 sites with an esd that cannot be read, which is left out, first A2");
 }
 
 TEST(FULL_SITES, THOSE_WITHOUT_A_POSITION_ARE_LEFT_OUT_AND_TOLD) {
@@ -427,7 +447,7 @@ TEST(FULL_DISPLACEMENTS, BEFORE_OR_BEHIND_THE_SITES_BY_WHOLE_LABELS) {
   EXPECT_EQ(DISPLACEMENTS(two_sites + u_head + row), expected);
   EXPECT_EQ(DISPLACEMENTS(u_head + row + two_sites), expected);
   EXPECT_EQ(DISPLACEMENTS(two_sites + u_head + row + "B9 1 1 1 1 1 1\nA ? ? ? ? ? ?\n"),
-            expected + "|1 labels of displacements that no site has, first B9");
+            expected + "|1 labels of displacements that no site has, which are not read, first B9");
 }
 
 // 8 pi^2 = 78.9568: B of 0.789568 is U of 0.01. Beta stays what it is until the cell makes U of it.

@@ -53,6 +53,20 @@ TEST_F(PENDING, BEHIND_A_COMMAND_IS_TOLD_WHERE_IT_IS_NOT_USED) {
             "Sort by P or T? (P/T) <P>?Sort increasing or decreasing? (I/D) <I>?");
 }
 
+TEST_F(PENDING, AN_ENTRY_THAT_IS_NOT_OFFERED_IS_KNOWN_BY_ITS_START) {
+  constexpr std::array<std::string_view, 4> all{"cells", "bond lengths", "bars", "measures"};
+  constexpr std::array<std::string_view, 2> offered{"cells", "bars"};
+  const auto begun_by = [&](const std::string& typed) {
+    PEND(typed);
+    return std::string(PENDING_ENTRY(all, offered));
+  };
+  EXPECT_EQ(begun_by("BOND Fe1"), "bond lengths");
+  EXPECT_EQ(begun_by("m"), "measures");
+  EXPECT_EQ(begun_by("b"), "") << "it begins an entry that is offered";
+  EXPECT_EQ(begun_by("lengths"), "");
+  EXPECT_EQ(begun_by(""), "");
+}
+
 TEST_F(PENDING, OTHER_WORDS_OF_AN_ENTRY_GO_WITH_ITS_FIRST) {
   constexpr std::array<std::string_view, 3> menu{"bond lengths", "angles between bonds",
                                                  "valences of bonds"};

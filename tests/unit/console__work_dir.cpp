@@ -138,7 +138,8 @@ TEST_F(WORK_DIR, CD_THAT_FAILS_SAYS_SO_STAYS_AND_SAVES_NOTHING) {
   PUT_FILE("file.txt", "x");
   const std::string long_name(250, 'x');
   for (const std::string& name : {std::string("none"), std::string("file.txt"), long_name}) {
-    EXPECT_EQ(COMMANDED("cd " + name), "     Cannot change directory to " + name + "\n");
+    EXPECT_EQ(COMMANDED("cd " + name),
+              "     Cannot change directory to " + name + ": there is no such folder\n");
     EXPECT_EQ(fs::current_path(), folder);
   }
   EXPECT_EQ(PARAM("WDIR", 1), "");

@@ -52,6 +52,8 @@ const std::string number_225 = " SPACE  GROUP  N.                     :  225\n";
 const std::string no_group = "    No space group info found in file!\n";
 const std::string group_prompt = "\n     Input the IT space group number:";
 const std::string no_modes = "     No mode information found in file\n";
+const std::string what_to_do =
+    ": read it again with another group, or move the origin by TRANSFORM";
 
 const std::string energies =
     "  E0 = ZERO-POINT ENERGY\n"
@@ -239,7 +241,8 @@ TEST_F(CRYSTAL_OUTPUT, A_NUMBER_MEANS_THE_SECOND_ORIGIN) {
   const std::string asked = no_group + group_prompt;
   EXPECT_EQ(READ(banner + diamond, "F d -3 m:1\n"),
             asked +
-                WARNED("The atoms listed in the file do not follow from space group F d -3 m:1") +
+                WARNED("The atoms listed in the file do not follow from space group F d -3 m:1" +
+                       what_to_do) +
                 no_modes)
       << "a setting that was asked for stays";
   EXPECT_EQ(phase.SPG.SPG_SYMB, "F d -3 m:1");
@@ -287,7 +290,7 @@ TEST_F(CRYSTAL_OUTPUT, OPERATORS_OF_THE_FILE_STAND_IN_FOR_A_GROUP_THAT_DOES_NOT_
   EXPECT_EQ(READ(banner + group + printed_p2 + shifted_p2),
             WARNED(misfit + ", the operators in the file are used") + no_modes)
       << "a table above the geometry serves too";
-  EXPECT_EQ(READ(banner + group + shifted_p2), WARNED(misfit) + no_modes);
+  EXPECT_EQ(READ(banner + group + shifted_p2), WARNED(misfit + what_to_do) + no_modes);
   EXPECT_EQ(phase.SPG.SYMOPSYMB(2), "-x,y,-z");
 }
 
@@ -306,15 +309,16 @@ TEST_F(CRYSTAL_OUTPUT, OPERATORS_THAT_DO_NOT_FIT_EITHER_ARE_NOT_TAKEN) {
   std::string wrong = printed_p2;
   wrong.replace(wrong.rfind("0.50"), 4, "0.25");
   EXPECT_EQ(READ(banner + " SPACE  GROUP  N.                     :    3\n" + shifted_p2 + wrong),
-            WARNED(misfit) + no_modes);
+            WARNED(misfit + what_to_do) + no_modes);
   EXPECT_EQ(phase.SPG.SYMOPSYMB(2), "-x,y,-z");
 }
 
 TEST_F(CRYSTAL_OUTPUT, NO_SYMMETRY_STAYS_NO_SYMMETRY) {
-  EXPECT_EQ(READ(banner + shifted_p2 + printed_p2, "\n"),
-            no_group + group_prompt +
-                WARNED("The atoms listed in the file do not follow from space group P 1") +
-                no_modes);
+  EXPECT_EQ(
+      READ(banner + shifted_p2 + printed_p2, "\n"),
+      no_group + group_prompt +
+          WARNED("The atoms listed in the file do not follow from space group P 1" + what_to_do) +
+          no_modes);
   EXPECT_EQ(phase.SPG.MULTIP, 1);
   EXPECT_EQ(phase.NATOMS, 1) << "only the atoms of the asymmetric unit are read";
 }
@@ -352,7 +356,8 @@ TEST_F(CRYSTAL_OUTPUT, FEWER_THAN_SIX_NUMBERS_LEAVE_THE_DEFAULT_CELL) {
   EXPECT_EQ(READ(banner + " PRIMITIVE CELL - CENTRING CODE 1/0 VOLUME=  9.0\n" + cell_heading +
                      " 0.0 5.0 6.0 90 90 90\n",
                  "\n"),
-            no_group + group_prompt + WARNED("Bad cell parameters in the file") + no_modes);
+            no_group + group_prompt +
+                WARNED("Bad cell parameters in the file: the cell is not read") + no_modes);
   EXPECT_EQ(phase.CELL.CELL[0], 10.0f);
 }
 

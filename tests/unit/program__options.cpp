@@ -169,8 +169,8 @@ TEST_F(OPTIONS, FILES_THAT_CANNOT_BE_READ_ARE_TOLD_AND_LEFT_OUT) {
   const RUN_RESULT run = RUN("'two GPa.cif' none.cif periclase.out 'P*.cif' end");
   EXPECT_EQ(run.STATUS, 0);
   EXPECT_TRUE(CONTAINS(run.SAID,
-                       "\nNamed two GPa.cif\nNamed none.cif\n*****Error opening file: none.cif, "
-                       "it is left out\nNamed periclase.out\n*****The file does not tell its space "
+                       "\nNamed two GPa.cif\nNamed none.cif\n*****File none.cif does not exist, it "
+                       "is left out\nNamed periclase.out\n*****The file does not tell its space "
                        "group, it is left out: read it alone\nNamed P2.cif\n"))
       << run.SAID;
   EXPECT_TRUE(CONTAINS(run.SAID, "following  2 crystal structures")) << run.SAID;
