@@ -184,12 +184,13 @@ ABSCISSA_CHOICE ASK_ABSCISSA(bool with_curve) {
       if (CONSOLE.INSTRING_LEN == 0) return {usual};
     }
     MARK_ANSWER();
+    const std::string answer = AS_IT_IS(TRIM(CONSOLE.INSTRING));
     ABSCISSA_CHOICE choice = CHOICE_OF(TAKE_WORD());
     if (with_curve) choice.PARABOLA = TAKE_CURVE();
     const bool understood = CONSOLE.INSTRING_LEN == 0 || more_may_follow;
     if (choice.WHAT != AGAINST::NOTHING && understood) return choice;
-    WRITE_OUT(with_curve ? "*****Answer P, T or the name of a measure, and 2 for a parabola"
-                         : "*****Answer P, T or the name of a measure");
+    WRITE_OUT("*****\"" + answer + "\" is not known here: answer P, T or the name of a measure" +
+              (with_curve ? ", and 2 for a parabola" : ""));
     CLEAR_INPUT();
     more_may_follow = false;
     REFUSE_ANSWER();

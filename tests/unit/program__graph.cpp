@@ -195,10 +195,15 @@ TEST_F(GRAPHS, A_MEASURE_MAY_BE_THE_ABSCISSA) {
 
 TEST_F(GRAPHS, A_WORD_THAT_IS_NO_ABSCISSA_IS_ASKED_FOR_AGAIN) {
   const std::string said = BEHIND_CALC("FIT bond Fe1 Q\nP 3\nP\n").SAID;
-  EXPECT_EQ(COUNT_OF(said, "*****Answer P, T or the name of a measure, and 2 for a parabola"), 2u);
+  const std::string wanted =
+      " is not known here: answer P, T or the name of a measure, and 2 for a parabola\n";
+  EXPECT_SAYS(said, "*****\"Q\"" + wanted);
+  EXPECT_SAYS(said, "*****\"P 3\"" + wanted);
   EXPECT_SAYS(said, "     Fe1-O1 ×2     4 2.0000(9)");
   const std::string macro = IN_A_MACRO("FIT bond Fe1 Q\nFIT bond Fe1 P\n").SAID;
-  EXPECT_EQ(COUNT_OF(macro, "*****Answer P, T"), 1u);
+  EXPECT_EQ(COUNT_OF(macro, "*****\"Q\"" + wanted), 1u);
+  const std::string drawn = BEHIND_CALC("GRAPH bond Fe1 Q\nP\n\n").SAID;
+  EXPECT_SAYS(drawn, "*****\"Q\" is not known here: answer P, T or the name of a measure\n");
   EXPECT_SAYS(macro, "     Fe1-O1 ×2     4 2.0000(9)");
 }
 
