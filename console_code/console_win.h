@@ -65,9 +65,6 @@ std::string GET_DIRECTORY();
 bool CHANGE_DIRECTORY(const std::string& path);
 bool MAKE_DIRECTORY(const std::string& path);
 
-// Names in a directory that begin with start, "/" behind those of directories; none on failure.
-std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_view start);
-
 // What the system's own dialogue for choosing a file shows, and whether the file must exist.
 struct FILE_QUESTION {
   std::string TITLE;

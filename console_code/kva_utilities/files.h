@@ -78,6 +78,9 @@ bool REPLACE_FILE(const std::string& name, std::string_view content);
 bool FILE_EXISTS(const std::string& name);
 bool IS_DIRECTORY(const std::string& name);
 
+// Names in a directory that begin with start, "/" behind those of directories; none on failure.
+std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_view start);
+
 // ---- names ----
 
 // Name behind the last "/" or "\"; with "NOEXT" in control also without the part from its last ".".

@@ -43,16 +43,15 @@ std::string TEMPORARY_START(const std::string& target) {
 void REMOVE_STALE_TEMPORARIES(const std::string& target) {
   namespace fs = std::filesystem;
   constexpr std::chrono::minutes stale{1};
-  const fs::path start = SYSTEM_PATH(TEMPORARY_START(target));
-  const fs::path folder = start.has_parent_path() ? start.parent_path() : fs::path(".");
-  std::error_code error;
-  std::error_code ignored;
-  fs::directory_iterator file(folder, error);
-  for (; !error && file != fs::directory_iterator(); file.increment(error)) {
-    if (!file->path().filename().native().starts_with(start.filename().native())) continue;
-    const fs::file_time_type written = fs::last_write_time(file->path(), ignored);
-    if (ignored) continue;  // its program has finished meanwhile
-    if (fs::file_time_type::clock::now() - written > stale) fs::remove(file->path(), ignored);
+  const std::string start = TEMPORARY_START(target);
+  const std::string first = FILENAME(start);
+  const std::string folder = start.substr(0, start.size() - first.size());
+  for (const std::string& name : FILE_NAMES(folder.empty() ? "." : folder, first)) {
+    const fs::path file = SYSTEM_PATH(folder + name);
+    std::error_code error;
+    const fs::file_time_type written = fs::last_write_time(file, error);
+    if (error) continue;  // its program has finished meanwhile
+    if (fs::file_time_type::clock::now() - written > stale) fs::remove(file, error);
   }
 }
 

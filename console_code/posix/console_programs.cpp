@@ -73,29 +73,39 @@ std::vector<char*> ARGUMENT_LIST(std::vector<std::string>& words) {
   return list;
 }
 
+// What the program begins with; false when memory is refused, so that it gets no stream of ours.
+bool SET_STREAMS(const PROGRAM_CALL& call, const STREAMS& streams,
+                 posix_spawn_file_actions_t& actions) {
+  const auto put = [&](int descriptor, int place) {
+    return ::posix_spawn_file_actions_adddup2(&actions, descriptor, place) == 0;
+  };
+  return put(streams.INPUT.FROM, STDIN_FILENO) && put(streams.OUTPUT.TO, STDOUT_FILENO) &&
+         put(streams.ERRORS.TO, STDERR_FILENO) &&
+         (call.FOLDER.empty() ||
+          ::posix_spawn_file_actions_addchdir_np(&actions, call.FOLDER.c_str()) == 0);
+}
+
 // The number of the process; -1 when there is none. What we ignore the program does not.
 pid_t START(const PROGRAM_CALL& call, const STREAMS& streams) {
+  std::vector<std::string> words{call.PATH};
+  words.insert(words.end(), call.ARGUMENTS.begin(), call.ARGUMENTS.end());
+  const std::vector<char*> arguments = ARGUMENT_LIST(words);
   posix_spawn_file_actions_t actions;
   posix_spawnattr_t attributes;
   ::posix_spawn_file_actions_init(&actions);
   ::posix_spawnattr_init(&attributes);
-  ::posix_spawn_file_actions_adddup2(&actions, streams.INPUT.FROM, STDIN_FILENO);
-  ::posix_spawn_file_actions_adddup2(&actions, streams.OUTPUT.TO, STDOUT_FILENO);
-  ::posix_spawn_file_actions_adddup2(&actions, streams.ERRORS.TO, STDERR_FILENO);
-  if (!call.FOLDER.empty()) ::posix_spawn_file_actions_addchdir_np(&actions, call.FOLDER.c_str());
   sigset_t usual;
   ::sigemptyset(&usual);
   ::sigaddset(&usual, SIGPIPE);
   ::posix_spawnattr_setsigdefault(&attributes, &usual);
   ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-  std::vector<std::string> words{call.PATH};
-  words.insert(words.end(), call.ARGUMENTS.begin(), call.ARGUMENTS.end());
   pid_t process = -1;
-  const int error = ::posix_spawn(&process, call.PATH.c_str(), &actions, &attributes,
-                                  ARGUMENT_LIST(words).data(), environ);
+  const bool started = SET_STREAMS(call, streams, actions) &&
+                       ::posix_spawn(&process, call.PATH.c_str(), &actions, &attributes,
+                                     arguments.data(), environ) == 0;
   ::posix_spawn_file_actions_destroy(&actions);
   ::posix_spawnattr_destroy(&attributes);
-  return error == 0 ? process : -1;
+  return started ? process : -1;
 }
 
 // ---- what goes in and comes out ----
@@ -157,6 +167,19 @@ int WAIT_FOR(pid_t process, steady_clock::time_point end, PROGRAM_END& how) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status);
 }
 
+// A program that is still there when we give up, as memory is refused, is ended.
+struct NONE_LEFT {
+  pid_t PROCESS;
+  explicit NONE_LEFT(pid_t process) : PROCESS(process) {}
+  NONE_LEFT(const NONE_LEFT&) = delete;
+  NONE_LEFT& operator=(const NONE_LEFT&) = delete;
+  ~NONE_LEFT() {
+    if (PROCESS < 0) return;
+    ::kill(PROCESS, SIGKILL);
+    ::waitpid(PROCESS, nullptr, 0);
+  }
+};
+
 // A program that ends before it has read all must not end us.
 struct WITHOUT_PIPE_SIGNAL {
   struct sigaction FOUND {};
@@ -178,8 +201,8 @@ PROGRAM_ANSWER RUN_PROGRAM(const PROGRAM_CALL& call) {
   STREAMS streams;
   if (!OPEN_PIPE(streams.INPUT) || !OPEN_PIPE(streams.OUTPUT) || !OPEN_PIPE(streams.ERRORS))
     return answer;
-  const pid_t process = START(call, streams);
-  if (process < 0) return answer;
+  NONE_LEFT started(START(call, streams));
+  if (started.PROCESS < 0) return answer;
   CLOSE(streams.INPUT.FROM);
   CLOSE(streams.OUTPUT.TO);
   CLOSE(streams.ERRORS.TO);
@@ -187,7 +210,8 @@ PROGRAM_ANSWER RUN_PROGRAM(const PROGRAM_CALL& call) {
     DO_NOT_WAIT(descriptor);
   const steady_clock::time_point end = steady_clock::now() + call.LIMIT;
   answer.END = TALK(call.INPUT, end, streams, answer);
-  answer.STATUS = WAIT_FOR(process, end, answer.END);
+  answer.STATUS = WAIT_FOR(started.PROCESS, end, answer.END);
+  started.PROCESS = -1;
   return answer;
 }
 

@@ -2,6 +2,7 @@
 // itself.
 #include "console_code/kva_utilities/system_files.h"
 
+#include <dirent.h>    // for opendir, readdir
 #include <fcntl.h>     // for open
 #include <poll.h>      // for poll
 #include <signal.h>    // for sigaction, pthread_sigmask
@@ -36,6 +37,22 @@ bool FILE_EXISTS(const std::string& name) {
 bool IS_DIRECTORY(const std::string& name) {
   struct stat status {};
   return ::stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// By readdir, as std::filesystem's iterator ends the program where memory is refused.
+std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_view start) {
+  struct CLOSE_DIRECTORY {
+    void operator()(DIR* opened) const { ::closedir(opened); }
+  };
+  std::vector<std::string> names;
+  const std::unique_ptr<DIR, CLOSE_DIRECTORY> opened(::opendir(directory.c_str()));
+  if (!opened) return names;
+  while (const dirent* const entry = ::readdir(opened.get())) {
+    const std::string name = entry->d_name;
+    if (name == "." || name == ".." || !name.starts_with(start)) continue;
+    names.push_back(name + (IS_DIRECTORY(directory + "/" + name) ? "/" : ""));
+  }
+  return names;
 }
 
 // ---- opening ----

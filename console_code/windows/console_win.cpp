@@ -306,20 +306,6 @@ bool MAKE_DIRECTORY(const std::string& path) {
   return ::CreateDirectoryW(WIDE_TEXT(path).c_str(), nullptr) != 0;
 }
 
-std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_view start) {
-  namespace fs = std::filesystem;
-  std::vector<std::string> names;
-  std::error_code error;
-  std::error_code ignored;
-  fs::directory_iterator file(KVA_UTILITIES::SYSTEM_PATH(directory), error);
-  for (; !error && file != fs::directory_iterator(); file.increment(error)) {
-    const std::string name = NARROW_TEXT(file->path().filename().native());
-    if (!name.starts_with(start)) continue;
-    names.push_back(name + (file->is_directory(ignored) ? "/" : ""));
-  }
-  return names;
-}
-
 // ---- system commands ----
 
 const std::string_view LISTING_COMMAND = "dir";

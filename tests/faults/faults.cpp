@@ -56,6 +56,7 @@ __attribute__((constructor)) void START() {
   signal_call = NUMBER_IN("FAULT_CALL", -1);
   denied = std::getenv("FAULT_DENIED");
   fixed_name = std::getenv("FAULT_FIXED");
+  ::unsetenv("LD_PRELOAD");  // programs that are started have no faults
   started = true;
 }
 

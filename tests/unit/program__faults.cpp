@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
+#include <map>
 #include <random>
 #include <regex>
 
@@ -26,11 +28,20 @@ constexpr int killed = 128;  // and the number of the signal
 const std::string old_cif = "data_mine\n_cell_length_a 5.0\n";
 const std::string old_dat = "mine\n";
 const std::string old_csv = "mine,1\n";
+// Files beside the CIF and the data of EXPORT, all of them sheets or what GRAPH writes.
+constexpr std::array<const char*, 5> sheets_and_graphs{"old.csv", "fit.csv", "graph.csv",
+                                                       "graph.gp", "graph.svg"};
+const std::string picture = "<svg/>\n";
+
+std::string FROM_ENVIRONMENT(const char* name) {
+  const char* const text = std::getenv(name);
+  return text != nullptr ? text : "";
+}
 
 // Runs by hand may be many: tests/faults/run.sh.
 long FROM_ENVIRONMENT(const char* name, long usual) {
-  const char* const text = std::getenv(name);
-  return text != nullptr ? std::strtol(text, nullptr, 10) : usual;
+  const std::string text = FROM_ENVIRONMENT(name);
+  return text.empty() ? usual : std::strtol(text.c_str(), nullptr, 10);
 }
 
 class FAULTS : public PROGRAM {
@@ -41,6 +52,9 @@ class FAULTS : public PROGRAM {
     fs::create_directory_symlink(fs::path(PLACES::SOURCE()) / "examples/hematite-pressure",
                                  work / "data");
     PUT_FILE(folder / "input", TEXT_OF(fs::path(PLACES::SOURCE()) / "tests/faults/session.in"));
+    usual_path = FROM_ENVIRONMENT("PATH");
+    ::setenv("PATH", (folder.string() + "/bin:" + usual_path).c_str(), 1);
+    PUT_STAND_IN("cat > /dev/null; echo '<svg/>'");
     START_ANEW();
     FAULTY("");  // the settings are there from here on
     START_ANEW();
@@ -48,8 +62,20 @@ class FAULTS : public PROGRAM {
     std::istringstream(TEXT_OF(folder / "counts")) >> allocations >> calls;
     complete_cif = TEXT_OF(work / "old.cif");
     complete_dat = TEXT_OF(work / "old.dat");
-    complete_csv = TEXT_OF(work / "old.csv");
+    for (const char* name : sheets_and_graphs) complete[name] = TEXT_OF(work / name);
     random.seed(static_cast<unsigned>(FROM_ENVIRONMENT("FAULT_SEED", 20)));
+  }
+
+  void TearDown() override {
+    if (!usual_path.empty()) ::setenv("PATH", usual_path.c_str(), 1);
+    PROGRAM::TearDown();
+  }
+
+  // A program that is found in place of gnuplot.
+  void PUT_STAND_IN(const std::string& text) const {
+    fs::create_directories(folder / "bin");
+    PUT_FILE(folder / "bin/gnuplot", "#!/bin/sh\n" + text + "\n");
+    fs::permissions(folder / "bin/gnuplot", fs::perms::owner_all);
   }
 
   // The files as they are before the session.
@@ -57,7 +83,7 @@ class FAULTS : public PROGRAM {
     for (const char* name : {"new.cif", "run.log", "rec.mcr"}) fs::remove(work / name);
     PUT_FILE(work / "old.cif", old_cif);
     PUT_FILE(work / "old.dat", old_dat);
-    PUT_FILE(work / "old.csv", old_csv);
+    for (const char* name : sheets_and_graphs) PUT_FILE(work / name, old_csv);
   }
 
   // Runs the session of folder/input with these settings of the library.
@@ -91,8 +117,10 @@ class FAULTS : public PROGRAM {
     EXPECT_TRUE(cif == old_cif || cif == complete_cif) << fault << "\n" << cif.size();
     const std::string dat = TEXT_OF(work / "old.dat");
     EXPECT_TRUE(dat == old_dat || dat == complete_dat) << fault << "\n" << dat;
-    const std::string csv = TEXT_OF(work / "old.csv");
-    EXPECT_TRUE(csv == old_csv || csv == complete_csv) << fault << "\n" << csv;
+    for (const char* name : sheets_and_graphs) {
+      const std::string text = TEXT_OF(work / name);
+      EXPECT_TRUE(text == old_csv || text == complete.at(name)) << fault << name << "\n" << text;
+    }
     const std::string made = TEXT_OF(work / "new.cif");
     EXPECT_TRUE(!fs::exists(work / "new.cif") || old_cif + made == complete_cif) << fault;
   }
@@ -108,10 +136,32 @@ class FAULTS : public PROGRAM {
     const bool told = COUNT_OF(said, " structures written to file\n") > 0;
     EXPECT_TRUE(blocks == 0 || told) << fault << said;
     EXPECT_TRUE(TEXT_OF(work / "old.dat").starts_with(old_dat)) << fault;
-    const std::string csv = TEXT_OF(work / "old.csv");
-    const bool rows_told = said.find(" " + std::to_string(LINES(csv).size() - 1) +
-                                     " rows written to the file\n") != std::string::npos;
-    EXPECT_TRUE(csv == old_csv || (csv.starts_with("block,title,") && rows_told)) << fault << csv;
+    const auto expect_rows = [&](const char* name, const char* head, const std::string& told_by) {
+      const std::string csv = TEXT_OF(work / name);
+      const std::string rows = " " + std::to_string(LINES(csv).size() - 1) + " rows written to ";
+      EXPECT_TRUE(csv == old_csv || (csv.starts_with(head) && csv.ends_with('\n') &&
+                                     said.find(rows + told_by) != std::string::npos))
+          << fault << csv << said;
+    };
+    expect_rows("old.csv", "block,title,", "the file\n");
+    expect_rows("fit.csv", "feature,n,", "the file\n");
+    EXPECT_WHOLE_GRAPH(said, fault);
+  }
+
+  // Each file of the graph is the old one or the whole new one, and the picture is the last of
+  // them.
+  void EXPECT_WHOLE_GRAPH(const std::string& said, const std::string& fault) const {
+    const std::string sheet = TEXT_OF(work / "graph.csv");
+    const std::string script = TEXT_OF(work / "graph.gp");
+    const std::string drawn = TEXT_OF(work / "graph.svg");
+    EXPECT_TRUE(sheet == old_csv || (sheet.starts_with("block,title,") && sheet.ends_with('\n')))
+        << fault << sheet;
+    EXPECT_TRUE(script == old_csv || sheet != old_csv) << fault;
+    EXPECT_TRUE(script == old_csv || script.find("\nplot 'graph.csv'") != std::string::npos)
+        << fault << script;
+    EXPECT_TRUE(script == old_csv || script.ends_with("\n")) << fault << script;
+    EXPECT_TRUE(drawn == old_csv || (drawn == picture && script != old_csv)) << fault << drawn;
+    EXPECT_TRUE(drawn == picture || COUNT_OF(said, "The graph is drawn in") == 0) << fault << said;
   }
 
   RUN_RESULT undisturbed;
@@ -119,7 +169,8 @@ class FAULTS : public PROGRAM {
   long calls = 0;
   std::string complete_cif;
   std::string complete_dat;
-  std::string complete_csv;
+  std::map<std::string, std::string> complete;  // of sheets_and_graphs
+  std::string usual_path;
   std::mt19937 random;
 };
 
@@ -130,7 +181,11 @@ TEST_F(FAULTS, THE_SESSION_WRITES_ALL_ITS_FILES) {
                 COUNT_OF(undisturbed.SAID, " 17 data points written to the file\n"),
             1u);
   EXPECT_EQ(old_cif + TEXT_OF(work / "new.cif"), complete_cif);
-  EXPECT_EQ(LINES(complete_csv).size(), 19u) << "a head and 18 blocks";
+  EXPECT_EQ(LINES(complete["old.csv"]).size(), 19u) << "a head and 18 blocks";
+  EXPECT_EQ(LINES(complete["graph.csv"]).size(), 18u) << "a head and 17 used blocks";
+  EXPECT_TRUE(complete["graph.gp"].find("plot 'graph.csv'") != std::string::npos);
+  EXPECT_EQ(complete["graph.svg"], picture);
+  EXPECT_EQ(LINES(complete["fit.csv"]).size(), 4u) << "a head, and a, c, V of a hexagonal cell";
   EXPECT_GT(allocations, 10000);
   EXPECT_GT(calls, 300);
   EXPECT_TIDY("nothing");
@@ -202,7 +257,8 @@ TEST_F(FAULTS, A_LIMIT_OF_SIZE_LEAVES_THE_OLD_FILE) {
   EXPECT_EQ(TEXT_OF(work / "old.cif"), old_cif);
   EXPECT_FALSE(fs::exists(work / "new.cif"));
   EXPECT_EQ(TEXT_OF(work / "old.dat"), complete_dat) << "it is small";
-  EXPECT_EQ(TEXT_OF(work / "old.csv"), complete_csv) << "it is small";
+  for (const char* name : sheets_and_graphs)
+    EXPECT_EQ(TEXT_OF(work / name), complete[name]) << "it is small";
   EXPECT_EQ(COUNT_OF(run.SAID, "*****Nothing was written to old.cif: File too large\n"), 1u)
       << run.SAID;
   EXPECT_TRUE(run.SAID.ends_with("***** Macro recording stopped\n\nG_MARA-6.1>")) << run.SAID;
@@ -219,8 +275,8 @@ TEST_F(FAULTS, A_FILE_THAT_IS_WRITTEN_IN_PLACE_IS_BROUGHT_BACK) {
   PUT_FILE(folder / "input", "READ cif data/hematite.cif\nY\nWRITE cif old.cif\nY\nEXIT\n");
   START_ANEW();
   EXPECT_EQ(FAULTY("FAULT_DENIED=.saving-").STATUS, 0);
-  const std::string complete = TEXT_OF(work / "old.cif");
-  EXPECT_EQ(COUNT_OF(complete, "\ndata_Hematite_"), 6u);
+  const std::string whole = TEXT_OF(work / "old.cif");
+  EXPECT_EQ(COUNT_OF(whole, "\ndata_Hematite_"), 6u);
   for (const char* fault :
        {"FAULT_FIXED=old. FAULT_DISK=15000", "FAULT_DENIED=.saving- FAULT_DISK=2000"}) {
     START_ANEW();
@@ -231,7 +287,110 @@ TEST_F(FAULTS, A_FILE_THAT_IS_WRITTEN_IN_PLACE_IS_BROUGHT_BACK) {
     EXPECT_EQ(TEXT_OF(work / "old.cif"), old_cif) << fault;
     EXPECT_TIDY(fault);
   }
-  EXPECT_GT(complete.size(), 7500u);
+  EXPECT_GT(whole.size(), 7500u);
+}
+
+// ---- graphs ----
+
+// Faults between the question for the files of a graph and the answer: allocations and bytes of
+// GRAPH alone, so that each of them is reached.
+class FAULTS_OF_GRAPHS : public FAULTS {
+ protected:
+  void SetUp() override {
+    FAULTS::SetUp();
+    if (IsSkipped()) return;
+    const std::string read = "READ cif data/hematite.cif\nY\nCALC poly\n\n0\n";
+    before = COUNTED(read + "EXIT\n");
+    behind = COUNTED(read + "GRAPH bond Fe1 P graph.svg\nY\nEXIT\n");
+    for (const char* name : sheets_and_graphs) complete[name] = TEXT_OF(work / name);
+  }
+
+  // The allocations of a session, which is then the one that is played.
+  long COUNTED(const std::string& lines) {
+    PUT_FILE(folder / "input", lines);
+    START_ANEW();
+    said_undisturbed = FAULTY("FAULT_COUNTS='" + (folder / "counts").string() + "'").SAID;
+    long count = 0;
+    std::istringstream(TEXT_OF(folder / "counts")) >> count;
+    return count;
+  }
+
+  long before = 0;
+  long behind = 0;
+  std::string said_undisturbed;
+};
+
+TEST_F(FAULTS_OF_GRAPHS, REFUSED_MEMORY_LEAVES_OLD_OR_WHOLE_FILES) {
+  ASSERT_EQ(complete["graph.svg"], picture);
+  ASSERT_GT(behind, before + 100);
+  const std::regex told("not enough memory|cannot be written|could not be|Nothing was written");
+  for (long i = 0; i < RUNS(50); ++i) {
+    const std::string fault = "FAULT_MEMORY=" + std::to_string(before + UP_TO(behind - before));
+    START_ANEW();
+    const RUN_RESULT run = FAULTY(fault);
+    EXPECT_TRUE(run.STATUS == 0 || run.STATUS == end_of_input || run.STATUS == no_memory)
+        << fault << " " << run.STATUS << run.ERRORS;
+    EXPECT_TRUE(run.STATUS != 0 || TIMELESS(run.SAID) == TIMELESS(said_undisturbed) ||
+                std::regex_search(run.SAID, told))
+        << fault << run.SAID;
+    EXPECT_TIDY(fault);
+    EXPECT_WHOLE_GRAPH(run.SAID, fault);
+  }
+}
+
+TEST_F(FAULTS_OF_GRAPHS, A_DISK_THAT_FILLS_IS_TOLD_BY_THE_FILE_THAT_IT_LACKS) {
+  const std::size_t all = complete["graph.csv"].size() + complete["graph.gp"].size();
+  for (long i = 0; i < RUNS(20); ++i) {
+    const long bytes = UP_TO(static_cast<long>(all + picture.size()) + 20) - 1;
+    const std::string fault = "FAULT_DISK=" + std::to_string(bytes);
+    START_ANEW();
+    const RUN_RESULT run = FAULTY(fault);
+    EXPECT_EQ(run.STATUS, 0) << fault;
+    EXPECT_TIDY(fault);
+    EXPECT_WHOLE_GRAPH(run.SAID, fault);
+    for (const char* name : {"graph.csv", "graph.gp", "graph.svg"}) {
+      const std::string text = TEXT_OF(work / name);
+      const std::string lacks = std::string("*****The file ") + name + " could not be written";
+      EXPECT_TRUE(text == old_csv || text == complete[name]) << fault << name;
+      EXPECT_LE(COUNT_OF(run.SAID, lacks), text == old_csv ? 1u : 0u) << fault << run.SAID;
+    }
+    EXPECT_EQ(TEXT_OF(work / "graph.svg") == old_csv,
+              COUNT_OF(run.SAID, " could not be written: make room on the disk") == 1)
+        << fault << run.SAID;
+  }
+}
+
+// A picture that stays away leaves the old one; the other two files are there.
+TEST_F(FAULTS_OF_GRAPHS, A_PROGRAM_THAT_FAILS_LEAVES_THE_OLD_PICTURE) {
+  for (const char* const text : {"echo half; exit 3", "kill -9 $$", "exit 0"}) {
+    PUT_STAND_IN(text);
+    START_ANEW();
+    const RUN_RESULT run = FAULTY("");
+    EXPECT_EQ(run.STATUS, 0) << text;
+    EXPECT_EQ(COUNT_OF(run.SAID, "*****gnuplot: it drew nothing\n"), 1u) << run.SAID;
+    EXPECT_EQ(TEXT_OF(work / "graph.svg"), old_csv) << text;
+    EXPECT_EQ(TEXT_OF(work / "graph.csv"), complete["graph.csv"]) << text;
+    EXPECT_TIDY(text);
+  }
+}
+
+// While the picture is drawn, Ctrl-C ends the drawing, and another signal ends us.
+TEST_F(FAULTS_OF_GRAPHS, A_SIGNAL_WHILE_IT_IS_DRAWN_LEAVES_THE_OLD_PICTURE) {
+  PUT_STAND_IN("echo $$ > drawing; exec sleep 20");
+  for (const int signal : {SIGTERM, SIGINT}) {
+    START_ANEW();
+    fs::remove(work / "drawing");
+    const auto begun = std::chrono::steady_clock::now();
+    const RUN_RESULT run =
+        SHELL("\"$GEMMARA\" < ../input & while [ ! -s drawing ]; do sleep 0.01; done; kill -" +
+              std::to_string(signal) + " $!; wait $!");
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(10));
+    EXPECT_EQ(run.STATUS, signal == SIGINT ? 0 : killed + signal);
+    EXPECT_EQ(COUNT_OF(run.SAID, "*****gnuplot was stopped\n"), signal == SIGINT ? 1u : 0u)
+        << run.SAID;
+    EXPECT_EQ(TEXT_OF(work / "graph.svg"), old_csv);
+    EXPECT_TIDY("signal " + std::to_string(signal));
+  }
 }
 
 // ---- what the name leads to ----
@@ -258,6 +417,46 @@ TEST_F(FAULTS, TARGETS_THAT_CANNOT_BE_WRITTEN_ARE_NAMED) {
   EXPECT_EQ(TEXT_OF(work / "old.cif"), old_cif);
   EXPECT_TRUE(fs::is_empty(work / "folder.cif"));
   EXPECT_TRUE(fs::is_symlink(work / "full.cif"));
+}
+
+// The same of sheets, of graphs, whose files are three, and of a sheet of a fit.
+TEST_F(FAULTS, TARGETS_OF_SHEETS_AND_GRAPHS_ARE_NAMED) {
+  START_ANEW();
+  for (const char* const name : {"folder.csv", "folder.svg", "script.gp"})
+    fs::create_directory(work / name);
+  for (const char* const name : {"full.csv", "fullfit.tsv", "picture.svg"})
+    fs::create_symlink("/dev/full", work / name);
+  for (const char* const name : {"null.csv", "gone.svg"})
+    fs::create_symlink("/dev/null", work / name);
+  PUT_FILE(work / "theirs.csv", "theirs\n");
+  PUT_FILE(folder / "input",
+           "READ cif data/hematite.cif\nY\nCALC poly\n\n0\nFIT cells P\n"
+           "CSV cells folder.csv\n\nCSV cells full.csv\nY\nCSV cells null.csv\nY\n"
+           "CSV cells theirs.csv\nY\n\nCSV fit folder.csv\n\nCSV fit fullfit.tsv\nY\n"
+           "GRAPH cells P folder.svg\n\nGRAPH cells P full.svg\nY\nGRAPH cells P script.svg\nY\n"
+           "GRAPH cells P picture.svg\nY\nGRAPH cells P gone.svg\nY\n"
+           "GRAPH cells P theirs.svg\nY\nEXIT\n");
+  const RUN_RESULT run = FAULTY("FAULT_DENIED=theirs");
+  EXPECT_EQ(run.STATUS, 0);
+  const auto expect = [&](const std::string& line, std::size_t count) {
+    EXPECT_EQ(COUNT_OF(run.SAID, line), count) << line << run.SAID;
+  };
+  expect("*****The file folder.csv is a folder: choose another name\n", 2);
+  expect("*****Nothing was written to full.csv: No space left on device\n", 1);
+  expect("*****The file theirs.csv cannot be written (Permission denied): choose another name\n",
+         1);
+  expect("*****Nothing was written to fullfit.tsv: No space left on device\n", 1);
+  expect("     6 rows written to the file\n", 1);  // to nowhere
+  expect("*****The file folder.svg is a folder: choose another name\n", 1);
+  for (const char* const name : {"full.csv", "script.gp", "picture.svg", "theirs.csv"})
+    expect(std::string("*****The file ") + name + " could not be written", 1);
+  expect("     The graph is drawn in gone.svg\n", 1);
+  for (const char* const name : {"full.csv", "fullfit.tsv", "null.csv", "picture.svg", "gone.svg"})
+    EXPECT_TRUE(fs::is_symlink(work / name)) << name;
+  for (const char* const name : {"folder.csv", "folder.svg", "script.gp"})
+    EXPECT_TRUE(fs::is_empty(work / name)) << name;
+  EXPECT_EQ(TEXT_OF(work / "theirs.csv"), "theirs\n");
+  EXPECT_TIDY("targets that cannot be written");
 }
 
 // A pipe that nobody reads takes nothing; one that is read gets all, and stays a pipe.
