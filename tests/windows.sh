@@ -77,10 +77,16 @@ echo "-- $(wine --version 2>/dev/null)"
 wine cmd /c "exit 0" >/dev/null 2>&1 </dev/null # makes the folder of its settings
 settings=$(find "$WINEPREFIX" -type d -path '*/AppData/Local' -print -quit)/quorvansoftware
 
+# A program of our own stands where gnuplot's installer puts it.
+programs=$WINEPREFIX/drive_c/Program\ Files
+if x86_64-w64-mingw32-g++-posix -static -O1 "$dialogues/stand_in/gnuplot.cpp" -o "$scratch/gnuplot.exe"; then
+  mkdir -p "$programs/gnuplot/bin" && cp "$scratch/gnuplot.exe" "$programs/gnuplot/bin/"
+fi
+
 for input in "$dialogues"/*.mcr "$dialogues"/*.in; do
   name=$(basename "${input%.*}")
-  if grep -q '^     The graph is drawn in ' "${input%.*}.txt"; then
-    echo "$name: not run, as wine has no gnuplot"
+  if grep -q '^     The graph is drawn in ' "${input%.*}.txt" && [ ! -f "$scratch/gnuplot.exe" ]; then
+    echo "$name: not run, as there is no stand-in for gnuplot (Debian: apt-get install g++-mingw-w64-x86-64-posix)"
     continue
   fi
   fresh_folder "$name"
@@ -143,6 +149,32 @@ touch one.log
 printf '%s\n' 'DIR' SYS 'echo "a b" "c"' PROG EXIT | wine "$program" >said.txt 2>error.txt
 grep -q 'one\.log' said.txt || fail "DIR lists the folder"
 grep -q '"a b" "c"' said.txt || fail "a command with quotes"
+
+name=gnuplot
+echo "-- $name"
+# draws LINE: whether gnuplot is found, and runs.
+draws() {
+  fresh_folder "$1"
+  printf '%s\n' 'READ cif examples\hematite-pressure\hematite.cif' Y 'GRAPH cells P cells.svg' EXIT |
+    wine "$program" >said.txt 2>error.txt
+  grep -q 'The graph is drawn in cells.svg' said.txt && [ "$(cat cells.svg)" = "$(: | sh "$dialogues/stand_in/gnuplot")" ]
+}
+rm -rf "$programs/gnuplot"
+draws nowhere && fail "gnuplot is found where there is none"
+grep -q '\*gnuplot is not installed: cells.gp draws cells.csv when it is' "$scratch/nowhere/said.txt" ||
+  fail "without gnuplot the files are written, and it is told"
+if [ -f "$scratch/gnuplot.exe" ]; then
+  number=0
+  for place in "$programs" "$programs (x86)" "${settings%/*}/Programs"; do
+    number=$((number + 1))
+    mkdir -p "$place/gnuplot/bin" && mv "$scratch/gnuplot.exe" "$place/gnuplot/bin/"
+    draws "place_$number" || fail "gnuplot is not found in $place"
+    mv "$place/gnuplot/bin/gnuplot.exe" "$scratch/"
+  done
+  mkdir "$scratch/größe" && mv "$scratch/gnuplot.exe" "$scratch/größe/"
+  WINEPATH=$(wine winepath -w "$scratch/größe" 2>/dev/null | tr -d '\r') draws on_the_path ||
+    fail "gnuplot is not found by PATH"
+fi
 
 name=options
 echo "-- $name"

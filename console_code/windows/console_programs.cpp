@@ -8,6 +8,7 @@
 #include <array>
 #include <atomic>
 #include <memory>
+#include <new>  // for bad_alloc
 #include <string_view>
 #include <thread>
 
@@ -112,7 +113,11 @@ void RECEIVE(const OWNED_HANDLE& from, std::string& text, std::atomic<bool>& too
   while (::ReadFile(from.get(), part.data(), static_cast<DWORD>(part.size()), &count, nullptr) !=
              0 &&
          count > 0) {
-    if (text.size() <= most_output) text.append(part.data(), count);
+    try {
+      if (text.size() <= most_output) text.append(part.data(), count);
+    } catch (const std::bad_alloc&) {  // nothing leaves a thread
+      too_much = true;
+    }
     if (text.size() > most_output) too_much = true;
   }
 }
@@ -160,12 +165,26 @@ PROGRAM_ANSWER RUN_PROGRAM(const PROGRAM_CALL& call) {
   return answer;
 }
 
+namespace {
+
+// Where installers put programs: for all users, those of 32 bits, and for one user.
+struct INSTALL_FOLDER {
+  const char* VARIABLE;  // of the environment
+  std::string_view BELOW;
+};
+constexpr std::array<INSTALL_FOLDER, 3> install_folders{
+    {{"ProgramFiles", ""}, {"ProgramFiles(x86)", ""}, {"LOCALAPPDATA", "\\Programs"}}};
+
+}  // namespace
+
 std::string FIND_PROGRAM(const std::string& name) {
   std::string folders;
-  std::string installed;
   GET_ENVIRONMENT("PATH", folders);
-  if (GET_ENVIRONMENT("ProgramFiles", installed))
-    folders += ";" + installed + "\\" + name + "\\bin";
+  for (const INSTALL_FOLDER& place : install_folders) {
+    std::string installed;
+    if (GET_ENVIRONMENT(place.VARIABLE, installed))
+      folders += ";" + installed + std::string(place.BELOW) + "\\" + name + "\\bin";
+  }
   for (std::string_view rest = folders; !rest.empty();) {
     const std::size_t end = std::min(rest.find(';'), rest.size());
     const std::string path = std::string(rest.substr(0, end)) + "\\" + name + ".exe";
