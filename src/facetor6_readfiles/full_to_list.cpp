@@ -30,14 +30,13 @@ std::string STRUCTURE_WORDS(int number) {
 }
 
 void TELL(const STRUCTURE& structure, int number) {
-  const std::string where = structure.STATUS == BLOCK_STATUS::PASSED_OVER
-                                ? "in data_" + std::string(structure.TITLE)
-                                : STRUCTURE_WORDS(number);
+  std::string where = " " + STRUCTURE_WORDS(number);
+  if (structure.STATUS == BLOCK_STATUS::PASSED_OVER)
+    where = structure.TITLE.empty() ? "" : " in data_" + std::string(structure.TITLE);
   if (structure.STATUS == BLOCK_STATUS::NO_CELL)
     WARNING("The cell of " + AS_IT_IS(structure.TITLE) +
-            " is missing or cannot be read, the block is not read " + where);
-  const std::string behind = " " + where;
-  for (const std::string& telling : structure.TELLINGS) WARNING(AS_IT_IS(telling + behind));
+            " is missing or cannot be read, the block is not read" + where);
+  for (const std::string& telling : structure.TELLINGS) WARNING(AS_IT_IS(telling + where));
 }
 
 // ---- records ----

@@ -19,4 +19,5 @@ N
 READ full data/series/X*
 
 
+READ full data/bonds.mcr
 EXIT
