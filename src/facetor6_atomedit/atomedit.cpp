@@ -154,17 +154,21 @@ void RUN_SET_ATOM_USE(bool use) {
 
 // ---- elements ----
 
-// Gives each atom of the blocks whose scattering factor begins with old_symbol the new one.
-void CHANGE_ELEMENTS(const std::string& old_symbol, const std::string& new_symbol,
-                     const std::vector<int>& blocks) {
+// Gives each atom of the blocks whose scattering factor begins with old_symbol the new one; how
+// many.
+int CHANGE_ELEMENTS(const std::string& old_symbol, const std::string& new_symbol,
+                    const std::vector<int>& blocks) {
+  int changed = 0;
   for (int block : blocks)
     for (int i = 1; i <= PHASE(block).NATOMS; ++i) {
       ATOM_TYPE& atom = PHASE(block).ATOM(i);
       if (!BEGINS_WITH(atom.SFACSYMB, old_symbol)) continue;
       atom.SFACSYMB = CUT_TEXT(new_symbol, sfac_symbol_length);
       XTAL::GET_CHEMSYMB(atom.SFACSYMB, atom.CHEMSYMB, atom.Z);
+      ++changed;
     }
   CLEAR_FACETOR_VALENCE();  // its tables depend on the elements
+  return changed;
 }
 
 // Takes pairs of old and new names until an empty line.
@@ -180,7 +184,8 @@ void ASK_ELEMENTS(const std::vector<int>& blocks) {
     } else if (count == 1) {
       WRITE_OUT(" *****Only one scattering factor read - try again");
     } else {
-      CHANGE_ELEMENTS(U_CASE(words[0]), U_CASE(words[1]), blocks);
+      if (CHANGE_ELEMENTS(U_CASE(words[0]), U_CASE(words[1]), blocks) == 0)
+        WRITE_OUT(" *****No atoms found with scattering factor " + AS_IT_IS(words[0]));
       CHEMSYMB_PRESENT();
       KEEP_RECORDED({"", "EXIT"});
     }

@@ -506,9 +506,14 @@ TEST_F(EDITOR, WHAT_IS_NO_ELEMENT_IS_WARNED_OF) {
   EXPECT_FALSE(HOLDS(EDIT("element\nSi xx\n\n"), not_elements)) << "omitted atoms do not count";
 }
 
-TEST_F(EDITOR, A_FACTOR_THAT_NO_ATOM_HAS_CHANGES_NOTHING) {
+TEST_F(EDITOR, A_FACTOR_THAT_NO_ATOM_HAS_CHANGES_NOTHING_AND_IS_TOLD) {
   ADD("first");
-  EXPECT_TRUE(HOLDS(EDIT("element\nFe Mn\n\"\" Mn\n\n"), ask_elements + ask_elements));
+  EXPECT_TRUE(HOLDS(EDIT("element\nFe Mn\n\n"),
+                    ask_elements + " *****No atoms found with scattering factor Fe\n" +
+                        ask_elements + now_elements));
+  EXPECT_TRUE(HOLDS(EDIT("element\n\"\" Mn\n\n"),
+                    ask_elements + " *****No atoms found with scattering factor\n" + ask_elements +
+                        now_elements));
   EXPECT_EQ(ATOM(1, 1).SFACSYMB, "Si");
   EXPECT_EQ(ATOM(1, 2).SFACSYMB, "O");
 }
