@@ -145,6 +145,15 @@ TEST_F(WORK_DIR, CD_THAT_FAILS_SAYS_SO_STAYS_AND_SAVES_NOTHING) {
   EXPECT_EQ(PARAM("WDIR", 1), "");
 }
 
+TEST_F(WORK_DIR, CD_TO_A_FOLDER_THAT_MAY_NOT_BE_ENTERED_SAYS_SO) {
+  AS_A_COMMON_USER([] {
+    fs::create_directory("closed");
+    fs::permissions("closed", fs::perms::owner_read);
+    EXPECT_EQ(COMMANDED("cd closed"),
+              "     Cannot change directory to closed: it may not be entered\n");
+  });
+}
+
 TEST_F(WORK_DIR, ONLY_THE_WHOLE_WORD_IS_CD) {
   PUT_FILE("cdx", "#!/bin/sh\necho ran > ran.txt\n");
   fs::permissions("cdx", fs::perms(0755));
