@@ -207,8 +207,8 @@ bool MAY_MEAN(const std::string& symbol, const SPACE_GROUP& group) {
 }
 
 std::string OPERATORS_WIN(const std::string& words, const SPACE_GROUP& group) {
-  const std::string name = group.NUMSPG > 0 ? ": " + group.SPG_SYMB : "";
-  return words + " does not agree with the operators, which are read" + name;
+  return words + " does not agree with the operators, which are read: " +
+         (group.NUMSPG > 0 ? group.SPG_SYMB : "a setting without a symbol");
 }
 
 // Whether the symbol means another group, once the origin that it leaves open is allowed for.

@@ -229,7 +229,8 @@ TEST(FULL_SYMMETRY, OPERATORS_OF_A_SETTING_WITHOUT_A_NAME_WIN_TOO) {
                   "_symmetry_space_group_name_H-M 'P m'\n",
                   "_cell_length_a 3 _cell_length_b 6 _cell_length_c 5 _cell_angle_alpha 90 "
                   "_cell_angle_beta 53.130102 _cell_angle_gamma 90\n"),
-            "unknown 4|The symbol P m does not agree with the operators, which are read");
+            "unknown 4|The symbol P m does not agree with the operators, which are read: a setting "
+            "without a symbol");
 }
 
 // The symbol leaves the origin open, so that operators of either are no contradiction.
