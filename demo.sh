@@ -29,5 +29,9 @@ LOCALAPPDATA= ../gemmara "$example"/*.cif "$example/demo.mcr"
 echo
 echo "The table:   $PWD/bonds.tsv"
 cat bonds.tsv
-[ ! -s cells.svg ] || echo "The picture: $PWD/cells.svg"
+if [ -s cells.svg ]; then
+  echo "The picture: $PWD/cells.svg"
+else
+  echo "The picture: left out, without gnuplot; $PWD/cells.gp draws it when gnuplot is there"
+fi
 echo "Its values:  $PWD/cells.csv"

@@ -7,7 +7,7 @@ configure_file(packaging/gemmara.1 ${CMAKE_BINARY_DIR}/gemmara.1 @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/gemmara.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
-install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} USE_SOURCE_PERMISSIONS)
 
 # All documents as one page, gemmara.html, which needs no other file.
 find_program(PANDOC pandoc)

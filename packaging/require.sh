@@ -28,11 +28,12 @@ require() {
   if command -v apt-get >/dev/null 2>&1 && { [ -z "$as_root" ] || command -v sudo >/dev/null 2>&1; }; then
     echo "Missing packages: $packages" >&2
     if may_install "${as_root:+$as_root }apt-get as root"; then
-      $as_root apt-get update && $as_root apt-get install -y $packages
+      $as_root apt-get update && $as_root apt-get install -y $packages || true
     fi >&2
   fi
   packages=$(missing_packages "$@" | sort -u | tr '\n' ' ')
   [ -z "$packages" ] && return 0
   echo "Please install these packages (names as in Debian): $packages" >&2
+  if command -v apt-get >/dev/null 2>&1; then echo "As root: apt-get install $packages" >&2; fi
   return 1
 }

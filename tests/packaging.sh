@@ -34,6 +34,9 @@ check_root() {
     "$@"; do
     [ -f "$root/$part" ] || fail "$part is not in $root"
   done
+  for part in survey.sh one.sh join.py; do
+    [ -x "$doc/examples/survey/$part" ] || fail "$part of $root cannot be run"
+  done
   "$root/bin/gemmara" --version | grep -qx 'Gemmara 6\.1, .*' || fail "version of $root"
   # The example runs where it was put, and gives the published volume of the octahedron.
   (cd "$doc/examples/hematite-pressure" && "$root/bin/gemmara" hematite.mcr </dev/null) \

@@ -6,10 +6,11 @@ set -eu
 file=$(realpath "$1")
 sheets=$(realpath "$2")
 macro=$(realpath "$(dirname "$0")")/survey.mcr
+program=$(realpath "$(command -v "${GEMMARA:-gemmara}")")
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder"
-LOCALAPPDATA= timeout 600 "${GEMMARA:-gemmara}" "$macro" "$file" </dev/null >said.txt || true
+LOCALAPPDATA= timeout 600 "$program" "$macro" "$file" </dev/null >said.txt || true
 if [ -f sheet.csv ]; then
   mv sheet.csv "$sheets/$(echo "$file" | tr / _).csv"
 else
