@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
 # Sessions at random over real files: random_sessions.py PROGRAM COUNT SEED FILE_OR_FOLDER...
 # COUNT may be FIRST:LAST; one session alone, as 17:17, is shown with its find. A session is made of
-# the seed, its number and the files, and plays READ, OMIT, USE, SORT, SET, CALC, LIST, TABLE,
-# TRANSFORM, ATOMEDIT, PTEDIT, EXPORT, WRITE, MEASURE, CSV, GRAPH, FIT and CLEAR. Beside an exit
-# status of 0 and no word on standard error this must hold:
-#   replay   a recorded session holds what was typed, and replayed it says and writes the same
+# the seed, its number and the files, and plays READ, CHECK, OMIT, USE, SORT, SET, SHOW, CALC, LIST,
+# TABLE, TRANSFORM, ATOMEDIT, PTEDIT, EXPORT, WRITE, MEASURE, CSV, GRAPH, FIT, MACRO and CLEAR, on
+# their lines and by their menus, with answers that are refused. Beside an exit status of 0 and no
+# word on standard error this must hold:
+#   replay   a recorded session holds what was typed, and replayed it says and writes the same, with
+#            its file as a word of MACRO as well
 #   clear    behind CLEAR a session says and writes what a fresh program does
 #   written  what WRITE writes has the cells of TABLE and is read alike by both readers, or READ cif
 #            tells that it is not; written and read again, all tables and the next file are the same
@@ -30,6 +32,9 @@ PROMPT = "G_MARA-6.1>"
 ELEMENTS = ["O", "Si", "Fe", "Mg", "Al", "Ca", "Na", "Ti"]
 ATOM_REPORTS = ["bond lengths", "angles", "edges"]
 LIST_REPORTS = ATOM_REPORTS + ["orbix", "rigid", "displace", "valences of"]
+MOST_SITES = 40  # of a file that is played with
+# A macro with words, which lies beside every session.
+MACRO = "TABLE $1\n$2\n\n\nMEASURE m6 = $3\nTABLE measures\nCSV $1 $2 $4\nFIT measures m6 P\n\n"
 
 
 # ---- the program ----
@@ -59,7 +64,9 @@ class Folder:
         os.mkdir(self.path)
         for name, path in paths.items():
             os.symlink(path, os.path.join(self.path, name))
-        self.given = set(paths)
+        with open(os.path.join(self.path, "words.mcr"), "w") as file:
+            file.write(MACRO)
+        self.given = set(paths) | {"words.mcr"}
 
     def text(self, name):
         path = os.path.join(self.path, name)
@@ -119,8 +126,11 @@ def read_lines(reader, names):
 
 
 class Session:
-    def __init__(self, dice, sources, files="a"):
+    # files: what the names of its files begin with. macros: whether it starts some; one that is
+    # recorded would end there.
+    def __init__(self, dice, sources, files="a", macros=True):
         self.dice, self.sources, self.files, self.count = dice, sources, files, 0
+        self.macros = macros
         self.labels = [label for source in sources.values() for label in source.labels] or ["O"]
         self.blocks = sum(source.blocks for source in sources.values())
         self.measures = []
@@ -137,41 +147,80 @@ class Session:
         first = self.dice.randint(1, max(self.blocks, 1))
         return self.dice.choice([str(first), f"{first} -{first + self.dice.randint(0, 3)}", "all"])
 
+    # A file name, sometimes behind one that is there already or is refused.
+    def file_name(self, extension):
+        name = f"{self.new_name()}{extension}"
+        refused = self.dice.choice(["none/x" + extension, "x.mcr.log", "y" * 200])
+        same = [f"{self.files}same{extension}", self.dice.choice("YN"), name, ""]
+        return self.dice.choice([[name]] * 6 + [[refused, name]] + 2 * [same])
+
+    def cifs(self):
+        return [name for name, source in self.sources.items() if source.kind == "cif"]
+
     def read(self):
-        reader = self.dice.choice(["cif", "full", "full"])
-        cifs = [name for name, source in self.sources.items() if source.kind == "cif"]
+        cifs = self.cifs()
         outs = [name for name, source in self.sources.items() if source.kind == "out"]
         if outs and (not cifs or self.dice.random() < 0.3):
             return read_lines("Crystal17", [self.dice.choice(outs)])
-        some = self.dice.choice([cifs, ["f*.cif"], [self.dice.choice(cifs)]])
-        return read_lines(reader, some)
+        some = self.dice.choice([cifs, ["f*.cif"], [self.dice.choice(cifs)], ["f{P}.cif"],
+                                 ["f{T}.cif"], ["f[1-2].cif"]])
+        return read_lines(self.dice.choice(["cif", "full", "full"]), some)
+
+    # READ by its menu, with a name that is not there, and with the blocks refused.
+    def read_asked(self):
+        cif = self.dice.choice(self.cifs() or ["none.cif"])
+        lines = [["READ", self.dice.choice("12"), cif, "Y"], ["READ cif none.cif", cif, "Y"],
+                 ["READ full", cif, "Y"], [f"READ full {cif}", "N"], ["READ", "0"],
+                 ["READ full none*.cif", "", ""]]
+        return self.dice.choice(lines) + [""]
+
+    def check(self):
+        cifs = self.cifs() or ["none.cif"]
+        first = self.dice.choice([["CHECK", self.dice.choice(cifs)],
+                                  [f"CHECK {self.dice.choice(cifs)}"]])
+        return first + [self.dice.choice(cifs), self.dice.choice("YNN"), "", ""]
 
     def limits(self):
         return self.dice.choice(["", "", "0.5 3.2", "1.1 2.6137", "1.2137 2.4", "0.01 2.2"])
 
+    # CALC goes on with its menu, of which the second entry asks for parameters of pairs of atoms.
     def calc(self):
-        if self.dice.random() < 0.7:
+        if self.dice.random() < 0.6:
             return ["CALC poly", self.limits(), "", ""]
-        change = self.dice.choice([["N"], ["", ""], ["Y", "1 1.7 0.37", "", ""]])
-        return ["CALC poly", self.limits(), "2"] + change + ["", "", ""]
+        change = self.dice.choice([["N"], [""], ["Y", "1 1.7 0.37", "", ""],
+                                   ["Y", "1 1.7 0.37", "2 1.9 0.4", "", "N"]])
+        if self.dice.random() < 0.3:
+            return ["CALC", "1", self.limits(), "2"] + change + ["0", "", ""]
+        labels = [f"{self.dice.choice(ELEMENTS)} 3+", ""] * self.dice.randint(0, 2)
+        return self.dice.choice([["CALC poly", self.limits(), "2"], ["CALC val"]]) + labels + \
+            change + ["", "", ""]
 
     def report(self):
         command = self.dice.choice(["LIST", "TABLE"])
         entry = self.dice.choice(["cells", "xyz", "adps", "block names", "symmetry", "measures",
                                   "site names", "scat"] + 2 * LIST_REPORTS)
+        if self.dice.random() < 0.15:
+            return [command, str(self.dice.randint(1, 16)), self.site(), self.site(), "", "", ""]
         lines = [f"{command} {entry}"] + [self.dice.choice("UB")] * (entry == "adps")
-        return lines + [self.site(), "", ""]
+        return lines + [self.site()] * self.dice.choice([1, 1, 2]) + ["", ""]
 
     def set(self):
         letters = [self.dice.choice("YN") for _ in range(4)]
-        return self.dice.choice([["SET hide"], ["SET show"], ["SET dmin", self.limits(), ""],
-                                 ["SET reference", str(self.dice.randint(1, self.blocks + 1)), ""],
-                                 ["SET exclude"] + letters, ["SET output", letters[0]],
-                                 ["SHOW"]]) + ["", ""]
+        entries = [["hide"], ["show"], ["dmin", self.limits(), ""],
+                   ["reference", str(self.dice.randint(1, self.blocks + 1)), ""],
+                   ["exclude"] + letters, ["output", letters[0]]]
+        number = self.dice.randrange(len(entries))
+        if self.dice.random() < 0.2:
+            return ["SET", str(number + 1)] + entries[number][1:] + ["0", ""]
+        return self.dice.choice([["SHOW"], ["HELP"]] + 6 * [
+            [f"SET {entries[number][0]}"] + entries[number][1:]]) + ["", ""]
 
     def use(self):
         references = [str(block) for block in range(1, 3 * self.blocks + 1)]
-        return [self.dice.choice(["USE", "OMIT"]) + " " + self.some_blocks()] + references + [""]
+        command = self.dice.choice(["USE", "OMIT"])
+        first = self.dice.choice([[f"{command} {self.some_blocks()}"],
+                                  [command, "none", self.some_blocks()]])
+        return first + references + [""]
 
     def sort(self):
         return self.dice.choice([["UNSORT"], ["SORT", self.dice.choice("PT"),
@@ -180,9 +229,12 @@ class Session:
     def transform(self):
         sign = self.dice.choice(["1", "-1"])
         rows = [" ".join(sign if i == k else "0" for k in range(3)) for i in range(3)]
+        if self.dice.random() < 0.1:
+            rows = self.dice.choice([["2 0 0", "0 1 0", "0 0 1"], ["x", "0 1 0", "1 0 0", "0 0 1"]])
         shift = self.dice.choice(["0 0 0", "0.5 0.5 0.5", "1 0 0", "0.1 0 0.25"])
+        again = self.dice.choice([["N"], ["Y", self.some_blocks(), "", self.dice.choice("YN"), "N"]])
         return ["TRANSFORM"] + rows + [shift, self.some_blocks(), "",
-                                       self.dice.choice("YN"), "N", "", "", ""]
+                                       self.dice.choice("YN")] + again + ["", "", ""]
 
     def atomedit(self):
         if self.dice.random() < 0.3:
@@ -195,20 +247,28 @@ class Session:
     def ptedit(self):
         value = self.dice.choice(["1.54(5)", "3.14 0.05", "0.5", "-1.25", "12.0"])
         kelvin = self.dice.choice(["295(2)", "77", "1000 5", "300.5(3)"])
-        which = self.dice.choice("PT")
-        return ["PTEDIT", which, f"{self.dice.randint(1, self.blocks + 1)} "
-                + (value if which == "P" else kelvin), "", "", ""]
+        both = "1.25(3), 310" if self.dice.random() < 0.5 else "1.5 400 0.1 2"
+        which = self.dice.choice(["P", "T", "both"])
+        answer = {"P": value, "T": kelvin, "both": both}[which]
+        blocks = self.dice.choice(["", "", "all "]) or f"{self.dice.randint(1, self.blocks + 1)} "
+        refused = self.dice.choice([[], [], ["x 1,2,3"]])
+        return ["PTEDIT", which] + refused + [blocks + answer, "", "", ""]
 
     def export(self):
-        name = self.new_name()
+        name = self.file_name(self.dice.choice(["", ".dat"]))
         if self.dice.random() < 0.5:
-            return ["EXPORT", "1", name, "0", "", ""]
-        return ["EXPORT", "2", self.dice.choice(self.labels[:8]), name, "", "", ""]
+            return ["EXPORT", "Y", "1"] + name + ["0", "", ""]
+        site = [self.dice.choice(self.labels[:8])]
+        return self.dice.choice([["EXPORT", "2"], ["EXPORT", "Y", "2"],
+                                 ["EXPORT vol"]]) + site + name + ["0", "", ""]
 
+    # Bonds of each centre are asked for until it is answered.
     def write(self):
         name = self.dice.choice([f"{self.files}same", self.new_name()])
-        bonds = self.dice.choice([["Y"], ["N", "Y", "N", "Y"]])
-        return [f"WRITE cif {name}.cif", "Y"] + bonds + [""] * 30
+        some = [self.dice.choice("YN") for _ in range(MOST_SITES)]
+        bonds = self.dice.choice([["Y"], ["", ""], ["N"] + some])
+        first = self.dice.choice([[f"WRITE cif {name}.cif"]] * 4 + [["WRITE", "2", "1", name]])
+        return first + [self.dice.choice("YYYYN")] + bonds + [""] * 3
 
     # ---- measures ----
 
@@ -244,35 +304,86 @@ class Session:
         sign = self.dice.choice("+-*/")
         return f"({self.quantity(depth + 1)} {sign} {self.quantity(depth + 1)})"
 
-    def measure(self):
+    # Names from 1 to 6, so that later ones take the place of earlier ones.
+    def definition(self):
         name = f"m{len(self.measures) % 6 + 1}"
+        quantity = self.quantity()
+        if self.measures and self.dice.random() < 0.2:
+            quantity = f"{self.dice.choice(self.measures)} * {quantity}"
         self.measures.append(name)
-        return [f"MEASURE {name} = {self.quantity()}"[:250]]
+        return f"{name} = {quantity}"[:242]
+
+    def measure(self):
+        choice = self.dice.randrange(8)
+        if choice == 0:
+            known = self.dice.choice(self.measures or ["m1"])
+            return ["MEASURE", self.definition(), known, self.definition(),
+                    self.dice.choice([f"{known} =", "m1 = dist(", ""]), "", ""]
+        if choice == 1 and self.measures:
+            return [f"MEASURE {self.dice.choice(self.measures)}" + self.dice.choice(["", " ="])]
+        return [f"MEASURE {self.definition()}"]
+
+    # A measure before and behind a change of what it is made of.
+    def edit_and_measure(self):
+        edit = self.dice.choice([self.transform, self.atomedit, self.ptedit, self.use, self.sort])
+        shown = ["TABLE measures", "0", ""]  # the menu, when there is no measure
+        return self.measure() + shown + edit() + shown + ["LIST measures", "0", ""]
+
+    def ptedit_and_sort(self):
+        return self.ptedit() + ["SORT", self.dice.choice("PT"), self.dice.choice("ID"), ""] + \
+            ["LIST cells"]
+
+    def macro(self):
+        words = ["bond", self.dice.choice(["ALL", self.dice.choice(self.labels[:8])]),
+                 f'"{self.quantity()}"', f"{self.new_name()}.csv"]
+        return ["MACRO words " + " ".join(words[:self.dice.choice([4, 4, 4, 2])])[:240], ""]
 
     # ---- sheets and lines ----
 
     def sheet(self):
-        entry = self.dice.choice(["cells", "xyz", "adps", "bond", "angles", "edges", "orbix",
-                                  "valences", "measures", "all"])
-        extension = self.dice.choice(["csv", "csv", "tsv", "tex"])
-        at_sites = entry not in ("cells", "measures", "all")
-        return ([f"CSV {entry}"] + [self.site()] * at_sites +
-                [f"{self.new_name()}.{extension}", "", ""])
+        entry = self.dice.choice(["cells", "xyz", "adps", "bond", "angles", "edges", "orbix", "rigid",
+                                  "displace", "valences", "measures", "all", "all", "fit"])
+        name = self.file_name(self.dice.choice([".csv", ".csv", ".tsv", ".tex"]))
+        at_sites = entry not in ("cells", "measures", "all", "fit")
+        if self.dice.random() < 0.1:
+            return ["CSV", str(self.dice.randint(1, 13)), self.site()] + name + ["", ""]
+        if len(name) == 1 and self.dice.random() < 0.2:
+            return [" ".join(["CSV", entry] + [self.site()] * at_sites + name), "", ""]
+        return [f"CSV {entry}"] + [self.site()] * at_sites + name + ["", ""]
+
+    # What GRAPH and FIT ask for first: an entry, a site or measures, an abscissa.
+    def followed(self, command, abscissae):
+        entry = self.dice.choice(["cells", "bond", "angles", "poly", "valences", "measures"])
+        measures = self.measures or ["m1"]
+        asked = []
+        if entry in ("bond", "angles", "poly", "valences"):
+            asked = [self.site()]
+        elif entry == "measures":
+            asked = [self.dice.choice(["", measures[-1], " ".join(measures[-2:])])]
+        against = self.dice.choice(abscissae + [measures[-1]])
+        refused = self.dice.choice([[], [], [], ["none"]])
+        if asked != [""] and against and self.dice.random() < 0.3:
+            return [" ".join([command, entry] + asked + [against])]
+        return [f"{command} {entry}"] + asked + refused + [against]
 
     def graph(self):
-        command = self.dice.choice(["GRAPH", "FIT"])
-        entry = self.dice.choice(["cells", "bond", "angles", "poly", "measures"])
-        against = self.dice.choice(["P", "T", "", "P 2" if command == "FIT" else "P"])
-        asked = [self.site()] * (entry in ("bond", "angles", "poly")) + [""] * (entry == "measures")
-        return [f"{command} {entry}"] + asked + [against, self.new_name(), "", "", ""]
+        name = self.file_name(self.dice.choice(["", ".svg", ".pdf", ".png", ".eps"]))
+        return self.followed("GRAPH", ["P", "T", ""]) + self.dice.choice([name] * 5 + [[""]]) + \
+            ["", "", ""]
+
+    def fit(self):
+        lines = self.followed("FIT", ["P", "T", "", "P 2", "T 2"]) + ["", ""]
+        return lines + self.dice.choice([[], ["CSV fit"] + self.file_name(".csv") + [""]])
 
     def clear(self):
         return ["CLEAR"] + self.read()
 
     def steps(self, most):
-        kinds = [self.read, self.clear, self.sort, self.transform, self.export, self.write,
-                 self.graph, self.ptedit] + 2 * [self.set, self.use, self.atomedit, self.sheet]
+        kinds = [self.read, self.read_asked, self.check, self.clear, self.sort, self.transform,
+                 self.export, self.write, self.ptedit, self.ptedit_and_sort, self.edit_and_measure]
+        kinds += 2 * [self.set, self.use, self.atomedit, self.sheet, self.graph, self.fit]
         kinds += 3 * [self.measure] + 3 * [self.calc] + 4 * [self.report]
+        kinds += [self.macro] * self.macros
         lines = self.read()
         for _ in range(self.dice.randint(2, most)):
             lines += self.dice.choice(kinds)()
@@ -351,7 +462,7 @@ class Judge:
 
     # Answers that were refused are not recorded; what is left is typed once more.
     def replay(self):
-        self.lines = Session(self.dice, self.sources).steps(16)
+        self.lines = Session(self.dice, self.sources, macros=False).steps(16)
         first, macro, said = self.recorded("first", self.lines)
         typed = first
         if not macro.endswith("END\n"):
@@ -360,9 +471,10 @@ class Judge:
             typed, again, said = self.recorded("typed", macro.split("\n")[:-2])
             self.same("replay", "the recorded macro", macro, again)
         replayed = self.folder("replayed")
+        word = self.dice.choice(list(self.sources))
         with open(os.path.join(replayed.path, "again.mcr"), "w") as file:
-            file.write(macro)
-        self.run(replayed, ["LOG said", "MACRO again", "EXIT"], "replayed")
+            file.write(macro.replace(word, "$1"))
+        self.run(replayed, ["LOG said", f"MACRO again {word}", "EXIT"], "replayed")
         self.same("replay", "what was said", said, said_in(replayed))
         written = [folder.written(["said.log", "again.mcr"]) for folder in (first, typed, replayed)]
         self.same_files("replay", written[0], written[1])
@@ -371,7 +483,8 @@ class Judge:
     def clear(self):
         before = Session(self.dice, self.sources)
         dirty = before.steps(12)
-        clean = ["CLEAR", "SET show", "", "SET dmin", "0.01 2.2", "", "SET exclude", "N", "N", "N",
+        leave = ["0", "", "0", "", "", ""]  # whatever is asked still
+        clean = leave + ["CLEAR", "SET show", "", "SET dmin", "0.01 2.2", "", "SET exclude", "N", "N", "N",
                  "N", "", "SET output", "N", "", "UNSORT"]
         for _ in range(6):
             clean += [f"MEASURE m{k} =" for k in range(1, 7)]
@@ -577,7 +690,7 @@ def main():
                         if path.lower().endswith((".cif", ".out"))
                         and os.path.getsize(path) <= LARGEST})
         sources.extend(source for source in pool.map(Source, paths)
-                       if 0 < source.blocks <= 12 and len(source.labels) <= 40)
+                       if 0 < source.blocks <= 12 and len(source.labels) <= MOST_SITES)
         first, _, last = sys.argv[2].rpartition(":")
         numbers = range(int(first or 1), int(last) + 1)
         totals = [0] * 6
