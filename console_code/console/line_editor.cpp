@@ -1,7 +1,9 @@
-// Editing a line at a terminal with libedit. Nothing else in the program uses that library, and
-// nothing here reaches the log or a recorded macro.
+// Editing a line at a terminal with libedit. Nothing else in the program uses that library, which
+// is loaded at start: where it is not installed, lines are read plainly. Nothing here reaches the
+// log or a recorded macro.
 #include "console_code/console/line_editor.h"
 
+#include <dlfcn.h>  // for dlopen, dlsym
 #include <histedit.h>
 #include <langinfo.h>  // for nl_langinfo_l
 #include <locale.h>    // for newlocale, uselocale
@@ -23,6 +25,51 @@ namespace KVA_CONSOLE {
 using namespace KVA_UTILITIES;
 
 namespace {
+
+// ---- the library ----
+
+// What it is called on Debian, on other systems of ELF, and on those of Mach-O.
+constexpr const char* library_names[] = {"libedit.so.2", "libedit.so.0", "libedit.3.dylib"};
+
+// Its routines, each under its own name without el_.
+struct {
+  decltype(&::el_init) INIT;
+  decltype(&::el_get) GET;
+  decltype(&::el_set) SET;
+  decltype(&::el_source) SOURCE;
+  decltype(&::el_resize) RESIZE;
+  decltype(&::el_gets) GETS;
+  decltype(&::el_line) LINE;
+  decltype(&::el_insertstr) INSERTSTR;
+  decltype(&::el_deletestr) DELETESTR;
+  decltype(&::history_init) HISTORY_INIT;
+  decltype(&::history) HISTORY;
+} libedit;
+
+template <typename ROUTINE>
+bool FIND_ROUTINE(void* library, const char* name, ROUTINE& routine) {
+  routine = reinterpret_cast<ROUTINE>(::dlsym(library, name));
+  return routine != nullptr;
+}
+
+bool LOAD_LIBRARY() {
+  void* library = nullptr;
+  for (const char* const name : library_names)
+    if (library == nullptr) library = ::dlopen(name, RTLD_NOW);
+  return library != nullptr && FIND_ROUTINE(library, "el_init", libedit.INIT) &&
+         FIND_ROUTINE(library, "el_get", libedit.GET) &&
+         FIND_ROUTINE(library, "el_set", libedit.SET) &&
+         FIND_ROUTINE(library, "el_source", libedit.SOURCE) &&
+         FIND_ROUTINE(library, "el_resize", libedit.RESIZE) &&
+         FIND_ROUTINE(library, "el_gets", libedit.GETS) &&
+         FIND_ROUTINE(library, "el_line", libedit.LINE) &&
+         FIND_ROUTINE(library, "el_insertstr", libedit.INSERTSTR) &&
+         FIND_ROUTINE(library, "el_deletestr", libedit.DELETESTR) &&
+         FIND_ROUTINE(library, "history_init", libedit.HISTORY_INIT) &&
+         FIND_ROUTINE(library, "history", libedit.HISTORY);
+}
+
+// ---- what is edited ----
 
 // They live to the end of the process: to end them would throw away what was typed ahead.
 EditLine* editor = nullptr;
@@ -91,7 +138,7 @@ void SHOW_CANDIDATES(const std::vector<std::string>& candidates) {
 }
 
 unsigned char COMPLETE_LINE(EditLine* line) {
-  const LineInfo* const info = ::el_line(line);
+  const LineInfo* const info = libedit.LINE(line);
   const std::string before(info->buffer, info->cursor);
   const COMPLETION completion = COMPLETE(before, *line_help);
   const std::string typed = before.substr(before.size() - completion.TYPED);
@@ -102,8 +149,8 @@ unsigned char COMPLETE_LINE(EditLine* line) {
     SHOW_CANDIDATES(completion.CANDIDATES);
     return CC_REDISPLAY;
   }
-  ::el_deletestr(line, CHARACTERS(typed));
-  ::el_insertstr(line, completion.TEXT.c_str());
+  libedit.DELETESTR(line, CHARACTERS(typed));
+  libedit.INSERTSTR(line, completion.TEXT.c_str());
   return CC_REFRESH;
 }
 
@@ -126,53 +173,54 @@ char* PROMPT_OF_LINE(EditLine* /*line*/) {
 bool TERMINAL_CAN_EDIT() {
   constexpr char clear_rest[] = "ce";
   char* sequence = nullptr;
-  return ::el_get(editor, EL_GETTC, clear_rest, &sequence, nullptr) == 0 && sequence != nullptr;
+  return libedit.GET(editor, EL_GETTC, clear_rest, &sequence, nullptr) == 0 && sequence != nullptr;
 }
 
 void SET_KEYS() {
   constexpr char tab_routine[] = "add-completion";
-  ::el_set(editor, EL_EDITOR, "emacs");
-  ::el_set(editor, EL_ADDFN, tab_routine, "Complete the word before the cursor", ADD_COMPLETION);
-  ::el_set(editor, EL_BIND, "^I", tab_routine, nullptr);
-  ::el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
-  ::el_set(editor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
+  libedit.SET(editor, EL_EDITOR, "emacs");
+  libedit.SET(editor, EL_ADDFN, tab_routine, "Complete the word before the cursor", ADD_COMPLETION);
+  libedit.SET(editor, EL_BIND, "^I", tab_routine, nullptr);
+  libedit.SET(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+  libedit.SET(editor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
   // Home and End as some terminals send them, whatever their description says.
-  ::el_set(editor, EL_BIND, "\033[1~", "ed-move-to-beg", nullptr);
-  ::el_set(editor, EL_BIND, "\033[4~", "ed-move-to-end", nullptr);
+  libedit.SET(editor, EL_BIND, "\033[1~", "ed-move-to-beg", nullptr);
+  libedit.SET(editor, EL_BIND, "\033[4~", "ed-move-to-end", nullptr);
 }
 
 void PUT_IN_HISTORY(const std::string& line) {
   HistEvent event{};
   last_line = line;
   // A line in other characters would stand in the way to those before it.
-  if (CHARACTERS(line) != no_characters) ::history(history_lines, &event, H_ENTER, line.c_str());
+  if (CHARACTERS(line) != no_characters)
+    libedit.HISTORY(history_lines, &event, H_ENTER, line.c_str());
 }
 
 void START_HISTORY() {
   HistEvent event{};
-  history_lines = ::history_init();
+  history_lines = libedit.HISTORY_INIT();
   if (history_lines == nullptr) return;
-  ::history(history_lines, &event, H_SETSIZE, static_cast<int>(HISTORY_LENGTH));
-  ::el_set(editor, EL_HIST, ::history, history_lines);
+  libedit.HISTORY(history_lines, &event, H_SETSIZE, static_cast<int>(HISTORY_LENGTH));
+  libedit.SET(editor, EL_HIST, libedit.HISTORY, history_lines);
   for (const std::string& line : READ_HISTORY()) PUT_IN_HISTORY(line);
 }
 
 }  // namespace
 
 void START_LINE_EDITOR() {
-  if (editor != nullptr || !AT_TERMINAL()) return;
+  if (editor != nullptr || !AT_TERMINAL() || !LOAD_LIBRARY()) return;
   // The library's own messages would stand in the dialogue.
   std::FILE* const unseen = std::fopen("/dev/null", "we");
   if (unseen == nullptr) return;
   terminal_locale = FIND_TERMINAL_LOCALE();
   const TERMINAL_CHARACTERS scope;
-  editor = ::el_init("gemmara", stdin, stdout, unseen);
+  editor = libedit.INIT("gemmara", stdin, stdout, unseen);
   if (editor == nullptr || !TERMINAL_CAN_EDIT()) return;
   SET_KEYS();
   START_HISTORY();
-  ::el_set(editor, EL_PROMPT, PROMPT_OF_LINE);
-  ::el_set(editor, EL_SIGNAL, 1);  // a signal finds the terminal as the program found it
-  ::el_source(editor, nullptr);    // the user's own keys
+  libedit.SET(editor, EL_PROMPT, PROMPT_OF_LINE);
+  libedit.SET(editor, EL_SIGNAL, 1);  // a signal finds the terminal as the program found it
+  libedit.SOURCE(editor, nullptr);    // the user's own keys
   editor_works = true;
 }
 
@@ -186,7 +234,7 @@ namespace {
 
 // What has been typed of a line that did not come to its end.
 std::string EDITED_TEXT() {
-  const LineInfo* const info = ::el_line(editor);
+  const LineInfo* const info = libedit.LINE(editor);
   return {info->buffer, info->lastchar};
 }
 
@@ -196,13 +244,13 @@ bool EDIT_LINE(const std::string& prompt, const LINE_HELP& help, std::string& li
   const TERMINAL_CHARACTERS scope;
   shown_prompt = prompt;
   line_help = &help;
-  ::el_resize(editor);
+  libedit.RESIZE(editor);
   const char* typed = nullptr;
   int count = 0;
   LET_INTERRUPT_END_READING(true);
   const bool begun = !INTERRUPTED();
   while (!INTERRUPTED()) {
-    typed = ::el_gets(editor, &count);
+    typed = libedit.GETS(editor, &count);
     if (typed != nullptr || count >= 0 || errno != EINTR) break;
   }
   LET_INTERRUPT_END_READING(false);

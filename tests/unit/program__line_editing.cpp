@@ -80,6 +80,22 @@ class AT_TERMINAL : public STARTED {
   fs::path history;
 };
 
+// ---- the library ----
+
+// A file of its name that is no library stands for one that is not installed.
+TEST_F(AT_TERMINAL, WITHOUT_THE_LIBRARY_LINES_ARE_READ_PLAINLY) {
+  const fs::path libraries = folder / "libraries";
+  fs::create_directory(libraries);
+  for (const char* const name : {"libedit.so.2", "libedit.so.0"})
+    PUT_FILE(libraries / name, "not a library");
+  ::setenv("LD_LIBRARY_PATH", libraries.c_str(), 1);
+  BEGIN("xterm", false);
+  ::unsetenv("LD_LIBRARY_PATH");
+  TYPE("LOG run\n");
+  END_BY("EXIT\n");
+  EXPECT_EQ(COUNT_OF(LOGGED(), "\nG_MARA-6.1>EXIT\n"), 1u);
+}
+
 // ---- keys ----
 
 TEST_F(AT_TERMINAL, KEYS_MOVE_AND_CHANGE) {
