@@ -65,14 +65,33 @@ void EXPAND_PHASE_LIST(int extra, bool& error) {
   NPHASES_ALLOCATED = n;
 }
 
+namespace {
+
+// Room for more atoms costs the loaded blocks their bonds and the use of their atoms.
+void TELL_WHAT_ROOM_COSTS() {
+  bool bonds = false;
+  bool omitted = false;
+  for (int block = 1; block <= NPHASES; ++block) {
+    const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
+    bonds = bonds || SUM_NBONDS(phase) > 0;
+    for (int i = 1; i <= phase.NATOMS; ++i) omitted = omitted || phase.ATOM_USE(i) == ATOM_OMITTED;
+  }
+  if (bonds) WARNING("A new block has more atoms: the bonds are dropped, run calc poly again");
+  if (omitted) WARNING("A new block has more atoms: omitted atoms are used again, omit them anew");
+}
+
+}  // namespace
+
 void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error) {
   error = false;
   int largest_new = 0;
   for (const CRYSTAL_STRUCTURE_TYPE& phase : newx)
     largest_new = std::max(largest_new, phase.NATOMS);
   const int largest_held = NATOM_MAX();
-  if (largest_new > largest_held)
+  if (largest_new > largest_held) {
+    TELL_WHAT_ROOM_COSTS();
     for (CRYSTAL_STRUCTURE_TYPE& phase : PHASE) EXPAND_NATOMS(phase, largest_new);
+  }
   for (CRYSTAL_STRUCTURE_TYPE& phase : newx)
     EXPAND_NATOMS(phase, std::max(largest_new, largest_held));
 

@@ -369,6 +369,27 @@ TEST_F(PARAMETERS, THE_LIST_GROWS_WITH_ITS_ORDER_AND_USE_FLAGS) {
   EXPECT_EQ(IUSE.ITEMS, (std::vector<int>{1, 0, 1}));
 }
 
+TEST_F(PARAMETERS, A_BLOCK_WITH_MORE_ATOMS_TELLS_WHAT_IT_COSTS) {
+  const auto read = [](const std::vector<SITE>& sites) {
+    return SAID("", [&sites] { ADD("new", sites); });
+  };
+  std::vector<SITE> sites = silica;
+  ADD("a", sites);
+  sites.push_back({"Mg1", {0.1f, 0.2f, 0.3f}});
+  EXPECT_EQ(read(sites), "") << "there is nothing to lose";
+  PHASE(1).NBONDS(1) = 2;
+  PHASE(2).ATOM_USE(3) = 0;
+  EXPECT_EQ(read(sites), "") << "there is room";
+  sites.push_back({"Mg2", {0.4f, 0.2f, 0.3f}});
+  EXPECT_EQ(read(sites),
+            "\n*****WARNING: A new block has more atoms: the bonds are dropped, run calc poly "
+            "again\n\n"
+            "\n*****WARNING: A new block has more atoms: omitted atoms are used again, omit them "
+            "anew\n\n");
+  EXPECT_EQ(PHASE(1).NBONDS(1), 0);
+  EXPECT_EQ(PHASE(2).ATOM_USE(3), 1);
+}
+
 TEST_F(PARAMETERS, NO_MORE_BLOCKS_ARE_ADDED_THAN_WERE_READ) {
   STRUCTURE_LIST newx;
   newx.ADD(MADE({9, 9, 9}, {90, 90, 90}, "P 1", silica));
