@@ -109,14 +109,11 @@ void READ(benchmark::State& state) {
 void RECORDS(benchmark::State& state) {
   const fs::path path = SERIES_FILE(KIND(state), BLOCKS(state));
   for (auto _ : state) {
-    KVA_UTILITIES::FILE_RECORD file;
-    file.NAME = path.string();
-    KVA_UTILITIES::FILE_LINES lines;
-    std::string message;
+    std::string bytes;
     STRUCTURE_LIST blocks;
     int count = 0;
-    KVA_UTILITIES::READ_FILE(file, lines, message);
-    RUN_DIALOGUE("", [&] { FACETOR_READFILES::READ_CIF_TO_LIST(lines, blocks, count); });
+    KVA_UTILITIES::READ_FILE_BYTES(path.string(), bytes);
+    RUN_DIALOGUE("", [&] { FACETOR_READFILES::READ_CIF_TO_LIST(bytes, blocks, count); });
     benchmark::DoNotOptimize(count);
   }
   state.SetItemsProcessed(state.iterations() * BLOCKS(state));

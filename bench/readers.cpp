@@ -42,18 +42,12 @@ int READ_BY_FULL(const std::string& name) {
 }
 
 int READ_BY_PLAIN(const std::string& name, bool checked) {
-  FILE_RECORD file;
-  file.NAME = name;
-  FILE_LINES lines;
-  std::string message;
+  std::string bytes;
   STRUCTURE_LIST blocks;
   int count = 0;
-  READ_FILE(file, lines, message);
-  READ_CIF_TO_LIST(lines, blocks, count);
-  if (!checked) return count;
-  std::string bytes;
   READ_FILE_BYTES(name, bytes);
-  CHECK_PLAIN_READING(bytes, lines, blocks);
+  READ_CIF_TO_LIST(bytes, blocks, count);
+  if (checked) CHECK_PLAIN_READING(bytes, blocks);
   return count;
 }
 

@@ -212,12 +212,14 @@ void SET_INVERSION(const SORTED_GROUP& sorted, SPACE_GROUP& spacegroup) {
 
 void SET_OPERATOR_LIST(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup) {
   spacegroup.MULTIP = static_cast<int>(operators.size());
-  spacegroup.SYMOP.CLEAR();
-  spacegroup.SYMOPSYMB.CLEAR();
+  std::vector<SYM_OP> reals;
+  std::vector<std::string> texts;
   for (const EXACT_OP& op : operators) {
-    spacegroup.SYMOP.ADD(REAL_FROM(op));
-    spacegroup.SYMOPSYMB.ADD(OPERATOR_TEXT(op));
+    reals.push_back(REAL_FROM(op));
+    texts.push_back(OPERATOR_TEXT(op));
   }
+  spacegroup.SYMOP = std::move(reals);
+  spacegroup.SYMOPSYMB = std::move(texts);
 }
 
 bool FILL_FROM_OPERATORS(const std::vector<EXACT_OP>& operators, SPACE_GROUP& spacegroup) {

@@ -36,11 +36,13 @@ void SET_WYCKOFF(const SPGR_INFO_TYPE& info, SPACE_GROUP& spacegroup) {
   for (std::size_t row = 0; key == nullptr && row < SPGR_INFO.size(); ++row)
     if (SPGR_INFO[row].HALL == info.HALL) key = FIND_WYCKOFF_KEY(SPGR_INFO[row].HM);
   if (key == nullptr) return;
+  std::vector<WYCKOFF_ORBIT> orbits;
   for (int i = key->FIRST; i < key->FIRST + key->COUNT; ++i) {
     const WYCKOFF_ORBIT_INFO& orbit = WYCKOFF_ORBITS[static_cast<std::size_t>(i)];
-    spacegroup.WYCKOFF.push_back(
+    orbits.push_back(
         {orbit.MULTIPLICITY, std::string(orbit.LETTER), std::string(orbit.COORDINATES)});
   }
+  spacegroup.WYCKOFF = std::move(orbits);
 }
 
 // The setting behind ":" in lower case.

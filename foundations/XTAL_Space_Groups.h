@@ -13,6 +13,7 @@
 namespace XTAL {
 
 using KVA_UTILITIES::LIST;
+using KVA_UTILITIES::SHARED_LIST;
 
 struct SYM_OP {
   IMATRIX3 ROT{};  // acts on fractional coordinates as ROT x + TR
@@ -67,9 +68,10 @@ struct SPACE_GROUP {
   int NUMOPS = 0;            // operators without centring and inversion copies
   int MULTIP = 0;            // all operators; 0 for a group that failed
   int NUM_GEN = 0;           // generators, inversion and lattice excepted
-  LIST<SYM_OP> SYMOP;        // NUMOPS operators, identity first; inverted copies; centring copies
-  LIST<std::string> SYMOPSYMB;  // the same as texts, "-x+1/2,y+1/2,-z"
-  std::vector<WYCKOFF_ORBIT> WYCKOFF;
+  // NUMOPS operators, identity first; their inverted copies; centring copies of both
+  SHARED_LIST<SYM_OP> SYMOP;
+  SHARED_LIST<std::string> SYMOPSYMB;  // the same as texts, "-x+1/2,y+1/2,-z"
+  SHARED_LIST<WYCKOFF_ORBIT> WYCKOFF;
   std::array<std::array<float, 2>, 3> R_ASYM_UNIT{};  // x, y, z; minimum and maximum
 };
 

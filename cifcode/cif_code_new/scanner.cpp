@@ -21,13 +21,30 @@ void INIT_ERR_KVACIF() {
 
 namespace {
 
+void LEFT_ADJUST_LINE(std::string& line) {
+  if (line.starts_with(' ')) line = LEFT_ADJUST(line);
+}
+
 void LEFT_ADJUST_LINES(FILE_LINES& flines) {
-  for (std::string& line : flines)
-    if (line.starts_with(' ')) line = LEFT_ADJUST(line);
+  for (std::string& line : flines) LEFT_ADJUST_LINE(line);
 }
 
 bool STARTS_BLOCK(const std::string& line) {
   return !line.empty() && (line[0] == 'd' || line[0] == 'D') && BEGINS_WITH(line, "data_");
+}
+
+// Whether the next line starts a block with a structure; in_text: whether it stands in a text
+// field.
+bool STARTS_STRUCTURE(const std::string& line, bool& in_text) {
+  if (line.starts_with(';')) in_text = !in_text;
+  return !in_text && STARTS_BLOCK(line) && INDEXALL(line, "GLOBAL") == 0;
+}
+
+// Only a line that begins so can start a block or be the bound of a text field.
+bool MAY_START_STRUCTURE(std::string_view line) {
+  for (const char c : line)
+    if (static_cast<unsigned char>(c) > ' ') return c == ';' || c == 'd' || c == 'D';
+  return false;
 }
 
 }  // namespace
@@ -43,14 +60,36 @@ void FIND_ALL_BLOCKS_CIF(const FILE_LINES& flines, LIST<int>& nlines, int& nbloc
   nlines.ASSIGN(static_cast<int>(headings), 0);
   bool in_text = false;
   for (int i = 1; i <= flines.COUNT(); ++i) {
-    const std::string& line = flines(i);
-    if (line.starts_with(';')) {
-      in_text = !in_text;
-    } else if (!in_text && STARTS_BLOCK(line) && INDEXALL(line, "GLOBAL") == 0) {
-      ++nblocks;
-      if (nblocks <= nlines.COUNT()) nlines(nblocks) = i;
-    }
+    if (!STARTS_STRUCTURE(flines(i), in_text)) continue;
+    ++nblocks;
+    if (nblocks <= nlines.COUNT()) nlines(nblocks) = i;
   }
+}
+
+std::vector<std::string_view> BLOCKS_OF_CIF(std::string_view bytes) {
+  std::vector<std::size_t> starts;
+  std::string_view rest = WITHOUT_MARK(bytes);
+  std::string line;
+  bool in_text = false;
+  while (!rest.empty()) {
+    const std::size_t start = bytes.size() - rest.size();
+    const std::string_view as_it_is = TAKE_LINE(rest);
+    if (!MAY_START_STRUCTURE(as_it_is)) continue;
+    line = as_it_is;
+    CLEAN_LINE(line);
+    LEFT_ADJUST_LINE(line);
+    if (STARTS_STRUCTURE(line, in_text)) starts.push_back(start);
+  }
+  starts.push_back(bytes.size());
+  std::vector<std::string_view> blocks;
+  for (std::size_t k = 0; k + 1 < starts.size(); ++k)
+    blocks.push_back(bytes.substr(starts[k], starts[k + 1] - starts[k]));
+  return blocks;
+}
+
+void CLEAN_LINES_OF(std::string_view block, FILE_LINES& flines) {
+  LINES_OF(block, flines);
+  CLEAN_CIF(flines);
 }
 
 FILE_LINES BLOCK_LINES(const FILE_LINES& flines, int start, int end) {

@@ -70,6 +70,13 @@ void CLEAN_CIF(FILE_LINES& flines);
 // it to 0 before. nlines has an entry for each line that begins with data_, unused ones 0.
 void FIND_ALL_BLOCKS_CIF(const FILE_LINES& flines, LIST<int>& nlines, int& nblocks);
 
+// The blocks by the same rule, each as it stands in the file: from its first line up to that of the
+// next. bytes are those of the whole file.
+std::vector<std::string_view> BLOCKS_OF_CIF(std::string_view bytes);
+
+// The lines of such a block, cleaned.
+void CLEAN_LINES_OF(std::string_view block, FILE_LINES& flines);
+
 // First line from line to end that holds key; string receives what stands behind it and line
 // becomes its number. Without a match line stays and string is blank.
 void FIND_KEY_STRING(const FILE_LINES& flines, int& line, int end, std::string_view key,

@@ -1,7 +1,7 @@
 // Files by unit number, file names, and whole files as lines. Asks and prints nothing.
 #include "console_code/kva_utilities/files.h"
 
-#include <algorithm>  // for max, min
+#include <algorithm>  // for count, max, min
 #include <cerrno>
 #include <cstring>  // for memchr
 #include <map>
@@ -90,12 +90,6 @@ bool UNIT_WRITABLE(int unit) {
 
 namespace {
 
-// Drops the UTF-8 mark that some editors put at the start of a file.
-void DROP_BYTE_ORDER_MARK(std::string& line) {
-  constexpr std::string_view mark = "\xEF\xBB\xBF";
-  if (line.starts_with(mark)) line.erase(0, mark.size());
-}
-
 // Reads further bytes; END when there are none.
 READ_STATUS FILL(OPENED_UNIT& opened) {
   constexpr std::size_t buffer_size = 1U << 16;
@@ -145,7 +139,7 @@ READ_STATUS READ_UNIT(int unit, std::string& line, bool* longer) {
   if (found == UNITS().end() || !found->second.OPENED.READABLE) return READ_STATUS::FAILED;
   OPENED_UNIT& opened = found->second;
   const READ_STATUS status = READ_LINE(opened, line);
-  if (opened.AT_START) DROP_BYTE_ORDER_MARK(line);
+  if (opened.AT_START) line.erase(0, line.size() - WITHOUT_MARK(line).size());
   opened.AT_START = false;
   if (longer != nullptr) *longer = status == READ_STATUS::LINE && line.size() > LINE_LENGTH;
   line.resize(CUT_VIEW(line, LINE_LENGTH).size());
@@ -286,6 +280,28 @@ bool READ_FILE_BYTES(const std::string& name, std::string& bytes) {
   }
 }
 
+std::string_view WITHOUT_MARK(std::string_view bytes) {
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  return bytes.substr(bytes.starts_with(mark) ? mark.size() : 0);
+}
+
+std::string_view TAKE_LINE(std::string_view& bytes) {
+  const std::size_t end = std::min(bytes.find('\n'), bytes.size());
+  const std::string_view line = CUT_VIEW(bytes.substr(0, end), LINE_LENGTH);
+  bytes.remove_prefix(std::min(end + 1, bytes.size()));
+  return line;
+}
+
+void LINES_OF(std::string_view bytes, FILE_LINES& flines) {
+  flines.RESIZE(COUNT_LINES(bytes));
+  for (std::string& line : flines) line = TAKE_LINE(bytes);
+}
+
+int COUNT_LINES(std::string_view bytes) {
+  const bool open_line = !bytes.empty() && !bytes.ends_with('\n');
+  return static_cast<int>(std::count(bytes.begin(), bytes.end(), '\n')) + (open_line ? 1 : 0);
+}
+
 void CLOSE_FILE(FILE_RECORD& file) {
   CLOSE_UNIT(file.UNIT);
   file.OPEN = false;
@@ -293,11 +309,13 @@ void CLOSE_FILE(FILE_RECORD& file) {
   file.SHORT_NAME.clear();
 }
 
+void CLEAN_LINE(std::string& line) {
+  for (char& c : line) c = static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+  line.resize(static_cast<std::size_t>(LENTRIM(line)));
+}
+
 void CLEAN_FILE(FILE_LINES& flines) {
-  for (std::string& line : flines) {
-    for (char& c : line) c = static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-    line.resize(static_cast<std::size_t>(LENTRIM(line)));
-  }
+  for (std::string& line : flines) CLEAN_LINE(line);
 }
 
 void STRIP_BLANK_LINES(FILE_LINES& flines) {

@@ -99,6 +99,18 @@ void CLOSE_FILE(FILE_RECORD& file);
 // The bytes of a file as they are. False when it cannot be read or is no ordinary file.
 bool READ_FILE_BYTES(const std::string& name, std::string& bytes);
 
+// The bytes without the UTF-8 mark that some editors put at the start of a file.
+std::string_view WITHOUT_MARK(std::string_view bytes);
+
+// Takes the first line off the bytes: at most LINE_LENGTH of it, without trailing blanks. A return
+// before its end stays.
+std::string_view TAKE_LINE(std::string_view& bytes);
+
+// All lines of the bytes, by TAKE_LINE. The memory of the lines that flines held serves them.
+void LINES_OF(std::string_view bytes, FILE_LINES& flines);
+int COUNT_LINES(std::string_view bytes);
+
+void CLEAN_LINE(std::string& line);          // control characters to blanks
 void CLEAN_FILE(FILE_LINES& flines);         // control characters to blanks
 void STRIP_BLANK_LINES(FILE_LINES& flines);  // non-blank lines to the front, the rest blank
 void STRIP_COMMENTS(FILE_LINES& flines, std::string_view marker);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>  // std::size_t
 #include <cstdlib>  // std::abort
+#include <memory>   // std::shared_ptr
 #include <utility>  // std::move
 #include <vector>
 
@@ -40,6 +41,24 @@ struct LIST {
   auto end() { return ITEMS.end(); }
   auto begin() const { return ITEMS.begin(); }
   auto end() const { return ITEMS.end(); }
+};
+
+// List that stays as it was made and is held once by all copies of it, numbered from 1. A new list
+// is assigned whole.
+template <class T>
+struct SHARED_LIST {
+  std::shared_ptr<const std::vector<T>> HELD;  // blank while the list is empty
+  inline static const std::vector<T> NONE{};
+
+  SHARED_LIST() = default;
+  SHARED_LIST(std::vector<T> items)
+      : HELD(std::make_shared<const std::vector<T>>(std::move(items))) {}
+
+  const std::vector<T>& ITEMS() const { return HELD ? *HELD : NONE; }
+  const T& operator()(int i) const { return ITEMS()[POSITION(i, ITEMS().size())]; }
+  int COUNT() const { return static_cast<int>(ITEMS().size()); }
+  auto begin() const { return ITEMS().begin(); }
+  auto end() const { return ITEMS().end(); }
 };
 
 // vector<bool> has no T&; flags are kept as ints that hold 0 or 1.

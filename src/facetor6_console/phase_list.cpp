@@ -106,6 +106,7 @@ void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error) {
     IUSE(k) = 1;
   }
   NPHASES += added;
+  newx = {};
 }
 
 // ---- questions ----

@@ -29,7 +29,7 @@ void LIST_SITES(REPORT_CODE code, std::string_view option, const std::vector<int
   WORK work("", static_cast<int>(sites.size()));
   for (std::size_t k = 0; k < sites.size(); ++k) {
     if (!GO_ON(work, static_cast<int>(k) + 1)) return WRITE_OUT("|*****The list was stopped");
-    const REPORT report = REPORT_OF(code, sites[k], option, atoms[k], places);
+    REPORT report = REPORT_OF(code, sites[k], option, atoms[k], places);
     WRITE_REPORT(report);
     if (code == REPORT_VALENCES) WRITE_VALENCE_NOTES(report);
   }

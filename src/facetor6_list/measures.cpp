@@ -56,7 +56,8 @@ std::vector<int> BLOCKS_AT(const std::vector<int>& places) {
 // The report behind the warnings of what was matched for it.
 void WRITE_MEASURES(bool with_esds, const std::vector<int>& places) {
   WARN_OF_MEASURED_MATCHES(BLOCKS_AT(places));
-  WRITE_REPORT(MEASURE_REPORT(with_esds, places));
+  REPORT report = MEASURE_REPORT(with_esds, places);
+  WRITE_REPORT(report);
 }
 
 }  // namespace

@@ -20,21 +20,21 @@ using namespace KVA_UTILITIES;
 
 namespace {
 
-REPORT SUMMARY(const std::vector<int>& places) {
+void WRITE_SUMMARY(const std::vector<int>& places) {
   REPORT report;
   report.IS_TABLE = true;
   for (int place : places) report.ROWS.push_back({HEAD_OF_PLACE(place), {}, ""});
-  return report;
+  WRITE_REPORT(report);
 }
 
 }  // namespace
 
 void FACETOR_LIST_PHASE() {
-  WRITE_REPORT(SUMMARY(LISTED_PLACES()));
+  WRITE_SUMMARY(LISTED_PLACES());
 }
 
 void FACETOR_LIST_PHASE_USED() {
-  WRITE_REPORT(SUMMARY(LISTED_PLACES(false)));
+  WRITE_SUMMARY(LISTED_PLACES(false));
 }
 
 // ---- lists of phases that stand in no display order ----
@@ -178,7 +178,8 @@ REPORT CELL_REPORT(bool with_esds, const std::vector<int>& places) {
 }
 
 void FACETOR_LIST_CELLS(std::string_view option) {
-  WRITE_REPORT(CELL_REPORT(WANTS_ESDS(option), LISTED_PLACES()));
+  REPORT report = CELL_REPORT(WANTS_ESDS(option), LISTED_PLACES());
+  WRITE_REPORT(report);
 }
 
 }  // namespace FACETOR_LIST

@@ -197,7 +197,7 @@ std::size_t MOST_CODES(const REPORT& report) {
 
 }  // namespace
 
-void WRITE_REPORT(const REPORT& report) {
+void WRITE_REPORT(REPORT& report) {
   for (const std::string& line : report.TITLE) WRITE_OUT(AS_IT_IS(line));
   if (!report.IS_TABLE) return;
   std::vector<FIELD_LINE> table{HEAD_LINE(report)};
@@ -206,7 +206,10 @@ void WRITE_REPORT(const REPORT& report) {
     for (std::size_t ligand = 0; ligand < MOST_CODES(report); ++ligand)
       table.push_back(CODE_LINE(report, ligand));
   }
-  for (const REPORT_ROW& row : report.ROWS) table.push_back(ROW_LINE(report, row));
+  for (REPORT_ROW& row : report.ROWS) {
+    table.push_back(ROW_LINE(report, row));
+    row.CELLS = std::vector<REPORT_CELL>{};
+  }
   WRITE_TABLE(std::move(table), START_COLUMNS);
 }
 

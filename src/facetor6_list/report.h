@@ -118,6 +118,7 @@ KVA_UTILITIES::FIELD CELL_FIELD(int number, const REPORT_COLUMN& column, const R
                                 bool with_esds);
 
 // Title and table, the columns as wide as they need to be; in panels where the window is narrower.
-void WRITE_REPORT(const REPORT& report);
+// The rows give up their cells for it: a long table is not held twice.
+void WRITE_REPORT(REPORT& report);
 
 }  // namespace FACETOR_LIST

@@ -77,10 +77,12 @@ void REPORT_BLOCK(const FILE_LINES& block, int number, const std::vector<std::st
   for (const std::string& item : missing) WRITE_OUT("   " + AS_IT_IS(item));
 }
 
-void ADD_TO_LOADED(const std::string& file_name, FILE_LINES& ciflines) {
+void ADD_TO_LOADED(const std::string& file_name) {
+  std::string bytes;
+  if (!READ_FILE_BYTES(file_name, bytes)) return WRITE_OUT("*****Error opening file: " + file_name);
   STRUCTURE_LIST newx;
   int nblocks = 0;
-  READ_CIF_TO_LIST(ciflines, newx, nblocks);
+  READ_CIF_TO_LIST(bytes, newx, nblocks);
   NAME_UNTITLED(file_name, newx);
   // Pressures and temperatures stay as read; what calculations rely on is made here.
   for (KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase : newx) {
@@ -122,7 +124,7 @@ void RUN_CHECK_CIF() {
   }
   WRITE_OUT("||");
   if (GET_ANSWER_YN("Do you want to add these CIFs into Gemmara", "Y") == 'Y')
-    ADD_TO_LOADED(cif_name, ciflines);
+    ADD_TO_LOADED(cif_name);
 }
 
 }  // namespace FACETOR_READFILES

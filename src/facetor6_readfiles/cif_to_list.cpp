@@ -248,38 +248,35 @@ void STORE_ATOMS(const LIST<ATOM_TYPE>& atoms, int natoms, CRYSTAL_STRUCTURE_TYP
   }
 }
 
-std::vector<bool> TEMPERATURES_GIVEN(const FILE_LINES& flines) {
-  LIST<int> starts;
-  int count = 0;
-  FIND_ALL_BLOCKS_CIF(flines, starts, count);
+std::vector<bool> TEMPERATURES_GIVEN(std::string_view bytes) {
   std::vector<bool> given;
-  for (int block = 1; block <= count; ++block) {
+  FILE_LINES flines;
+  for (std::string_view block : BLOCKS_OF_CIF(bytes)) {
     float t = 0.0f;
     float sigt = 0.0f;
-    const int end = block < count ? starts(block + 1) - 1 : flines.COUNT();
-    given.push_back(READ_CIF_TEMP(flines, starts(block), end, t, sigt));
+    CLEAN_LINES_OF(block, flines);
+    given.push_back(READ_CIF_TEMP(flines, 1, flines.COUNT(), t, sigt));
   }
   return given;
 }
 
-void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks) {
+void READ_CIF_TO_LIST(std::string_view bytes, STRUCTURE_LIST& newx, int& nblocks) {
   constexpr int many_blocks = 10;
   constexpr int many_lines = 25000;
   WORK work("Reading structures: block", 0);
-  CLEAN_CIF(flines);
-  LIST<int> starts;
-  nblocks = 0;
-  FIND_ALL_BLOCKS_CIF(flines, starts, nblocks);
-  if (nblocks > many_blocks || flines.COUNT() > many_lines)
+  const std::vector<std::string_view> blocks = BLOCKS_OF_CIF(bytes);
+  nblocks = static_cast<int>(blocks.size());
+  if (nblocks > many_blocks || COUNT_LINES(bytes) > many_lines)
     WRITE_OUT("|*****This is a large file, please be patient while it is read in*****|");
   ALLOCATE_CRYSTAL_STRUCTURE_LIST(newx, nblocks);
   if (ERR_KVASTRUCTURES) return WARNING(ERR_KVASTRUCTURES_MESS + " called from expand_phase_list");
   work.TOTAL = nblocks;
   LAST_SYMMETRY last;
+  FILE_LINES flines;  // of one block: those of a long file would fill the memory
   for (int number = 1; number <= nblocks; ++number) {
     if (!GO_ON(work, number)) return newx.CLEAR();
-    const int end = number < nblocks ? starts(number + 1) - 1 : flines.COUNT();
-    READ_BLOCK(flines, {number, starts(number), end}, last, newx(number));
+    CLEAN_LINES_OF(blocks[static_cast<std::size_t>(number - 1)], flines);
+    READ_BLOCK(flines, {number, 1, flines.COUNT()}, last, newx(number));
   }
 }
 

@@ -99,34 +99,29 @@ void READ_FULL_TO_LIST(std::string_view bytes, STRUCTURE_LIST& newx, int& nblock
 
 namespace {
 
-// The blocks of the plain reader by the lines at which they start.
+// The blocks of the plain reader, and how many of them have been looked at.
 struct PLAIN_BLOCKS {
-  const STRUCTURE_LIST& RECORDS;
-  LIST<int> STARTS;
-  int NEXT = 1;  // block whose start is looked at next
+  std::vector<std::string_view> BLOCKS;
+  std::size_t SEEN = 0;
 };
 
-// The record whose block starts on the line, 0 without one. Lines are asked for in order.
-int BLOCK_AT(PLAIN_BLOCKS& plain, int line) {
-  while (plain.NEXT <= plain.RECORDS.COUNT() && plain.STARTS(plain.NEXT) < line) ++plain.NEXT;
-  const bool found = plain.NEXT <= plain.RECORDS.COUNT() && plain.STARTS(plain.NEXT) == line;
-  return found ? plain.NEXT++ : 0;
+std::string_view FIRST_LINE(std::string_view block) {
+  return block.substr(0, block.find('\n'));
 }
 
-// Lines up to a place, counted on from the last one.
-struct LINE_COUNTER {
-  const char* AT = nullptr;
-  int LINE = 1;
-
-  int UP_TO(const char* place) {
-    LINE += static_cast<int>(std::count(AT, place, '\n'));
-    AT = place;
-    return LINE;
+// The number of the block on whose first line the place is, 0 without one. Places are asked for in
+// order.
+int BLOCK_AT(PLAIN_BLOCKS& plain, const char* place) {
+  for (; plain.SEEN < plain.BLOCKS.size(); ++plain.SEEN) {
+    const std::string_view line = FIRST_LINE(plain.BLOCKS[plain.SEEN]);
+    if (place < line.data()) return 0;
+    if (place <= line.data() + line.size()) return static_cast<int>(++plain.SEEN);
   }
-};
+  return 0;
+}
 
 bool SAME_OPERATORS(const XTAL::SPACE_GROUP& a, const XTAL::SPACE_GROUP& b) {
-  return a.SYMOPSYMB.ITEMS == b.SYMOPSYMB.ITEMS || XTAL::SPGR_EQUAL(a, b);
+  return a.SYMOPSYMB.ITEMS() == b.SYMOPSYMB.ITEMS() || XTAL::SPGR_EQUAL(a, b);
 }
 
 void REPORT_DIFFERENCES(const STRUCTURE& structure, const CRYSTAL_STRUCTURE_TYPE& plain,
@@ -145,18 +140,15 @@ void REPORT_DIFFERENCES(const STRUCTURE& structure, const CRYSTAL_STRUCTURE_TYPE
 
 }  // namespace
 
-void CHECK_PLAIN_READING(std::string_view bytes, const FILE_LINES& flines, STRUCTURE_LIST& newx) {
+void CHECK_PLAIN_READING(std::string_view bytes, STRUCTURE_LIST& newx) {
   WORK work("Checking structures: block", newx.COUNT());
-  PLAIN_BLOCKS plain{newx, {}, 1};
-  int count = 0;
-  KVA_CIFNEW::FIND_ALL_BLOCKS_CIF(flines, plain.STARTS, count);
+  PLAIN_BLOCKS plain{KVA_CIFNEW::BLOCKS_OF_CIF(bytes)};
   STRUCTURE_READER reader = STRUCTURES_OF(bytes);
-  LINE_COUNTER lines{reader.SOURCE.SOURCE.BYTES.data()};
   STRUCTURE structure;
   int read = 0;
   int alone = 0;
   while (NEXT_STRUCTURE(reader, structure)) {
-    const int block = BLOCK_AT(plain, lines.UP_TO(structure.BYTES.data()));
+    const int block = BLOCK_AT(plain, structure.BYTES.data());
     if (structure.STATUS == BLOCK_STATUS::PASSED_OVER) continue;
     if (structure.STATUS == BLOCK_STATUS::READ) ++read;
     if (!GO_ON(work, read)) return newx.CLEAR();

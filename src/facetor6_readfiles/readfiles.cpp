@@ -147,7 +147,7 @@ void SHOW_LOADED() {
   EQUAL_ATOMS();
 }
 
-// A file as its reader wants it: its lines, its bytes, or both.
+// A file as its reader wants it: an output of CRYSTAL by its lines, a CIF by its bytes.
 struct FILE_CONTENTS {
   std::string NAME;
   FILE_LINES LINES;
@@ -158,9 +158,9 @@ struct FILE_CONTENTS {
 std::string READ_CONTENTS(int type, FILE_RECORD& file, FILE_CONTENTS& contents) {
   contents.NAME = file.NAME;  // closing the file forgets it
   std::string message;
-  if (type != FULL_CIF_FILE) READ_FILE(file, contents.LINES, message);
+  if (type == CRYSTAL_FILE) READ_FILE(file, contents.LINES, message);
   CLOSE_FILE(file);
-  if (!message.empty() || type == CRYSTAL_FILE) return message;
+  if (type == CRYSTAL_FILE) return message;
   const bool read = READ_FILE_BYTES(contents.NAME, contents.BYTES);
   if (read && !contents.BYTES.empty()) return "";
   return read ? "*****Error in reading file: " + contents.NAME + " or it is empty"
@@ -187,7 +187,7 @@ void TAKE_NUMBERS_OF_NAME(int type, const PATTERN_NUMBERS& numbers, const FILE_C
   if (!numbers.T) return;
   // The plain reader puts room temperature where the file tells none.
   std::vector<bool> given;
-  if (type == CIF_FILE) given = TEMPERATURES_GIVEN(contents.LINES);
+  if (type == CIF_FILE) given = TEMPERATURES_GIVEN(contents.BYTES);
   for (int block = 1; block <= newx.COUNT(); ++block) {
     float& t = newx(block).PT(TEMPERATURE, PT_VALUE);
     const bool told = type == CIF_FILE ? given[static_cast<std::size_t>(block - 1)] : t > TINY_REAL;
@@ -201,12 +201,12 @@ void READ_BLOCKS(int type, FILE_CONTENTS& contents, const PATTERN_NUMBERS& numbe
   if (type == FULL_CIF_FILE)
     READ_FULL_TO_LIST(contents.BYTES, newx, nblocks);
   else if (type == CIF_FILE)
-    READ_CIF_TO_LIST(contents.LINES, newx, nblocks);
+    READ_CIF_TO_LIST(contents.BYTES, newx, nblocks);
   else
     READ_OUT_FILE(contents.LINES, newx, nblocks);
   NAME_UNTITLED(contents.NAME, newx);
   const bool stopped = newx.COUNT() < nblocks;
-  if (type == CIF_FILE && !stopped) CHECK_PLAIN_READING(contents.BYTES, contents.LINES, newx);
+  if (type == CIF_FILE && !stopped) CHECK_PLAIN_READING(contents.BYTES, newx);
   TAKE_NUMBERS_OF_NAME(type, numbers, contents, newx);
   if (type != FULL_CIF_FILE) return;
   for (CRYSTAL_STRUCTURE_TYPE& phase : newx)  // as the plain reader has it, for the list
@@ -278,14 +278,19 @@ void READ_SERIES(const CHOSEN_FILES& chosen) {
   if (OFFER_SERIES(series, true)) SHOW_LOADED();
 }
 
-// One file, which is open.
-void READ_ONE_FILE(CHOSEN_FILES& chosen) {
+// The blocks of one file, which is open. Their records hold all that was read of it. False when it
+// could not be read.
+bool READ_OPEN_FILE(CHOSEN_FILES& chosen, STRUCTURE_LIST& newx, int& nblocks) {
   FILE_CONTENTS contents;
-  if (!READ_CHOSEN_FILE(chosen.TYPE, chosen.FILE, contents)) return;
+  if (!READ_CHOSEN_FILE(chosen.TYPE, chosen.FILE, contents)) return false;
+  READ_BLOCKS(chosen.TYPE, contents, {}, newx, nblocks);
+  return true;
+}
+
+void READ_ONE_FILE(CHOSEN_FILES& chosen) {
   STRUCTURE_LIST newx;
   int nblocks = 0;
-  READ_BLOCKS(chosen.TYPE, contents, {}, newx, nblocks);
-  contents = {};  // the blocks hold all that was read of it
+  if (!READ_OPEN_FILE(chosen, newx, nblocks)) return;
   if (newx.COUNT() == 0) return WARNING("     No crystal structures were read from this file");
   if (newx.COUNT() < nblocks) WARNING("More crystal structures in file than capacity of arrays");
   if (OFFER_BLOCKS(newx, nblocks)) SHOW_LOADED();

@@ -31,23 +31,22 @@ bool IS_STRUCTURE_FILE(std::string_view name);
 // CRYSTAL. Nothing is asked.
 void READ_GIVEN_FILES(const std::vector<std::string>& names);
 
-// Whether each block of a CIF tells its temperature; flines as READ_CIF_TO_LIST left them.
-std::vector<bool> TEMPERATURES_GIVEN(const FILE_LINES& flines);
+// Whether each block of a CIF tells its temperature. bytes are those of the file, here and below.
+std::vector<bool> TEMPERATURES_GIVEN(std::string_view bytes);
 
 // Whether an output of CRYSTAL tells its space group, so that nothing need be asked.
 bool TELLS_GROUP(const FILE_LINES& flines);
 
 // Every block of a CIF into newx; nblocks receives their count.
-void READ_CIF_TO_LIST(FILE_LINES& flines, STRUCTURE_LIST& newx, int& nblocks);
+void READ_CIF_TO_LIST(std::string_view bytes, STRUCTURE_LIST& newx, int& nblocks);
 
 // Every structure of a CIF into newx, by the reader of the whole syntax; nblocks receives their
-// count. bytes are those of the file.
+// count.
 void READ_FULL_TO_LIST(std::string_view bytes, STRUCTURE_LIST& newx, int& nblocks);
 
 // Warns of each block of newx that READ_CIF_TO_LIST read otherwise than the full reader does, and
-// of structures that this one alone finds. flines are the lines as READ_CIF_TO_LIST left them.
-// newx is empty when the user stopped the work.
-void CHECK_PLAIN_READING(std::string_view bytes, const FILE_LINES& flines, STRUCTURE_LIST& newx);
+// of structures that this one alone finds. newx is empty when the user stopped the work.
+void CHECK_PLAIN_READING(std::string_view bytes, STRUCTURE_LIST& newx);
 
 // Compares the volume that a file gives, with its esd, with that of the record's cell, and keeps
 // the esd. Without an esd nothing is compared.

@@ -57,6 +57,7 @@ void CALC_BONDS_OF_CENTRE(const ATOM_IMAGES& images, CRYSTAL_STRUCTURE_TYPE& pha
   DISTANCE_ARRAY(images, phase.ATOM(i).X, dmin, dmax, count, table);
   phase.NBONDS(i) = count;
   phase.BONDS.CENTRES(i).clear();
+  phase.BONDS.MAKE_ROOM(i, count);
   for (int r = 1; r <= count; ++r) {
     phase.BONDS(i, r, BOND_CENTRE) = static_cast<float>(i);
     phase.BONDS(i, r, BOND_LENGTH) = table(r, NEIGHBOUR_DISTANCE);
@@ -161,6 +162,7 @@ void MEASURE_CENTRE(const BOND_TARGETS& targets, const RULER& ruler, CRYSTAL_STR
   block.BOND_CEN(a, CENTRE_SYMCODE) = SYMMETRY_CODE(block, centre.ATOM, centre.OPERATOR, centre.X);
   block.NBONDS(a) = 0;
   const PLACED_ATOM placed_centre = PLACE_ATOM(ruler, centre.ATOM, centre.OPERATOR, centre.X);
+  block.BONDS.MAKE_ROOM(a, static_cast<int>(targets.LIGANDS.size()));
   int j = 0;
   for (const TARGET& target : targets.LIGANDS) {
     block.BONDS.CLEAR_ROW(a, ++j);  // a bond that is missing keeps its row

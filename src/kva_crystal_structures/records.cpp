@@ -61,6 +61,10 @@ void BOND_TABLE::ASSIGN(int n) {
   CENTRES.ASSIGN(n, {});
 }
 
+void BOND_TABLE::MAKE_ROOM(int i, int n) {
+  CENTRES(i).reserve(static_cast<std::size_t>(n));
+}
+
 int BOND_TABLE::ROWS_OF(int i) const {
   return static_cast<int>(CENTRES(i).size());
 }
@@ -128,6 +132,17 @@ void ANGLE_TABLE::ASSIGN(int n) {
   CENTRES.ASSIGN(n, {});
 }
 
+const std::string& TEXT_PAIRS::operator()(int pair, int column) const {
+  static const ROW<std::string, 2> blank;
+  return pair <= ITEMS.COUNT() ? ITEMS(pair)(column) : blank(column);
+}
+
+std::string& TEXT_PAIRS::operator()(int pair, int column) {
+  const auto row = static_cast<int>(KVA_UTILITIES::POSITION(pair, PAIRS)) + 1;
+  if (row > ITEMS.COUNT()) ITEMS.RESIZE(row);
+  return ITEMS(row)(column);
+}
+
 // ---- one record ----
 
 int CAPACITY(const CRYSTAL_STRUCTURE_TYPE& phase) {
@@ -136,29 +151,32 @@ int CAPACITY(const CRYSTAL_STRUCTURE_TYPE& phase) {
 
 namespace {
 
+// A table of n rows that takes no more memory than these, whatever it held.
+template <class TABLE, class... VALUE>
+void ALLOCATE(TABLE& table, int n, const VALUE&... value) {
+  table = {};
+  table.ASSIGN(n, value...);
+}
+
 // Room for n atoms, with empty results.
 void ALLOCATE_TABLES(CRYSTAL_STRUCTURE_TYPE& phase, int n) {
-  phase.ATOM_USE.ASSIGN(n, ATOM_OMITTED);
-  phase.ATOM_DUP.ASSIGN(n);
-  phase.NBONDS.ASSIGN(n, 0);
-  phase.BONDS.ASSIGN(n);
-  phase.BOND_CEN.ASSIGN(n);
-  phase.NANGLES.ASSIGN(n, 0);
-  phase.BANGLES.ASSIGN(n);
-  phase.POLYHEDRON.ASSIGN(n);
+  ALLOCATE(phase.ATOM_USE, n, ATOM_OMITTED);
+  ALLOCATE(phase.ATOM_DUP, n);
+  ALLOCATE(phase.NBONDS, n, 0);
+  ALLOCATE(phase.BONDS, n);
+  ALLOCATE(phase.BOND_CEN, n);
+  ALLOCATE(phase.NANGLES, n, 0);
+  ALLOCATE(phase.BANGLES, n);
+  ALLOCATE(phase.POLYHEDRON, n);
 }
 
 CRYSTAL_STRUCTURE_TYPE EMPTY_RECORD() {
-  constexpr int metadata_pairs = 10;
   CRYSTAL_STRUCTURE_TYPE phase;
   XTAL::SET_CELL_RECORD({10.0f, 10.0f, 10.0f}, {90.0f, 90.0f, 90.0f}, phase.CELL, " ");
   XTAL::SET_SPACEGROUP("P1", phase.SPG);
   phase.ATOM.ASSIGN(START_CAPACITY, ATOM_TYPE{});
   ALLOCATE_TABLES(phase, START_CAPACITY);
   phase.PT.ASSIGN(PT_ROWS);
-  phase.METADATA.ASSIGN(metadata_pairs);
-  RAMAN::ALLOCATE_MODE_LIST(1, phase.MODE_LIST);
-  phase.MODE_LIST.NMODES = 0;
   return phase;
 }
 
@@ -215,6 +233,7 @@ void EXPAND_NATOMS(CRYSTAL_STRUCTURE_TYPE& phase, int n) {
   const int wanted = n > 0 ? n : CAPACITY(phase);
   const int capacity = std::max(wanted, phase.NATOMS);
   phase.ATOM.RESIZE(capacity);
+  phase.ATOM.ITEMS.shrink_to_fit();
   ALLOCATE_TABLES(phase, capacity);
   CLEAN_CRYSTAL_STRUCTURE_TYPE(phase);
 }

@@ -104,6 +104,7 @@ struct BOND_TABLE {
   float operator()(int i, int j, int column) const;
   float& operator()(int i, int j, int column);
   void ASSIGN(int n);                 // n centres without rows
+  void MAKE_ROOM(int i, int n);       // for n rows of centre i, which are to be written
   int ROWS_OF(int i) const;           // rows of centre i, those without a bond included
   void CLEAR_ROW(int i, int j);       // zeros in row j of centre i, which is made if need be
   bool HAS_BOND(int i, int j) const;  // whether row j of centre i holds a bond
@@ -122,6 +123,16 @@ struct ANGLE_TABLE {
   float& operator()(int i, int j, int k, int column);
   ROW<float, ANGLE_COLUMNS>& ROW_OF(int i, int j, int k);  // is made if need be
   void ASSIGN(int n);
+};
+
+// Pairs of texts by pair and column, stored as far as written; the others are blank.
+struct TEXT_PAIRS {
+  static constexpr int PAIRS = 10;
+  LIST<ROW<std::string, 2>> ITEMS;
+
+  const std::string& operator()(int pair, int column) const;
+  std::string& operator()(int pair, int column);
+  static constexpr int COUNT() { return PAIRS; }
 };
 
 struct ATOM_TYPE {
@@ -160,7 +171,7 @@ struct CRYSTAL_STRUCTURE_TYPE {
   KVA_UTILITIES::TABLE<float, POLY_COLUMNS> POLYHEDRON;
   KVA_UTILITIES::TABLE<float, 2> PT;                   // PT(PRESSURE, PT_VALUE)
   std::string BLOCK_TITLE;                             // TITLE_LENGTH bytes
-  KVA_UTILITIES::TABLE<std::string, 2> METADATA;       // 10 pairs of CIF item and text of 600
+  TEXT_PAIRS METADATA;                                 // 10 pairs of CIF item and text of 600
   LIST<int> ATOM_USE;                                  // 1 used, 0 omitted, -k duplicate of k
   KVA_UTILITIES::TABLE<int, MAX_DUPLICATES> ATOM_DUP;  // atoms found on this atom's site
   RAMAN::MODE_LIST_TYPE MODE_LIST;

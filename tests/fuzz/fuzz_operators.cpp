@@ -64,7 +64,7 @@ void MUST_BE_A_GROUP(const SPACE_GROUP& group) {
   }
   if (std::any_of(texts.begin(), texts.end(), HAS_DECIMALS)) return;
   SPACE_GROUP again;
-  SET_SPACEGROUP("", again, group.SYMOPSYMB.ITEMS, "GEN");
+  SET_SPACEGROUP("", again, group.SYMOPSYMB.ITEMS(), "GEN");
   MUST_HOLD(!ERR_SYMM && again.MULTIP == group.MULTIP, "the operators make the same group");
   MUST_HOLD(SPGR_EQUAL(group, again), "with the same texts");
 }

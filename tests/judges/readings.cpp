@@ -61,21 +61,16 @@ void SHOW_FULL(const std::string& bytes) {
   }
 }
 
-void SHOW_PLAIN(const std::string& name, const std::string& bytes) {
-  KVA_UTILITIES::FILE_RECORD file;
-  file.NAME = name;
-  KVA_UTILITIES::FILE_LINES lines;
-  std::string message;
-  KVA_UTILITIES::READ_FILE(file, lines, message);
+void SHOW_PLAIN(const std::string& bytes) {
   STRUCTURE_LIST blocks;
   int count = 0;
-  FACETOR_READFILES::READ_CIF_TO_LIST(lines, blocks, count);
+  FACETOR_READFILES::READ_CIF_TO_LIST(bytes, blocks, count);
   for (const CRYSTAL_STRUCTURE_TYPE& phase : blocks) {
     SHOW_BLOCK("plain", phase.BLOCK_TITLE, phase.CELL, phase.SPG, phase.PT(TEMPERATURE, PT_VALUE),
                phase.PT(PRESSURE, PT_VALUE));
     for (int i = 1; i <= phase.NATOMS; ++i) SHOW_ATOM("plain", phase.ATOM(i));
   }
-  FACETOR_READFILES::CHECK_PLAIN_READING(bytes, lines, blocks);
+  FACETOR_READFILES::CHECK_PLAIN_READING(bytes, blocks);
 }
 
 }  // namespace
@@ -87,6 +82,6 @@ int main() {
     const bool read = KVA_UTILITIES::READ_FILE_BYTES(name, bytes);
     std::cout << "file\t" << name << '\t' << (read ? "read" : "not read") << '\n';
     SHOW_FULL(bytes);
-    SHOW_PLAIN(name, bytes);
+    SHOW_PLAIN(bytes);
   }
 }

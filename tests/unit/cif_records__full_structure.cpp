@@ -189,7 +189,7 @@ TEST(FULL_SYMMETRY, OPERATORS_MAY_HAVE_FACTORS_OF_TWO) {
   EXPECT_EQ(GROUP(bare, cell), "unknown 4");
   EXPECT_EQ(GROUP(bare), "unknown 4|The operators do not fit the cell: one of the two is wrong");
   const READING reading("data_a\n" + cell + bare + one_site);
-  EXPECT_EQ(reading.FOUND.SPG->GROUP.SYMOPSYMB.ITEMS,
+  EXPECT_EQ(reading.FOUND.SPG->GROUP.SYMOPSYMB.ITEMS(),
             (std::vector<std::string>{"x,y,z", "-x-2z,-y,z", "x+2z,-y,-z", "-x,y,-z"}));
 }
 

@@ -111,6 +111,28 @@ TEST(BLOCKS_OF_A_FILE, THE_COUNT_IS_ONLY_RAISED) {
   EXPECT_EQ(nblocks, 4);
 }
 
+// A mark of UTF-8, blanks and a tab before data_, a text field, a global block, ends of lines of
+// another system, no end of the last line.
+TEST(BLOCKS_OF_A_FILE, BYTES_GIVE_THE_SAME_BLOCKS) {
+  const std::string mark = "\xEF\xBB\xBF";
+  const std::string first = "data_a\r\n_x 1\r\n;\r\ndata_text\r\n;\r\n";
+  const std::string second = " \tDATA_b\n\ndata_global\n_y 2\n";
+  const std::string third = "data_c";
+  EXPECT_EQ(BLOCKS_OF_CIF(mark + first + second + third),
+            (std::vector<std::string_view>{first, second, third}));
+  EXPECT_EQ(BLOCKS_OF_CIF("# nothing\n" + second), (std::vector<std::string_view>{second}));
+  EXPECT_TRUE(BLOCKS_OF_CIF("").empty());
+  EXPECT_TRUE(BLOCKS_OF_CIF(std::string(255, ' ') + "data_a\n").empty()) << "behind what is kept";
+  FILE_LINES lines;
+  CLEAN_LINES_OF(first, lines);
+  EXPECT_EQ(lines.ITEMS, (std::vector<std::string>{"data_a", "_x 1", ";", "data_text", ";"}));
+  CLEAN_LINES_OF(second, lines);
+  EXPECT_EQ(lines.ITEMS, (std::vector<std::string>{"DATA_b", "", "data_global", "_y 2"}));
+  CLEAN_LINES_OF("data_d\n_symmetry_equiv_pos_as_xyz x,y,z\n", lines);
+  EXPECT_EQ(lines.ITEMS,
+            (std::vector<std::string>{"data_d", "_space_group_symop_operation_xyz x,y,z"}));
+}
+
 TEST(BLOCKS_OF_A_FILE, LINES_OF_A_BLOCK) {
   const FILE_LINES lines = LINES("a\nb\nc\n");
   EXPECT_EQ(BLOCK_LINES(lines, 2, 3).ITEMS, (std::vector<std::string>{"b", "c"}));
@@ -384,6 +406,9 @@ TEST(REAL_FILES, HAVE_THE_LISTED_NUMBER_OF_BLOCKS) {
     int blocks = 0;
     FIND_ALL_BLOCKS_CIF(lines, starts, blocks);
     EXPECT_EQ(blocks, std::stoi(cell[4])) << cell[0];
+    std::string bytes;
+    KVA_UTILITIES::READ_FILE_BYTES((samples / cell[0]).string(), bytes);
+    EXPECT_EQ(BLOCKS_OF_CIF(bytes).size(), std::stoul(cell[4])) << cell[0];
     ++compared;
   }
   EXPECT_GT(compared, 200);

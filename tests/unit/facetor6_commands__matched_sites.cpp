@@ -119,7 +119,9 @@ TEST_F(MATCHED_SITES, OPERATORS_IN_ANOTHER_ORDER_ARE_THE_SAME_GROUP) {
       MADE({9, 10, 11}, {90, 100, 90}, "P 21/c",
            {{"Si1", {0.1f, 0.1f, 0.1f}}, {"O1", {0.25f, 0.1f, 0.1f}}});
   CRYSTAL_STRUCTURE_TYPE other = phase;
-  std::swap(other.SPG.SYMOP(2), other.SPG.SYMOP(4));
+  std::vector<XTAL::SYM_OP> operators = other.SPG.SYMOP.ITEMS();
+  std::swap(operators[1], operators[3]);
+  other.SPG.SYMOP = operators;
   ADD("first", phase);
   ADD("second", other);
   EXPECT_EQ(WARNINGS(), LINES{});
@@ -205,8 +207,9 @@ TEST_F(MATCHED_SITES, ANOTHER_GROUP_AND_ANOTHER_SETTING) {
   add("third", "P b n m");
   add("fourth", "P 1");
   add("fifth", "P n m a");
-  XTAL::SYM_OP& op = PHASE(5).SPG.SYMOP(2);
-  op.TR[0] = op.TR[0] > 0.4f ? 0.0f : 0.5f;
+  std::vector<XTAL::SYM_OP> operators = PHASE(5).SPG.SYMOP.ITEMS();
+  operators[1].TR[0] = operators[1].TR[0] > 0.4f ? 0.0f : 0.5f;
+  PHASE(5).SPG.SYMOP = operators;
   const LINES warnings = WARNINGS();
   const LINES of_groups{
       "Block #  3 third has the space group P b n m, the reference block has P n m a",

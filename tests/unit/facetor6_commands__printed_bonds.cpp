@@ -221,25 +221,20 @@ void COMPARE_BOND(const CRYSTAL_STRUCTURE_TYPE& phase, const PRINTED& printed,
 // All printed bonds of a file. The reading's own messages go nowhere.
 TALLY COMPARE_FILE(const fs::path& path) {
   TALLY tally;
-  KVA_UTILITIES::FILE_RECORD file;
-  file.NAME = path.string();
-  KVA_UTILITIES::FILE_LINES lines;
-  std::string message;
-  KVA_UTILITIES::READ_FILE(file, lines, message);
+  std::string bytes;
+  KVA_UTILITIES::READ_FILE_BYTES(path.string(), bytes);
   STRUCTURE_LIST phases;
   int nblocks = 0;
   std::ostringstream nowhere;
   std::streambuf* const console = std::cout.rdbuf(nowhere.rdbuf());
-  FACETOR_READFILES::READ_CIF_TO_LIST(lines, phases, nblocks);
+  FACETOR_READFILES::READ_CIF_TO_LIST(bytes, phases, nblocks);
   std::cout.rdbuf(console);
 
-  LIST<int> starts;
-  int count = 0;
-  KVA_CIFNEW::FIND_ALL_BLOCKS_CIF(lines, starts, count);
-  for (int block = 1; block <= std::min(nblocks, count); ++block) {
-    const int start = starts(block);
-    const int end = block < count ? starts(block + 1) - 1 : lines.COUNT();
-    const KVA_UTILITIES::FILE_LINES block_lines = KVA_CIFNEW::BLOCK_LINES(lines, start, end);
+  int block = 0;
+  KVA_UTILITIES::FILE_LINES block_lines;
+  for (std::string_view text : KVA_CIFNEW::BLOCKS_OF_CIF(bytes)) {
+    if (++block > nblocks) break;
+    KVA_CIFNEW::CLEAN_LINES_OF(text, block_lines);
     const std::vector<PRINTED> bonds = PRINTED_BONDS(block_lines);
     if (bonds.empty()) continue;
     const std::vector<XTAL::SYM_OP> operators = LISTED_OPERATORS(block_lines);

@@ -25,8 +25,7 @@ class READING : public PHASE_TESTS::PHASES {
   STRUCTURE_LIST BLOCKS;
   int COUNT = 0;
   std::string READ(const std::string& text) {
-    FILE_LINES lines = LINES(text);
-    return SAID("", [&] { READ_CIF_TO_LIST(lines, BLOCKS, COUNT); });
+    return SAID("", [&] { READ_CIF_TO_LIST(text, BLOCKS, COUNT); });
   }
 
   // The symbol that a line with it gives.

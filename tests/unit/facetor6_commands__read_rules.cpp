@@ -14,11 +14,8 @@ class READ_RULES : public PHASE_TESTS::PHASES {
   // The blocks of a text and what was said about them.
   STRUCTURE_LIST BLOCKS;
   std::string READ(const std::string& text) {
-    KVA_UTILITIES::FILE_LINES lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) lines.ADD(line);
     int count = 0;
-    const std::string said = SAID("", [&] { READ_CIF_TO_LIST(lines, BLOCKS, count); });
+    const std::string said = SAID("", [&] { READ_CIF_TO_LIST(text, BLOCKS, count); });
     EXPECT_EQ(count, BLOCKS.COUNT());
     return said;
   }

@@ -35,16 +35,12 @@ std::vector<fs::path> SAMPLE_FILES() {
 
 // The blocks of a file, and what was said about them.
 STRUCTURE_LIST BLOCKS_OF(const fs::path& path, int& count, std::string& said) {
-  KVA_UTILITIES::FILE_RECORD file;
-  file.NAME = path;
-  KVA_UTILITIES::FILE_LINES lines;
-  std::string message;
-  KVA_UTILITIES::READ_FILE(file, lines, message);
-  EXPECT_EQ(message, "");
+  std::string bytes;
+  EXPECT_TRUE(KVA_UTILITIES::READ_FILE_BYTES(path, bytes));
   STRUCTURE_LIST blocks;
   std::ostringstream console;
   std::streambuf* const old_output = std::cout.rdbuf(console.rdbuf());
-  READ_CIF_TO_LIST(lines, blocks, count);
+  READ_CIF_TO_LIST(bytes, blocks, count);
   std::cout.rdbuf(old_output);
   said = console.str();
   return blocks;

@@ -198,7 +198,7 @@ void EXPECT_BLOCK_SEEN(const std::vector<SEEN>& all, const CRYSTAL_STRUCTURE_TYP
   ASSERT_EQ(lines("cell").size(), 1u);
   EXPECT_CELL_SEEN(lines("cell").at(0), phase.CELL);
   EXPECT_CONDITIONS_SEEN(lines("conditions").at(0), phase);
-  EXPECT_EQ(lines("operators").at(0).WORDS, phase.SPG.SYMOPSYMB.ITEMS);
+  EXPECT_EQ(lines("operators").at(0).WORDS, phase.SPG.SYMOPSYMB.ITEMS());
   const std::vector<SEEN> atoms = lines("atom");
   const std::vector<int> numbers = NUMBERS_IN_USE(phase);
   ASSERT_EQ(atoms.size(), numbers.size());

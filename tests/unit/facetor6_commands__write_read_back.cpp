@@ -48,7 +48,7 @@ void EXPECT_SAME_BLOCK(const CRYSTAL_STRUCTURE_TYPE& seen, const CRYSTAL_STRUCTU
                        phase.PT(TEMPERATURE, PT_VALUE), phase.PT(TEMPERATURE, PT_ESD), "T");
   EXPECT_VALUE_AND_ESD(seen.PT(PRESSURE, PT_VALUE), seen.PT(PRESSURE, PT_ESD),
                        phase.PT(PRESSURE, PT_VALUE), phase.PT(PRESSURE, PT_ESD), "P");
-  EXPECT_EQ(seen.SPG.SYMOPSYMB.ITEMS, phase.SPG.SYMOPSYMB.ITEMS);
+  EXPECT_EQ(seen.SPG.SYMOPSYMB.ITEMS(), phase.SPG.SYMOPSYMB.ITEMS());
   EXPECT_EQ(seen.SPG.NUMSPG, phase.SPG.NUMSPG);
   EXPECT_EQ(seen.SPG.CRYSTALSYS, phase.SPG.CRYSTALSYS);
   const std::vector<int> numbers = NUMBERS_IN_USE(phase);
@@ -196,7 +196,8 @@ TEST_F(READ_BACK, EVERY_TABULATED_SETTING) {
   ASSERT_EQ(NPHASES, static_cast<int>(XTAL::SPGR_INFO.size()));
   EXPECT_EQ(said.find("agree"), std::string::npos) << said;
   for (int k = 1; k <= NPHASES; ++k)
-    EXPECT_EQ(PHASE(k).SPG.SYMOPSYMB.ITEMS, phases(k).SPG.SYMOPSYMB.ITEMS) << phases(k).SPG.HALL;
+    EXPECT_EQ(PHASE(k).SPG.SYMOPSYMB.ITEMS(), phases(k).SPG.SYMOPSYMB.ITEMS())
+        << phases(k).SPG.HALL;
 }
 
 // Inversion centres off the origin, at 1/8 and at a place that is no fraction.
@@ -205,13 +206,13 @@ TEST_F(READ_BACK, OPERATORS_THAT_NO_SYMBOL_STANDS_FOR) {
     const std::vector<std::string> operators{"x,y,z", x + ",-y,-z"};
     CRYSTAL_STRUCTURE_TYPE phase = MADE({5, 6, 7}, {90, 90, 90}, "P 1", {});
     XTAL::SET_SPACEGROUP("", phase.SPG, operators, "GEN");
-    ASSERT_EQ(phase.SPG.SYMOPSYMB.ITEMS, operators);
+    ASSERT_EQ(phase.SPG.SYMOPSYMB.ITEMS(), operators);
     ASSERT_EQ(phase.SPG.SPG_SYMB, "unknown");
     INIT_PHASE_LIST();
     fs::remove("out.cif");
     ADD("first", phase);
     WRITE("out.cif");
     EXPECT_EQ(READ_ALONE("out.cif").find("symmetry"), std::string::npos) << "no warning";
-    EXPECT_EQ(PHASE(1).SPG.SYMOPSYMB.ITEMS, operators);
+    EXPECT_EQ(PHASE(1).SPG.SYMOPSYMB.ITEMS(), operators);
   }
 }

@@ -91,6 +91,38 @@ TEST(TABLES, ROWS_ARE_MADE_BY_WRITING_AND_READ_AS_0_BEFORE) {
   EXPECT_EQ(angles.CENTRES(1).size(), 190u);
 }
 
+TEST(TABLES, A_RECORD_TAKES_MEMORY_FOR_ITS_OWN_ATOMS_ALONE) {
+  CRYSTAL_STRUCTURE_TYPE phase;
+  INIT_CRYSTAL_STRUCTURE_TYPE(phase);
+  EXPAND_NATOMS(phase, 3);
+  EXPECT_EQ(phase.ATOM.ITEMS.capacity(), 3u);
+  EXPECT_EQ(phase.POLYHEDRON.ROWS.capacity(), 3u);
+  EXPECT_EQ(phase.NBONDS.ITEMS.capacity(), 3u);
+}
+
+TEST(TABLES, TEXT_PAIRS_ARE_MADE_BY_WRITING_AND_BLANK_BEFORE) {
+  TEXT_PAIRS pairs;
+  const TEXT_PAIRS& read = pairs;
+  EXPECT_EQ(read(10, 2), "");
+  EXPECT_EQ(pairs.ITEMS.COUNT(), 0);
+  pairs(3, 1) = "item";
+  EXPECT_EQ(read(3, 1), "item");
+  EXPECT_EQ(read(2, 1), "");
+  EXPECT_EQ(read(4, 1), "");
+  EXPECT_EQ(pairs.ITEMS.COUNT(), 3);
+}
+
+TEST(COPIES, SHARE_THE_OPERATORS_OF_THEIR_GROUP) {
+  const auto phase = MADE({5, 5, 5}, {90, 90, 90}, "P m -3 m", {{"Si1", {0, 0, 0}}});
+  auto copy = COPY_CRYSTAL_STRUCTURE(phase);
+  EXPECT_EQ(&copy.SPG.SYMOP(48), &phase.SPG.SYMOP(48));
+  EXPECT_EQ(&copy.SPG.SYMOPSYMB(48), &phase.SPG.SYMOPSYMB(48));
+  XTAL::SET_SPACEGROUP("P 1", copy.SPG);
+  EXPECT_EQ(copy.SPG.SYMOP.COUNT(), 1);
+  EXPECT_EQ(phase.SPG.SYMOP.COUNT(), 48);
+  EXPECT_EQ(XTAL::SPACE_GROUP{}.SYMOP.COUNT(), 0);
+}
+
 TEST(COPIES, USED_BLOCKS_IN_SORT_ORDER) {
   STRUCTURE_LIST source;
   ALLOCATE_CRYSTAL_STRUCTURE_LIST(source, 3);

@@ -46,6 +46,29 @@ constexpr int unit = 40;
 
 }  // namespace
 
+// ---- lines of bytes ----
+
+TEST(LINES, ARE_TAKEN_OFF_BYTES_AS_OFF_A_FILE) {
+  const std::string longest(LINE_LENGTH, 'a');
+  std::string_view bytes = "one  \n\ntwo\r\n";
+  EXPECT_EQ(COUNT_LINES(bytes), 3);
+  EXPECT_EQ(TAKE_LINE(bytes), "one");
+  EXPECT_EQ(TAKE_LINE(bytes), "");
+  EXPECT_EQ(TAKE_LINE(bytes), "two\r");
+  EXPECT_TRUE(bytes.empty());
+  FILE_LINES lines;
+  LINES_OF(longest + "b\nlast", lines);
+  EXPECT_EQ(lines.ITEMS, (std::vector<std::string>{longest, "last"}));
+  LINES_OF("fewer\n", lines);
+  EXPECT_EQ(lines.ITEMS, (std::vector<std::string>{"fewer"}));
+  LINES_OF("", lines);
+  EXPECT_EQ(lines.COUNT(), 0);
+  EXPECT_EQ(WITHOUT_MARK("\xEF\xBB\xBF"
+                         "a"),
+            "a");
+  EXPECT_EQ(WITHOUT_MARK("\xEF\xBB"), "\xEF\xBB");
+}
+
 // ---- units ----
 
 TEST_F(FILES, OLD_FILES_MUST_EXIST_AND_ARE_READ_FROM_THE_START) {

@@ -250,17 +250,17 @@ TEST(GENERATORS, CLOSE_TO_THE_STANDARD_SETTING) {
 TEST(WYCKOFF, MULTIPLICITIES_ARE_THOSE_OF_THE_ORBITS) {
   for (const WYCKOFF_INFO_TYPE& key : WYCKOFF_INFO) {
     const SPACE_GROUP group = GROUP(key.HM);
-    ASSERT_EQ(static_cast<int>(group.WYCKOFF.size()), key.COUNT) << key.HM;
-    EXPECT_EQ(group.WYCKOFF.front().MULTIPLICITY, group.MULTIP) << key.HM;
-    EXPECT_EQ(group.WYCKOFF.front().COORDINATES, "x,y,z") << key.HM;
+    ASSERT_EQ(static_cast<int>(group.WYCKOFF.ITEMS().size()), key.COUNT) << key.HM;
+    EXPECT_EQ(group.WYCKOFF(1).MULTIPLICITY, group.MULTIP) << key.HM;
+    EXPECT_EQ(group.WYCKOFF(1).COORDINATES, "x,y,z") << key.HM;
     for (const WYCKOFF_ORBIT& orbit : group.WYCKOFF)
       EXPECT_EQ(group.MULTIP % orbit.MULTIPLICITY, 0) << key.HM << " " << orbit.LETTER;
   }
 }
 
 TEST(WYCKOFF, ANOTHER_SYMBOL_FOR_THE_SAME_OPERATORS_HAS_THE_SAME_ORBITS) {
-  EXPECT_EQ(GROUP("P 1 21/c 1").WYCKOFF.size(), GROUP("P 21/c").WYCKOFF.size());
-  EXPECT_EQ(GROUP("P 21/c").WYCKOFF.size(), 5u) << "e to a";
+  EXPECT_EQ(GROUP("P 1 21/c 1").WYCKOFF.ITEMS().size(), GROUP("P 21/c").WYCKOFF.ITEMS().size());
+  EXPECT_EQ(GROUP("P 21/c").WYCKOFF.ITEMS().size(), 5u) << "e to a";
 }
 
 // ---- symbols as people write them ----
