@@ -1,9 +1,10 @@
 // From reports to features.
 #include "src/facetor6_graph/features.h"
 
-#include <algorithm>  // for any_of, count_if
+#include <algorithm>  // for any_of
 #include <cmath>      // for remainder
 #include <string_view>
+#include <unordered_map>
 
 #include "console_code/kva_utilities/columns.h"
 #include "src/facetor6_console/measure_list.h"
@@ -83,10 +84,12 @@ std::string WITHOUT_NUMBERS(const std::string& label) {
 }
 
 void SHORTEN_LABELS(ITEMS& items) {
-  std::vector<std::string> labels;
-  for (const FEATURE_VALUES& item : items) labels.push_back(WITHOUT_NUMBERS(item.LABEL));
-  for (std::size_t k = 0; k < items.size(); ++k)
-    if (std::count(labels.begin(), labels.end(), labels[k]) == 1) items[k].LABEL = labels[k];
+  std::unordered_map<std::string, int> counts;
+  for (const FEATURE_VALUES& item : items) ++counts[WITHOUT_NUMBERS(item.LABEL)];
+  for (FEATURE_VALUES& item : items) {
+    std::string label = WITHOUT_NUMBERS(item.LABEL);
+    if (counts[label] == 1) item.LABEL = std::move(label);
+  }
 }
 
 // ---- features of a subject ----
