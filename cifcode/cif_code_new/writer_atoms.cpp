@@ -21,10 +21,9 @@ bool IS_ANISOTROPIC(const ATOM_TYPE& atom) {
   return INDEXALL(atom.THTYPE, "aniso") > 0;
 }
 
-// Isotropic, with a displacement that was given.
+// Isotropic, with a displacement that was given: as B or as U, B tells it.
 bool IS_ISOTROPIC(const ATOM_TYPE& atom) {
-  const bool given = atom.BISO > 0.0f || atom.BISO < 0.0f || atom.UEQ > 0.0f || atom.UEQ < 0.0f;
-  return INDEXALL(atom.THTYPE, "isotr") > 0 && given;
+  return INDEXALL(atom.THTYPE, "isotr") > 0 && atom.BISO != 0.0f;
 }
 
 // The atom's tensor as u_ij.
