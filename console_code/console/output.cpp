@@ -191,9 +191,7 @@ void ANNOUNCE(std::string_view text, std::string_view control) {
   std::string line = MAKESTARS(CONSOLE.WIDTH);
   const int length = LENTRIM(text);
   if (length > 0) {
-    int column = (CONSOLE.WIDTH - length) / 2;
-    if (column < 1 || column + length > INPUT_LENGTH) column = 1;
-    PUT_AT(line, column, TRIM(text) + " ");
+    PUT_AT(line, std::max((CONSOLE.WIDTH - length) / 2, 1), TRIM(text) + " ");
   }
   WRITE_OUT(" ", control);
   WRITE_OUT(line, control);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cmath>  // for nextafter
 #include <string>
 
 #include "cifcode/cif_full/structure.h"
@@ -10,6 +11,7 @@
 namespace {
 
 using namespace KVA_CIFFULL;
+using namespace KVA_CRYSTAL_STRUCTURES;
 
 const std::string cubic_cell =
     "_cell_length_a 5.0(1)\n_cell_length_b 5.0(1)\n_cell_length_c 5.0(1)\n"
@@ -253,6 +255,25 @@ TEST(FULL_SYMMETRY, AN_R_SYMBOL_OVER_A_RHOMBOHEDRAL_CELL_HAS_ITS_AXES) {
   EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c :R'\n", cell), "R -3 c:r 12");
   EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c H'\n", cell),
             "R -3 c 36|The operators of R -3 c do not fit the cell: one of the two is wrong");
+}
+
+// Lengths within a thousandth and angles within 0.05 degrees are equal, and 90 degrees are none.
+TEST(FULL_SYMMETRY, RHOMBOHEDRAL_AXES_ARE_EQUAL_TO_WITHIN_THEIR_ROUNDING) {
+  const auto read = [](const std::string& b, const std::string& alpha, const std::string& beta) {
+    return GROUP("_symmetry_space_group_name_H-M 'R -3'\n",
+                 "_cell_length_a 6 _cell_length_b " + b + " _cell_length_c 6 _cell_angle_alpha " +
+                     alpha + " _cell_angle_beta " + beta + " _cell_angle_gamma " + alpha + "\n");
+  };
+  const std::string on_its_axes = "R -3:r 6";
+  const std::string on_others =
+      "R -3 18|The operators of R -3 do not fit the cell: one of the two is wrong";
+  EXPECT_EQ(read("6", "50", "50"), on_its_axes);
+  EXPECT_EQ(read("6.005", "50", "50"), on_its_axes);
+  EXPECT_EQ(read("6.007", "50", "50"), on_others);
+  EXPECT_EQ(read("6", "50", "50.04"), on_its_axes);
+  EXPECT_EQ(read("6", "50", "50.06"), on_others);
+  EXPECT_EQ(read("6", "90.06", "90.06"), on_its_axes);
+  EXPECT_EQ(read("6", "90.04", "90.04"), on_others);
 }
 
 TEST(FULL_SYMMETRY, OPERATORS_THAT_CHANGE_THE_CELL_ARE_TOLD) {
@@ -528,6 +549,51 @@ TEST(FULL_BLOCKS, MANY_SITES_TAKE_TIME_IN_PROPORTION) {
   EXPECT_EQ(reading.FOUND.ATOMS(1).THTYPE, "isotr");
   EXPECT_EQ(reading.FOUND.ATOMS(many).THTYPE, "Aniso");
   EXPECT_LT(seconds, bound);
+}
+
+// ---- two readings of one block ----
+
+// The record that agrees with a structure in everything that is compared.
+CRYSTAL_STRUCTURE_TYPE PLAIN_RECORD_OF(const STRUCTURE& structure) {
+  CRYSTAL_STRUCTURE_TYPE plain;
+  INIT_CRYSTAL_STRUCTURE_TYPE(plain);
+  plain.CELL = structure.CELL;
+  plain.NATOMS = structure.ATOMS.COUNT();
+  EXPAND_NATOMS(plain, plain.NATOMS);
+  for (int i = 1; i <= plain.NATOMS; ++i) plain.ATOM(i) = structure.ATOMS(i);
+  plain.PT(TEMPERATURE, PT_VALUE) = structure.T.VALUE;
+  plain.PT(PRESSURE, PT_VALUE) = structure.P.VALUE;
+  return plain;
+}
+
+TEST(TWO_READINGS, EACH_DIFFERENCE_HAS_ITS_WORDS) {
+  const READING reading(WITH_SITE("_cell_measurement_temperature 100\n"));
+  ASSERT_EQ(reading.FOUND.STATUS, BLOCK_STATUS::READ);
+  const CRYSTAL_STRUCTURE_TYPE alike = PLAIN_RECORD_OF(reading.FOUND);
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, alike, true), "");
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, alike, false), "another space group (P 1)");
+  CRYSTAL_STRUCTURE_TYPE other = alike;
+  other.CELL.CELL[1] = 5.1f;
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), "another cell");
+  other = alike;
+  other.ATOM(1).X[0] = -0.1f;
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), "other positions, first Si1");
+  other = alike;
+  other.PT(TEMPERATURE, PT_VALUE) = 101.0f;
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), "another temperature");
+  other = alike;
+  other.PT(PRESSURE, PT_VALUE) = 2.0f;
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), "another pressure");
+}
+
+// 1/3 read as a fraction and as a rounded text may lie a step of 32-bit reals apart.
+TEST(TWO_READINGS, THE_LAST_BIT_OF_A_NUMBER_IS_NO_DIFFERENCE) {
+  const READING reading(WITH_SITE(""));
+  CRYSTAL_STRUCTURE_TYPE plain = PLAIN_RECORD_OF(reading.FOUND);
+  for (float& x : plain.ATOM(1).X) x = std::nextafter(x, 1.0f);
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, plain, true), "");
+  for (float& x : plain.ATOM(1).X) x *= 1.00001f;
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, plain, true), "other positions, first Si1");
 }
 
 }  // namespace

@@ -93,6 +93,24 @@ TEST_F(PROGRAMS, MAY_LEAVE_THEIR_INPUT_UNREAD) {
   EXPECT_EQ(answer.OUTPUT, "done\n");
 }
 
+// However they end: what was opened for them is closed.
+TEST_F(PROGRAMS, LEAVE_NO_DESCRIPTOR_OPEN) {
+  const auto count = [] {
+    const fs::directory_iterator open("/proc/self/fd");
+    return std::distance(begin(open), end(open));
+  };
+  const std::string slow = SCRIPT(folder / "slow", "exec sleep 60");
+  const auto before = count();
+  RUN_PROGRAM(CALL("/bin/cat", {"-"}, "one"));
+  EXPECT_EQ(count(), before);
+  RUN_PROGRAM(CALL((folder / "nothing").string()));
+  EXPECT_EQ(count(), before);
+  PROGRAM_CALL call = CALL(slow, {}, std::string(3'000'000, 'x'));
+  call.LIMIT = 1s;
+  RUN_PROGRAM(call);
+  EXPECT_EQ(count(), before);
+}
+
 // ---- programs that do not end ----
 
 TEST_F(PROGRAMS, THAT_TAKE_TOO_LONG_ARE_GIVEN_UP) {

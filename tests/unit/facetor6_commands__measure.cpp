@@ -540,6 +540,23 @@ TEST_F(MEASURING, A_NUMBER_WITH_AN_ESD_IS_THE_SAME_IN_ALL_BLOCKS) {
 }
 
 // A polyhedron's measure outlives the results that it was defined with.
+// Values stand in twelve columns: a name of eleven letters still has a blank before it.
+TEST_F(MEASURING, A_NAME_THAT_FITS_ENDS_ABOVE_ITS_VALUES) {
+  LOAD({MOLECULE()});
+  for (const std::string name : {"m", "ten_letter", "eleven_char"}) {
+    MEASURES.clear();
+    EXPECT_EQ(DEFINE_MEASURE(name, "1.5"), "");
+    std::istringstream table(SAID("", [] { FACETOR_LIST::FACETOR_LIST_MEASURES(""); }));
+    std::string head;
+    std::string row;
+    std::getline(table, head);
+    std::getline(table, row);
+    EXPECT_TRUE(head.ends_with(" " + name)) << head;
+    EXPECT_TRUE(row.ends_with(" 1.5000")) << row;
+    EXPECT_EQ(head.size(), row.size()) << head << '\n' << row;
+  }
+}
+
 TEST_F(MEASURING, WHAT_WAITS_FOR_CALC_IS_TOLD) {
   EXPECT_EQ(ANSWER("size = vol(Si1)"), "     size = vol(Si1)\n");
   LOAD({QUARTZ(quartz_sites)});

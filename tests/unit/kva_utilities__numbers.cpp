@@ -211,6 +211,29 @@ TEST(GETNUM_STD, A_WORD_TELLS_WHETHER_IT_HAS_AN_ESD) {
   }
 }
 
+TEST(GETNUM_STD_WIDE, A_VALUE_AND_ITS_ESD_IN_64_BITS) {
+  double value = 0.0;
+  double std = 0.0;
+  const auto reads = [&](std::string_view word, double wanted, double wanted_std) {
+    EXPECT_TRUE(GETNUM_STD_WIDE(word, value, std)) << word;
+    EXPECT_EQ(value, wanted) << word;
+    EXPECT_DOUBLE_EQ(std, wanted_std) << word;
+  };
+  reads("0.1", 0.1, 0.0);
+  reads("5.0347(4)", 5.0347, 4e-4);
+  reads("12(3)", 12.0, 3.0);
+  reads("5.00E2(3)", 500.0, 3.0);
+  reads("1.5e-3(2)", 1.5e-3, 2e-4);
+}
+
+TEST(GETNUM_STD_WIDE, WHAT_IS_NO_NUMBER_OR_TOO_LARGE) {
+  double value = 0.0;
+  double std = 0.0;
+  for (const char* word : {"", "x", "1.5x", "5.03(4", "5.03()", "5.03(4)5", "5.03(a)", "5.03(0.4)",
+                           "1e999", "1e308(99)"})
+    EXPECT_FALSE(GETNUM_STD_WIDE(word, value, std)) << word;
+}
+
 TEST(GETNUM_STD, SEVERAL_NUMBERS_AND_COMMENTS) {
   const READ_BACK read = READ_STD("5.4321(12) 7 # 8");
   EXPECT_EQ(read.COUNT, 2);
