@@ -120,6 +120,8 @@ bool CALC_POLYHEDRA() {
     return false;
   }
   if (!RUN_FACETOR_CALC_BONDS()) return false;
+  if (SUM_NBONDS(REFERENCE()) == 0)
+    WARNING("No site has bonds: widen dmin and dmax, or include other pairs by SET exclude");
   if (RUN.LIST_SYMCODES) {
     FACETOR_LIST::LIST_SYMOPS();
     WRITE_OUT("|     And these will be used in the symmetry codes for the ligands in these tables");
