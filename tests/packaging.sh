@@ -42,6 +42,14 @@ check_root() {
   (cd "$doc/examples/hematite-pressure" && "$root/bin/gemmara" hematite.mcr </dev/null) \
     >"$scratch/said" || fail "the example in $root"
   grep -q '10\.732(14)$' "$scratch/said" || fail "the example in $root says something else"
+  # The first session of the README, its table as a sheet.
+  mkdir -p "$scratch/session"
+  (cd "$scratch/session" && "$root/bin/gemmara" "$doc"/examples/hematite-pressure/hematite.cif \
+    "$doc/examples/hematite-pressure/demo.mcr" </dev/null) >"$scratch/said" ||
+    fail "the first session in $root"
+  grep -q '^Fe1-O1 ×3	2\.113(4)	2\.112(6)	' "$scratch/session/bonds.tsv" ||
+    fail "the table of the first session in $root"
+  rm -r "$scratch/session"
 }
 
 # The files of a tree, without what the Debian package has otherwise.
