@@ -184,6 +184,24 @@ wine "$program" --none </dev/null >/dev/null 2>&1
 wine "$program" </dev/null >/dev/null 2>said.txt
 [ $? -eq 2 ] && grep -q 'Gemmara: end of input' said.txt || fail "the end of input ends with 2"
 
+# The zip beside the program: the first session of the README where it was unpacked.
+name=zip
+echo "-- $name"
+zip=$(echo "${program%/*}"/gemmara-*-windows.zip)
+if [ -f "$zip" ]; then
+  fresh_folder $name
+  cmake -E tar xf "$zip"
+  cd gemmara-*-windows || fail "the zip holds no folder"
+  for part in README.md LICENSE docs/manual.md docs/figures/hematite.svg; do
+    [ -f "$part" ] || fail "$part is not in the zip"
+  done
+  wine ./gemmara.exe 'examples\hematite-pressure\*.cif' 'examples\hematite-pressure\demo.mcr' \
+    </dev/null >said.txt 2>error.txt || fail "the first session ends with status $?"
+  grep -q '^Fe1-O1 ×3	2\.113(4)	2\.112(6)	' bonds.tsv || fail "the table of the first session"
+else
+  echo "there is none: packaging/windows.sh makes it"
+fi
+
 cd "$source" || exit 1
 [ $failures -eq 0 ] && echo "All as on Linux"
 exit $((failures > 0))
