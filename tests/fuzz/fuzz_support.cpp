@@ -3,8 +3,10 @@
 
 #include <fcntl.h>
 #include <setjmp.h>
+#include <spawn.h>
 #include <unistd.h>
 
+#include <algorithm>  // for sort
 #include <cerrno>
 #include <cstdarg>
 #include <cstdlib>
@@ -12,7 +14,9 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <numeric>  // for accumulate
 #include <streambuf>
+#include <vector>
 
 #include "cifcode/cif_code_new/scanner.h"
 #include "console_code/console/input.h"
@@ -22,6 +26,7 @@
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
+#include "src/facetor6_sheets/csv.h"
 
 namespace FUZZ {
 
@@ -68,14 +73,20 @@ void RESET_CONSOLE() {
   CONSOLE.CMD_PROMPT = "G_MARA-6.1>";
 }
 
+// What SET and MEASURE have made, which CLEAR leaves.
+void RESET_SETTINGS() {
+  using namespace FACETOR_CONSOLE;
+  RUN = RUN_PARAMETERS{};
+  MEASURES.clear();
+}
+
 void RESET_PHASES() {
   using namespace FACETOR_CONSOLE;
   ALLOCATE_PHASE_LIST(1);  // grows as needed
-  RUN = RUN_PARAMETERS{};
   LIMITS_OF_BONDS = {};
   CLEAR_FACETOR_VALENCE();
-  MEASURES.clear();
   SET_DEFAULT_CHARGES();
+  FACETOR_SHEETS::LAST_FIT = {};
   KVA_CIFNEW::INIT_ERR_KVACIF();
   KVA_CRYSTAL_STRUCTURES::INIT_ERR_KVASTRUCTURES();
 }
@@ -101,25 +112,30 @@ class CONSOLE_INPUT : public std::streambuf {
   std::string text;
 };
 
-// Standard output: counted, since macros that start one another go on for long.
+// Standard output: kept, and no more than so much, since macros that start one another go on for
+// long.
 class CONSOLE_OUTPUT : public std::streambuf {
+ public:
+  std::string SAID;
+
  protected:
   int_type overflow(int_type c) override {
-    COUNT(1);
-    return traits_type::not_eof(c);
+    if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
+    const char character = traits_type::to_char_type(c);
+    ADD({&character, 1});
+    return c;
   }
-  std::streamsize xsputn(const char*, std::streamsize n) override {
-    COUNT(n);
+  std::streamsize xsputn(const char* text, std::streamsize n) override {
+    ADD({text, static_cast<std::size_t>(n)});
     return n;
   }
 
  private:
-  void COUNT(std::streamsize n) {
-    constexpr std::streamsize most = 150000;
-    said += n;
-    if (said > most) throw END_OF_DIALOGUE{};
+  void ADD(std::string_view text) {
+    constexpr std::size_t most = 150000;
+    SAID += text;
+    if (SAID.size() > most) throw END_OF_DIALOGUE{};
   }
-  std::streamsize said = 0;
 };
 
 // The program's own code runs, so the guarded calls are its calls and not the fuzzer's.
@@ -144,6 +160,8 @@ class REDIRECTED {
   }
   REDIRECTED(const REDIRECTED&) = delete;
   REDIRECTED& operator=(const REDIRECTED&) = delete;
+
+  const std::string& SAID() const { return output.SAID; }
 
  private:
   CONSOLE_INPUT input;
@@ -178,9 +196,24 @@ KVA_UTILITIES::FILE_LINES LINES_OF(const std::string& text) {
 }
 
 void START() {
-  RESET_CONSOLE();
   RESET_PHASES();
+  START_WITH_BLOCKS();
+}
+
+void START_WITH_BLOCKS() {
+  RESET_CONSOLE();
+  RESET_SETTINGS();
   MAKE_SCRATCH();
+}
+
+std::string FILES_THERE() {
+  std::vector<std::string> lines;
+  std::error_code none;
+  for (const auto& entry : fs::recursive_directory_iterator(SCRATCH()))
+    if (entry.is_regular_file())
+      lines.push_back(entry.path().string() + " " + std::to_string(entry.file_size(none)) + "\n");
+  std::sort(lines.begin(), lines.end());
+  return std::accumulate(lines.begin(), lines.end(), std::string());
 }
 
 void PUT_FILE(const std::string& name, std::string_view text) {
@@ -213,12 +246,13 @@ void RUN_TO_EXIT(ROUTINE program) {
 
 }  // namespace
 
-void RUN_PROGRAM(const std::string& lines, int blank_lines, ROUTINE program) {
+std::string RUN_PROGRAM(const std::string& lines, int blank_lines, ROUTINE program) {
   const REDIRECTED console(lines, blank_lines);
   try {
     RUN_TO_EXIT(program);
   } catch (const END_OF_DIALOGUE&) {
   }
+  return console.SAID();
 }
 
 void MUST_HOLD(bool statement, std::string_view what) {
@@ -252,14 +286,20 @@ extern "C" {
 
 int __real_open(const char* path, int flags, ...);
 int __real_mkdir(const char* path, mode_t mode);
-int __real_mkstemp(char* path);
+int __real_mkostemp(char* path, int flags);
+int __real_posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions_t* actions,
+                       const posix_spawnattr_t* attributes, char* const* arguments,
+                       char* const* environment);
 int __real_chdir(const char* path);
 int __real_system(const char* line);
 [[noreturn]] void __real_exit(int status);
 
 int __wrap_open(const char* path, int flags, ...);
 int __wrap_mkdir(const char* path, mode_t mode);
-int __wrap_mkstemp(char* path);
+int __wrap_mkostemp(char* path, int flags);
+int __wrap_posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions_t* actions,
+                       const posix_spawnattr_t* attributes, char* const* arguments,
+                       char* const* environment);
 int __wrap_chdir(const char* path);
 int __wrap_system(const char* line);
 [[noreturn]] void __wrap_exit(int status);
@@ -278,9 +318,16 @@ int __wrap_mkdir(const char* path, mode_t mode) {
   return __real_mkdir(path, mode);
 }
 
-int __wrap_mkstemp(char* path) {
+int __wrap_mkostemp(char* path, int flags) {
   if (FUZZ::guarded && FUZZ::REFUSED(path)) return -1;
-  return __real_mkstemp(path);
+  return __real_mkostemp(path, flags);
+}
+
+int __wrap_posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions_t* actions,
+                       const posix_spawnattr_t* attributes, char* const* arguments,
+                       char* const* environment) {
+  if (FUZZ::guarded) return ENOENT;
+  return __real_posix_spawn(process, path, actions, attributes, arguments, environment);
 }
 
 int __wrap_chdir(const char* path) {

@@ -27,18 +27,24 @@ KVA_UTILITIES::FILE_LINES LINES_OF(const std::string& text);
 // at the start of the program.
 void START();
 
+// The same but for the blocks that are loaded, and what comes with them: the rest is CLEAR's.
+void START_WITH_BLOCKS();
+
 // A file in the scratch folder.
 void PUT_FILE(const std::string& name, std::string_view text);
 
 // A file of the project.
 std::string PROJECT_FILE(const std::string& name);
 
+// The names and sizes of the files in the scratch folder, a line each.
+std::string FILES_THERE();
+
 // Calls a routine while the console reads these lines, and blank_lines blank ones behind them.
 using ROUTINE = void (*)();
 void WITH_CONSOLE(const std::string& lines, int blank_lines, ROUTINE routine);
 
-// The same for the whole program, which may end itself.
-void RUN_PROGRAM(const std::string& lines, int blank_lines, ROUTINE program);
+// The same for the whole program, which may end itself. Returns what it said.
+std::string RUN_PROGRAM(const std::string& lines, int blank_lines, ROUTINE program);
 
 // Ends the run as a find when a statement that must hold for every input does not.
 void MUST_HOLD(bool statement, std::string_view what);

@@ -16,7 +16,20 @@ export UBSAN_OPTIONS=print_stacktrace=1
 
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER="$compiler" \
   -DGEMMARA_FUZZ=ON -DGEMMARA_TESTS=OFF >/dev/null
-cmake --build "$build" $(printf -- '--target fuzz_%s ' $targets) --parallel "$(nproc)" >/dev/null
+cmake --build "$build" $(printf -- '--target fuzz_%s ' $targets) --target gemmara \
+  --parallel "$(nproc)" >/dev/null
+
+# Sessions over real files, those of the project and of GEMMARA_SAMPLES, for the dialogues.
+export GEMMARA_FUZZ_FILES=$build/files
+case " $targets " in *" dialogue "*)
+  if command -v python3 >/dev/null; then
+    python3 tests/judges/random_sessions.py --write "$build" "$build/gemmara" 150 "${GEMMARA_FUZZ_SEED:-1}" \
+      examples tests/transcripts/data tests/odd ${GEMMARA_SAMPLES:+"$GEMMARA_SAMPLES"}
+  else
+    mkdir -p "$build/sessions"
+    echo "python3 is not there: no sessions over real files"
+  fi ;;
+esac
 
 # The longest input that a target is given, in bytes.
 longest() {
@@ -32,7 +45,7 @@ seeds() {
   echo "$PWD/tests/fuzz/seeds/$1"
   case $1 in
     cif) printf '%s\n' "$PWD"/examples/* ;;
-    dialogue) printf '%s\n' "$PWD"/examples/* "$PWD/tests/transcripts" ;;
+    dialogue) printf '%s\n' "$PWD"/examples/* "$PWD/tests/transcripts" "$build/sessions" ;;
   esac
 }
 
