@@ -45,12 +45,14 @@ std::vector<std::string> FILE_NAMES(const std::string& directory, std::string_vi
     void operator()(DIR* opened) const { ::closedir(opened); }
   };
   std::vector<std::string> names;
+  const std::string folder = directory + "/";
   const std::unique_ptr<DIR, CLOSE_DIRECTORY> opened(::opendir(directory.c_str()));
   if (!opened) return names;
   while (const dirent* const entry = ::readdir(opened.get())) {
-    const std::string name = entry->d_name;
+    std::string name = entry->d_name;
     if (name == "." || name == ".." || !name.starts_with(start)) continue;
-    names.push_back(name + (IS_DIRECTORY(directory + "/" + name) ? "/" : ""));
+    if (IS_DIRECTORY(folder + name)) name += '/';
+    names.push_back(std::move(name));
   }
   return names;
 }
