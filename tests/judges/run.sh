@@ -41,6 +41,7 @@ judge search "distances, by plain loops" tested kva_crystal_structures search_ju
 judge groups "space groups and Hall symbols, by gemmi" tested xtal space_groups
 judge angles "angles and their esds, by 20,000 draws" env -C "$results/angles" $python -B "$PWD/tests/judges/angle_esds.py" "$program"
 judge measures "measures and their esds, by numpy and 20,000 draws" tested facetor6_commands measure_judged
+judge manual "formulas of the manual, by numpy" env -C "$results/angles" $python -B "$PWD/tests/judges/manual_formulas.py" "$program"
 judge published "measures of published structures, images by numpy" $python -B tests/judges/measure_published.py "$program" "$samples"
 judge printed "distances, angles and torsions that CIFs print" $python -B tests/judges/measure_loops.py "$program" "${folders[@]}"
 judge valences "bond valences of published structures" tested facetor6_commands valence_published
