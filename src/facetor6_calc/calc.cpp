@@ -45,17 +45,19 @@ void WARN_OF_CENTRES_OUTSIDE() {
           ": quadratic elongation and angle variance mean little there");
 }
 
-// All that is measured in one block is measured with one ruler.
-MATCH_FAULTS CALC_BLOCK(const MATCH_BASIS& basis, int block) {
+// All that is measured in one block is measured with one ruler. False when the user has stopped it.
+bool CALC_BLOCK(const MATCH_BASIS& basis, int block, WORK& work, MATCH_FAULTS& faults) {
   CRYSTAL_STRUCTURE_TYPE& phase = PHASE(block);
   RULER ruler = RULER_FOR(phase);
   MEASURE_BLOCK(basis.TARGETS, ruler, phase, basis.RADIUS);
-  MATCH_FAULTS faults;
   if (block != IREFERENCE) faults = MATCH_FAULTS_OF(basis, ruler.IMAGES);
   const COORDINATIONS around = COORDINATIONS_OF(std::move(ruler));
-  CALC_ANGLES_ALLATOMS(around, phase);
-  CALC_POLY_ALLATOMS(around, phase);
-  return faults;
+  for (int i = 1; i <= CAPACITY(phase); ++i) {
+    if (!GO_ON(work, block)) return false;
+    CALC_ANGLES_OF_CENTRE(around, phase, i);
+    CALC_POLY_OF_CENTRE(around, phase, i);
+  }
+  return true;
 }
 
 }  // namespace
@@ -65,7 +67,7 @@ bool CALC_FACETOR_ALL_POLY(const MATCH_BASIS& basis, WORK& work) {
   faults.ASSIGN(NPHASES, {});
   for (int block = 1; block <= NPHASES; ++block) {
     if (!GO_ON(work, block)) return false;
-    if (IUSE(block) != 0) faults(block) = CALC_BLOCK(basis, block);
+    if (IUSE(block) != 0 && !CALC_BLOCK(basis, block, work, faults(block))) return false;
   }
   if (!GO_ON(work, NPHASES)) return false;
   for (int block = 1; block <= NPHASES; ++block) WARN_OF_FAULTS(block, faults(block));

@@ -1,7 +1,7 @@
 // The dialogue of CSV, and the writing of sheets part by part.
 #include "src/facetor6_sheets/csv.h"
 
-#include <algorithm>     // for min
+#include <algorithm>     // for any_of, min
 #include <system_error>  // for generic_category
 
 #include "console_code/console/input.h"
@@ -74,27 +74,36 @@ void ADD_LINES(std::string_view lines, SHEET_FILE& file) {
   file.REFUSED = !WRITE_UNIT(file.RECORD.UNIT, lines.substr(0, lines.size() - 1));
 }
 
-// The reports that have columns.
-REPORTS TABLES_OF(REPORT_CODE code, const std::vector<int>& sites, const std::vector<int>& places) {
+// ---- part by part ----
+
+// So many numbers of a list, or what is left of it, from a place on.
+std::vector<int> PART_OF(const std::vector<int>& list, std::size_t first, std::size_t length) {
+  const std::size_t last = std::min(first + length, list.size());
+  return {list.begin() + static_cast<std::ptrdiff_t>(first),
+          list.begin() + static_cast<std::ptrdiff_t>(last)};
+}
+
+// The reports that have columns; not all of them when the user has stopped the work, which is at
+// the step.
+REPORTS TABLES_OF(REPORT_CODE code, const std::vector<int>& sites, const std::vector<int>& places,
+                  int step, WORK& work) {
+  constexpr std::size_t sites_at_once = 256;
   REPORTS tables;
-  for (REPORT& report : REPORTS_OF(code, sites, places))
-    if (report.IS_TABLE) tables.push_back(std::move(report));
+  std::size_t first = 0;
+  do {
+    if (!GO_ON(work, step)) return tables;
+    for (REPORT& report : REPORTS_OF(code, PART_OF(sites, first, sites_at_once), places))
+      if (report.IS_TABLE) tables.push_back(std::move(report));
+    first += sites_at_once;
+  } while (IS_OF_SITES(code) && first < sites.size());
   return tables;
 }
 
-// ---- part by part ----
-
-// So many blocks are held at a time.
-constexpr std::size_t part_length = 64;
-
-std::vector<int> PART_OF(const std::vector<int>& places, std::size_t first) {
-  const std::size_t last = std::min(first + part_length, places.size());
-  return {places.begin() + static_cast<std::ptrdiff_t>(first),
-          places.begin() + static_cast<std::ptrdiff_t>(last)};
-}
-
-void ADD_WIDE_PART(const SHEET& sheet, const std::vector<int>& part, SHEET_FILE& file) {
-  ADD_LINES(WIDE_LINES(TABLES_OF(sheet.CODES.front(), sheet.SITES, part)), file);
+void ADD_WIDE_PART(const SHEET& sheet, const std::vector<int>& part, int step, WORK& work,
+                   SHEET_FILE& file) {
+  const REPORTS tables = TABLES_OF(sheet.CODES.front(), sheet.SITES, part, step, work);
+  if (work.STOPPED) return;
+  ADD_LINES(WIDE_LINES(tables), file);
   file.ROWS += static_cast<int>(part.size());
 }
 
@@ -105,61 +114,66 @@ struct LONG_QUANTITY {
   REPORTS TABLES;
 };
 
-std::vector<LONG_QUANTITY> LONG_QUANTITIES(const SHEET& sheet) {
+std::vector<LONG_QUANTITY> LONG_QUANTITIES(const SHEET& sheet, WORK& work) {
   std::vector<LONG_QUANTITY> quantities;
   for (REPORT_CODE code : sheet.CODES)
-    quantities.push_back({code, LONG_MIDDLES(TABLES_OF(code, sheet.SITES, {})), {}});
+    quantities.push_back({code, LONG_MIDDLES(TABLES_OF(code, sheet.SITES, {}, 1, work)), {}});
   return quantities;
 }
 
-void ADD_LONG_PART(const SHEET& sheet, const std::vector<int>& part,
+void ADD_LONG_PART(const SHEET& sheet, const std::vector<int>& part, int step, WORK& work,
                    std::vector<LONG_QUANTITY>& quantities, SHEET_FILE& file) {
   for (LONG_QUANTITY& quantity : quantities)
-    quantity.TABLES = TABLES_OF(quantity.CODE, sheet.SITES, part);
+    quantity.TABLES = TABLES_OF(quantity.CODE, sheet.SITES, part, step, work);
   for (std::size_t k = 0; k < part.size(); ++k) {
     std::string text;
-    for (const LONG_QUANTITY& quantity : quantities)
+    for (const LONG_QUANTITY& quantity : quantities) {
+      if (!GO_ON(work, step)) return;
       file.ROWS += ADD_LONG_LINES(quantity.TABLES, quantity.MIDDLES, k, text);
+    }
     ADD_LINES(text, file);
   }
 }
 
 // False when the user has stopped it.
 bool WRITE_ROWS(const SHEET& sheet, SHEET_FILE& file) {
+  constexpr std::size_t part_length = 64;  // blocks that are held at a time
   WORK work("Writing blocks", static_cast<int>(sheet.PLACES.size()));
   std::vector<LONG_QUANTITY> quantities;
-  if (sheet.LONG) quantities = LONG_QUANTITIES(sheet);
-  ADD_LINES(SHEET_LINE(sheet.LONG ? LONG_NAMES()
-                                  : WIDE_NAMES(TABLES_OF(sheet.CODES.front(), sheet.SITES, {}))),
-            file);
+  if (sheet.LONG) quantities = LONG_QUANTITIES(sheet, work);
+  ADD_LINES(
+      SHEET_LINE(sheet.LONG ? LONG_NAMES()
+                            : WIDE_NAMES(TABLES_OF(sheet.CODES.front(), sheet.SITES, {}, 1, work))),
+      file);
   for (std::size_t first = 0; first < sheet.PLACES.size(); first += part_length) {
-    if (!GO_ON(work, static_cast<int>(first) + 1)) return false;
+    const int step = static_cast<int>(first) + 1;
+    if (!GO_ON(work, step)) return false;
     if (file.REFUSED) return true;
-    const std::vector<int> part = PART_OF(sheet.PLACES, first);
+    const std::vector<int> part = PART_OF(sheet.PLACES, first, part_length);
     if (sheet.LONG)
-      ADD_LONG_PART(sheet, part, quantities, file);
+      ADD_LONG_PART(sheet, part, step, work, quantities, file);
     else
-      ADD_WIDE_PART(sheet, part, file);
+      ADD_WIDE_PART(sheet, part, step, work, file);
   }
-  return true;
+  return !work.STOPPED;
 }
 
 // A line holds all blocks, so that a site is held at a time.
 bool WRITE_FOR_PAPER(const SHEET& sheet, SHEET_KIND kind, SHEET_FILE& file) {
   WORK work("Writing sites", static_cast<int>(sheet.CODES.size() * sheet.SITES.size()));
-  ADD_LINES(PAPER_HEAD(TABLES_OF(REPORT_CELLS, {}, sheet.PLACES).front(), kind), file);
+  ADD_LINES(PAPER_HEAD(REPORTS_OF(REPORT_CELLS, {}, sheet.PLACES).front(), kind), file);
   int step = 0;
   for (REPORT_CODE code : sheet.CODES) {
     const std::vector<int> one{0};
     for (int site : IS_OF_SITES(code) ? sheet.SITES : one) {
       if (!GO_ON(work, ++step)) return false;
       std::string text;
-      for (const REPORT& report : TABLES_OF(code, {site}, sheet.PLACES))
+      for (const REPORT& report : TABLES_OF(code, {site}, sheet.PLACES, step, work))
         file.ROWS += ADD_PAPER_LINES(report, kind, text);
       ADD_LINES(text, file);
     }
   }
-  return true;
+  return !work.STOPPED;
 }
 
 // ---- the last fit ----
@@ -261,6 +275,11 @@ void RUN_ALL() {
   WRITE_SHEET(sheet);
 }
 
+bool HAS_TABLE(REPORT_CODE code, const std::vector<int>& sites) {
+  return std::any_of(sites.begin(), sites.end(),
+                     [code](int site) { return REPORTS_OF(code, {site}, {}).front().IS_TABLE; });
+}
+
 void RUN_ONE(REPORT_CODE code) {
   if (code == REPORT_VALENCES && !VALENCES_DONE)
     return WRITE_OUT("|*****No bond valences have been calculated: CALC valences first");
@@ -269,7 +288,7 @@ void RUN_ONE(REPORT_CODE code) {
     EQUAL_ATOMS();
     sheet.SITES = ASK_SITES_ONCE();
     if (sheet.SITES.empty()) return;
-    if (TABLES_OF(code, sheet.SITES, {}).empty())
+    if (!HAS_TABLE(code, sheet.SITES))
       return WRITE_OUT("|*****There are no such values of what was chosen: choose another site");
   }
   WARN_OF_MATCHES(sheet);

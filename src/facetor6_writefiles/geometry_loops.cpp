@@ -58,8 +58,7 @@ std::vector<int> BONDS_TO_WRITE(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
 }
 
 // A loop without rows is no CIF: nothing is written then.
-void WRITE_LOOP(const std::vector<std::string>& names,
-                const std::vector<std::vector<std::string>>& rows, int unit) {
+void WRITE_LOOP(const std::vector<std::string>& names, const CIF_ROWS& rows, int unit) {
   if (rows.empty()) return;
   WRITE_CIF_LOOP_HEAD(names, unit);
   WRITE_CIF_ROWS(rows, unit);
@@ -70,7 +69,7 @@ void WRITE_LOOP(const std::vector<std::string>& names,
 void WRITE_CIF_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres,
                      int unit) {
   constexpr int length_decimals = 4;
-  std::vector<std::vector<std::string>> rows;
+  CIF_ROWS rows;
   for (int i : centres)
     for (int j : BONDS_TO_WRITE(phase, i))
       rows.push_back({CENTRE_LABEL(phase, i, j), LIGAND_LABEL(phase, i, j),
@@ -82,15 +81,14 @@ void WRITE_CIF_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>
              rows, unit);
 }
 
-void WRITE_CIF_ANGLES(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres,
-                      int unit) {
-  std::vector<std::vector<std::string>> rows;
-  for (int i : centres) {
-    const std::vector<int> bonds = BONDS_TO_WRITE(phase, i);
-    for (std::size_t first = 0; first < bonds.size(); ++first)
-      for (std::size_t second = first + 1; second < bonds.size(); ++second)
-        rows.push_back(ANGLE_ROW(phase, i, bonds[first], bonds[second]));
-  }
+void ADD_CIF_ANGLES(const CRYSTAL_STRUCTURE_TYPE& phase, int centre, CIF_ROWS& rows) {
+  const std::vector<int> bonds = BONDS_TO_WRITE(phase, centre);
+  for (std::size_t first = 0; first < bonds.size(); ++first)
+    for (std::size_t second = first + 1; second < bonds.size(); ++second)
+      rows.push_back(ANGLE_ROW(phase, centre, bonds[first], bonds[second]));
+}
+
+void WRITE_CIF_ANGLES(const CIF_ROWS& rows, int unit) {
   WRITE_LOOP({"_geom_angle_atom_site_label_1", "_geom_angle_atom_site_label_2",
               "_geom_angle_atom_site_label_3", "_geom_angle", "_geom_angle_site_symmetry_1",
               "_geom_angle_site_symmetry_2", "_geom_angle_site_symmetry_3"},

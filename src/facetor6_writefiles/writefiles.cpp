@@ -9,6 +9,7 @@
 #include "console_code/console/output.h"
 #include "console_code/console/prompts.h"
 #include "console_code/console/state.h"
+#include "console_code/console/work.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/phase_list.h"
@@ -71,8 +72,22 @@ void WRITE_SYMMETRY(const XTAL::SPACE_GROUP& group, int unit) {
   for (const std::string& op : group.SYMOPSYMB) WRITE_CIF_LINE("'" + op + "'", unit);
 }
 
-void WRITE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& phase, const std::string& name,
-                 const std::vector<int>& centres, int unit) {
+// False when the user has stopped it, here and below.
+bool WRITE_GEOMETRY(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres, int unit,
+                    int step, WORK& work) {
+  WRITE_CIF_BONDS(phase, centres, unit);
+  CIF_ROWS angles;
+  for (int i : centres) {
+    if (!GO_ON(work, step)) return false;
+    ADD_CIF_ANGLES(phase, i, angles);
+  }
+  WRITE_CIF_ANGLES(angles, unit);
+  return GO_ON(work, step);
+}
+
+bool WRITE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& phase, const std::string& name,
+                 const std::vector<int>& centres, int unit, int step, WORK& work) {
+  if (!GO_ON(work, step)) return false;
   for (int i = 0; i < 3; ++i) WRITE_CIF_LINE(" ", unit);
   WRITE_CIF_LINE("data_" + name, unit);
   WRITE_CIF_AUDIT(METHOD_TEXT(), unit);
@@ -85,11 +100,10 @@ void WRITE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& phase, const std::string& name,
   WRITE_CIF_LINE(" ", unit);
   WRITE_SYMMETRY(phase.SPG, unit);
   WRITE_CIF_ATOMS(phase, unit);
-  if (SUM_NBONDS(REFERENCE()) > 0) {
-    WRITE_CIF_BONDS(phase, centres, unit);
-    WRITE_CIF_ANGLES(phase, centres, unit);
-  }
+  if (SUM_NBONDS(REFERENCE()) > 0 && !WRITE_GEOMETRY(phase, centres, unit, step, work))
+    return false;
   WRITE_CIF_MODES(phase.MODE_LIST, unit);
+  return true;
 }
 
 // ---- what the user wants ----
@@ -153,12 +167,15 @@ void WRITE_CIF_FACETOR(int unit, int& nwrite, NAMES_TAKEN taken) {
   if (GET_ANSWER_YN("     Is this ok?") != 'Y') return;
   const std::vector<int> centres = ASK_CENTRES();
   if (CONSOLE.DROPPED) return;
-  nwrite = 0;
-  for (int block : USED_BLOCKS()) {
+  const std::vector<int> blocks = USED_BLOCKS();
+  WORK work("Writing structures: block", static_cast<int>(blocks.size()));
+  int written = 0;
+  for (int block : blocks) {
     const std::string name = BLOCK_NAME(PHASE(block).BLOCK_TITLE, taken);
-    WRITE_BLOCK(PHASE(block), name, centres, unit);
-    ++nwrite;
+    if (!WRITE_BLOCK(PHASE(block), name, centres, unit, ++written, work))
+      return WRITE_OUT("|*****The writing was stopped: the file is as it was");
   }
+  nwrite = written;
   WRITE_CIF_END(unit);
   if (ERR_KVACIF) WARNING(ERR_KVACIF_MESS);
 }

@@ -13,8 +13,8 @@ void WRITE_PHASE_TO_FILE();
 std::span<const std::string_view> WRITE_MENU();
 
 // Asks what to write, and writes the used blocks in display order to the unit. nwrite receives
-// their count, -1 when the user wants none. No block gets a name that is taken. Failures are told
-// by the CIF error state.
+// their count, -1 when the user wants none or has stopped it. No block gets a name that is taken.
+// Failures are told by the CIF error state.
 void WRITE_CIF_FACETOR(int unit, int& nwrite, KVA_UTILITIES::NAMES_TAKEN taken = {});
 
 void WRITE_CIF_MODES(const RAMAN::MODE_LIST_TYPE& modes, int unit);

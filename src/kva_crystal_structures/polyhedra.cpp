@@ -20,9 +20,13 @@ float CUBE_ROOT(float x) {
   return static_cast<float>(std::cbrt(static_cast<double>(x)));
 }
 
+}  // namespace
+
 // ---- angles and edges ----
 
 void CALC_ANGLES_OF_CENTRE(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  phase.NANGLES(i) = 0;
+  if (phase.NBONDS(i) <= 0) return;
   const std::vector<int> present = BONDS_PRESENT(phase, i);
   const std::vector<PLACED_ATOM>& ligands = around.LIGANDS(i);
   const APEX_ATOM centre = APEX_AT(around.OWN_RULER, CENTRE_POSITION(phase, i));
@@ -48,17 +52,9 @@ void CALC_ANGLES_OF_CENTRE(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& 
   }
 }
 
-}  // namespace
-
-void CALC_ANGLES_ALLATOMS(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase) {
-  for (int i = 1; i <= CAPACITY(phase); ++i) {
-    phase.NANGLES(i) = 0;
-    if (phase.NBONDS(i) > 0) CALC_ANGLES_OF_CENTRE(around, phase, i);
-  }
-}
-
 void CALC_ANGLES_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
-  CALC_ANGLES_ALLATOMS(COORDINATIONS_OF(RULER_FOR(phase)), phase);
+  const COORDINATIONS around = COORDINATIONS_OF(RULER_FOR(phase));
+  for (int i = 1; i <= CAPACITY(phase); ++i) CALC_ANGLES_OF_CENTRE(around, phase, i);
 }
 
 // ---- distortion ----
@@ -134,8 +130,12 @@ void CALC_OCTAHEDRON(CRYSTAL_STRUCTURE_TYPE& phase, int i, const std::vector<int
   phase.POLYHEDRON(i, POLY_ELONGATION) = ELONGATION(phase, i, present, r);
 }
 
+}  // namespace
+
 // Without a volume, as with two or three ligands, there are no distortion parameters.
 void CALC_POLY_OF_CENTRE(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
+  phase.POLYHEDRON(i) = {};
+  if (phase.NBONDS(i) <= 0) return;
   const std::vector<int> present = BONDS_PRESENT(phase, i);
   const std::size_t n = present.size();
   if (n == 0) return;
@@ -152,16 +152,9 @@ void CALC_POLY_OF_CENTRE(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& ph
   }
 }
 
-}  // namespace
-
-void CALC_POLY_ALLATOMS(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase) {
-  phase.POLYHEDRON.ASSIGN(CAPACITY(phase));
-  for (int i = 1; i <= CAPACITY(phase); ++i)
-    if (phase.NBONDS(i) > 0) CALC_POLY_OF_CENTRE(around, phase, i);
-}
-
 void CALC_POLY_ALLATOMS(CRYSTAL_STRUCTURE_TYPE& phase) {
-  CALC_POLY_ALLATOMS(COORDINATIONS_OF(RULER_FOR(phase)), phase);
+  const COORDINATIONS around = COORDINATIONS_OF(RULER_FOR(phase));
+  for (int i = 1; i <= CAPACITY(phase); ++i) CALC_POLY_OF_CENTRE(around, phase, i);
 }
 
 // ---- centres outside ----

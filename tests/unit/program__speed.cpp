@@ -1,0 +1,215 @@
+// How soon the program answers the interrupt key in a block of ten thousand sites, and the memory
+// that a block takes: both as the program's own processor time and memory, so that what else the
+// machine does hardly matters.
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <ctime>
+
+#include "program__terminal.h"
+#include "sanitized.h"
+
+using namespace PROGRAM_TESTS;
+
+namespace {
+
+#ifdef NDEBUG
+constexpr bool checked = false;
+#else
+constexpr bool checked = true;  // a build that tests its indices
+#endif
+
+// Runs by hand may look at more moments.
+int MOMENTS() {
+  const char* const text = std::getenv("INTERRUPT_MOMENTS");
+  return text != nullptr ? std::atoi(text) : 5;
+}
+
+double SECONDS(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+}
+
+class SPEED : public STARTED {
+ protected:
+  void SetUp() override {
+    if (sanitized || checked) GTEST_SKIP() << "of release builds alone";
+    STARTED::SetUp();
+  }
+
+  // Processor time of the program so far, in seconds.
+  double TIME_SO_FAR() const {
+    clockid_t clock{};
+    timespec time{};
+    if (::clock_getcpuclockid(child, &clock) != 0 || ::clock_gettime(clock, &time) != 0) return 0.0;
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+  }
+
+  bool HAS_ENDED() { return ::wait4(child, &status, WNOHANG, &usage) == child; }
+
+  static double TIME_OF(const rusage& used) {
+    return SECONDS(used.ru_utime) + SECONDS(used.ru_stime);
+  }
+
+  int status = 0;
+  rusage usage{};
+};
+
+// ---- the interrupt key ----
+
+// Silicon and oxygen by turns on a mesh in half a cell of P -1, 1.9 angstroms apart: each has six
+// neighbours of the other kind.
+std::string TEN_THOUSAND_SITES() {
+  constexpr int along_a = 22;
+  constexpr int along_b = 22;
+  constexpr int along_c = 21;
+  const auto place = [](int k, int n) { return std::to_string((k + 0.5) / n) + "(2)"; };
+  std::string text =
+      "data_many\n_cell_length_a 41.80(2)\n_cell_length_b 41.80(2)\n_cell_length_c 79.80(2)\n"
+      "_cell_angle_alpha 90.2(1)\n_cell_angle_beta 91.5(1)\n_cell_angle_gamma 89.1(1)\n"
+      "_symmetry_space_group_name_H-M 'P -1'\nloop_\n_atom_site_label\n_atom_site_fract_x\n"
+      "_atom_site_fract_y\n_atom_site_fract_z\n_atom_site_U_iso_or_equiv\n";
+  int site = 0;
+  for (int i = 0; i < along_a; ++i)
+    for (int j = 0; j < along_b; ++j)
+      for (int k = 0; k < along_c; ++k)
+        text += ((i + j + k) % 2 == 0 ? "Si" : "O") + std::to_string(++site) + " " +
+                place(i, along_a) + " " + place(j, along_b) + " " + place(k, 2 * along_c) +
+                " 0.008(1)\n";
+  return text;
+}
+
+const std::string everything =
+    "READ cif many.cif\nY\nREAD full many.cif\nN\nCALC polyhedra\n0.01,2.2\n0\n"
+    "CALC valences\nN\n0\nTABLE xyz\nALL\n\nTABLE angles\nALL\n\nCSV all long.csv\n"
+    "CSV angles ALL wide.csv\nCSV bond ALL paper.tex\nWRITE cif new.cif\nY\nY\n"
+    "EXPORT\nY\n2\nSi1\nnew.dat\n\n\nMEASURE size = vol(Si1)\nTABLE measures\n"
+    "GRAPH bond ALL P new.svg\nFIT angles ALL P\n";
+
+class INTERRUPT : public SPEED {
+ protected:
+  void SetUp() override {
+    SPEED::SetUp();
+    if (IsSkipped()) return;
+    path = std::getenv("PATH");
+    ::setenv("PATH", work.c_str(), 1);  // without gnuplot
+    PUT_FILE(work / "many.cif", TEN_THOUSAND_SITES());
+    PUT_FILE(work / "run.mcr", everything + "EXIT\n");
+  }
+  void TearDown() override {
+    if (!path.empty()) ::setenv("PATH", path.c_str(), 1);
+    SPEED::TearDown();
+  }
+
+  // Starts the session at a terminal, where the key ends the command and not the program.
+  void START_SESSION() {
+    for (const char* name : {"long.csv", "wide.csv", "paper.tex", "new.cif", "new.dat", "new.csv"})
+      fs::remove(work / name);
+    terminal = OPEN_TERMINAL(80);
+    if (terminal.MASTER < 0) GTEST_SKIP() << "no pseudo terminal here";
+    START(terminal.SLAVE, NEW_FILE("said"), NEW_FILE("errors"));
+    TYPE_ON(terminal.MASTER, "MACRO run\n");
+  }
+
+  // Presses the key when the program has worked so long; the processor time that it goes on for,
+  // its end included. It is told to end as often as it takes.
+  double TIME_BEHIND_KEY(double moment) {
+    while (TIME_SO_FAR() < moment && !HAS_ENDED()) std::this_thread::sleep_for(1ms);
+    const double pressed = TIME_SO_FAR();
+    ::kill(child, SIGINT);
+    for (int wait = 0; !HAS_ENDED(); ++wait) {
+      if (wait % 50 == 0) TYPE_ON(terminal.MASTER, "\nEXIT\n");
+      std::this_thread::sleep_for(2ms);
+    }
+    ::close(terminal.MASTER);
+    return TIME_OF(usage) - pressed;
+  }
+
+  PSEUDO_TERMINAL terminal;
+  std::string path;
+};
+
+// Half a second is the aim, where nothing else runs; processor time, too, grows on a busy machine.
+TEST_F(INTERRUPT, IS_ANSWERED_SOON_AT_ANY_MOMENT_OF_A_LARGE_BLOCK) {
+  constexpr double longest = 1.0;  // seconds
+  ASSERT_NO_FATAL_FAILURE(START_SESSION());
+  if (IsSkipped()) return;
+  while (!HAS_ENDED()) std::this_thread::sleep_for(5ms);
+  ::close(terminal.MASTER);
+  const double total = TIME_OF(usage);
+  const std::string said = TEXT_OF(folder / "said");
+  EXPECT_EQ(said.find("is not used"), std::string::npos) << "all answers have their questions";
+  EXPECT_EQ(said.find("WARNING"), std::string::npos);
+  for (const char* name : {"long.csv", "wide.csv", "paper.tex", "new.cif", "new.dat", "new.csv"})
+    EXPECT_TRUE(fs::exists(work / name)) << name;
+  double slowest = 0.0;
+  for (int k = 1; k <= MOMENTS(); ++k) {
+    const double moment = total * k / (MOMENTS() + 1);
+    ASSERT_NO_FATAL_FAILURE(START_SESSION());
+    const double behind = TIME_BEHIND_KEY(moment);
+    slowest = std::max(slowest, behind);
+    EXPECT_LT(behind, longest) << "at " << moment << " of " << total << " seconds\n"
+                               << TEXT_OF(folder / "said")
+                                      .substr(fs::file_size(folder / "said") -
+                                              std::min<std::size_t>(fs::file_size(folder / "said"),
+                                                                    300));
+  }
+  RecordProperty("slowest_answer_in_ms", static_cast<int>(1000 * slowest));
+  std::cout << "the slowest answer took " << slowest << " s of " << total << " s\n";
+}
+
+// ---- memory ----
+
+// So many blocks of six sites in C 2/c, with anisotropic displacements.
+std::string SERIES(int blocks) {
+  constexpr const char* sites =
+      "Ca2 0 0.3009(2) 0.25 0.0075(3)\nMg1 0 0.9077(2) 0.25 0.0073(3)\n"
+      "Si1 0.2866(2) 0.0926(2) 0.2300(2) 0.0078(3)\nO1 0.1155(2) 0.0868(2) 0.1422(2) 0.0077(3)\n"
+      "O2 0.3612(2) 0.2504(2) 0.3180(2) 0.0090(3)\nO3 0.3499(2) 0.0172(2) 0.9954(2) 0.0080(3)\n";
+  const std::string u = " 0.0079(3) 0.0082(3) 0.0084(3) -0.0001(3) 0.0003(3) -0.0001(3)\n";
+  std::string text;
+  for (int block = 1; block <= blocks; ++block) {
+    text += "data_b" + std::to_string(block) +
+            "\n_cell_length_a 9.746(5)\n_cell_length_b 8.899(5)\n_cell_length_c 5.251(5)\n"
+            "_cell_angle_beta 105.630(5)\n_symmetry_space_group_name_H-M 'C 2/c'\nloop_\n"
+            "_symmetry_equiv_pos_as_xyz\n'x,y,z'\n'-x,y,-z+1/2'\n'-x,-y,-z'\n'x,-y,z+1/2'\n"
+            "'x+1/2,y+1/2,z'\n'-x+1/2,y+1/2,-z+1/2'\n'-x+1/2,-y+1/2,-z'\n'x+1/2,-y+1/2,z+1/2'\n"
+            "loop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n"
+            "_atom_site_fract_z\n_atom_site_U_iso_or_equiv\n";
+    text += sites;
+    text +=
+        "loop_\n_atom_site_aniso_label\n_atom_site_aniso_U_11\n_atom_site_aniso_U_22\n"
+        "_atom_site_aniso_U_33\n_atom_site_aniso_U_12\n_atom_site_aniso_U_13\n"
+        "_atom_site_aniso_U_23\n";
+    for (const char* label : {"Ca2", "Mg1", "Si1", "O1", "O2", "O3"}) text += label + u;
+    text += "\n";
+  }
+  return text;
+}
+
+class MEMORY : public SPEED {
+ protected:
+  // The most that a whole session with so many blocks takes, in KB.
+  long PEAK(int blocks) {
+    PUT_FILE(work / "many.cif", SERIES(blocks));
+    PUT_FILE(folder / "input",
+             "READ cif many.cif\nY\nCALC polyhedra\n0.01,2.8\n0\nTABLE bond lengths\nALL\n\n"
+             "TABLE angles\nALL\n\nEXIT\n");
+    START(::open((folder / "input").c_str(), O_RDONLY | O_CLOEXEC), NEW_FILE("said"),
+          NEW_FILE("errors"));
+    ::wait4(child, &status, 0, &usage);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    return usage.ru_maxrss;
+  }
+};
+
+// What fewer blocks take is common to all sessions.
+TEST_F(MEMORY, A_BLOCK_OF_SIX_SITES_TAKES_AT_MOST_10_KB) {
+  constexpr int fewer = 4000;
+  constexpr int more = 12000;
+  const long first = PEAK(fewer);
+  const long second = PEAK(more);
+  EXPECT_LE(static_cast<double>(second - first) / (more - fewer), 10.0);
+}
+
+}  // namespace
