@@ -313,8 +313,9 @@ void READ_GIVEN_FILES(const std::vector<std::string>& names) {
   WRITE_OUT_BLANK(1);
   for (const std::string& name : names) {
     const int type = L_CASE(name).ends_with(".out") ? CRYSTAL_FILE : FULL_CIF_FILE;
-    for (const NAMED_FILE& named : FILES_NAMED(name, "cif"))
-      READ_INTO_SERIES(type, named, names.size() == 1, series);
+    const std::vector<NAMED_FILE> files = FILES_NAMED(name, "cif");
+    if (files.empty()) WRITE_OUT("*****No file fits " + AS_IT_IS(name) + ", it is left out");
+    for (const NAMED_FILE& named : files) READ_INTO_SERIES(type, named, names.size() == 1, series);
   }
   if (OFFER_SERIES(series, false)) SHOW_LOADED();
 }

@@ -166,12 +166,13 @@ TEST_F(OPTIONS, FILES_THAT_CANNOT_BE_READ_ARE_TOLD_AND_LEFT_OUT) {
   fs::copy(data / "series/P2.cif", folder / "work/P2.cif");
   fs::copy(data / "periclase.out", folder / "work/periclase.out");
   std::ofstream(folder / "work/end.mcr") << "EXIT\n";
-  const RUN_RESULT run = RUN("'two GPa.cif' none.cif periclase.out 'P*.cif' end");
+  const RUN_RESULT run = RUN("'two GPa.cif' none.cif periclase.out 'Q*.cif' 'P*.cif' end");
   EXPECT_EQ(run.STATUS, 0);
   EXPECT_TRUE(CONTAINS(run.SAID,
                        "\nNamed two GPa.cif\nNamed none.cif\n*****File none.cif does not exist, it "
                        "is left out\nNamed periclase.out\n*****The file does not tell its space "
-                       "group, it is left out: read it alone\nNamed P2.cif\n"))
+                       "group, it is left out: read it alone\n*****No file fits Q*.cif, it is left "
+                       "out\nNamed P2.cif\n"))
       << run.SAID;
   EXPECT_TRUE(CONTAINS(run.SAID, "following  2 crystal structures")) << run.SAID;
 }
