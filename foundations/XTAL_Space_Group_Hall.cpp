@@ -204,7 +204,7 @@ BASIS_CHANGE SHIFT_IN_TWELFTHS(std::string_view text) {
 std::optional<int> TAKE_DIGITS(std::string_view& text, int usual) {
   constexpr std::size_t most_digits = 3;
   std::size_t n = 0;
-  while (n < text.size() && text[n] >= '0' && text[n] <= '9') ++n;
+  while (n < text.size() && ISDIGIT(text[n])) ++n;
   if (n > most_digits) return std::nullopt;
   int value = n > 0 ? 0 : usual;
   for (char c : text.substr(0, n)) value = 10 * value + (c - '0');

@@ -176,7 +176,7 @@ struct FIELD_READER {
   }
 
   bool TAKE_OF_NUMBER(char c) {
-    if (c >= '0' && c <= '9')
+    if (ISDIGIT(c))
       NUMBER.TAKE_DIGIT(c - '0');
     else if (c == '.')
       NUMBER.AT = NUMBER_READER::PART::DECIMALS;

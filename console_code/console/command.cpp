@@ -23,8 +23,7 @@ using namespace KVA_UTILITIES;
 
 namespace {
 
-constexpr int word_columns = 10;          // of a command word in HELP
-constexpr std::size_t clock_columns = 5;  // hours and minutes
+constexpr int word_columns = 10;  // of a command word in HELP
 constexpr int end_by_exit = 0;
 constexpr int end_by_x = -1;
 constexpr std::string_view gate_word = "kompressa";  // opens the reserved commands
@@ -287,7 +286,7 @@ std::string SET_CMD_PROMPT_DATE() {
   const std::string prompt = TRIM(CONSOLE.CMD_PROMPT);
   const std::string stem = prompt.substr(0, prompt.find('>'));
   if (!CONSOLE.TIME_IN_PROMPT) return stem + ">";
-  return DATE_KVA() + " " + CLOCK_KVA().substr(0, clock_columns) + " " + stem + ">";
+  return DATE_AND_TIME() + " " + stem + ">";
 }
 
 void BACK_AT_MAIN_PROMPT() {

@@ -123,7 +123,7 @@ std::vector<std::size_t> WORD_STARTS(std::string_view before) {
 
 // Whether a word of an expression may begin there: not within a word of letters and digits.
 bool WORD_MAY_BEGIN(std::string_view before, std::size_t at) {
-  const auto joins = [](char c) { return ISLETTER(c) || (c >= '0' && c <= '9') || c == '_'; };
+  const auto joins = [](char c) { return ISLETTER(c) || ISDIGIT(c) || c == '_'; };
   const bool within = at > 0 && joins(before[at - 1]);
   if (at == before.size()) return !within;
   return before[at] != ' ' && !(within && joins(before[at]));

@@ -19,11 +19,10 @@ using namespace KVA_UTILITIES;
 namespace {
 
 constexpr char line_break = '|';
-constexpr char shown_bar = '\x1C';        // stands for a "|" that is to be shown
-constexpr int silent_run = 5;             // run type of a program that says nothing on the console
-constexpr int control_columns = 5;        // of a number in a control text
-constexpr int text_column = 10;           // where the texts of the header begin
-constexpr std::size_t clock_columns = 5;  // hours and minutes
+constexpr char shown_bar = '\x1C';  // stands for a "|" that is to be shown
+constexpr int silent_run = 5;       // run type of a program that says nothing on the console
+constexpr int control_columns = 5;  // of a number in a control text
+constexpr int text_column = 10;     // where the texts of the header begin
 
 enum class DESTINATION { CONSOLE_AND_LOG, LOG, CONSOLE, UNIT };
 
@@ -123,10 +122,6 @@ int HEADER_WIDTH(std::string_view control) {
   constexpr int smallest = 2;  // room for both ends of the frame
   const int width = CONTROL_NUMBER(control, "WIDTH=").value_or(CONSOLE.WIDTH);
   return width >= smallest && width <= INPUT_LENGTH ? width : CONSOLE.WIDTH;
-}
-
-std::string DATE_AND_TIME() {
-  return DATE_KVA() + " " + CLOCK_KVA().substr(0, clock_columns);
 }
 
 }  // namespace

@@ -28,23 +28,19 @@ bool IS_PATTERN(std::string_view name) {
 
 namespace {
 
-bool IS_DIGIT(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool IS_LETTER_OR_DIGIT(char c) {
-  return IS_DIGIT(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+  return ISDIGIT(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
 // Characters of the number at the start of a text, 12, 1.54 or 1p54; 0 when there is none.
 std::size_t NUMBER_LENGTH(std::string_view text) {
   std::size_t length = 0;
-  while (length < text.size() && IS_DIGIT(text[length])) ++length;
+  while (length < text.size() && ISDIGIT(text[length])) ++length;
   if (length == 0 || length + 1 >= text.size()) return length;
-  const bool decimals = (text[length] == '.' || text[length] == 'p') && IS_DIGIT(text[length + 1]);
+  const bool decimals = (text[length] == '.' || text[length] == 'p') && ISDIGIT(text[length + 1]);
   if (!decimals) return length;
   ++length;
-  while (length < text.size() && IS_DIGIT(text[length])) ++length;
+  while (length < text.size() && ISDIGIT(text[length])) ++length;
   return length;
 }
 
@@ -99,7 +95,7 @@ bool MATCH::NUMBER_FROM(std::size_t p, std::size_t n) {
   std::optional<float>& number =
       PATTERN[p + 1] == 'P' || PATTERN[p + 1] == 'p' ? NUMBERS.P : NUMBERS.T;
   for (std::size_t length = NUMBER_LENGTH(NAME.substr(start)); length > 0; --length) {
-    if (!IS_DIGIT(NAME[start + length - 1]) || !FROM(p + mark, start + length)) continue;
+    if (!ISDIGIT(NAME[start + length - 1]) || !FROM(p + mark, start + length)) continue;
     const float value = NUMBER_OF(NAME.substr(start, length));
     number = sign ? -value : value;
     return true;

@@ -25,10 +25,6 @@ bool FAIL(std::string_view text) {
   return false;
 }
 
-bool IS_DIGIT(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool STARTS_EXPONENT(char c) {
   return c == 'e' || c == 'E' || c == 'd' || c == 'D';
 }
@@ -55,7 +51,7 @@ bool TAKE_SIGN(std::string_view& text) {
 // Number of digits from position start on.
 std::size_t DIGITS_FROM(std::string_view text, std::size_t start) {
   std::size_t end = start;
-  while (end < text.size() && IS_DIGIT(text[end])) ++end;
+  while (end < text.size() && ISDIGIT(text[end])) ++end;
   return end - start;
 }
 

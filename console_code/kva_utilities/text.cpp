@@ -154,6 +154,10 @@ bool ISLETTER(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
+bool ISDIGIT(char c) {
+  return c >= '0' && c <= '9';
+}
+
 void REPLACE_CHAR(std::string& text, char a, char b) {
   for (char& c : text)
     if (UPPER(c) == UPPER(a)) c = b;
@@ -251,6 +255,11 @@ std::string DATE_ISO() {
 std::string CLOCK_KVA() {
   const std::tm now = LOCAL_TIME();
   return DIGITS(now.tm_hour, 2) + ":" + DIGITS(now.tm_min, 2) + ":" + DIGITS(now.tm_sec, 2);
+}
+
+std::string DATE_AND_TIME() {
+  constexpr std::size_t hours_and_minutes = 5;
+  return DATE_KVA() + " " + CLOCK_KVA().substr(0, hours_and_minutes);
 }
 
 }  // namespace KVA_UTILITIES

@@ -48,6 +48,7 @@ bool EQUAL_TEXT(std::string_view a, std::string_view b);
 std::string MAKESTARS(int n);
 
 bool ISLETTER(char c);
+bool ISDIGIT(char c);
 
 // Replaces each a by b, ignoring case in the search.
 void REPLACE_CHAR(std::string& text, char a, char b);
@@ -68,7 +69,8 @@ std::string CUT_WORD(std::string& text);
 std::string DATE_KVA();
 std::string DATE_ISO();
 
-// The local time as "14:05:09".
+// The local time as "14:05:09"; and date and time as "01-FEB-2025 14:05".
 std::string CLOCK_KVA();
+std::string DATE_AND_TIME();
 
 }  // namespace KVA_UTILITIES

@@ -22,7 +22,7 @@ namespace {
 
 // ---- the reports on some sites ----
 
-void LIST_SITES(REPORT_CODE code, std::string_view option, const std::vector<int>& sites) {
+void LIST_OF_SITES(REPORT_CODE code, std::string_view option, const std::vector<int>& sites) {
   const std::vector<int> places = LISTED_PLACES();
   const std::vector<MATCHED_ATOMS> atoms =
       NEEDS_BONDS(code) ? std::vector<MATCHED_ATOMS>(sites.size()) : MATCH_ATOMS(sites, places);
@@ -45,59 +45,59 @@ REPORT_CODE BOND_CODE(std::string_view option) {
 }  // namespace
 
 void FACETOR_LIST_XYZ(int i, std::string_view option) {
-  LIST_SITES(REPORT_XYZ, option, {i});
+  LIST_OF_SITES(REPORT_XYZ, option, {i});
 }
 
 void FACETOR_LIST_ALL_XYZ(std::string_view option) {
-  LIST_SITES(REPORT_XYZ, option, USED_ATOMS());
+  LIST_OF_SITES(REPORT_XYZ, option, USED_ATOMS());
 }
 
 void FACETOR_LIST_ADPS(int i, std::string_view option) {
-  LIST_SITES(REPORT_ADPS, option, {i});
+  LIST_OF_SITES(REPORT_ADPS, option, {i});
 }
 
 void FACETOR_LIST_ALL_ADPS(std::string_view option) {
-  LIST_SITES(REPORT_ADPS, option, USED_ATOMS());
+  LIST_OF_SITES(REPORT_ADPS, option, USED_ATOMS());
 }
 
 void FACETOR_LIST_BONDS(int i, std::string_view option) {
-  LIST_SITES(BOND_CODE(option), option, {i});
+  LIST_OF_SITES(BOND_CODE(option), option, {i});
 }
 
 void FACETOR_LIST_ALL_BONDS(std::string_view option) {
-  LIST_SITES(BOND_CODE(option), option, USED_ATOMS());
+  LIST_OF_SITES(BOND_CODE(option), option, USED_ATOMS());
 }
 
 void FACETOR_LIST_BONDVALENCE(int i, std::string_view option) {
-  LIST_SITES(REPORT_VALENCES, option, {i});
+  LIST_OF_SITES(REPORT_VALENCES, option, {i});
 }
 
 void FACETOR_LIST_ALL_BONDVALENCE(std::string_view option) {
-  LIST_SITES(REPORT_VALENCES, option, USED_ATOMS());
+  LIST_OF_SITES(REPORT_VALENCES, option, USED_ATOMS());
 }
 
 void FACETOR_LIST_ANGLES(int i, std::string_view option) {
-  LIST_SITES(REPORT_ANGLES, option, {i});
+  LIST_OF_SITES(REPORT_ANGLES, option, {i});
 }
 
 void FACETOR_LIST_ALL_ANGLES(std::string_view option) {
-  LIST_SITES(REPORT_ANGLES, option, USED_ATOMS());
+  LIST_OF_SITES(REPORT_ANGLES, option, USED_ATOMS());
 }
 
 void FACETOR_LIST_EDGES(int i, std::string_view option) {
-  LIST_SITES(REPORT_EDGES, option, {i});
+  LIST_OF_SITES(REPORT_EDGES, option, {i});
 }
 
 void FACETOR_LIST_ALL_EDGES(std::string_view option) {
-  LIST_SITES(REPORT_EDGES, option, USED_ATOMS());
+  LIST_OF_SITES(REPORT_EDGES, option, USED_ATOMS());
 }
 
 void FACETOR_LIST_ORBIX(int i) {
-  LIST_SITES(REPORT_ORBIX, "", {i});
+  LIST_OF_SITES(REPORT_ORBIX, "", {i});
 }
 
 void FACETOR_LIST_ALL_ORBIX() {
-  LIST_SITES(REPORT_ORBIX, "", USED_ATOMS());
+  LIST_OF_SITES(REPORT_ORBIX, "", USED_ATOMS());
 }
 
 // ---- the sites that the user names ----
@@ -174,7 +174,7 @@ void RUN_FACETOR_LIST_GEOM(REPORT_CODE code, std::string_view option) {
   while (true) {
     const SITE_ANSWER answer = ASK_SITES();
     if (answer.NONE_WANTED) return;
-    LIST_SITES(code, option, answer.SITES);
+    LIST_OF_SITES(code, option, answer.SITES);
     if (answer.ALL && code == REPORT_XYZ) NOTE_CHANGED_SYMBOLS();
   }
 }

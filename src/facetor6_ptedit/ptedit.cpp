@@ -49,7 +49,7 @@ struct PT_WORD {
 };
 
 bool IS_DIGIT_AT(std::string_view text, std::size_t place) {
-  return place < text.size() && text[place] >= '0' && text[place] <= '9';
+  return place < text.size() && ISDIGIT(text[place]);
 }
 
 // A comma between two digits divides the numbers of a list without blanks, as in 2,-3,6.5. Where

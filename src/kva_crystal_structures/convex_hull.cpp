@@ -56,15 +56,15 @@ std::vector<FACE> FIRST_FACES(std::span<const POINT> points) {
   return {{a, b, c}, {b, a, d}, {c, b, d}, {a, c, d}};
 }
 
-using EDGE = std::array<POINT, 2>;
+using HULL_EDGE = std::array<POINT, 2>;
 
 // Edges of the seen faces whose other side is not seen.
-std::vector<EDGE> HORIZON(const std::vector<FACE>& seen) {
-  std::vector<EDGE> edges;
+std::vector<HULL_EDGE> HORIZON(const std::vector<FACE>& seen) {
+  std::vector<HULL_EDGE> edges;
   for (const FACE& face : seen)
     for (std::size_t k = 0; k < 3; ++k) {
-      const EDGE edge{face[k], face[(k + 1) % 3]};
-      const auto other = std::find(edges.begin(), edges.end(), EDGE{edge[1], edge[0]});
+      const HULL_EDGE edge{face[k], face[(k + 1) % 3]};
+      const auto other = std::find(edges.begin(), edges.end(), HULL_EDGE{edge[1], edge[0]});
       if (other == edges.end())
         edges.push_back(edge);
       else
@@ -78,7 +78,7 @@ void ADD_POINT(const POINT& point, std::vector<FACE>& faces) {
   const auto first_seen = std::stable_partition(faces.begin(), faces.end(), hidden);
   const std::vector<FACE> seen(first_seen, faces.end());
   faces.erase(first_seen, faces.end());
-  for (const EDGE& edge : HORIZON(seen)) faces.push_back({edge[0], edge[1], point});
+  for (const HULL_EDGE& edge : HORIZON(seen)) faces.push_back({edge[0], edge[1], point});
 }
 
 std::vector<FACE> HULL_OF(std::span<const VECTOR3> points_cart) {
@@ -88,7 +88,7 @@ std::vector<FACE> HULL_OF(std::span<const VECTOR3> points_cart) {
 }
 
 // Distance of the point from the segment.
-double FROM_EDGE(const EDGE& edge, const POINT& point) {
+double FROM_EDGE(const HULL_EDGE& edge, const POINT& point) {
   const POINT along = BETWEEN(edge[0], edge[1]);
   const POINT to = BETWEEN(edge[0], point);
   const double t = std::clamp(DOT(to, along) / DOT(along, along), 0.0, 1.0);
@@ -101,7 +101,7 @@ double FROM_FACE(const FACE& face, const POINT& point) {
   bool above = true;
   double nearest_edge = FROM_EDGE({face[2], face[0]}, point);
   for (std::size_t k = 0; k < 3; ++k) {
-    const EDGE edge{face[k], face[(k + 1) % 3]};
+    const HULL_EDGE edge{face[k], face[(k + 1) % 3]};
     above = above && DOT(CROSS(normal, BETWEEN(edge[0], edge[1])), BETWEEN(edge[0], point)) > 0.0;
     nearest_edge = std::min(nearest_edge, FROM_EDGE(edge, point));
   }

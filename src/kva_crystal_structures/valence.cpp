@@ -19,13 +19,13 @@ constexpr float no_second_centre = 0.001f;
 constexpr std::size_t SLOTS = 1 + MAX_DUPLICATES;
 
 // The species on a site: its atom and the duplicates of it. Empty slots are blank with occupancy 0.
-struct SITE {
+struct SHARED_SITE {
   std::array<std::string, SLOTS> LABEL;
   std::array<float, SLOTS> OCC{};
 };
 
-SITE SPECIES_OF_SITE(const CRYSTAL_STRUCTURE_TYPE& phase, int atom) {
-  SITE site;
+SHARED_SITE SPECIES_OF_SITE(const CRYSTAL_STRUCTURE_TYPE& phase, int atom) {
+  SHARED_SITE site;
   site.LABEL[0] = VALENCE_LABEL(phase.ATOM(atom));
   site.OCC[0] = phase.ATOM(atom).OCC;
   std::size_t slot = 0;
@@ -57,8 +57,8 @@ float EXPONENTIAL_VALENCE(const VALENCE_LAW::TERM& term, float length) {
   return static_cast<float>(std::exp(static_cast<double>((term.D0 - length) / term.B)));
 }
 
-VALENCE_LAW LAW_OF_SITES(const SITE& centre, const SITE& ligand, bool centre_is_cation,
-                         const LIST<BV_PAIR>& pairs) {
+VALENCE_LAW LAW_OF_SITES(const SHARED_SITE& centre, const SHARED_SITE& ligand,
+                         bool centre_is_cation, const LIST<BV_PAIR>& pairs) {
   VALENCE_LAW law;
   const bool one_ligand = ligand.OCC[1] < no_second_ligand;
   if (!one_ligand && !(centre.OCC[1] < no_second_centre)) return law;
@@ -88,8 +88,8 @@ void CALC_VALENCE_OF_CENTRE(CRYSTAL_STRUCTURE_TYPE& phase, int i, const LIST<BV_
   float sum = 0.0f;
   float sum_std = 0.0f;
   for (int m : BONDS_PRESENT(phase, i)) {
-    const SITE centre = SPECIES_OF_SITE(phase, phase.BONDS.CENTRE(i, m));
-    const SITE ligand = SPECIES_OF_SITE(phase, phase.BONDS.LIGAND(i, m));
+    const SHARED_SITE centre = SPECIES_OF_SITE(phase, phase.BONDS.CENTRE(i, m));
+    const SHARED_SITE ligand = SPECIES_OF_SITE(phase, phase.BONDS.LIGAND(i, m));
     const bool centre_is_cation = IS_CATION_LABEL(centre.LABEL[0], pairs);
     const float valence = STORED_VALENCE(LAW_OF_SITES(centre, ligand, centre_is_cation, pairs),
                                          phase.BONDS(i, m, BOND_LENGTH));
@@ -130,8 +130,8 @@ int FIND_BVLOCAL(std::string_view label_1, std::string_view label_2, const LIST<
 
 VALENCE_LAW VALENCE_LAW_OF(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int m,
                            const LIST<BV_PAIR>& pairs) {
-  const SITE centre = SPECIES_OF_SITE(phase, phase.BONDS.CENTRE(i, m));
-  const SITE ligand = SPECIES_OF_SITE(phase, phase.BONDS.LIGAND(i, m));
+  const SHARED_SITE centre = SPECIES_OF_SITE(phase, phase.BONDS.CENTRE(i, m));
+  const SHARED_SITE ligand = SPECIES_OF_SITE(phase, phase.BONDS.LIGAND(i, m));
   return LAW_OF_SITES(centre, ligand, IS_CATION_LABEL(centre.LABEL[0], pairs), pairs);
 }
 

@@ -9,6 +9,7 @@ namespace KVA_CRYSTAL_STRUCTURES {
 namespace PARSING {
 
 using KVA_UTILITIES::EQUAL_TEXT;
+using KVA_UTILITIES::ISDIGIT;
 using KVA_UTILITIES::ISLETTER;
 
 namespace {
@@ -65,7 +66,7 @@ int PARSE_WORD(PARSER& p) {
 
 int PARSE_PRIMARY(PARSER& p) {
   const char c = PEEK(p);
-  if (IS_DIGIT(c) || c == '.') return PARSE_NUMBER(p);
+  if (ISDIGIT(c) || c == '.') return PARSE_NUMBER(p);
   if (ISLETTER(c)) return PARSE_WORD(p);
   if (c != '(')
     return FAIL(

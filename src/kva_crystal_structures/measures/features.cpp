@@ -3,18 +3,11 @@
 
 #include <algorithm>  // for count_if, find, min_element, none_of, sort, stable_sort
 #include <cmath>
-#include <limits>
 
 #include "src/kva_crystal_structures/convex_hull.h"
 #include "src/kva_crystal_structures/polyhedra.h"
 
 namespace KVA_CRYSTAL_STRUCTURES {
-
-namespace {
-
-constexpr double no_value = std::numeric_limits<double>::quiet_NaN();
-
-}  // namespace
 
 // ---- angles ----
 

@@ -1,7 +1,8 @@
 // Quantities of points in space, in 64-bit reals: lengths, angles, planes, and the distortion of
-// polyhedra. A value that there is not is not a number. Knows no structure.
+// polyhedra. Knows no structure.
 #pragma once
 
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -10,6 +11,9 @@
 namespace KVA_CRYSTAL_STRUCTURES {
 
 using WIDE_POINTS = std::span<const WIDE3>;  // Cartesian, angstroms
+
+// What stands for a value that there is not.
+inline constexpr double no_value = std::numeric_limits<double>::quiet_NaN();
 
 // ---- atoms; all angles in degrees ----
 

@@ -102,12 +102,6 @@ void MERGE_TERMS(std::vector<ESD_TERM>& terms) {
   terms.resize(kept);
 }
 
-double VARIANCE_OF(const std::vector<ESD_TERM>& terms) {
-  double variance = 0.0;
-  for (const ESD_TERM& term : terms) variance += term.SHARE * term.SHARE;
-  return variance;
-}
-
 // An esd that is far below what independent quantities would give is what the rounding has left of
 // none.
 void CLEAR_WHAT_CANCELS(MEASURED& measured) {
@@ -242,6 +236,12 @@ MATCH_BASIS MATCH_BASIS_OF(const std::vector<MEASURE>& measures,
     if (is_centre[static_cast<std::size_t>(centre.CENTRE.ATOM)] != 0)
       basis.TARGETS.push_back(std::move(centre));
   return basis;
+}
+
+double VARIANCE_OF(const std::vector<ESD_TERM>& terms) {
+  double variance = 0.0;
+  for (const ESD_TERM& term : terms) variance += term.SHARE * term.SHARE;
+  return variance;
 }
 
 MEASURED_VALUE AS_VALUE(const MEASURED& measured) {

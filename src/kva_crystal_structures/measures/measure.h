@@ -55,6 +55,7 @@ struct ESD_TERM {
   std::int64_t PARAMETER = 0;
   double SHARE = 0.0;
 };
+double VARIANCE_OF(const std::vector<ESD_TERM>& terms);
 
 // A value with its dependence on the parameters. A value that there is not is not finite.
 struct MEASURED {

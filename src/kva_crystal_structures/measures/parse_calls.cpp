@@ -7,6 +7,7 @@
 namespace KVA_CRYSTAL_STRUCTURES::PARSING {
 
 using KVA_UTILITIES::EQUAL_TEXT;
+using KVA_UTILITIES::ISDIGIT;
 using enum ARGUMENTS;
 
 // ---- atoms ----
@@ -56,7 +57,7 @@ bool PARSE_BARE_LABEL(PARSER& p, ATOM_TEXT& atom) {
          "a site label is wanted: put labels with other characters in quotes, as in 'O 1'");
     return false;
   }
-  if (std::all_of(atom.LABEL.begin(), atom.LABEL.end(), IS_DIGIT)) {
+  if (std::all_of(atom.LABEL.begin(), atom.LABEL.end(), ISDIGIT)) {
     FAIL(p, atom.AT, "a label of digits alone stands in quotes: '" + atom.LABEL + "'");
     return false;
   }
@@ -73,11 +74,11 @@ bool PARSE_CODE(PARSER& p, ATOM_TEXT& atom) {
   if (!TAKE(p, '[')) return true;
   const std::size_t start = p.AT;
   SKIP_BLANKS(p);
-  const int number = WHOLE_NUMBER(TAKE_WHILE(p, IS_DIGIT));
+  const int number = WHOLE_NUMBER(TAKE_WHILE(p, ISDIGIT));
   if (number < 1 || number > LARGEST_NUMBER) return FAIL_CODE(p, start);
   if (p.AT < p.TEXT.size() && p.TEXT[p.AT] == '_') {
     ++p.AT;
-    const std::string_view cells = TAKE_WHILE(p, IS_DIGIT);
+    const std::string_view cells = TAKE_WHILE(p, ISDIGIT);
     if (cells.size() != 3) return FAIL_CODE(p, start);
     atom.CODED = true;
     atom.OPERATOR = number;
@@ -195,7 +196,7 @@ bool PARSE_BOND_NUMBERS(PARSER& p, CALL& call) {
     if (!TAKE(p, ',')) return FAIL_FORM(p, call);
     SKIP_BLANKS(p);
     const std::size_t at = p.AT;
-    const int number = WHOLE_NUMBER(TAKE_WHILE(p, IS_DIGIT));
+    const int number = WHOLE_NUMBER(TAKE_WHILE(p, ISDIGIT));
     if (number < 1 || number > LARGEST_NUMBER) {
       FAIL(p, at, "a bond number is wanted, from 1, as in " + std::string(ROW_OF(call.KIND).FORM));
       return false;
@@ -211,8 +212,8 @@ bool PARSE_BOND_NUMBERS(PARSER& p, CALL& call) {
 bool BOND_NUMBER_COMES(PARSER& p) {
   if (PEEK(p) != ',') return false;
   PARSER ahead{p.TEXT, p.RESULT, {}, p.AT + 1};
-  if (!IS_DIGIT(PEEK(ahead))) return false;
-  TAKE_WHILE(ahead, IS_DIGIT);
+  if (!ISDIGIT(PEEK(ahead))) return false;
+  TAKE_WHILE(ahead, ISDIGIT);
   const char next = PEEK(ahead);
   return next == ',' || next == ')';
 }

@@ -4,8 +4,11 @@
 #include <algorithm>  // for min
 
 #include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/text.h"
 
 namespace KVA_CRYSTAL_STRUCTURES::PARSING {
+
+using KVA_UTILITIES::ISDIGIT;
 
 bool FAILED(const PARSER& p) {
   return !p.ERROR.TEXT.empty();
@@ -88,20 +91,20 @@ int ADD_OPERATION(PARSER& p, OPERATION operation, int left, int right, std::size
 
 int PARSE_NUMBER(PARSER& p) {
   const std::size_t start = p.AT;
-  TAKE_WHILE(p, IS_DIGIT);
+  TAKE_WHILE(p, ISDIGIT);
   if (p.AT < p.TEXT.size() && p.TEXT[p.AT] == '.') ++p.AT;
-  TAKE_WHILE(p, IS_DIGIT);
+  TAKE_WHILE(p, ISDIGIT);
   if (p.AT < p.TEXT.size() && (p.TEXT[p.AT] == 'e' || p.TEXT[p.AT] == 'E')) {
     std::size_t digits = p.AT + 1;
     if (digits < p.TEXT.size() && (p.TEXT[digits] == '+' || p.TEXT[digits] == '-')) ++digits;
-    if (digits < p.TEXT.size() && IS_DIGIT(p.TEXT[digits])) {
+    if (digits < p.TEXT.size() && ISDIGIT(p.TEXT[digits])) {
       p.AT = digits;
-      TAKE_WHILE(p, IS_DIGIT);
+      TAKE_WHILE(p, ISDIGIT);
     }
   }
   if (p.AT < p.TEXT.size() && p.TEXT[p.AT] == '(') {
     ++p.AT;
-    TAKE_WHILE(p, IS_DIGIT);
+    TAKE_WHILE(p, ISDIGIT);
     if (p.AT >= p.TEXT.size() || p.TEXT[p.AT] != ')')
       return FAIL(p, start, "an esd is written as in 5.0347(4)");
     ++p.AT;

@@ -17,7 +17,6 @@ using KVA_UTILITIES::EQUAL_TEXT;
 
 namespace {
 
-constexpr double no_value = std::numeric_limits<double>::quiet_NaN();
 constexpr double step = 1e-6;  // of fractions, angstroms and degrees
 
 // ---- names of parameters ----
@@ -426,12 +425,6 @@ MEASURED MEASURE_POLYHEDRON(const CALL& call, const BOUND_ATOM& bound,
 
 bool IS_IN_DEGREES(QUANTITY kind) {
   return ROW_OF(kind).UNIT == "deg";
-}
-
-double VARIANCE_OF(const std::vector<ESD_TERM>& terms) {
-  double variance = 0.0;
-  for (const ESD_TERM& term : terms) variance += term.SHARE * term.SHARE;
-  return variance;
 }
 
 // A quantity whose esd is below the limit has none, and a value that is then zero but for the

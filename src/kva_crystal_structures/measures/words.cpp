@@ -9,6 +9,7 @@
 namespace KVA_CRYSTAL_STRUCTURES {
 
 using KVA_UTILITIES::EQUAL_TEXT;
+using KVA_UTILITIES::ISDIGIT;
 using KVA_UTILITIES::ISLETTER;
 
 namespace {
@@ -71,12 +72,8 @@ constexpr std::array functions{
 
 }  // namespace
 
-bool IS_DIGIT(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool IS_NAME_CHARACTER(char c) {
-  return ISLETTER(c) || IS_DIGIT(c) || c == '_';
+  return ISLETTER(c) || ISDIGIT(c) || c == '_';
 }
 
 const FUNCTION_ROW* FUNCTION_OF(std::string_view word) {

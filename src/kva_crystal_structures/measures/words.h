@@ -106,7 +106,6 @@ inline constexpr std::string_view REFERENCE_WORD = "ref";
 
 // ---- names ----
 
-bool IS_DIGIT(char c);
 bool IS_NAME_CHARACTER(char c);
 
 // All words that cannot be names, for a prompt: quantities, functions, centroid and ref.
