@@ -15,7 +15,7 @@ compiler=${GEMMARA_FUZZ_CXX:-clang++}
 export UBSAN_OPTIONS=print_stacktrace=1
 
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER="$compiler" \
-  -DGEMMARA_FUZZ=ON -DGEMMARA_TESTS=OFF >/dev/null
+  -DCMAKE_UNITY_BUILD=ON -DGEMMARA_FUZZ=ON -DGEMMARA_TESTS=OFF >/dev/null
 cmake --build "$build" $(printf -- '--target fuzz_%s ' $targets) --target gemmara \
   --parallel "$(nproc)" >/dev/null
 
@@ -49,19 +49,20 @@ seeds() {
   esac
 }
 
-found=0
-for target in $targets; do
-  corpus=$build/corpus/$target
-  finds=$build/finds/$target
-  log=$build/fuzz_$target.log
+# Runs one target and prints its line.
+run_target() {
+  local corpus=$build/corpus/$1 finds=$build/finds/$1 log=$build/fuzz_$1.log executions status=0
   mkdir -p "$corpus" "$finds"
-  status=0
-  "$build/tests/fuzz/fuzz_$target" "$corpus" $(seeds "$target") -dict="$PWD/tests/fuzz/$target.dict" \
-    -max_len="$(longest "$target")" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=4096 \
+  "$build/tests/fuzz/fuzz_$1" "$corpus" $(seeds "$1") -dict="$PWD/tests/fuzz/$1.dict" \
+    -max_len="$(longest "$1")" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=4096 \
     -print_final_stats=1 -artifact_prefix="$finds/" >"$log" 2>&1 || status=$?
   executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
-  printf '%-16s %10s executions, %s\n' "$target" "${executions:-0}" \
+  printf '%-16s %10s executions, %s\n' "$1" "${executions:-0}" \
     "$([ "$status" -eq 0 ] && echo "no find" || echo "FIND, see $log and $finds")"
-  [ "$status" -eq 0 ] || found=1
-done
-exit "$found"
+  return "$status"
+}
+export -f run_target longest seeds
+export build seconds
+
+# As many at a time as there are processors.
+printf '%s\n' $targets | xargs -P "$(nproc)" -I{} bash -c 'run_target {}' || exit 1

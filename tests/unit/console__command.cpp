@@ -6,7 +6,8 @@
 #include "console_code/kva_utilities/text.h"
 #include "tests/unit/console__interpreter.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 const std::string ambiguous = "*****Ambiguous command\n";
@@ -296,4 +297,3 @@ TEST_F(INTERPRETER, LOG_HOLDS_THE_WHOLE_DIALOGUE) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -2,7 +2,8 @@
 // itself.
 #include "tests/unit/console__interpreter.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using RULES = INTERPRETER;
@@ -60,4 +61,3 @@ TEST_F(RULES, SYSTEM_MODE_ENDS_BY_ITS_FIRST_WORD) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -8,7 +8,8 @@
 
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using CONSOLE_WIN = CONSOLE_TEST;
@@ -115,4 +116,3 @@ TEST_F(CONSOLE_WIN, INTERRUPT_ENDS_THE_COMMAND_AND_NOT_US) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -2,7 +2,8 @@
 #include "console_code/console/open_file.h"
 #include "tests/unit/console__settings.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 class FILE_RULES : public SETTINGS {
@@ -76,4 +77,3 @@ TEST_F(FILE_RULES, BLANK_LOCALAPPDATA_USES_NO_OTHER_PLACE_EVEN_WHEN_THERE_IS_ONE
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -5,7 +5,8 @@
 
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 class INPUT : public CONSOLE_TEST {
@@ -253,4 +254,3 @@ TEST_F(INPUT, CLEARING_LEAVES_NOTHING_PENDING) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -5,7 +5,8 @@
 #include "console_code/console/output.h"
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using KVA_UTILITIES::FILE_RECORD;
@@ -127,4 +128,3 @@ TEST_F(LOG_OPENING, FULL_DISK_CLOSES_THE_LOG) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -3,7 +3,8 @@
 
 #include "tests/unit/console__interpreter.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using MACROS = INTERPRETER;
@@ -325,4 +326,3 @@ TEST_F(MACROS, KEEPING_A_MACRO_OPEN_KEEPS_WHAT_IT_IS) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -5,7 +5,8 @@
 
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using KVA_UTILITIES::FILE_RECORD;
@@ -446,4 +447,3 @@ TEST_F(OPENING, MACRO_RECORD_IS_SET_UP) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -7,7 +7,8 @@
 
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 class OUTPUT : public CONSOLE_TEST {
@@ -310,4 +311,3 @@ TEST_F(OUTPUT, WORKING_DIRECTORY_LINE) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -6,7 +6,8 @@
 #include "console_code/console/prompts.h"
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using PENDING = CONSOLE_TEST;
@@ -121,4 +122,3 @@ TEST_F(PENDING, LINES_OF_A_LIST_EACH_BEGIN_WITH_A_POSITIVE_NUMBER) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

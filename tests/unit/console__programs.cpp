@@ -10,7 +10,8 @@
 #include "console_code/console_win.h"
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using PROGRAMS = CONSOLE_TEST;
@@ -184,4 +185,3 @@ TEST_F(PROGRAMS, ARE_NOT_TAKEN_FROM_THE_CURRENT_FOLDER) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

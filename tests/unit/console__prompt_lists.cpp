@@ -8,7 +8,8 @@
 #include "console_code/console/prompts.h"
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using NUMBERS = std::vector<int>;
@@ -305,4 +306,3 @@ TEST_F(SELECTION, NUMBERS_OF_A_LONG_MENU_STAND_IN_TWO_COLUMNS) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -8,7 +8,8 @@
 #include "console_code/kva_utilities/numbers.h"
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 const std::string illegal_value = "\n*****WARNING: Illegal value input, try again:\n\n";
@@ -359,4 +360,3 @@ TEST_F(PROMPTS, LONG_TEXT_IS_CUT_AT_255_CHARACTERS) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -9,7 +9,8 @@
 
 #include "tests/unit/console__settings.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 // ---- the settings file ----
@@ -367,4 +368,3 @@ TEST_F(SETTINGS, MODE_COMMAND_CAN_BE_DISABLED) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -12,7 +12,8 @@
 #include "console_code/console_win.h"
 #include "tests/unit/console__dialogue.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -165,4 +166,3 @@ TEST_F(LONG_WORK, INTERRUPT_STOPS_A_REPLAY_AND_NOT_A_RECORDING) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

@@ -6,7 +6,8 @@
 #include "console_code/console/output.h"
 #include "tests/unit/console__settings.h"
 
-namespace CONSOLE_TESTS {
+using namespace CONSOLE_TESTS;
+
 namespace {
 
 using WORK_DIR = SETTINGS;
@@ -266,4 +267,3 @@ TEST_F(WORK_DIR_DEATH, CLOSING_SAVES_THE_DIRECTORY_AND_ENDS_WITH_STATUS_0) {
 }
 
 }  // namespace
-}  // namespace CONSOLE_TESTS

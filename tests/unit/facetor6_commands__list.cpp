@@ -115,7 +115,7 @@ TEST_F(LISTING, REPORTS_WITHOUT_A_SITE) {
 
 TEST_F(LISTING, REPORTS_OF_A_SITE_BY_THEIR_ROWS) {
   ADD_BONDS();
-  for (const REPORT& report : REPORTS()) {
+  for (const LISTED_REPORT& report : REPORTS()) {
     std::string expected = report.COMMAND == MENU::LIST ? list_menu : table_menu;
     if (report.CODE == REPORT_ADPS) expected += which_tensor;
     if (report.CODE == REPORT_VALENCES) expected += parameters;

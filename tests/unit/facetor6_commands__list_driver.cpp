@@ -74,7 +74,7 @@ TEST_F(LISTING, TEXT_BEHIND_THE_MENU_ENTRY_IS_TOLD_AND_LOST) {
 TEST_F(LISTING, ALL_HAS_THE_FORM_OF_A_SINGLE_SITE) {
   ADD_BONDS();
   OMIT_THE_OTHERS();
-  for (const REPORT& report : REPORTS()) {
+  for (const LISTED_REPORT& report : REPORTS()) {
     EXPECT_EQ(DRIVER(report.CODE, "si1\no1\n\n", report.OPTION),
               ask + report.OF_SI + ask + report.OF_O + ask);
     EXPECT_EQ(DRIVER(report.CODE, "ALL\n\n", report.OPTION),
@@ -144,8 +144,8 @@ TEST_F(LISTING, NAMES_ARE_THOSE_OF_THE_REFERENCE_BLOCK) {
 TEST_F(LISTING, ALL_COORDINATES_END_WITH_A_NOTE_OF_CHANGED_SYMBOLS) {
   ADD_BONDS();
   OMIT_THE_OTHERS();
-  const std::vector<REPORT> reports = REPORTS();
-  const REPORT& xyz = reports[0];
+  const std::vector<LISTED_REPORT> reports = REPORTS();
+  const LISTED_REPORT& xyz = reports[0];
   BV_FLAGS(BV_LABELS_BY_USER) = true;
   EXPECT_EQ(DRIVER(REPORT_XYZ, "all\n\n"), ask + xyz.OF_SI + xyz.OF_O + ask);
   BV_FLAGS(BV_LABELS_CHANGED) = true;
@@ -156,7 +156,7 @@ TEST_F(LISTING, ALL_COORDINATES_END_WITH_A_NOTE_OF_CHANGED_SYMBOLS) {
                 "match bond valence tables\n" +
                 rule + ask + xyz.OF_SI + ask)
       << "a single site has no note";
-  for (const REPORT& report : reports) {
+  for (const LISTED_REPORT& report : reports) {
     if (report.CODE == REPORT_XYZ) continue;
     EXPECT_EQ(DRIVER(report.CODE, "all\n\n", report.OPTION),
               ask + report.OF_SI + report.OF_O + ask);

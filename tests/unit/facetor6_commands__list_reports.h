@@ -37,7 +37,7 @@ inline const std::string no_polyhedron = "\n\n     NO POLYHEDRON FOUND AROUND CE
 enum class MENU { LIST, TABLE };
 
 // A report by its code and by its row of a menu, and what it says of the two atoms.
-struct REPORT {
+struct LISTED_REPORT {
   REPORT_CODE CODE;
   std::string OPTION;
   MENU COMMAND;
@@ -76,12 +76,12 @@ class LISTING : public BLOCKS {
     return SAID(answers, command == MENU::LIST ? RUN_FACETOR_LIST : RUN_FACETOR_TABLE);
   }
 
-  static std::vector<REPORT> REPORTS();
+  static std::vector<LISTED_REPORT> REPORTS();
 };
 
 // Values 45-52 and 53-60, the end group from 63 (61 to 62 blank) or for one bond from 55; with esds
 // fields 46-56 and 57-67, the end group from 68 or 57.
-inline std::vector<REPORT> LISTING::REPORTS() {
+inline std::vector<LISTED_REPORT> LISTING::REPORTS() {
   const std::string plain_xyz = " SITE      ATOM     X         Y         Z       OCC\n" + start_1;
   const std::string esd_xyz =
       " SITE      ATOM      X            Y            Z            OCC\n" + esd_start_1;

@@ -236,7 +236,7 @@ TEST(DEGENERATE, OTHER_NUMBERS_OF_LIGANDS_HAVE_NO_DISTORTION) {
   std::vector<VECTOR3> seven = octahedron;
   seven.push_back({1.5f, 1.5f, 1.5f});
   for (std::vector<VECTOR3> ligands : {five, seven, cube, icosahedron}) {
-    ligands[0] = SCALED({ligands[0]}, 2.2f)[0];  // bonds of two lengths
+    ligands[0] = ON_A_SPHERE({ligands[0]}, 2.2f)[0];  // bonds of two lengths
     const auto phase = CALCULATED(ligands);
     EXPECT_GT(POLY(phase, POLY_VOLUME), 1.0f);
     for (int column : {POLY_ELONGATION, POLY_VARIANCE, POLY_MEAN_EDGE})
@@ -288,7 +288,7 @@ TEST(DEGENERATE, THE_TABLE_IS_CLEARED_FIRST) {
 }
 
 TEST(DEGENERATE, SMALL_VOLUMES_KEEP_THEIR_VALUE_AND_LOSE_THE_REST) {
-  const auto phase = CALCULATED(SCALED(tetrahedron, 0.5f));
+  const auto phase = CALCULATED(ON_A_SPHERE(tetrahedron, 0.5f));
   EXPECT_GT(POLY(phase, POLY_VOLUME), 0.05f);
   EXPECT_LT(POLY(phase, POLY_VOLUME), 0.1f);
   EXPECT_EQ(POLY(phase, POLY_ELONGATION), 0.0f);
@@ -375,7 +375,7 @@ TEST(OUTSIDE, COUNTED_FROM_THE_NEAREST_POINT) {
 TEST(OUTSIDE, FOUR_OR_SIX_LIGANDS_WITH_A_VOLUME_COUNT) {
   const VECTOR3 far{5, 5, 5};
   EXPECT_TRUE(IS_OUTSIDE(MOVED(tetrahedron, far)));
-  EXPECT_FALSE(IS_OUTSIDE(MOVED(SCALED(tetrahedron, 0.5f), far))) << "below 0.1";
+  EXPECT_FALSE(IS_OUTSIDE(MOVED(ON_A_SPHERE(tetrahedron, 0.5f), far))) << "below 0.1";
   EXPECT_FALSE(IS_OUTSIDE(MOVED(cube, far)));
   EXPECT_FALSE(IS_OUTSIDE({{1, 1, 1}, {1, -1, 1}, {-1, -1, 1}, {-1, 1, 1}})) << "flat";
 }

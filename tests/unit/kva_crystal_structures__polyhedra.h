@@ -64,7 +64,7 @@ inline std::vector<VECTOR3> SIGNED(const std::vector<VECTOR3>& vertices) {
   return all;
 }
 
-inline std::vector<VECTOR3> SCALED(std::vector<VECTOR3> vertices, float radius) {
+inline std::vector<VECTOR3> ON_A_SPHERE(std::vector<VECTOR3> vertices, float radius) {
   for (VECTOR3& v : vertices) {
     const float length = XTAL::LENGTH(v);
     for (float& x : v) x *= radius / length;
@@ -73,15 +73,15 @@ inline std::vector<VECTOR3> SCALED(std::vector<VECTOR3> vertices, float radius) 
 }
 
 inline const std::vector<VECTOR3> tetrahedron =
-    SCALED({{1, 1, 1}, {1, -1, -1}, {-1, 1, -1}, {-1, -1, 1}}, 1.6f);
+    ON_A_SPHERE({{1, 1, 1}, {1, -1, -1}, {-1, 1, -1}, {-1, -1, 1}}, 1.6f);
 inline const std::vector<VECTOR3> octahedron =
-    SCALED(SIGNED({{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}), 2.0f);
-inline const std::vector<VECTOR3> cube = SCALED(SIGNED({{1, 1, 1}}), 2.4f);
+    ON_A_SPHERE(SIGNED({{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}), 2.0f);
+inline const std::vector<VECTOR3> cube = ON_A_SPHERE(SIGNED({{1, 1, 1}}), 2.4f);
 inline const std::vector<VECTOR3> cuboctahedron =
-    SCALED(SIGNED({{1, 1, 0}, {1, 0, 1}, {0, 1, 1}}), 2.8f);
+    ON_A_SPHERE(SIGNED({{1, 1, 0}, {1, 0, 1}, {0, 1, 1}}), 2.8f);
 inline const float golden = (1.0f + std::sqrt(5.0f)) / 2.0f;
 inline const std::vector<VECTOR3> icosahedron =
-    SCALED(SIGNED({{0, 1, golden}, {1, golden, 0}, {golden, 0, 1}}), 2.7f);
+    ON_A_SPHERE(SIGNED({{0, 1, golden}, {1, golden, 0}, {golden, 0, 1}}), 2.7f);
 
 inline float POLY(const CRYSTAL_STRUCTURE_TYPE& phase, int column) {
   return phase.POLYHEDRON(1, column);

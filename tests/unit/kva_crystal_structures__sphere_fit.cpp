@@ -71,7 +71,7 @@ TEST(RADII, FOUR_LIGANDS_LIE_ON_THEIR_SPHERE_WITHOUT_SCATTER) {
     std::vector<VECTOR3> ligands = tetrahedron;
     for (VECTOR3& v : ligands)
       for (float& x : v) x += off(random);
-    ligands = SCALED(ligands, 1.9f);
+    ligands = ON_A_SPHERE(ligands, 1.9f);
     for (VECTOR3& v : ligands) v = XTAL::ADD(v, s);
     const auto phase = FITTED(ligands);
     EXPECT_POSITION(phase, POLY_SPHERE_X,

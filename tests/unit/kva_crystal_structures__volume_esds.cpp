@@ -69,7 +69,7 @@ TEST(VOLUME_ESDS, ARE_THOSE_OF_THE_HULL_MADE_AGAIN) {
         const VECTOR3 v{uniform(), uniform(), uniform()};
         if (XTAL::LENGTH(v) > 0.3f) ligands.push_back(v);
       }
-      ligands = SCALED(ligands, 2.5f);
+      ligands = ON_A_SPHERE(ligands, 2.5f);
       const VECTOR3 std{0.5f, 0.6f, 0.7f};
       EXPECT_ESD_OF_HULLS(ligands, std);
       if (HasFailure()) FAIL() << n;
@@ -86,7 +86,7 @@ TEST(VOLUME_ESDS, OF_HULLS_WITH_MORE_THAN_THREE_LIGANDS_IN_A_PLANE) {
 // volume has none either.
 TEST(VOLUME_ESDS, CELL_KEEPS_ITS_ANGLES) {
   for (const char* symbol : {"P 2 2 2", "P 2 3", "P 4"}) {
-    auto phase = CALCULATED(SCALED(octahedron, 2.0f));
+    auto phase = CALCULATED(ON_A_SPHERE(octahedron, 2.0f));
     XTAL::SET_CELL_RECORD({edge, edge, edge}, {90, 91, 90}, phase.CELL);
     XTAL::SET_SPACEGROUP(symbol, phase.SPG);
     CALC_POLYVOL_VCV(phase, 1);

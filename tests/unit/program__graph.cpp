@@ -6,7 +6,8 @@
 
 #include "program__console.h"
 
-namespace PROGRAM_TESTS {
+using namespace PROGRAM_TESTS;
+
 namespace {
 
 struct BLOCK {
@@ -592,4 +593,3 @@ TEST_F(GRAPHS, GNUPLOT_DRAWS_THEM_ALL) {
 }
 
 }  // namespace
-}  // namespace PROGRAM_TESTS

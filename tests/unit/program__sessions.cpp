@@ -5,7 +5,8 @@
 #include "program__console.h"
 #include "said_by.h"
 
-namespace PROGRAM_TESTS {
+using namespace PROGRAM_TESTS;
+
 namespace {
 
 class SESSIONS : public PROGRAM {
@@ -95,5 +96,3 @@ TEST_F(SESSIONS, A_FILE_THAT_IS_NOT_TO_BE_REPLACED_IS_NOT_RECORDED) {
   RUN("READ full a.cif\nY\nMACRO again\nEXIT\n");
   EXPECT_EQ(TEXT_OF(work / "s.csv"), "mine\n");
 }
-
-}  // namespace PROGRAM_TESTS

@@ -15,6 +15,7 @@
 #include "foundations/XTAL_Space_Group_Parts.h"
 #include "foundations/XTAL_Space_Group_Tables.h"
 #include "places.h"
+#include "sanitized.h"
 
 using namespace XTAL;
 
@@ -172,6 +173,12 @@ bool READ_JUDGED(std::istream& numbers, EXACT_OP& op) {
   return !numbers.fail();
 }
 
+void KEEP_EACH_TENTH(std::vector<std::string>& symbols) {
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < symbols.size(); i += 10) symbols[kept++] = symbols[i];
+  symbols.resize(kept);
+}
+
 }  // namespace
 
 // An independent program makes the same operators of every Hall symbol, on these axes and others:
@@ -191,10 +198,10 @@ TEST(HALL_SYMBOLS, GIVE_THE_OPERATORS_THAT_ANOTHER_PROGRAM_FINDS) {
     for (std::string_view change : basis_changes)
       if (change.empty() || symbol.find('(') == std::string::npos)
         on_all_axes.push_back(symbol + (change.empty() ? "" : " ") + std::string(change));
+  if (sanitized) KEEP_EACH_TENTH(on_all_axes);
   std::string input;
   for (const std::string& symbol : on_all_axes) input += symbol + "\n";
   std::stringstream judged(JUDGED("", input));
-  int compared = 0;
   for (const std::string& symbol : on_all_axes) {
     std::string line;
     ASSERT_TRUE(std::getline(judged, line)) << symbol;
@@ -203,9 +210,8 @@ TEST(HALL_SYMBOLS, GIVE_THE_OPERATORS_THAT_ANOTHER_PROGRAM_FINDS) {
     for (EXACT_OP op; READ_JUDGED(numbers, op);) expected.insert(op);
     ASSERT_FALSE(expected.empty()) << symbol;
     EXPECT_TRUE(OPERATOR_SET(GROUP(symbol, "HAL")) == expected) << symbol;
-    ++compared;
   }
-  EXPECT_GT(compared, 5000);
+  EXPECT_GT(on_all_axes.size(), sanitized ? 500u : 5000u);
 }
 
 // x' = x - z leaves y and the inversion; the glide c of P 21/c goes to a + c.
