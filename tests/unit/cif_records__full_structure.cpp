@@ -586,6 +586,25 @@ TEST(TWO_READINGS, EACH_DIFFERENCE_HAS_ITS_WORDS) {
   EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), "another pressure");
 }
 
+TEST(TWO_READINGS, DISPLACEMENTS_DIFFER_BY_KIND_OR_VALUE) {
+  const READING reading(
+      WITH_SITE("loop_ _atom_site_aniso_label _atom_site_aniso_U_11 _atom_site_aniso_U_22 "
+                "_atom_site_aniso_U_33 _atom_site_aniso_U_12 _atom_site_aniso_U_13 "
+                "_atom_site_aniso_U_23\nSi1 .01 .02 .03 .004 .005 .006\n"));
+  ASSERT_EQ(reading.FOUND.ATOMS(1).UTYPE, "u_ij");
+  const std::string told = "other displacements, first Si1";
+  CRYSTAL_STRUCTURE_TYPE other = PLAIN_RECORD_OF(reading.FOUND);
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), "");
+  other.ATOM(1).U[3] = 0.0041f;
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), told);
+  other.ATOM(1).U = reading.FOUND.ATOMS(1).U;
+  other.ATOM(1).UTYPE = "beta";
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), told);
+  other.ATOM(1).UTYPE = "u_ij";
+  other.ATOM(1).THTYPE = "isotr";
+  EXPECT_EQ(DIFFERENCES(reading.FOUND, other, true), told);
+}
+
 // 1/3 read as a fraction and as a rounded text may lie a step of 32-bit reals apart.
 TEST(TWO_READINGS, THE_LAST_BIT_OF_A_NUMBER_IS_NO_DIFFERENCE) {
   const READING reading(WITH_SITE(""));

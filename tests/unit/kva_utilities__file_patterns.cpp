@@ -40,6 +40,17 @@ TEST(FILE_PATTERNS, NUMBERS_STAND_FOR_PRESSURE_AND_TEMPERATURE) {
   EXPECT_FALSE(FITS_PATTERN("a{P}b", "axb", numbers));
 }
 
+// In small letters as well, sign and all.
+TEST(FILE_PATTERNS, THE_LETTER_OF_A_NUMBER_IS_OF_EITHER_CASE) {
+  PATTERN_NUMBERS numbers;
+  ASSERT_TRUE(FITS_PATTERN("q{p}_{t}K.cif", "q-1.5_300K.cif", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, -1.5f);
+  EXPECT_FLOAT_EQ(*numbers.T, 300.0f);
+  ASSERT_TRUE(FITS_PATTERN("{t}K_{p}.cif", "300K_-1.5.cif", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, -1.5f);
+  EXPECT_FALSE(FITS("q{t}.cif", "q-300.cif"));
+}
+
 // "-" divides words of a name more often than it makes a pressure negative.
 TEST(FILE_PATTERNS, A_DASH_IS_A_SIGN_WHERE_IT_DIVIDES_NOTHING) {
   PATTERN_NUMBERS numbers;
