@@ -472,6 +472,20 @@ TEST(FULL_DISPLACEMENTS, BEFORE_OR_BEHIND_THE_SITES_BY_WHOLE_LABELS) {
             expected + "|1 labels of displacements that no site has, which are not read, first B9");
 }
 
+// A second row of a label that one site has is nobody's.
+TEST(FULL_DISPLACEMENTS, EACH_SITE_TAKES_ONE_ROW_AND_NUMBERS_ALONE) {
+  const std::string none = "A U 0.000000 B 0.000000(0.000000)";
+  const std::string six = "0.010000 0.020000 0.030000 0.004000 0.005000 0.006000";
+  EXPECT_EQ(DISPLACEMENTS(two_sites + u_head +
+                          "A1 .01 .02 .03 .004 .005 .006\n"
+                          "A1 .02 .03 .04 .005 .006 .007\n"),
+            none + "; A1 u_ij " + six);
+  EXPECT_EQ(DISPLACEMENTS(two_sites + u_head + "A1 .01 .02 x .004 .005 .006\n"),
+            none +
+                "; A1 U 0.000000 B 0.000000(0.000000)|1 sites with a displacement that is no "
+                "number, which is not read, first A1");
+}
+
 // 8 pi^2 = 78.9568: B of 0.789568 is U of 0.01. Beta stays what it is until the cell makes U of it.
 TEST(FULL_DISPLACEMENTS, AS_B_OR_BETA) {
   EXPECT_EQ(

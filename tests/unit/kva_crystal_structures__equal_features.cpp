@@ -84,3 +84,15 @@ TEST(EQUAL_FEATURES, AXES_ARE_PERMUTED_BY_OPERATORS) {
       MADE({5, 5, 7}, {90, 90, 120}, "P 3", {{"Na1", {0.1f, 0.2f, 0.3f}}});
   EXPECT_EQ(FIRST_EQUAL_AXES(hexagonal), (FIRSTS{0, 0, 2, 3, 3, 5}));
 }
+
+// A two-fold axis along b in a cell that is not its own: it takes a to b - a, which is as long but
+// no axis, b to itself and c to -c. That needs b = 2 a cos(gamma), 2/3 for 3 and 4, and not a = b.
+TEST(EQUAL_FEATURES, AN_AXIS_THAT_IS_TAKEN_BETWEEN_TWO_IS_EQUAL_TO_NONE) {
+  CRYSTAL_STRUCTURE_TYPE phase =
+      MADE({3, 4, 5}, {90, 90, 48.18969f}, "P 2", {{"Na1", {0.1f, 0.2f, 0.3f}}});
+  std::vector<XTAL::SYM_OP> operators = phase.SPG.SYMOP.ITEMS();
+  ASSERT_EQ(operators.size(), 2u);
+  operators[1].ROT = {{{-1, 0, 0}, {1, 1, 0}, {0, 0, -1}}};
+  phase.SPG.SYMOP = operators;
+  EXPECT_EQ(FIRST_EQUAL_AXES(phase), (FIRSTS{0, 1, 2, 3, 4, 5}));
+}
