@@ -245,6 +245,19 @@ TEST_F(MEASURING, LONG_AND_DEEP_TEXTS_AND_MANY_DEFINITIONS_ARE_HARMLESS) {
             "*****m0 would use itself: give the new measure another name");
 }
 
+// Each is the double of the one before: looked at for each use they would be 2^60 looks.
+TEST_F(MEASURING, WHAT_IS_USED_TWICE_IS_LOOKED_AT_ONCE) {
+  LOAD({MOLECULE()});
+  EXPECT_EQ(DEFINE_MEASURE("m0", "1"), "");
+  for (int k = 1; k <= 60; ++k) {
+    const std::string before = "m" + std::to_string(k - 1);
+    ASSERT_EQ(DEFINE_MEASURE("m" + std::to_string(k), before + " + " + before), "");
+  }
+  EXPECT_EQ(MEASURE_BLOCKS({1}).front().back().VALUE, 0x1p60f);
+  EXPECT_EQ(DEFINE_MEASURE("m0", "m60"),
+            "*****m0 would use itself: give the new measure another name");
+}
+
 // ---- series ----
 
 const std::vector<SITE> quartz_sites{
@@ -484,6 +497,21 @@ TEST_F(MEASURING, SITES_THAT_SHARE_A_PLACE_ARE_ONE) {
             "     m = dist(Mg1[1_555], Mg1[1_545])\n"
             "     reference block: 5.00000 Å\n"
             "     Mg1-Mg1 5.000 (2 equal, next 6.000)\n");
+}
+
+// Each of them has its own occupancy, in every block, whatever sites follow.
+TEST_F(MEASURING, ATOMS_THAT_SHARE_A_SITE_KEEP_THEIR_OCCUPANCIES) {
+  CRYSTAL_STRUCTURE_TYPE block =
+      MADE({4, 5, 6}, {90, 90, 90}, "P 1",
+           {{"Mg1", {0, 0, 0}}, {"Fe1", {0, 0, 0}}, {"O1", {0.5f, 0, 0}}, {"O2", {0, 0.5f, 0}}});
+  block.ATOM(1).OCC = 0.75f;
+  block.ATOM(2).OCC = 0.25f;
+  LOAD({block, block});
+  PHASE(2).ATOM(2).OCC = 0.5f;
+  EXPECT_EQ(VALUE("occ(Mg1)"), 0.75f);
+  EXPECT_EQ(VALUE("occ(Fe1)"), 0.25f);
+  EXPECT_EQ(VALUE("occ(Fe1)", 2), 0.5f);
+  EXPECT_EQ(VALUE("occ(O1)"), 1.0f);
 }
 
 // A unit stands behind one quantity alone, in brackets or not.
