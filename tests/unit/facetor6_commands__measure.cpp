@@ -514,6 +514,26 @@ TEST_F(MEASURING, ATOMS_THAT_SHARE_A_SITE_KEEP_THEIR_OCCUPANCIES) {
   EXPECT_EQ(VALUE("occ(O1)"), 1.0f);
 }
 
+TEST_F(MEASURING, CONDITIONS_ARE_THOSE_OF_THE_BLOCK) {
+  CRYSTAL_STRUCTURE_TYPE block = MOLECULE();
+  block.PT(TEMPERATURE, PT_VALUE) = 300.0f;
+  block.PT(TEMPERATURE, PT_ESD) = 2.0f;
+  block.PT(PRESSURE, PT_VALUE) = 5.0f;
+  block.PT(PRESSURE, PT_ESD) = 0.25f;
+  LOAD({block});
+  EXPECT_EQ(VALUE("T"), 300.0f);
+  EXPECT_EQ(ESD("T"), 2.0f);
+  EXPECT_EQ(VALUE("P"), 5.0f);
+  EXPECT_EQ(ESD("P"), 0.25f);
+}
+
+// d asin(x) / dx = 1 / sqrt(1 - x^2) radians: 1.25 at 0.6, so that 0.1 makes 7.16197 degrees.
+TEST_F(MEASURING, ARCS_HAVE_ESDS) {
+  LOAD({MOLECULE()});
+  EXPECT_NEAR(ESD("asin(0.6(1))"), 7.16197f, 1e-4f);
+  EXPECT_NEAR(ESD("acos(0.6(1))"), 7.16197f, 1e-4f);
+}
+
 // A unit stands behind one quantity alone, in brackets or not.
 TEST_F(MEASURING, UNITS_ARE_THOSE_OF_ONE_QUANTITY) {
   LOAD({MOLECULE()});
