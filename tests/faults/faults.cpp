@@ -7,6 +7,7 @@
 //   FAULT_DISK=n        files take n bytes, then there is no space left
 //   FAULT_DENIED=text   files with the text in their names may not be opened for writing
 //   FAULT_FIXED=text    files with the text in their names cannot be replaced
+//   FAULT_UNSAFE=1      the disk does not take what files hold, which shows when they are saved
 //   FAULT_SIGNAL=s FAULT_CALL=n   signal s comes at the n-th call that opens, writes, saves,
 //                       renames or removes a file
 //   FAULT_COUNTS=file   gets, at the end, the numbers of allocations and of calls
@@ -40,6 +41,7 @@ int signal_sent = 0;
 long signal_call = -1;
 const char* denied = nullptr;
 const char* fixed_name = nullptr;
+bool unsafe = false;
 bool started = false;
 
 long NUMBER_IN(const char* name, long none) {
@@ -56,6 +58,7 @@ __attribute__((constructor)) void START() {
   signal_call = NUMBER_IN("FAULT_CALL", -1);
   denied = std::getenv("FAULT_DENIED");
   fixed_name = std::getenv("FAULT_FIXED");
+  unsafe = std::getenv("FAULT_UNSAFE") != nullptr;
   ::unsetenv("LD_PRELOAD");  // programs that are started have no faults
   started = true;
 }
@@ -173,6 +176,10 @@ ssize_t write(int descriptor, const void* bytes, std::size_t size) {
 int fsync(int descriptor) {
   static auto* const next = NEXT<int(int)>("fsync");
   CALL();
+  if (unsafe) {
+    errno = EIO;
+    return -1;
+  }
   return next(descriptor);
 }
 

@@ -534,6 +534,19 @@ TEST_F(MEASURING, ARCS_HAVE_ESDS) {
   EXPECT_NEAR(ESD("acos(0.6(1))"), 7.16197f, 1e-4f);
 }
 
+// In a cubic perovskite the octahedron is 4/3 of the cube of its bond, whatever the cell: the two
+// grow together.
+TEST_F(MEASURING, A_VOLUME_GROWS_WITH_ITS_BONDS) {
+  LOAD({MADE({4, 4, 4}, {90, 90, 90}, "P m -3 m", {{"Ti1", {0, 0, 0}}, {"O1", {0.5f, 0, 0}}},
+             {0.01f, 0.01f, 0.01f})});
+  SAID("\n", [] { FACETOR_CALC::RUN_FACETOR_CALC_BONDS(); });
+  const std::string ratio = "vol(Ti1) / bond(Ti1, 1)^3";
+  EXPECT_NEAR(VALUE(ratio), 4.0f / 3.0f, 1e-5f);
+  EXPECT_NEAR(ESD(ratio), 0.0f, 1e-5f);
+  // 3 sigma(a) / a of the volume, 4/3 of 8.
+  EXPECT_NEAR(ESD("vol(Ti1)"), 32.0f / 3.0f * 3.0f * 0.01f / 4.0f, 1e-4f);
+}
+
 // A unit stands behind one quantity alone, in brackets or not.
 TEST_F(MEASURING, UNITS_ARE_THOSE_OF_ONE_QUANTITY) {
   LOAD({MOLECULE()});

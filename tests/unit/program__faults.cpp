@@ -290,6 +290,16 @@ TEST_F(FAULTS, A_FILE_THAT_IS_WRITTEN_IN_PLACE_IS_BROUGHT_BACK) {
   EXPECT_GT(whole.size(), 7500u);
 }
 
+// What the disk did not take when asked to must not take the place of what it has.
+TEST_F(FAULTS, A_FILE_THAT_THE_DISK_DOES_NOT_TAKE_REPLACES_NOTHING) {
+  START_ANEW();
+  const RUN_RESULT run = FAULTY("FAULT_UNSAFE=1");
+  EXPECT_EQ(COUNT_OF(run.SAID, "*****Nothing was written to old.cif: Input/output error\n"), 1u)
+      << run.SAID;
+  EXPECT_EQ(TEXT_OF(work / "old.cif"), old_cif);
+  EXPECT_TIDY("FAULT_UNSAFE=1");
+}
+
 // ---- graphs ----
 
 // Faults between the question for the files of a graph and the answer: allocations and bytes of
