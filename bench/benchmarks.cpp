@@ -17,8 +17,10 @@
 #include "src/facetor6_console/parameters.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_console/valence_table.h"
+#include "src/facetor6_exportfiles/exportfiles.h"
 #include "src/facetor6_list/list.h"
 #include "src/facetor6_readfiles/readfiles.h"
+#include "src/facetor6_sheets/csv.h"
 #include "src/facetor6_writefiles/writefiles.h"
 #include "src/kva_crystal_structures/atom_search.h"
 #include "src/kva_crystal_structures/bonds.h"
@@ -197,11 +199,41 @@ void WRITE(benchmark::State& state) {
   READ_SERIES(KIND(state), BLOCKS(state));
   CALC_SERIES(KIND(state));
   for (auto _ : state) {
-    KVA_UTILITIES::OPEN_UNIT(KVA_CONSOLE::DATA_UNIT, path, KVA_UTILITIES::UNIT_MODE::REPLACE);
+    KVA_UTILITIES::OPEN_WHOLE(KVA_CONSOLE::DATA_UNIT, path, KVA_UTILITIES::UNIT_MODE::REPLACE);
     int written = 0;
+    int error = 0;
     RUN_DIALOGUE("Y\nY\n",
                  [&] { FACETOR_WRITEFILES::WRITE_CIF_FACETOR(KVA_CONSOLE::DATA_UNIT, written); });
-    KVA_UTILITIES::CLOSE_UNIT(KVA_CONSOLE::DATA_UNIT);
+    KVA_UTILITIES::KEEP_UNIT(KVA_CONSOLE::DATA_UNIT, error);
+  }
+  COUNT_BLOCKS(state);
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(fs::file_size(path)));
+}
+
+// The command itself, from its first question to the file that is kept.
+void CSV(benchmark::State& state) {
+  const std::string path = (FOLDER() / "written.csv").string();
+  READ_SERIES(KIND(state), BLOCKS(state));
+  CALC_SERIES(KIND(state));
+  for (auto _ : state) {
+    fs::remove(path);
+    RUN_DIALOGUE("all " + path + "\n", [] {
+      KVA_CONSOLE::GET_INPUT("");
+      FACETOR_SHEETS::RUN_CSV();
+    });
+  }
+  COUNT_BLOCKS(state);
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(fs::file_size(path)));
+}
+
+// The volumes of one site.
+void EXPORT(benchmark::State& state) {
+  const std::string path = (FOLDER() / "written.dat").string();
+  READ_SERIES(KIND(state), BLOCKS(state));
+  CALC_SERIES(KIND(state));
+  for (auto _ : state) {
+    fs::remove(path);
+    RUN_DIALOGUE("Y\n2\nSi1\n" + path + "\n\n\n\n", [] { FACETOR_EXPORTFILES::RUN_EXPORT(); });
   }
   COUNT_BLOCKS(state);
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(fs::file_size(path)));
@@ -301,6 +333,8 @@ BENCHMARK(VALENCE)->Apply(LONG_SERIES);
 BENCHMARK(TABLE)->Apply(LONG_SERIES);
 BENCHMARK(MEASURE_TABLE)->Apply(NAMED_SITES);
 BENCHMARK(WRITE)->Apply(LONG_SERIES);
+BENCHMARK(CSV)->Apply(NAMED_SITES);
+BENCHMARK(EXPORT)->Apply(NAMED_SITES);
 BENCHMARK(SEARCH)->Apply(ALL_KINDS);
 BENCHMARK(SEARCH_BY_LOOPS)->Apply(ALL_KINDS);
 BENCHMARK(CALC_BY_LOOPS)->Arg(GARNET)->Arg(PYROXENE)->MeasureProcessCPUTime();
