@@ -204,6 +204,8 @@ const std::vector<ODD_FILE> odd_files{
     {"conditions_nonsense", {}},
     {"conditions_huge", {}},
     // ---- symmetry ----
+    // READ cif goes by the symbol, READ full by the Hall symbol, which begins with another axis.
+    {"hall_in_another_order", {}, 1, 2, any, "P 2 2 2"},
     {"symbol_unknown", {no_symmetry}},
     {"symbol_compact",
      {warning + "No symmetry detected in CIF block #  1, no operators and HM symbol not written "
