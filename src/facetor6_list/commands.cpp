@@ -15,83 +15,65 @@ namespace FACETOR_LIST {
 
 using namespace FACETOR_CONSOLE;
 using namespace KVA_CONSOLE;
-using namespace KVA_CRYSTAL_STRUCTURES;
 
 namespace {
 
-enum LIST_ROW {
-  LIST_NAMES = 1,
-  LIST_CELLS,
-  LIST_SYMMETRY,
-  LIST_SITES,
-  LIST_FACTORS,
-  LIST_XYZ,
-  LIST_ADPS,
-  LIST_BONDS,
-  LIST_ANGLES,
-  LIST_EDGES,
-  LIST_ORBIX,
-  LIST_SRB,
-  LIST_DISPL,
-  LIST_BONDVALENCES
+// ---- the menus ----
+
+// An entry and its report, or what it shows instead of one.
+struct MENU_ENTRY {
+  std::string_view TEXT;
+  REPORT_CODE CODE = NO_REPORT;
+  void (*SHOW)() = nullptr;
 };
-constexpr std::array<std::string_view, 14> list_menu{// ORDER LIST_ROW
-                                                     "block names",
-                                                     "cells",
-                                                     "symmetry",
-                                                     "site names",
-                                                     "scattering factors",
-                                                     "xyz",
-                                                     "adps",
-                                                     "bond lengths",
-                                                     "angles between bonds",
-                                                     "edges of polyhedra",
-                                                     "orbix poly params",
-                                                     "rigid bond lengths",
-                                                     "displace along bonds",
-                                                     "valences of bonds"};
+using MENU = std::span<const MENU_ENTRY>;
 
-enum TABLE_ROW {
-  TABLE_CELLS = 1,
-  TABLE_XYZ,
-  TABLE_ADPS,
-  TABLE_BONDS,
-  TABLE_ANGLES,
-  TABLE_EDGES,
-  TABLE_VALENCES
-};
-constexpr std::array<std::string_view, 7> table_menu{
-    // ORDER TABLE_ROW
-    "cells", "xyz", "adps", "bond lengths", "angles between bonds", "edges", "valences of bonds"};
+constexpr MENU_ENTRY OF(REPORT_CODE code) {
+  for (const REPORT_ENTRY& entry : REPORT_ENTRIES)
+    if (entry.CODE == code) return {entry.TEXT, code};
+  return {};
+}
 
-// A menu is longer when the reference block has bonds, and when there are measures, which are the
-// last entry then.
-using MENU = std::vector<std::string_view>;
+constexpr std::array<MENU_ENTRY, 15> list_menu{
+    {{"block names", NO_REPORT, FACETOR_LIST_PHASE},
+     OF(REPORT_CELLS),
+     {"symmetry", NO_REPORT, FACETOR_LIST_SYMM},
+     {"site names", NO_REPORT, [] { FACETOR_LIST_ATOMS(); }},
+     {"scattering factors", NO_REPORT, [] { FACETOR_LIST_ATOMS("SCAT"); }},
+     OF(REPORT_XYZ),
+     OF(REPORT_ADPS),
+     OF(REPORT_BONDS),
+     OF(REPORT_ANGLES),
+     {"edges of polyhedra", REPORT_EDGES},
+     OF(REPORT_ORBIX),
+     OF(REPORT_SRB),
+     OF(REPORT_DISPL),
+     OF(REPORT_VALENCES),
+     OF(REPORT_MEASURES)}};
 
-MENU NOW_OFFERED(std::span<const std::string_view> menu, std::size_t without_bonds) {
-  const bool bonds = NPHASES > 0 && SUM_NBONDS(REFERENCE()) > 0;
-  const std::span<const std::string_view> shown = bonds ? menu : menu.first(without_bonds);
-  MENU offered(shown.begin(), shown.end());
-  if (!MEASURES.empty()) offered.push_back(MEASURES_ENTRY);
+// The reports that have esds.
+constexpr std::array<MENU_ENTRY, 8> table_menu{
+    {OF(REPORT_CELLS), OF(REPORT_XYZ), OF(REPORT_ADPS), OF(REPORT_BONDS), OF(REPORT_ANGLES),
+     OF(REPORT_EDGES), OF(REPORT_VALENCES), OF(REPORT_MEASURES)}};
+
+std::vector<MENU_ENTRY> OFFERED(MENU menu) {
+  std::vector<MENU_ENTRY> offered;
+  for (const MENU_ENTRY& entry : menu)
+    if (IS_OFFERED(entry.CODE)) offered.push_back(entry);
   return offered;
 }
 
-// A choice out of what is offered of a menu; an entry that is typed too early is told.
-int CHOOSE(std::string_view title, std::span<const std::string_view> menu,
-           std::span<const std::string_view> offered) {
-  MENU whole(menu.begin(), menu.end());
-  whole.push_back(MEASURES_ENTRY);
-  TELL_NOT_OFFERED(whole, offered);
-  return GET_LIST_SELECTION(title, offered);
-}
-
-bool IS_MEASURES(std::span<const std::string_view> menu, int selection) {
-  return selection > 0 && menu[static_cast<std::size_t>(selection - 1)] == MEASURES_ENTRY;
+std::vector<std::string_view> TEXTS_OF(MENU menu) {
+  std::vector<std::string_view> texts;
+  for (const MENU_ENTRY& entry : menu) texts.push_back(entry.TEXT);
+  return texts;
 }
 
 // As they were last offered; whoever shows them keeps a view of them.
-MENU list_offered;
-MENU table_offered;
+std::vector<std::string_view> list_offered;
+std::vector<std::string_view> table_offered;
+
+// ---- from an entry to its report ----
 
 // "U" or "BETA", as the user wants.
 std::string ASK_TENSOR() {
@@ -105,78 +87,50 @@ void LIST_VALENCES(std::string_view option) {
   RUN_FACETOR_LIST_GEOM(REPORT_VALENCES, option);
 }
 
+void SHOW_REPORT(REPORT_CODE code, std::string_view option) {
+  switch (code) {
+    case REPORT_CELLS:
+      return FACETOR_LIST_CELLS(option);
+    case REPORT_ADPS:
+      return RUN_FACETOR_LIST_GEOM(code, std::string(option) + " " + ASK_TENSOR());
+    case REPORT_VALENCES:
+      return LIST_VALENCES(option);
+    case REPORT_MEASURES:
+      return FACETOR_LIST_MEASURES(option);
+    default:
+      return RUN_FACETOR_LIST_GEOM(code, option);
+  }
+}
+
+// Asks for an entry of a menu and shows what it stands for; one that is typed too early is told.
+void RUN_MENU(std::string_view title, MENU menu, std::string_view option) {
+  if (CHECK_NOPHASES()) return;
+  const std::vector<MENU_ENTRY> offered = OFFERED(menu);
+  const std::vector<std::string_view> texts = TEXTS_OF(offered);
+  TELL_NOT_OFFERED(TEXTS_OF(menu), texts);
+  const int selection = GET_LIST_SELECTION(title, texts);
+  if (selection <= 0) return;
+  const MENU_ENTRY& entry = offered[static_cast<std::size_t>(selection - 1)];
+  if (entry.SHOW != nullptr) return entry.SHOW();
+  SHOW_REPORT(entry.CODE, option);
+}
+
 }  // namespace
 
 std::span<const std::string_view> LIST_MENU() {
-  return list_offered = NOW_OFFERED(list_menu, LIST_ADPS);
+  return list_offered = TEXTS_OF(OFFERED(list_menu));
 }
 
 std::span<const std::string_view> TABLE_MENU() {
-  return table_offered = NOW_OFFERED(table_menu, TABLE_ADPS);
+  return table_offered = TEXTS_OF(OFFERED(table_menu));
 }
 
 void RUN_FACETOR_LIST() {
-  if (CHECK_NOPHASES()) return;
-  const std::span<const std::string_view> menu = LIST_MENU();
-  const int selection = CHOOSE("List", list_menu, menu);
-  if (IS_MEASURES(menu, selection)) return FACETOR_LIST_MEASURES();
-  switch (selection) {
-    case LIST_NAMES:
-      return FACETOR_LIST_PHASE();
-    case LIST_CELLS:
-      return FACETOR_LIST_CELLS();
-    case LIST_SYMMETRY:
-      return FACETOR_LIST_SYMM();
-    case LIST_SITES:
-      return FACETOR_LIST_ATOMS();
-    case LIST_FACTORS:
-      return FACETOR_LIST_ATOMS("SCAT");
-    case LIST_XYZ:
-      return RUN_FACETOR_LIST_GEOM(REPORT_XYZ);
-    case LIST_ADPS:
-      return RUN_FACETOR_LIST_GEOM(REPORT_ADPS, ASK_TENSOR());
-    case LIST_BONDS:
-      return RUN_FACETOR_LIST_GEOM(REPORT_BONDS);
-    case LIST_ANGLES:
-      return RUN_FACETOR_LIST_GEOM(REPORT_ANGLES);
-    case LIST_EDGES:
-      return RUN_FACETOR_LIST_GEOM(REPORT_EDGES);
-    case LIST_ORBIX:
-      return RUN_FACETOR_LIST_GEOM(REPORT_ORBIX);
-    case LIST_SRB:
-      return RUN_FACETOR_LIST_GEOM(REPORT_SRB);
-    case LIST_DISPL:
-      return RUN_FACETOR_LIST_GEOM(REPORT_DISPL);
-    case LIST_BONDVALENCES:
-      return LIST_VALENCES("");
-    default:
-      return;
-  }
+  RUN_MENU("List", list_menu, "");
 }
 
 void RUN_FACETOR_TABLE() {
-  if (CHECK_NOPHASES()) return;
-  const std::span<const std::string_view> menu = TABLE_MENU();
-  const int selection = CHOOSE("Table", table_menu, menu);
-  if (IS_MEASURES(menu, selection)) return FACETOR_LIST_MEASURES("ESD");
-  switch (selection) {
-    case TABLE_CELLS:
-      return FACETOR_LIST_CELLS("ESD");
-    case TABLE_XYZ:
-      return RUN_FACETOR_LIST_GEOM(REPORT_XYZ, "ESD");
-    case TABLE_ADPS:
-      return RUN_FACETOR_LIST_GEOM(REPORT_ADPS, "ESD, " + ASK_TENSOR());
-    case TABLE_BONDS:
-      return RUN_FACETOR_LIST_GEOM(REPORT_BONDS, "ESD");
-    case TABLE_ANGLES:
-      return RUN_FACETOR_LIST_GEOM(REPORT_ANGLES, "ESD");
-    case TABLE_EDGES:
-      return RUN_FACETOR_LIST_GEOM(REPORT_EDGES, "ESD");
-    case TABLE_VALENCES:
-      return LIST_VALENCES("ESD");
-    default:
-      return;
-  }
+  RUN_MENU("Table", table_menu, "ESD");
 }
 
 }  // namespace FACETOR_LIST

@@ -49,6 +49,8 @@ REPORT REPORT_OF(REPORT_CODE code, int i, std::string_view option, const MATCHED
                  const std::vector<int>& places) {
   const bool esds = WANTS_ESDS(option);
   switch (code) {
+    case NO_REPORT:
+      break;
     case REPORT_CELLS:
       return CELL_REPORT(esds, places);
     case REPORT_XYZ:
