@@ -178,19 +178,39 @@ LINE_RANGE GEOMETRY_LINES(const FILE_LINES& flines) {
   return geometry;
 }
 
-// The cell that the atoms refer to: the crystallographic one where it is printed, else the
-// primitive one. Leaves the range at the cell and gives its volume, 0 when none is printed.
-float CHOOSE_CELL(LINE_RANGE& geometry, bool& primitive) {
-  std::string behind;
-  int line = FIND(geometry, "CRYSTALLOGRAPHIC CELL (VOLUME=", behind);
-  primitive = line == 0;
-  if (primitive) {
-    line = FIND(geometry, "PRIMITIVE CELL - CENTRING CODE");
-    if (line > 0) FIND({geometry.FLINES, line, line}, "VOLUME=", behind);
-  }
-  if (line > 0) geometry.FIRST = line;
-  const std::vector<NUMBER> numbers = NUM_FROM_TEXT(behind);
+float FIRST_REAL(const std::string& text) {
+  const std::vector<NUMBER> numbers = NUM_FROM_TEXT(text);
   return numbers.empty() ? 0.0f : numbers[0].VAL;
+}
+
+// The cell that the atoms refer to: the crystallographic one where it is printed, else the
+// primitive one.
+struct CHOSEN_CELL {
+  float VOLUME = 0.0f;  // 0 when none is printed
+  bool PRIMITIVE = true;
+  float LATTICE_POINTS = 0.0f;  // its volume over the primitive one, 0 when the file lacks either
+};
+
+// Leaves the range at the cell.
+CHOSEN_CELL CHOOSE_CELL(LINE_RANGE& geometry) {
+  CHOSEN_CELL cell;
+  std::string behind;
+  const int primitive = FIND(geometry, "PRIMITIVE CELL - CENTRING CODE");
+  if (primitive > 0) FIND({geometry.FLINES, primitive, primitive}, "VOLUME=", behind);
+  const float primitive_volume = FIRST_REAL(behind);
+  const int line = FIND(geometry, "CRYSTALLOGRAPHIC CELL (VOLUME=", behind);
+  cell.PRIMITIVE = line == 0;
+  if (cell.PRIMITIVE) {
+    if (primitive == 0) return cell;
+    cell.VOLUME = primitive_volume;
+    cell.LATTICE_POINTS = 1.0f;
+    geometry.FIRST = primitive;
+    return cell;
+  }
+  cell.VOLUME = FIRST_REAL(behind);
+  if (primitive_volume > 0.0f) cell.LATTICE_POINTS = cell.VOLUME / primitive_volume;
+  geometry.FIRST = line;
+  return cell;
 }
 
 void READ_CELL(const LINE_RANGE& geometry, float volume, CRYSTAL_STRUCTURE_TYPE& phase) {
@@ -274,19 +294,19 @@ bool TAKE_PRINTED_GROUP(const FILE_LINES& flines, int start, const std::vector<V
   if (operators.empty()) return false;
   const XTAL::SPACE_GROUP asked_for = phase.SPG;
   XTAL::SET_SPACEGROUP("", phase.SPG, operators, "GEN");
-  if (!XTAL::ERR_SYMM && GENERATES(phase, listed)) return true;
+  if (!XTAL::ERR_SYMM && GENERATES(phase, listed, 1.0f)) return true;
   phase.SPG = asked_for;
   return false;
 }
 
 // Tells when the group does not make the listed atoms out of those stored. Printed operators refer
 // to the primitive cell; they stand in for a group of that cell, not for none at all.
-void CHECK_GROUP(const FILE_LINES& flines, int start, bool primitive,
+void CHECK_GROUP(const FILE_LINES& flines, int start, const CHOSEN_CELL& cell,
                  const std::vector<VECTOR3>& listed, CRYSTAL_STRUCTURE_TYPE& phase) {
-  if (GENERATES(phase, listed)) return;
+  if (GENERATES(phase, listed, cell.LATTICE_POINTS)) return;
   const std::string complaint =
       "The atoms listed in the file do not follow from space group " + phase.SPG.SPG_SYMB;
-  const bool replaceable = primitive && phase.SPG.MULTIP > 1;
+  const bool replaceable = cell.PRIMITIVE && phase.SPG.MULTIP > 1;
   if (replaceable && TAKE_PRINTED_GROUP(flines, start, listed, phase))
     WARNING(complaint + ", the operators in the file are used");
   else
@@ -295,12 +315,11 @@ void CHECK_GROUP(const FILE_LINES& flines, int start, bool primitive,
 
 void READ_GEOMETRY(const FILE_LINES& flines, CRYSTAL_STRUCTURE_TYPE& phase) {
   LINE_RANGE geometry = GEOMETRY_LINES(flines);
-  bool primitive = false;
-  const float volume = CHOOSE_CELL(geometry, primitive);
-  READ_CELL(geometry, volume, phase);
+  const CHOSEN_CELL cell = CHOOSE_CELL(geometry);
+  READ_CELL(geometry, cell.VOLUME, phase);
   std::vector<VECTOR3> listed;
   READ_ATOMS(geometry, phase, listed);
-  CHECK_GROUP(flines, geometry.FIRST, primitive, listed, phase);
+  CHECK_GROUP(flines, geometry.FIRST, cell, listed, phase);
 }
 
 // ---- modes ----

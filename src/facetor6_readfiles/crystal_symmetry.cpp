@@ -94,8 +94,11 @@ bool IS_IMAGE(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& x_frac) {
 
 }  // namespace
 
-bool GENERATES(CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<VECTOR3>& listed) {
+bool GENERATES(CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<VECTOR3>& listed,
+               float lattice_points) {
   SET_ALLATOM_MULTIP(phase);
+  const auto centrings = static_cast<float>(phase.SPG.LATT_TRANS.COUNT());
+  if (lattice_points > 0.0f && std::abs(centrings - lattice_points) > 0.5f) return false;
   std::size_t images = 0;
   for (int i = 1; i <= phase.NATOMS; ++i) images += static_cast<std::size_t>(phase.ATOM(i).MULT);
   if (images != listed.size()) return false;

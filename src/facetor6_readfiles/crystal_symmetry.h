@@ -13,8 +13,9 @@ namespace FACETOR_READFILES {
 std::vector<std::string> PRINTED_OPERATORS(const FILE_LINES& flines, int start);
 
 // Whether the group of the record makes of its atoms just the atoms listed, which are those of the
-// primitive cell. Sets MULT.
+// primitive cell, and has as many lattice points in its cell as are told, to one half; 0 when that
+// is not known. Sets MULT.
 bool GENERATES(KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE& phase,
-               const std::vector<VECTOR3>& listed);
+               const std::vector<VECTOR3>& listed, float lattice_points);
 
 }  // namespace FACETOR_READFILES

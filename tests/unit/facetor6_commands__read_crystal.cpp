@@ -211,8 +211,27 @@ TEST_F(CRYSTAL_OUTPUT, THE_GROUP_IS_ASKED_FOR_WHEN_THE_LINE_IS_WORDED_OTHERWISE)
 }
 
 TEST_F(CRYSTAL_OUTPUT, A_BLANK_ANSWER_MEANS_NO_SYMMETRY) {
-  EXPECT_EQ(READ(banner + periclase, "\n"), no_group + group_prompt + no_modes);
+  const std::string primitive =
+      " PRIMITIVE CELL - CENTRING CODE 1/0 VOLUME=   120.000000 - DENSITY  1.0 g/cm^3\n" +
+      cell_heading + " 4.0 5.0 6.0 90 90 90\n" + atom_heading +
+      "   1 T  14 SI    1.000000000000E-01  2.000000000000E-01  3.000000000000E-01\n" + closing;
+  EXPECT_EQ(READ(banner + primitive, "\n"), no_group + group_prompt + no_modes);
   EXPECT_EQ(phase.SPG.SPG_SYMB, "P 1");
+}
+
+// The cell of periclase holds four lattice points: a group without F centring makes the two listed
+// atoms as well, and a quarter of the crystal.
+TEST_F(CRYSTAL_OUTPUT, A_GROUP_OF_ANOTHER_CENTRING_IS_TOLD) {
+  for (const char* symbol : {"P 1", "P m -3 m", "I m -3 m"}) {
+    EXPECT_EQ(READ(banner + periclase, symbol + std::string("\n")),
+              no_group + group_prompt +
+                  WARNED("The atoms listed in the file do not follow from space group " +
+                         std::string(symbol) + what_to_do) +
+                  no_modes)
+        << symbol;
+    EXPECT_EQ(phase.SPG.SPG_SYMB, symbol);
+  }
+  EXPECT_EQ(READ(banner + periclase, "F m -3\n"), no_group + group_prompt + no_modes);
 }
 
 TEST_F(CRYSTAL_OUTPUT, AN_UNKNOWN_GROUP_IS_ASKED_FOR_AGAIN) {
