@@ -200,11 +200,16 @@ KEPT KEEP_UNIT(int unit, int& error) {
   return kept;
 }
 
-bool REPLACE_FILE(const std::string& name, std::string_view content) {
+bool REPLACE_FILE(const std::string& name, std::string_view content, int* error) {
   WHOLE_FILE file;
-  if (IS_DIRECTORY(name) || PREPARE_WHOLE(file, name, UNIT_MODE::REPLACE) != 0) return false;
-  WRITE_WHOLE(file, content);
-  return KEEP_WHOLE(file) == KEPT::WHOLE;
+  file.ERROR = IS_DIRECTORY(name) ? EISDIR : PREPARE_WHOLE(file, name, UNIT_MODE::REPLACE);
+  bool whole = false;
+  if (file.ERROR == 0) {
+    WRITE_WHOLE(file, content);
+    whole = KEEP_WHOLE(file) == KEPT::WHOLE;
+  }
+  if (error != nullptr) *error = file.ERROR;
+  return whole;
 }
 
 // ---- names ----

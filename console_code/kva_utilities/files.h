@@ -71,8 +71,9 @@ bool FLUSH_UNIT(int unit);
 enum class KEPT { WHOLE, AS_IT_WAS, TORN };
 KEPT KEEP_UNIT(int unit, int& error);
 
-// Replaces the file's content in the same way. False when the new content is not there.
-bool REPLACE_FILE(const std::string& name, std::string_view content);
+// Replaces the file's content in the same way. False when the new content is not there; error, if
+// asked for: number of what went wrong.
+bool REPLACE_FILE(const std::string& name, std::string_view content, int* error = nullptr);
 
 // True when anything exists under the name, and when it is a directory.
 bool FILE_EXISTS(const std::string& name);

@@ -3,6 +3,7 @@
 
 #include <algorithm>  // for find, min, stable_partition
 #include <array>
+#include <system_error>
 
 #include "console_code/console/input.h"
 #include "console_code/console/open_file.h"
@@ -189,9 +190,10 @@ GRAPH_FILES ASK_FILES() {
 
 // False, with a message, when it could not be written.
 bool WRITE_FILE(const std::string& name, const std::string& content) {
-  if (REPLACE_FILE(name, content)) return true;
+  int error = 0;
+  if (REPLACE_FILE(name, content, &error)) return true;
   WRITE_OUT("*****The file " + AS_IT_IS(name) +
-            " could not be written: make room on the disk, or choose another folder");
+            " could not be written: " + std::generic_category().message(error));
   return false;
 }
 

@@ -365,7 +365,7 @@ TEST_F(FAULTS_OF_GRAPHS, A_DISK_THAT_FILLS_IS_TOLD_BY_THE_FILE_THAT_IT_LACKS) {
       EXPECT_LE(COUNT_OF(run.SAID, lacks), text == old_csv ? 1u : 0u) << fault << run.SAID;
     }
     EXPECT_EQ(TEXT_OF(work / "graph.svg") == old_csv,
-              COUNT_OF(run.SAID, " could not be written: make room on the disk") == 1)
+              COUNT_OF(run.SAID, " could not be written: No space left on device\n") == 1)
         << fault << run.SAID;
   }
 }
@@ -458,8 +458,10 @@ TEST_F(FAULTS, TARGETS_OF_SHEETS_AND_GRAPHS_ARE_NAMED) {
   expect("*****Nothing was written to fullfit.tsv: No space left on device\n", 1);
   expect("     6 rows written to the file\n", 1);  // to nowhere
   expect("*****The file folder.svg is a folder: choose another name\n", 1);
-  for (const char* const name : {"full.csv", "script.gp", "picture.svg", "theirs.csv"})
-    expect(std::string("*****The file ") + name + " could not be written", 1);
+  expect("*****The file full.csv could not be written: No space left on device\n", 1);
+  expect("*****The file script.gp could not be written: Is a directory\n", 1);
+  expect("*****The file picture.svg could not be written: No space left on device\n", 1);
+  expect("*****The file theirs.csv could not be written: Permission denied\n", 1);
   expect("     The graph is drawn in gone.svg\n", 1);
   for (const char* const name : {"full.csv", "fullfit.tsv", "null.csv", "picture.svg", "gone.svg"})
     EXPECT_TRUE(fs::is_symlink(work / name)) << name;

@@ -463,9 +463,9 @@ TEST_F(GRAPHS, A_FULL_DISK_IS_TOLD) {
                                "GRAPH bond Fe1 P bonds.svg\ny\nGRAPH bond Fe1 P later.svg\n"
                                "y\nGRAPH bond Fe1 P last.svg\ny\n")
                                .SAID;
-  EXPECT_SAYS(said, "*****The file bonds.csv could not be written: make room on the disk");
-  EXPECT_SAYS(said, "*****The file later.gp could not be written: make room on the disk");
-  EXPECT_SAYS(said, "*****The file last.svg could not be written: make room on the disk");
+  EXPECT_SAYS(said, "*****The file bonds.csv could not be written: No space left on device\n");
+  EXPECT_SAYS(said, "*****The file later.gp could not be written: No space left on device\n");
+  EXPECT_SAYS(said, "*****The file last.svg could not be written: No space left on device\n");
   EXPECT_FALSE(fs::exists(work / "bonds.gp"));
   EXPECT_FALSE(fs::exists(work / "later.svg"));
 }
