@@ -75,15 +75,6 @@ TEST_F(CALCULATION, NEEDS_BLOCKS_AND_ATOMS) {
             "calculated\n\n");
 }
 
-TEST_F(CALCULATION, VALENCES_NEED_BONDS_AND_THE_MENU_COMES_BACK) {
-  ADD(QUARTZ(quartz));
-  CONSOLE_TESTS::PEND("val");
-  EXPECT_EQ(SAID("0\n", RUN_FACETOR_CALC),
-            "\n*****WARNING: No bond lengths have been calculated: use option 1 to calculate bond "
-            "lengths\n\n" +
-                menu);
-}
-
 TEST_F(CALCULATION, THE_WHOLE_OF_OPTION_1) {
   ADD(QUARTZ(quartz));
   CONSOLE_TESTS::PEND("1");
@@ -174,27 +165,6 @@ TEST_F(CALCULATION, ANGLES_AND_POLYHEDRA_FOLLOW_IN_EVERY_USED_BLOCK) {
   }
 }
 
-TEST_F(CALCULATION, WARNINGS_COME_BEFORE_THE_SETTINGS_AND_THE_QUESTION) {
-  ADD(QUARTZ(quartz));
-  ADD(QUARTZ({quartz[0], quartz[1], {"Qq", {0.1f, 0.1f, 0.1f}}}));
-  EXPECT_EQ(
-      SAID("\n", RUN_FACETOR_CALC_BONDS),
-      "\n*************Bond lengths and angles limited by dmin and dmax in reference structure "
-      "***************\n\n"
-      "\n*****WARNING: Different numbers of atoms in different data blocks: read output with "
-      "care!\n\n"
-      "\n*****WARNING: Some atoms are not recognised as elements: use AtomEdit to set "
-      "scattering factors\n\n"
-      "\n  For calculation of atom-atom distances:\n"
-      "     equiv same atom distances are EXCLUDED\n"
-      "     same element distances are EXCLUDED\n"
-      "     cation-cation distances are EXCLUDED\n"
-      "     anion-anion distances are EXCLUDED\n\n\n"
-      "\n        Current range of distances is:  0.01 to  2.20\n"
-      "\n      Input dmin and dmax for bond length calculation (blank for no change):"
-      "\n      Distance limits not changed\n");
-}
-
 TEST_F(CALCULATION, OPTION_1_SHOWS_THE_OPERATORS_WHEN_CODES_ARE_WANTED) {
   ADD(MADE({9, 9, 9}, {90, 90, 90}, "P -1", {{"Si1", {0.1f, 0, 0}}, {"O1", {0.28f, 0, 0}}}));
   const std::string sentence =
@@ -210,18 +180,6 @@ TEST_F(CALCULATION, OPTION_1_SHOWS_THE_OPERATORS_WHEN_CODES_ARE_WANTED) {
                       sentence),
             std::string::npos)
       << said;
-}
-
-TEST_F(CALCULATION, OPTION_1_TELLS_OF_DIFFERENT_COUNTS_AGAIN_AT_ITS_END) {
-  ADD(QUARTZ(quartz));
-  ADD(QUARTZ({quartz[0]}));
-  CONSOLE_TESTS::PEND("poly");
-  EXPECT_TRUE(SAID("\n0\n", RUN_FACETOR_CALC)
-                  .ends_with("\n******To see angles and other polyhedral parameters, use the list "
-                             "and table commands\n\n"
-                             "\n*****WARNING: Different numbers of atoms in different data blocks: "
-                             "read output with care!\n\n" +
-                             menu));
 }
 
 TEST_F(CALCULATION, A_SELECTION_BEYOND_THE_MENU_IS_REFUSED) {

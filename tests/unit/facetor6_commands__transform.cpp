@@ -174,15 +174,6 @@ TEST_F(TRANSFORMATION, TEXT_BEHIND_THE_COMMAND_ANSWERS_NO_QUESTION) {
   EXPECT_EQ(TRANSFORM("\n"), opening + "  Row 1:");
 }
 
-TEST_F(TRANSFORMATION, A_ROW_THAT_CANNOT_BE_READ_IS_ASKED_FOR_AGAIN) {
-  ADD_ATOM("first");
-  EXPECT_EQ(TRANSFORM("1 0 x\n1 0\n1 0 0\n\n"),
-            opening +
-                "  Row 1:\n*****WARNING: Error reading input for this row, try again\n\n"
-                "  Row 1:\n*****WARNING: Error reading input for this row, try again\n\n"
-                "  Row 1:  Row 2:");
-}
-
 TEST_F(TRANSFORMATION, THE_LIST_OF_BLOCKS_HIDES_WHAT_LISTINGS_HIDE) {
   ADD_ATOM("first");
   ADD_ATOM("second");

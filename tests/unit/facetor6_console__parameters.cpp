@@ -86,21 +86,6 @@ TEST_F(PARAMETERS, THE_REFERENCE_BLOCK_IS_SHOWN_WITH_ALL_DIGITS) {
 
 // ---- SET ----
 
-TEST_F(PARAMETERS, THE_MENU_OF_SET_AND_LEAVING_IT) {
-  const std::string said = SAID("\n", RUN_SET_FACETOR_PARAMS);
-  EXPECT_EQ(said,
-            "\n     Possible selections for Setting program parameters:\n"
-            "      1: hide unused blocks\n"
-            "      2: show all data blocks\n"
-            "      3: dmin and dmax\n"
-            "      4: reference block\n"
-            "      5: exclude bond types\n"
-            "      6: output symcodes\n"
-            "      0: Exit\n"
-            "\n     Enter selection by number:");
-  EXPECT_TRUE(RUN.LIST_ALL_BLOCKS);
-}
-
 TEST_F(PARAMETERS, SET_LEADS_TO_THE_OTHER_DIALOGUES) {
   CONSOLE_TESTS::PEND("dmin");
   EXPECT_EQ(SAID("1.2 2\n", RUN_SET_FACETOR_PARAMS),
@@ -288,12 +273,6 @@ TEST_F(PARAMETERS, CLEARING_THE_VALENCES_FORGETS_PAIRS_FLAGS_AND_THAT_THEY_WERE_
 }
 
 // ---- the valence report ----
-
-TEST_F(PARAMETERS, AN_EMPTY_VALENCE_REPORT_IS_ITS_HEAD) {
-  EXPECT_EQ(SAID("", REPORT_BVS_PARAMS),
-            "\n          These are the parameters used to calculate bond valences\n"
-            "\n         Bond type         d0    b      source\n");
-}
 
 // d0 has eleven digits for eleven columns, so it lacks a blank; b has nine for six and lacks four.
 TEST_F(PARAMETERS, THE_VALENCE_REPORT_WIDENS) {
