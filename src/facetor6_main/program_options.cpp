@@ -12,6 +12,9 @@
 
 namespace FACETOR_MAIN {
 
+using namespace KVA_CONSOLE;
+using namespace KVA_UTILITIES;
+
 namespace {
 
 constexpr std::string_view help_text =
@@ -40,9 +43,7 @@ constexpr std::string_view help_text =
     "means no settings file.\n";
 
 std::string VERSION_TEXT() {
-  using namespace KVA_CONSOLE;
-  return PROGRAM_NAME + " " +
-         KVA_UTILITIES::LEFT_ADJUST(KVA_UTILITIES::REAL_COLUMNS(PROGRAM_VERSION, 5, 1)) + ", " +
+  return PROGRAM_NAME + " " + LEFT_ADJUST(REAL_COLUMNS(PROGRAM_VERSION, 5, 1)) + ", " +
          PROGRAM_VERSION_DATE + "\n";
 }
 

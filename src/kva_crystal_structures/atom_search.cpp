@@ -17,7 +17,10 @@ using KVA_UTILITIES::VECTOR_AT;
 
 namespace {
 
-// ---- copies of an image ----
+// ---- what is in range ----
+
+// Every operator makes an image of every atom, and whole cells and centring vectors make the copies
+// of it. A search wants those from dmin to dmax, and of those at one place the first.
 
 // A copy of an atom's image near the point of a search.
 struct COPY {
@@ -34,11 +37,30 @@ struct SEARCH {
   float DMIN = 0.0f;
   float DMAX = 0.0f;
   int LOWEST_USE = ATOM_USED;  // ATOM_OMITTED with "OMIT"
+  // What follows from these, so that not all copies are looked at.
   VECTOR3 REACH{};             // fraction of each cell edge beyond which nothing is in range
   VECTOR3 LONGEST_CENTRING{};  // largest component of a centring vector along each edge
-  std::array<int, 3>
-      FURTHEST_CELL{};  // whole cells along each edge behind which nothing is in range
+  std::array<int, 3> FURTHEST_CELL{};  // cells along each edge behind which nothing is in range
 };
+
+// Whether a copy of an image at the candidate position is in range; if so, how far away it is.
+bool IN_RANGE(const SEARCH& search, const VECTOR3& candidate, COPY& copy) {
+  copy.DELTA = XTAL::SUBTRACT(candidate, search.ORIGIN);
+  for (std::size_t k = 0; k < 3; ++k)
+    if (std::abs(copy.DELTA[k]) > search.REACH[k]) return false;
+  copy.DISTANCE = XTAL::LENGTH(XTAL::MULTIPLY(search.PHASE.CELL.CR_ORTH_CEL, copy.DELTA));
+  return !(copy.DISTANCE > search.DMAX || copy.DISTANCE < search.DMIN);
+}
+
+// Two copies so close together count as one neighbour.
+bool ARE_ONE_NEIGHBOUR(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& delta1_frac,
+                       const VECTOR3& delta2_frac) {
+  const VECTOR3 apart_cart =
+      XTAL::MULTIPLY(phase.CELL.CR_ORTH_CEL, XTAL::SUBTRACT(delta1_frac, delta2_frac));
+  return XTAL::DOT(apart_cart, apart_cart) < SAME_NEIGHBOUR_SQ;
+}
+
+// ---- what is out of reach, and is not looked at ----
 
 VECTOR3 LONGEST_CENTRING_OF(const XTAL::SPACE_GROUP& group) {
   VECTOR3 longest{};
@@ -69,15 +91,6 @@ SEARCH SEARCH_AROUND(const ATOM_IMAGES& images, const VECTOR3& origin, float dmi
   return search;
 }
 
-// Whether a copy of an image at the candidate position is in range; if so, how far away it is.
-bool IN_RANGE(const SEARCH& search, const VECTOR3& candidate, COPY& copy) {
-  copy.DELTA = XTAL::SUBTRACT(candidate, search.ORIGIN);
-  for (std::size_t k = 0; k < 3; ++k)
-    if (std::abs(copy.DELTA[k]) > search.REACH[k]) return false;
-  copy.DISTANCE = XTAL::LENGTH(XTAL::MULTIPLY(search.PHASE.CELL.CR_ORTH_CEL, copy.DELTA));
-  return !(copy.DISTANCE > search.DMAX || copy.DISTANCE < search.DMIN);
-}
-
 // Cell offsets along axis k, at most so many cells each way, for which the reduced coordinate,
 // whatever centring vector is added to it, can come into reach.
 struct OFFSETS {
@@ -94,7 +107,9 @@ OFFSETS OFFSETS_IN_REACH(const SEARCH& search, const VECTOR3& reduced, std::size
   return t;
 }
 
-// Which copies of an image a search visits.
+// ---- the copies of an image ----
+
+// Which of them a search visits.
 enum class CELLS { NEXT, FURTHER, ALL };  // offsets -1, 0, 1; all others; both
 
 bool ARE_NEXT(int t1, int t2, int t3) {
@@ -124,14 +139,6 @@ bool VISIT_COPIES(const SEARCH& search, const ATOM_IMAGE& image, CELLS cells, VI
         }
       }
   return true;
-}
-
-// Two copies so close together count as one neighbour.
-bool ARE_ONE_NEIGHBOUR(const CRYSTAL_STRUCTURE_TYPE& phase, const VECTOR3& delta1_frac,
-                       const VECTOR3& delta2_frac) {
-  const VECTOR3 apart_cart =
-      XTAL::MULTIPLY(phase.CELL.CR_ORTH_CEL, XTAL::SUBTRACT(delta1_frac, delta2_frac));
-  return XTAL::DOT(apart_cart, apart_cart) < SAME_NEIGHBOUR_SQ;
 }
 
 // ---- the neighbour search ----

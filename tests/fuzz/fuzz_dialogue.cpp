@@ -33,6 +33,9 @@ extern "C" std::size_t LLVMFuzzerCustomCrossOver(const std::uint8_t* first, std:
 
 namespace {
 
+using namespace FACETOR_CONSOLE;
+using namespace FACETOR_LIST;
+
 constexpr int blank_lines = 20;
 
 // Enough for a dialogue, and not for one that takes seconds.
@@ -57,8 +60,7 @@ std::string MACRO_OF(std::string_view bytes) {
 
 // A row of a report has no more cells than there are columns.
 void LOOK_AT_ROWS() {
-  using namespace FACETOR_LIST;
-  if (FACETOR_CONSOLE::NPHASES == 0) return;
+  if (NPHASES == 0) return;
   for (const REPORT_ENTRY& entry : REPORT_ENTRIES) {
     if (!IS_OFFERED(entry.CODE)) continue;
     for (const REPORT& report : REPORTS_OF(entry.CODE, USED_ATOMS(), LISTED_PLACES(true)))
@@ -70,7 +72,6 @@ void LOOK_AT_ROWS() {
 
 // What is shown of a measure, typed again, is the same measure.
 void TYPE_MEASURES_AGAIN() {
-  using namespace FACETOR_CONSOLE;
   if (NPHASES == 0) return;
   const std::size_t count = MEASURES.size();
   for (std::size_t k = 0; k < count; ++k) {

@@ -15,6 +15,7 @@
 
 namespace {
 
+using namespace KVA_CONSOLE;
 using namespace KVA_UTILITIES;
 using FUZZ::MUST_HOLD;
 
@@ -86,7 +87,6 @@ void READ_LISTS(const std::string& text) {
 // ---- prompts ----
 
 void ASK() {
-  using namespace KVA_CONSOLE;
   constexpr int largest = 20;
   const std::vector<int> list = GET_LIST("list", largest);
   MUST_HOLD(list.size() <= largest, "no longer list than asked for");

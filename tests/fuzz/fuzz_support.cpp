@@ -31,6 +31,8 @@
 namespace FUZZ {
 
 namespace fs = std::filesystem;
+using namespace FACETOR_CONSOLE;
+using namespace KVA_CONSOLE;
 
 namespace {
 
@@ -66,7 +68,6 @@ void MAKE_SCRATCH() {
 // ---- state ----
 
 void RESET_CONSOLE() {
-  using namespace KVA_CONSOLE;
   constexpr int largest_unit = 99;
   for (int unit = -1; unit <= largest_unit; ++unit) KVA_UTILITIES::CLOSE_UNIT(unit);
   CONSOLE = CONSOLE_STATE{};
@@ -75,13 +76,11 @@ void RESET_CONSOLE() {
 
 // What SET and MEASURE have made, which CLEAR leaves.
 void RESET_SETTINGS() {
-  using namespace FACETOR_CONSOLE;
   RUN = RUN_PARAMETERS{};
   MEASURES.clear();
 }
 
 void RESET_PHASES() {
-  using namespace FACETOR_CONSOLE;
   ALLOCATE_PHASE_LIST(1);  // grows as needed
   LIMITS_OF_BONDS = {};
   CLEAR_FACETOR_VALENCE();

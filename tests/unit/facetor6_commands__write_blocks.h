@@ -84,11 +84,11 @@ inline std::vector<int> NUMBERS_IN_USE(const CRYSTAL_STRUCTURE_TYPE& phase) {
 }
 
 inline std::string CENTRE(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
-  return phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_CENTRE))).LAB;
+  return phase.ATOM(phase.BONDS.CENTRE(i, j)).LAB;
 }
 
 inline std::string LIGAND(const CRYSTAL_STRUCTURE_TYPE& phase, int i, int j) {
-  return phase.ATOM(static_cast<int>(phase.BONDS(i, j, BOND_LIGAND))).LAB;
+  return phase.ATOM(phase.BONDS.LIGAND(i, j)).LAB;
 }
 
 // ---- the commands ----

@@ -108,7 +108,7 @@ TEST(SEARCH, BONDS_OF_PEROVSKITE) {
   EXPECT_EQ(phase.BOND_CEN(2, CENTRE_ATOM), 2.0f);
   EXPECT_EQ(CENTRE_POSITION(phase, 2), (VECTOR3{0.5f, 0.5f, 0.5f}));
   for (int j = 1; j <= 6; ++j) {
-    const int op = static_cast<int>(phase.BONDS(2, j, BOND_OPERATOR));
+    const int op = phase.BONDS.OPERATOR(2, j);
     ASSERT_GT(op, 0);
     const VECTOR3 image = XTAL::APPLY_OP(phase.SPG.SYMOP(op), phase.ATOM(3).X);
     const VECTOR3 reached = XTAL::ADD(phase.ATOM(2).X, phase.BONDS.VECTOR(2, j));

@@ -33,8 +33,7 @@ inline CRYSTAL_STRUCTURE_TYPE AROUND(const std::vector<VECTOR3>& ligands_cart,
     phase.BONDS(1, j, BOND_LENGTH_SRB) = phase.BONDS(1, j, BOND_LENGTH);
     phase.BONDS(1, j, BOND_LIGAND) = static_cast<float>(j + 1);
     phase.BONDS(1, j, BOND_OPERATOR) = 1;
-    for (int k = 0; k < 3; ++k)
-      phase.BONDS(1, j, BOND_VECTOR_X + k) = v[static_cast<std::size_t>(k)];
+    phase.BONDS.PUT_VECTOR(1, j, v);
   }
   return phase;
 }

@@ -388,7 +388,7 @@ std::vector<BLOCK_ATOM> POLYHEDRON_ATOMS(const MEASURED_BLOCK& block, int i,
   for (int j : rows)
     atoms.push_back(
         IN_WIDE_REALS(phase, {phase.BONDS.LIGAND(i, j), XTAL::ADD(centre, phase.BONDS.VECTOR(i, j)),
-                              static_cast<int>(phase.BONDS(i, j, BOND_OPERATOR))}));
+                              phase.BONDS.OPERATOR(i, j)}));
   return atoms;
 }
 
