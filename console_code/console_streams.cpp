@@ -7,10 +7,26 @@
 
 namespace KVA_CONSOLE {
 
+namespace {
+
+bool may_wait = false;
+
+}  // namespace
+
 // One line that could not be written must not silence those that follow.
 void WRITE_STREAM(std::string_view text) {
   std::cout.clear();
-  std::cout << text << std::flush;
+  std::cout << text;
+  if (!may_wait) std::cout.flush();
+}
+
+STREAM_WAITS::STREAM_WAITS() {
+  may_wait = true;
+}
+
+STREAM_WAITS::~STREAM_WAITS() {
+  may_wait = false;
+  std::cout.flush();
 }
 
 bool READ_STREAM(std::string& line) {

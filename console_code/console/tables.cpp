@@ -2,6 +2,7 @@
 #include "console_code/console/tables.h"
 
 #include "console_code/console/output.h"
+#include "console_code/console_streams.h"
 #include "console_code/console_win.h"
 
 namespace KVA_CONSOLE {
@@ -13,6 +14,7 @@ void WRITE_TABLE(std::vector<FIELD_LINE> table, int starts) {
   const int window = CONSOLE_COLUMNS();
   const auto panels =
       window > 0 ? PANELS(table, starts, window) : std::vector<std::vector<std::string>>{};
+  const STREAM_WAITS rows_together;
   if (panels.size() < 2) {
     for (const FIELD_LINE& line : table) WRITE_OUT(AS_IT_IS(LINE_TEXT(line)));
     return;
