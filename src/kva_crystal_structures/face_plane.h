@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cmath>  // for abs
+#include <limits>
 #include <span>
 
 #include "src/kva_crystal_structures/records.h"
@@ -15,6 +16,9 @@ using CORNERS = std::array<std::size_t, 3>;  // numbers of vertices, from 0
 inline bool HAS_CORNER(const CORNERS& corners, std::size_t vertex) {
   return corners[0] == vertex || corners[1] == vertex || corners[2] == vertex;
 }
+
+inline constexpr float in_plane = 1e-3f;  // square angstroms, tolerance of the face test
+inline constexpr float plane_through_centre = 1e-5f;  // angstroms
 
 struct FACE_PLANE {
   VECTOR3 POINT{};
@@ -34,7 +38,6 @@ inline FACE_PLANE FACE_PLANE_OF(std::span<const VECTOR3> v, const CORNERS& corne
 
 // Such a face has no pyramid.
 inline bool HOLDS_CENTRE(const FACE_PLANE& plane) {
-  constexpr float plane_through_centre = 1e-5f;  // angstroms
   return std::abs(plane.HEIGHT) < plane_through_centre;
 }
 
@@ -44,8 +47,6 @@ inline float SIDE_OF(const FACE_PLANE& plane, const VECTOR3& vertex) {
   return 0.5f * XTAL::DOT(XTAL::SUBTRACT(plane.POINT, vertex), plane.NORMAL) / plane.AREA *
          plane.HEIGHT;
 }
-
-inline constexpr float in_plane = 1e-3f;  // square angstroms, tolerance of the face test
 
 inline bool IS_BEYOND(float side) {
   return side < -in_plane;
@@ -59,6 +60,43 @@ inline bool IS_WITHIN(float side) {
 // half, as two pairs of triangles make the face up.
 inline float PYRAMID(const FACE_PLANE& plane, bool fourth_vertex) {
   return plane.AREA * std::abs(plane.HEIGHT) / (fourth_vertex ? 6.0f : 3.0f);
+}
+
+// ---- the same without roots and divisions ----
+
+// A plane whose normal is as long as twice the area of the triangle.
+struct ROUGH_PLANE {
+  VECTOR3 POINT{};
+  VECTOR3 NORMAL{};
+  float OFFSET = 0.0f;  // of the plane along the normal, from the centre
+  float SQUARE = 0.0f;  // of the normal
+};
+
+inline ROUGH_PLANE ROUGH_PLANE_OF(std::span<const VECTOR3> v, const CORNERS& corners) {
+  const auto& [i, j, k] = corners;
+  ROUGH_PLANE plane{v[i], XTAL::CROSS(XTAL::SUBTRACT(v[j], v[i]), XTAL::SUBTRACT(v[k], v[i]))};
+  plane.OFFSET = XTAL::DOT(v[i], plane.NORMAL);
+  plane.SQUARE = XTAL::DOT(plane.NORMAL, plane.NORMAL);
+  return plane;
+}
+
+// What SIDE_OF is, times the square of the normal.
+inline float ROUGH_SIDE_OF(const ROUGH_PLANE& plane, const VECTOR3& vertex) {
+  return XTAL::DOT(XTAL::SUBTRACT(plane.POINT, vertex), plane.NORMAL) * plane.OFFSET;
+}
+
+// Beyond it a rough side tells the side for sure: twice the tolerance is far more than rounding.
+// Corners near a line tell nothing.
+inline float CLEAR_OF(const ROUGH_PLANE& plane) {
+  constexpr float smallest_square = 1e-10f;
+  return plane.SQUARE > smallest_square ? 2.0f * in_plane * plane.SQUARE
+                                        : std::numeric_limits<float>::infinity();
+}
+
+// Half of the tolerance, for the same reason.
+inline bool SURELY_HOLDS_CENTRE(const ROUGH_PLANE& plane) {
+  constexpr float near = 0.5f * plane_through_centre;
+  return XTAL::SQUARE(plane.OFFSET) < XTAL::SQUARE(near) * plane.SQUARE;
 }
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

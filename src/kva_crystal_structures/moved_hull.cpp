@@ -7,8 +7,10 @@ namespace {
 
 TRIANGLE TRIANGLE_OF(std::span<const VECTOR3> v, const CORNERS& corners) {
   TRIANGLE triangle{corners, FACE_PLANE_OF(v, corners), {}, {}};
+  const ROUGH_PLANE rough = ROUGH_PLANE_OF(v, corners);
+  const float clear = CLEAR_OF(rough);
   for (std::size_t l = 0; l < v.size() && triangle.BEYOND.COUNT < 2; ++l) {
-    if (HAS_CORNER(corners, l)) continue;
+    if (HAS_CORNER(corners, l) || ROUGH_SIDE_OF(rough, v[l]) > clear) continue;
     const float side = SIDE_OF(triangle.PLANE, v[l]);
     if (IS_BEYOND(side)) triangle.BEYOND.ADD(l);
     if (IS_WITHIN(side)) triangle.WITHIN.ADD(l);
@@ -56,19 +58,34 @@ bool SURELY_FILL_THE_HULL(const std::vector<TRIANGLE>& triangles) {
 namespace {
 
 // Pyramid over a triangle whose corners have moved, and others perhaps as well; 0 when it is no
-// face. What lay beyond it is looked at first.
-float PYRAMID_MADE_AGAIN(std::span<const VECTOR3> v, const TRIANGLE& triangle) {
-  const FACE_PLANE plane = FACE_PLANE_OF(v, triangle.AT);
+// face.
+float PYRAMID_MADE_AGAIN(std::span<const VECTOR3> v, const CORNERS& corners) {
+  const FACE_PLANE plane = FACE_PLANE_OF(v, corners);
   if (HOLDS_CENTRE(plane)) return 0.0f;
-  if (triangle.BEYOND.COUNT > 0 && IS_BEYOND(SIDE_OF(plane, v[triangle.BEYOND.LAST]))) return 0.0f;
   bool fourth_vertex = false;
   for (std::size_t l = 0; l < v.size(); ++l) {
-    if (HAS_CORNER(triangle.AT, l)) continue;
+    if (HAS_CORNER(corners, l)) continue;
     const float side = SIDE_OF(plane, v[l]);
     if (IS_BEYOND(side)) return 0.0f;
     fourth_vertex = fourth_vertex || IS_WITHIN(side);
   }
   return PYRAMID(plane, fourth_vertex);
+}
+
+// The same, as far as the rough plane tells it; what lay beyond the triangle is looked at first.
+float PYRAMID_SOONER(std::span<const VECTOR3> v, const TRIANGLE& triangle) {
+  const ROUGH_PLANE plane = ROUGH_PLANE_OF(v, triangle.AT);
+  if (SURELY_HOLDS_CENTRE(plane)) return 0.0f;
+  const float clear = CLEAR_OF(plane);
+  if (triangle.BEYOND.COUNT > 0 && ROUGH_SIDE_OF(plane, v[triangle.BEYOND.LAST]) < -clear)
+    return 0.0f;
+  for (std::size_t l = 0; l < v.size(); ++l) {
+    if (HAS_CORNER(triangle.AT, l)) continue;
+    const float side = ROUGH_SIDE_OF(plane, v[l]);
+    if (side < -clear) return 0.0f;
+    if (!(side > clear)) return PYRAMID_MADE_AGAIN(v, triangle.AT);
+  }
+  return PYRAMID(FACE_PLANE_OF(v, triangle.AT), false);
 }
 
 // Pyramid over a triangle when only one vertex has moved, which is none of its corners.
@@ -85,14 +102,14 @@ float VOLUME_WITH_ONE_MOVED(std::span<const VECTOR3> v, const std::vector<TRIANG
                             std::size_t moved) {
   float volume = 0.0f;
   for (const TRIANGLE& triangle : triangles)
-    volume += HAS_CORNER(triangle.AT, moved) ? PYRAMID_MADE_AGAIN(v, triangle)
+    volume += HAS_CORNER(triangle.AT, moved) ? PYRAMID_SOONER(v, triangle)
                                              : PYRAMID_KEPT(triangle, moved, v[moved]);
   return volume;
 }
 
 float VOLUME_WITH_ALL_MOVED(std::span<const VECTOR3> v, const std::vector<TRIANGLE>& triangles) {
   float volume = 0.0f;
-  for (const TRIANGLE& triangle : triangles) volume += PYRAMID_MADE_AGAIN(v, triangle);
+  for (const TRIANGLE& triangle : triangles) volume += PYRAMID_SOONER(v, triangle);
   return volume;
 }
 
