@@ -272,19 +272,23 @@ std::vector<int> FIND_ALLATOMS_BY_NAME(const CRYSTAL_STRUCTURE_TYPE& phase, std:
 
 namespace {
 
-// Whether an operator other than a translation brings the position close to where it is, whole
-// cells apart. The list holds the centred copies of all operators, so that whole cells are enough.
-bool IS_NEAR_SYMMETRY_ELEMENT(const XTAL::SPACE_GROUP& group, const VECTOR3& x_frac) {
+// Operators that leave the position where it is, whole cells apart: 1 in a general position. The
+// list holds the centred copies of all operators, so that whole cells are enough. 0 where an
+// operator brings the position near to where it is, but not as near as rounding does.
+int COUNT_FIXING(const XTAL::SPACE_GROUP& group, const VECTOR3& x_frac) {
   constexpr float near = 0.01f;  // far more than what counts as one position
-  const IMATRIX3& identity = group.SYMOP(1).ROT;
+  constexpr float here = 2e-5f;  // far less
+  int count = 1;
   for (int op = 2; op <= group.MULTIP; ++op) {
-    if (group.SYMOP(op).ROT == identity) continue;
     const VECTOR3 apart = XTAL::SUBTRACT(XTAL::APPLY_OP(group.SYMOP(op), x_frac), x_frac);
-    if (std::all_of(apart.begin(), apart.end(),
-                    [](float d) { return !(std::abs(d - std::round(d)) > near); }))
-      return true;
+    float most = 0.0f;
+    for (std::size_t k = 0; k < 3 && !(most > near); ++k)
+      most = std::max(std::abs(apart[k] - std::round(apart[k])), most);
+    if (most > near) continue;
+    if (!(most < here)) return 0;
+    ++count;
   }
-  return false;
+  return count;
 }
 
 // Distinct positions among the images, compared one by one.
@@ -306,10 +310,10 @@ int COUNT_POSITIONS(const XTAL::SPACE_GROUP& group, const VECTOR3& x_frac) {
 void SET_ATOM_MULTIP(CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   const XTAL::SPACE_GROUP& group = phase.SPG;
   const VECTOR3& x_frac = phase.ATOM(i).X;
-  // In a general position all images are distinct.
-  const bool general = group.MULTIP > 0 && !IS_NEAR_SYMMETRY_ELEMENT(group, x_frac);
-  phase.ATOM(i).MULT =
-      general ? group.MULTIP / std::max(group.NUMLAT, 1) : COUNT_POSITIONS(group, x_frac);
+  // Each position is reached by as many operators as leave it where it is.
+  const int fixing = group.MULTIP > 0 ? COUNT_FIXING(group, x_frac) : 0;
+  phase.ATOM(i).MULT = fixing > 0 ? group.MULTIP / (std::max(group.NUMLAT, 1) * fixing)
+                                  : COUNT_POSITIONS(group, x_frac);
 }
 
 void SET_ALLATOM_MULTIP(CRYSTAL_STRUCTURE_TYPE& phase) {

@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <random>
 
+#include "foundations/XTAL_Space_Group_Tables.h"
 #include "plain_loops_judge.h"
 #include "structures.h"
 
@@ -272,6 +275,47 @@ TEST(MULTIPLICITIES, AN_ATOM_IS_ON_A_SPECIAL_POSITION_UP_TO_0_0004_OF_AN_EDGE) {
                           {{"O1", {0.1f, 0.25015f, 0.3f}}, {"O2", {0.4f, 0.25025f, 0.3f}}});
   EXPECT_EQ(phase.ATOM(1).MULT, 4);
   EXPECT_EQ(phase.ATOM(2).MULT, 8);
+}
+
+namespace {
+
+// Distinct positions among the images, each compared with each; as the lattice repeats them, over
+// the number of its vectors.
+int COUNTED_PLAINLY(const XTAL::SPACE_GROUP& group, const VECTOR3& x) {
+  constexpr double one_position = 0.0004;
+  std::vector<std::array<double, 3>> positions;
+  for (const XTAL::SYM_OP& op : group.SYMOP) {
+    std::array<double, 3> image{};
+    for (std::size_t i = 0; i < 3; ++i) {
+      image[i] = static_cast<double>(op.TR[i]);
+      for (std::size_t j = 0; j < 3; ++j) image[i] += op.ROT[i][j] * static_cast<double>(x[j]);
+    }
+    const auto is_image = [&image](const std::array<double, 3>& other) {
+      double most = 0.0;
+      for (std::size_t k = 0; k < 3; ++k)
+        most = std::max(most, std::abs(std::remainder(image[k] - other[k], 1.0)));
+      return most < one_position;
+    };
+    if (std::none_of(positions.begin(), positions.end(), is_image)) positions.push_back(image);
+  }
+  return static_cast<int>(positions.size()) / std::max(group.NUMLAT, 1);
+}
+
+}  // namespace
+
+// Thirds of four digits and of five are equal positions within rounding of the file.
+TEST(MULTIPLICITIES, ARE_WHAT_PLAIN_LOOPS_COUNT_IN_EVERY_SETTING) {
+  const std::vector<SITE> sites{{"O1", {0.11f, 0.23f, 0.37f}},       {"O2", {0, 0, 0}},
+                                {"O3", {0.17f, 0.17f, 0.17f}},       {"O4", {0.125f, 0, 0.25f}},
+                                {"O5", {0.3333f, 0.6667f, 0.21f}},   {"O6", {0.1f, 0.2f, 0.25f}},
+                                {"O7", {0.33333f, 0.66667f, 0.25f}}, {"O8", {0.25f, 0.25f, 1.25f}},
+                                {"O9", {-0.3f, 0.3f, 0.5f}}};
+  for (const XTAL::SPGR_INFO_TYPE& row : XTAL::SPGR_INFO) {
+    const auto phase = MADE({8, 8, 8}, {90, 90, 90}, std::string(row.HM), sites);
+    for (int i = 1; i <= phase.NATOMS; ++i)
+      EXPECT_EQ(phase.ATOM(i).MULT, COUNTED_PLAINLY(phase.SPG, phase.ATOM(i).X))
+          << row.HM << ' ' << phase.ATOM(i).LAB;
+  }
 }
 
 TEST(CODES, OPERATOR_AND_NEAREST_CELLS) {
