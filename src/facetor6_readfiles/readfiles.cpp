@@ -247,7 +247,9 @@ void READ_INTO_SERIES(int type, const NAMED_FILE& named, bool alone, SERIES& ser
     return WRITE_OUT("*****File " + AS_IT_IS(named.NAME) + " does not exist, it is left out");
   if (!message.empty()) return WRITE_OUT(message + ", it is left out");
   if (type == CRYSTAL_FILE && !alone && !TELLS_GROUP(contents.LINES))
-    return WRITE_OUT("*****The file does not tell its space group, it is left out: read it alone");
+    return WRITE_OUT(
+        "*****The file does not tell the number of its space group, it is left out: READ Crystal17 "
+        "with this file alone asks for it");
   STRUCTURE_LIST newx;
   int nblocks = 0;
   READ_BLOCKS(type, contents, named.NUMBERS, newx, nblocks);

@@ -170,9 +170,9 @@ TEST_F(OPTIONS, FILES_THAT_CANNOT_BE_READ_ARE_TOLD_AND_LEFT_OUT) {
   EXPECT_EQ(run.STATUS, 0);
   EXPECT_TRUE(CONTAINS(run.SAID,
                        "\nNamed two GPa.cif\nNamed none.cif\n*****File none.cif does not exist, it "
-                       "is left out\nNamed periclase.out\n*****The file does not tell its space "
-                       "group, it is left out: read it alone\n*****No file fits Q*.cif, it is left "
-                       "out\nNamed P2.cif\n"))
+                       "is left out\nNamed periclase.out\n*****The file does not tell the number "
+                       "of its space group, it is left out: READ Crystal17 with this file alone "
+                       "asks for it\n*****No file fits Q*.cif, it is left out\nNamed P2.cif\n"))
       << run.SAID;
   EXPECT_TRUE(CONTAINS(run.SAID, "following  2 crystal structures")) << run.SAID;
 }
