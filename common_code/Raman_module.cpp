@@ -39,12 +39,12 @@ void ALLOCATE_MODE_LIST(int n, MODE_LIST_TYPE& list) {
 namespace {
 
 // What a crystal system does to each component, from 0: 'f' free, '0' zero, '1' equal to the first.
-struct TENSOR_FORM {
+struct SYSTEM_FORM {
   std::string_view SYSTEM;
   std::string_view COMPONENTS;
 };
 
-constexpr std::array<TENSOR_FORM, 6> tensor_forms{{
+constexpr std::array<SYSTEM_FORM, 6> system_forms{{
     {"MONO", "fff0f0"},
     {"ORTH", "fff000"},
     {"CUBI", "f11000"},
@@ -55,7 +55,7 @@ constexpr std::array<TENSOR_FORM, 6> tensor_forms{{
 
 std::string_view FORM_OF(const std::string& sys) {
   const std::string system = U_CASE(sys).substr(0, 4);
-  for (const TENSOR_FORM& form : tensor_forms)
+  for (const SYSTEM_FORM& form : system_forms)
     if (form.SYSTEM == system) return form.COMPONENTS;
   return "ffffff";
 }

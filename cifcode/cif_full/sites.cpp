@@ -368,26 +368,26 @@ int TAKE_ATOM(LABEL_TABLE& table, std::string_view label) {
   return atom;
 }
 
-// One form in which tensors are given, and what makes U of it.
-struct TENSOR_FORM {
+// A form in which tensors are given, and what makes U of it.
+struct TENSOR_KIND {
   FIELD FIRST;  // of its six items
   std::string_view UTYPE;
   float PER_U;
 };
-constexpr std::array<TENSOR_FORM, 3> tensor_forms{{
+constexpr std::array<TENSOR_KIND, 3> tensor_kinds{{
     {ANISO_U_11, "u_ij", 1.0f},
     {ANISO_B_11, "u_ij", EIGHT_PI_SQ},
     {ANISO_BETA_11, "beta", 1.0f},
 }};
 
 // The columns of the three forms in one loop.
-using TENSOR_COLUMNS = std::array<std::array<COLUMN, 6>, tensor_forms.size()>;
+using TENSOR_COLUMNS = std::array<std::array<COLUMN, 6>, tensor_kinds.size()>;
 
 TENSOR_COLUMNS TENSOR_COLUMNS_OF(const BLOCK& block, int loop) {
   TENSOR_COLUMNS columns;
-  for (std::size_t form = 0; form < tensor_forms.size(); ++form)
+  for (std::size_t kind = 0; kind < tensor_kinds.size(); ++kind)
     for (std::size_t k = 0; k < 6; ++k)
-      columns[form][k] = COLUMN_OF(block, static_cast<FIELD>(tensor_forms[form].FIRST + k), loop);
+      columns[kind][k] = COLUMN_OF(block, static_cast<FIELD>(tensor_kinds[kind].FIRST + k), loop);
   return columns;
 }
 
@@ -412,10 +412,10 @@ TENSOR_FOUND READ_SIX(const std::array<COLUMN, 6>& columns, int row, float per_u
 // The first form that the row has.
 TENSOR_FOUND READ_TENSOR(const TENSOR_COLUMNS& columns, int row, ATOM_TYPE& tensor) {
   TENSOR_FOUND found = TENSOR_FOUND::NONE;
-  for (std::size_t form = 0; form < tensor_forms.size() && found == TENSOR_FOUND::NONE; ++form) {
-    if (columns[form][0].ROWS == 0) continue;
-    found = READ_SIX(columns[form], row, tensor_forms[form].PER_U, tensor.U, tensor.U_STD);
-    if (tensor.UTYPE != tensor_forms[form].UTYPE) tensor.UTYPE = tensor_forms[form].UTYPE;
+  for (std::size_t kind = 0; kind < tensor_kinds.size() && found == TENSOR_FOUND::NONE; ++kind) {
+    if (columns[kind][0].ROWS == 0) continue;
+    found = READ_SIX(columns[kind], row, tensor_kinds[kind].PER_U, tensor.U, tensor.U_STD);
+    if (tensor.UTYPE != tensor_kinds[kind].UTYPE) tensor.UTYPE = tensor_kinds[kind].UTYPE;
   }
   return found;
 }
@@ -460,9 +460,9 @@ void READ_LABELLED_TENSORS(const BLOCK& block, const COLUMN& labels, LABEL_TABLE
   }
 }
 
-// Loop of the first tensor of a form; -2 without one.
-int LOOP_OF(const BLOCK& block, const TENSOR_FORM& form) {
-  const PLACE place = PLACE_OF(block, form.FIRST);
+// Loop of the first tensor of that kind; -2 without one.
+int LOOP_OF(const BLOCK& block, const TENSOR_KIND& kind) {
+  const PLACE place = PLACE_OF(block, kind.FIRST);
   return place.SLOT < 0 ? -2 : place.LOOP;
 }
 
@@ -470,8 +470,8 @@ void READ_TENSORS(const BLOCK& block, int site_loop, const TAKEN_SITES& taken, T
                   STRUCTURE& structure) {
   std::vector<int> done;
   LABEL_TABLE table;
-  for (const TENSOR_FORM& form : tensor_forms) {
-    const int loop = LOOP_OF(block, form);
+  for (const TENSOR_KIND& kind : tensor_kinds) {
+    const int loop = LOOP_OF(block, kind);
     if (loop < -1 || std::find(done.begin(), done.end(), loop) != done.end()) continue;
     done.push_back(loop);
     COLUMN labels = COLUMN_OF(block, ANISO_LABEL, loop);

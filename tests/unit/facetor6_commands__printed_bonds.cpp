@@ -246,18 +246,6 @@ TALLY COMPARE_FILE(const fs::path& path) {
   return tally;
 }
 
-std::vector<fs::path> SAMPLE_FILES() {
-  std::vector<fs::path> files;
-  for (const char* folder : {"cif", "cif-series"}) {
-    const fs::path path = fs::path(PLACES::SAMPLES()) / folder;
-    if (!fs::exists(path)) continue;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path))
-      if (entry.path().extension() == ".cif") files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
 float MEDIAN(std::vector<float> values) {
   if (values.empty()) return 0.0f;
   std::sort(values.begin(), values.end());
@@ -291,7 +279,7 @@ const std::map<std::string, int> not_of_the_coordinates{
 const std::set<std::string> without_full_matrix{"1518798.cif", "4300015.cif", "p-1_a.cif"};
 
 TEST(PRINTED_BONDS, DISTANCES_AND_ESDS_OF_REAL_FILES) {
-  const std::vector<fs::path> files = SAMPLE_FILES();
+  const std::vector<fs::path> files = PLACES::SAMPLE_FILES();
   if (files.empty()) GTEST_SKIP() << "no sample files at " << PLACES::SAMPLES();
   TALLY all;
   for (const fs::path& file : files) {

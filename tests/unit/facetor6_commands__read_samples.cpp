@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>  // for getpid
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -20,18 +19,6 @@ using namespace KVA_CRYSTAL_STRUCTURES;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::vector<fs::path> SAMPLE_FILES() {
-  std::vector<fs::path> files;
-  for (const char* folder : {"cif", "cif-series"}) {
-    const fs::path path = fs::path(PLACES::SAMPLES()) / folder;
-    if (!fs::exists(path)) continue;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path))
-      if (entry.path().extension() == ".cif") files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
-  return files;
-}
 
 // The blocks of a file, and what was said about them.
 STRUCTURE_LIST BLOCKS_OF(const fs::path& path, int& count, std::string& said) {
@@ -110,7 +97,7 @@ const std::map<std::string, int> other_groups{
 }  // namespace
 
 TEST(SAMPLES, EVERY_FILE_IS_READ_OR_REFUSED_WITH_A_SENTENCE) {
-  const std::vector<fs::path> files = SAMPLE_FILES();
+  const std::vector<fs::path> files = PLACES::SAMPLE_FILES();
   if (files.empty()) GTEST_SKIP() << "no sample files at " << PLACES::SAMPLES();
   for (const fs::path& file : files) {
     int count = 0;
@@ -129,7 +116,7 @@ TEST(SAMPLES, EVERY_FILE_IS_READ_OR_REFUSED_WITH_A_SENTENCE) {
 }
 
 TEST(SAMPLES, GROUPS_ARE_THOSE_THAT_ANOTHER_PROGRAM_FINDS) {
-  const std::vector<fs::path> files = SAMPLE_FILES();
+  const std::vector<fs::path> files = PLACES::SAMPLE_FILES();
   if (files.empty()) GTEST_SKIP() << "no sample files at " << PLACES::SAMPLES();
   if (std::system("/usr/bin/python3 -c 'import gemmi' 2>/dev/null") != 0)
     GTEST_SKIP() << "python3-gemmi is not installed";

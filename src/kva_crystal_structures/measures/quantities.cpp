@@ -66,7 +66,7 @@ BLOCK_ATOM IN_WIDE_REALS(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& 
 }
 
 // The atom in use that lies where an atom of the reference block does.
-BLOCK_ATOM MATCHED_ATOM(const MEASURED_BLOCK& block, const WIDE3& x_frac, float radius) {
+BLOCK_ATOM BLOCK_ATOM_AT(const MEASURED_BLOCK& block, const WIDE3& x_frac, float radius) {
   const FOUND_ATOM found = FIND_ATOM(block.IMAGES, NARROW(x_frac), "OMIT", radius);
   if (found.ATOM == 0 || block.PHASE.ATOM_USE(found.ATOM) != ATOM_USED) return {};
   return IN_WIDE_REALS(block.PHASE, found);
@@ -249,7 +249,7 @@ MEASURED MEASURE_ATOMS(const CALL& call, const std::vector<BOUND_ATOM>& bound,
   for (const POINT_ITEM& item : call.POINTS) {
     if (item.ATOM < 0) continue;
     in_block.ATOMS.push_back(
-        MATCHED_ATOM(block, bound[static_cast<std::size_t>(item.ATOM)].X, settings.RADIUS));
+        BLOCK_ATOM_AT(block, bound[static_cast<std::size_t>(item.ATOM)].X, settings.RADIUS));
     if (in_block.ATOMS.back().ATOM == 0) return {no_value, {}, 0.0};
   }
   if (SHARE_A_PLACE(block, in_block.ATOMS)) return {no_value, {}, 0.0};
@@ -277,7 +277,7 @@ bool SHARES_ITS_SITE(const CRYSTAL_STRUCTURE_TYPE& phase, int site) {
 
 MEASURED MEASURE_SITE(const CALL& call, const BOUND_ATOM& bound, const MEASURE_SETTINGS& settings,
                       const MEASURED_BLOCK& block) {
-  const BLOCK_ATOM matched = MATCHED_ATOM(block, bound.X, settings.RADIUS);
+  const BLOCK_ATOM matched = BLOCK_ATOM_AT(block, bound.X, settings.RADIUS);
   const ATOM_TYPE& wanted = settings.REFERENCE.ATOM(bound.ATOM);
   const int i = matched.ATOM == 0
                     ? 0
