@@ -629,4 +629,131 @@ TEST(TWO_READINGS, THE_LAST_BIT_OF_A_NUMBER_IS_NO_DIFFERENCE) {
   EXPECT_EQ(DIFFERENCES(reading.FOUND, plain, true), "other positions, first Si1");
 }
 
+// ---- more of symmetry ----
+
+TEST(FULL_SYMMETRY, ORIGINS_AND_AXES_ARE_TOLD_IN_MANY_WAYS) {
+  const auto hm = [](const std::string& symbol) {
+    return GROUP("_symmetry_space_group_name_H-M \"" + symbol + "\"\n");
+  };
+  const std::string second = hm("F d -3 m :2");
+  ASSERT_EQ(second.substr(0, 8) + second.substr(second.rfind(' ')), "F d -3 m 192");
+  EXPECT_EQ(hm("F d -3 m :S"), "F d -3 m:1 192");
+  EXPECT_EQ(hm("F d -3 m :Z"), second);
+  EXPECT_EQ(hm("F d -3 m S (origin choice 2)"), second) << "the words go before the letter";
+  EXPECT_EQ(hm("F d -3 m (origin at the centre)"), hm("F d -3 m"));
+  EXPECT_EQ(hm("(origin choice 1)"),
+            "P 1 1|The space group (origin choice 1) is not known, space group set to P 1");
+  const std::string code = "_space_group_IT_number 227\n_space_group_IT_coordinate_system_code ";
+  EXPECT_EQ(GROUP(code + "1\n"), "F d -3 m:1 192");
+  EXPECT_EQ(GROUP(code + "2\n"), second);
+  EXPECT_EQ(GROUP(code + "b1\n"), GROUP("_space_group_IT_number 227\n")) << "it has no such axes";
+}
+
+TEST(FULL_SYMMETRY, AXES_OF_R_GROUPS_BY_A_CODE_A_LETTER_OR_THE_CELL) {
+  const auto cell = [](const std::string& gamma) {
+    return "_cell_length_a 6 _cell_length_b 6 _cell_length_c 6 _cell_angle_alpha 50 "
+           "_cell_angle_beta 50 _cell_angle_gamma " +
+           gamma + "\n";
+  };
+  const std::string number = "_space_group_IT_number 167\n";
+  const std::string code = "_space_group_IT_coordinate_system_code ";
+  const std::string does_not_fit =
+      "R -3 c 36|The operators of R -3 c do not fit the cell: one of the two is wrong";
+  EXPECT_EQ(GROUP(number + code + "R\n", cell("50")), "R -3 c:r 12");
+  EXPECT_EQ(GROUP(number + code + "h\n", cell("50")), does_not_fit);
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c R'\n", cell("50")), "R -3 c:r 12");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'R -3 c'\n", cell("60")), does_not_fit);
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'P 1'\n", cell("50")), "P 1 1");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M 'P 4 R'\n"),
+            "P 1 1|The space group P 4 R is not known, space group set to P 1");
+}
+
+TEST(FULL_SYMMETRY, A_NUMBER_THAT_IS_NONE_OF_A_GROUP_TELLS_NOTHING) {
+  for (const char* number : {"1.5", "231", "0", "-2", "x"})
+    EXPECT_EQ(GROUP("_space_group_IT_number " + std::string(number) + "\n"),
+              "P 1 1|No symmetry, space group set to P 1")
+        << number;
+  EXPECT_EQ(GROUP("_space_group_name_Hall '-P 2ac 2n'\n_space_group_name_H-M_alt 'Q 9'\n"),
+            "P n m a 8");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M\n;\n ?\n;\n_space_group_IT_number 2\n"),
+            "P -1 2");
+  EXPECT_EQ(GROUP("_symmetry_space_group_name_H-M\n; P -1 \n\n;\n"), "P -1 2");
+}
+
+TEST(FULL_SYMMETRY, OPERATORS_WITH_TABS_WITHOUT_TIME_AND_AMONG_UNKNOWN_ONES) {
+  EXPECT_EQ(GROUP("loop_ _symmetry_equiv_pos_as_xyz 'x,\ty,z' '-x,-y,\t-z'\n"), "P -1 2");
+  EXPECT_EQ(GROUP("loop_ _symmetry_equiv_pos_as_xyz x,y,z ? -x,-y,-z .\n"), "P -1 2");
+  EXPECT_EQ(GROUP("loop_ _space_group_symop_magn_operation.xyz x,y,z -x,-y,-z\n"), "P -1 2");
+  EXPECT_EQ(GROUP("loop_ _symmetry_equiv_pos_as_xyz x,y,z -x,-y,-z\n"
+                  "_symmetry_space_group_name_H-M 'P 2(1)'\n"),
+            "P -1 2|The symbol P 2(1) does not agree with the operators, which are read: P -1");
+}
+
+// Each block differs from the one before in one item alone.
+TEST(FULL_SYMMETRY, THE_GROUP_OF_A_BLOCK_IS_NOT_THAT_OF_THE_ONE_BEFORE) {
+  const std::string rhombohedral =
+      "_cell_length_a 6 _cell_length_b 6 _cell_length_c 6 _cell_angle_alpha 50 "
+      "_cell_angle_beta 50 _cell_angle_gamma 50\n";
+  const std::string hexagonal =
+      "_cell_length_a 6 _cell_length_b 6 _cell_length_c 15 _cell_angle_alpha 90 "
+      "_cell_angle_beta 90 _cell_angle_gamma 120\n";
+  const std::string code = "_space_group_IT_number 227 _space_group_IT_coordinate_system_code ";
+  const std::string r = "_symmetry_space_group_name_H-M 'R -3'\n";
+  const std::vector<std::pair<std::string, std::string>> blocks{
+      {cubic_cell + "_space_group_name_Hall '-P 1'\n", "P -1"},
+      {cubic_cell + "_space_group_name_Hall 'P 1'\n", "P 1"},
+      {cubic_cell + "_space_group_IT_number 2\n", "P -1"},
+      {cubic_cell + "_space_group_IT_number 1\n", "P 1"},
+      {cubic_cell + code + "1\n", "F d -3 m:1"},
+      {cubic_cell + code + "2\n", "F d -3 m"},
+      {rhombohedral + r, "R -3:r"},
+      {hexagonal + r, "R -3"}};
+  std::string bytes;
+  for (std::size_t b = 0; b < blocks.size(); ++b)
+    bytes += "data_" + std::to_string(b) + "\n" + blocks[b].first + one_site;
+  STRUCTURE_READER reader = STRUCTURES_OF(bytes);
+  STRUCTURE found;
+  for (const auto& [text, symbol] : blocks) {
+    ASSERT_TRUE(NEXT_STRUCTURE(reader, found));
+    const std::string read = found.SPG->GROUP.SPG_SYMB;
+    EXPECT_EQ(symbol == "F d -3 m" ? read.substr(0, 8) : read, symbol) << text;
+  }
+}
+
+// ---- numbers and charges ----
+
+TEST(FULL_NUMBERS, FRACTIONS_OF_WHOLE_NUMBERS_AND_ESDS_THAT_ARE_NONE) {
+  VALUE_STD number;
+  EXPECT_EQ(READ_NUMBER("-2/3", number), NUMBER_FOUND::YES);
+  EXPECT_FLOAT_EQ(number.VALUE, -2.0f / 3.0f);
+  for (const char* none : {"a/3", "1/b", "1.5/3", "1/2.5", "1/0", "1/-2", "/", "x", "x(1)", "(1)"})
+    EXPECT_EQ(READ_NUMBER(none, number), NUMBER_FOUND::NONE) << none;
+  for (const char* without : {"0.25()", "0.25(?)", "0.25(.)"}) {
+    EXPECT_EQ(READ_NUMBER(without, number), NUMBER_FOUND::YES) << without;
+    EXPECT_EQ(number.VALUE, 0.25f) << without;
+    EXPECT_EQ(number.STD, 0.0f) << without;
+  }
+  EXPECT_EQ(READ_NUMBER("0.25(x)", number), NUMBER_FOUND::WITH_BROKEN_ESD);
+  EXPECT_EQ(number.VALUE, 0.25f);
+}
+
+TEST(FULL_NUMBERS, A_CHARGE_HAS_ONE_SIGN_AND_AT_MOST_NINE_UNITS) {
+  const auto symbol = [](const std::string& type, const std::string& types) {
+    const READING reading(WITH_SITES(
+        types +
+        "loop_ _atom_site_label _atom_site_type_symbol _atom_site_fract_x _atom_site_fract_y "
+        "_atom_site_fract_z\nFe1 " +
+        type + " 0.1 0.2 0.3\n"));
+    return reading.FOUND.STATUS == BLOCK_STATUS::READ ? reading.FOUND.ATOMS(1).SFACSYMB : "";
+  };
+  EXPECT_EQ(symbol("Fe3+", ""), "Fe+3");
+  EXPECT_EQ(symbol("Fe+2", ""), "Fe+2");
+  for (const char* none : {"Fe", "Fe3", "Fe+-3", "Fe-+3", "Fe+x", "Fe0+", "Fe10+"})
+    EXPECT_EQ(symbol(none, ""), "Fe") << none;
+  const std::string head = "loop_ _atom_type_symbol _atom_type_oxidation_number\n";
+  EXPECT_EQ(symbol("Fe", head + "Fe 3\n"), "Fe+3");
+  EXPECT_EQ(symbol("Fe", head + "Fe three\n"), "Fe");
+  EXPECT_EQ(symbol("Fe", head + "O -2\n"), "Fe");
+}
+
 }  // namespace

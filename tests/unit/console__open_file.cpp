@@ -446,4 +446,90 @@ TEST_F(OPENING, MACRO_RECORD_IS_SET_UP) {
   EXPECT_EQ(CONSOLE.MACRO_FILE.UNIT, 91);
 }
 
+// ---- several files ----
+
+class OPENING_SEVERAL : public OPENING {
+ protected:
+  void SetUp() override {
+    OPENING::SetUp();
+    for (const char* name : {"a10.dat", "a2.dat", ".hidden.dat", "b c.dat", "[x].dat"})
+      PUT_FILE(name, "line");
+    fs::create_directory("a3.dat");
+  }
+
+  // Names that are opened, with a blank between; input is what can be typed behind the line.
+  std::string NAMES(const std::string& line, const std::string& input = "") {
+    PEND(line);
+    std::string names;
+    said = SAID(input, [&] {
+      for (const NAMED_FILE& found : OPEN_FILES(file, "OLD READ"))
+        names += (names.empty() ? "" : " ") + found.NAME;
+    });
+    NEW_RECORD();
+    return names;
+  }
+};
+
+TEST_F(OPENING_SEVERAL, PATTERNS_FIND_FILES_IN_NATURAL_ORDER_AND_NO_FOLDERS) {
+  EXPECT_EQ(NAMES("a*"), "a2.dat a10.dat");
+  EXPECT_EQ(NAMES("*.dat"), "[x].dat a2.dat a10.dat b c.dat");
+  EXPECT_EQ(NAMES(".h*"), ".hidden.dat");
+  EXPECT_EQ(NAMES("./a?.dat a10"), "./a2.dat a10.dat");
+  EXPECT_EQ(NAMES("z*", "\n"), "");
+  EXPECT_NE(said.find("*****No file fits z*: DIR shows the names\n"), std::string::npos) << said;
+  EXPECT_EQ(NAMES("a2.dat z*", "\n"), "") << "all or none";
+}
+
+TEST_F(OPENING_SEVERAL, A_FILE_OF_THAT_NAME_IS_MEANT_BEFORE_A_PATTERN) {
+  EXPECT_EQ(NAMES("[x].dat"), "[x].dat");
+  EXPECT_EQ(NAMES("[x]"), "[x].dat");
+  EXPECT_EQ(FILES_NAMED("[x].dat", "dat").front().NAME, "[x].dat");
+  EXPECT_EQ(NAMES("b c.dat"), "b c.dat");
+  EXPECT_EQ(NAMES("b c"), "b c.dat");
+}
+
+TEST_F(OPENING_SEVERAL, QUOTES_KEEP_ONE_NAME_TOGETHER_AND_ITS_STARS) {
+  EXPECT_EQ(NAMES("\"b c.dat\""), "b c.dat");
+  EXPECT_EQ(NAMES("\"a*\""), "a2.dat a10.dat");
+  EXPECT_EQ(NAMES("'a*'"), "a2.dat a10.dat");
+  EXPECT_EQ(NAMES("\"b c.dat\" a2.dat"), "b c.dat a2.dat");
+  EXPECT_EQ(NAMES("\"d e.dat\"", "\n"), "");
+  EXPECT_NE(said.find("*****File d e.dat does not exist, but is required to pre-exist\n"),
+            std::string::npos)
+      << said;
+}
+
+TEST_F(OPENING_SEVERAL, AN_OPEN_FILE_STAYS_OPEN_UNLESS_IT_MAY_BE_CLOSED) {
+  ASSERT_TRUE(OPENED("a2.dat", "OLD READ"));
+  std::vector<NAMED_FILE> files;
+  SAID("N\n", [&] { files = OPEN_FILES(file, "OLD READ"); });
+  EXPECT_TRUE(files.empty());
+  EXPECT_TRUE(file.OPEN);
+  EXPECT_EQ(file.NAME, "a2.dat");
+}
+
+TEST_F(OPENING_SEVERAL, WORDS_BEHIND_A_MACRO_THAT_IS_NOT_THERE_ARE_NO_ARGUMENTS) {
+  EXPECT_FALSE(OPENED("none 1 2", "OLD READ MACRO", "\n"));
+  EXPECT_NE(said.find("*****File none 1 2.dat does not exist"), std::string::npos) << said;
+  EXPECT_TRUE(CONSOLE.MACRO_ARGUMENTS.empty());
+  fs::create_directory("v1.2");
+  EXPECT_FALSE(OPENED("v1.2/none", "OLD", "\n"));
+  EXPECT_NE(said.find("*****File v1.2/none does not exist"), std::string::npos) << said;
+}
+
+TEST_F(OPENING_SEVERAL, A_NEW_FILE_NEEDS_A_NAME_THAT_FITS) {
+  std::string name;
+  const auto ask = [&](const std::string& line) {
+    PEND(line);
+    return SAID("c.dat\n", [&] { name = NAME_OF_NEW_FILE(file); });
+  };
+  EXPECT_NE(ask("\"\"").find("*****Failed to read file name, try again\n"), std::string::npos);
+  EXPECT_EQ(name, "c.dat");
+  const std::string told = ask(std::string(252, 'n'));  // 256 characters with ".dat"
+  EXPECT_NE(told.find("*****The name of the file is too long: choose another name\n"),
+            std::string::npos)
+      << told;
+  EXPECT_EQ(name, "c.dat");
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <thread>
@@ -182,6 +183,52 @@ TEST_F(PROGRAMS, ARE_NOT_TAKEN_FROM_THE_CURRENT_FOLDER) {
     EXPECT_EQ(FIND_PROGRAM("drawer"), "") << folders;
   }
   ::setenv("PATH", path.c_str(), 1);
+}
+
+// ---- what the system refuses ----
+
+// As many descriptors as are open and a few more: two pipes and a half at most.
+TEST_F(PROGRAMS, ARE_NOT_STARTED_WITHOUT_PIPES) {
+  const std::string path = SCRIPT(folder / "tell", "echo done");
+  rlimit usual{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+  const int lowest_free = ::dup(0);
+  ASSERT_GE(lowest_free, 0);
+  ::close(lowest_free);
+  for (int more = 0; more < 6; ++more) {
+    rlimit few = usual;
+    few.rlim_cur = static_cast<rlim_t>(lowest_free + more);
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    const PROGRAM_ANSWER answer = RUN_PROGRAM(CALL(path));
+    ::setrlimit(RLIMIT_NOFILE, &usual);
+    EXPECT_EQ(answer.END, PROGRAM_END::NOT_STARTED) << more;
+  }
+  EXPECT_EQ(RUN_PROGRAM(CALL(path)).OUTPUT, "done\n");
+}
+
+// It reads nothing for a while, so that the pipe is full, and then closes it.
+TEST_F(PROGRAMS, MAY_CLOSE_THEIR_INPUT_BEFORE_ITS_END) {
+  const PROGRAM_ANSWER answer = RUN_PROGRAM(CALL(
+      SCRIPT(folder / "deaf", "exec <&-\nsleep 0.3\necho done"), {}, std::string(3'000'000, 'x')));
+  EXPECT_EQ(answer.END, PROGRAM_END::BY_ITSELF);
+  EXPECT_EQ(answer.OUTPUT, "done\n");
+}
+
+// The interrupt comes when the output is closed already.
+TEST_F(PROGRAMS, END_AT_THE_INTERRUPT_KEY_WHEN_THEY_SAY_NOTHING_MORE) {
+  LISTEN_FOR_INTERRUPT();
+  std::thread key([] {
+    std::this_thread::sleep_for(500ms);
+    ::kill(::getpid(), SIGINT);
+  });
+  const auto begun = std::chrono::steady_clock::now();
+  const PROGRAM_ANSWER answer =
+      RUN_PROGRAM(CALL(SCRIPT(folder / "stay", "exec >&- 2>&-\nexec sleep 60")));
+  key.join();
+  EXPECT_EQ(answer.END, PROGRAM_END::INTERRUPTED);
+  EXPECT_LT(std::chrono::steady_clock::now() - begun, 20s);
+  STOP_LISTENING();
+  FORGET_INTERRUPT();
 }
 
 }  // namespace

@@ -83,4 +83,51 @@ TEST(FILE_PATTERNS, BLANKS_DIVIDE_NAMES_AND_QUOTES_KEEP_THEM) {
   EXPECT_FALSE(IS_PATTERN("x{1}.cif"));
 }
 
+// Behind any letter or digit "-" divides; behind other characters it is a sign.
+TEST(FILE_PATTERNS, WHAT_STANDS_BEFORE_A_DASH_TELLS_WHETHER_IT_IS_A_SIGN) {
+  PATTERN_NUMBERS numbers;
+  for (const std::string before : {"a", "z", "A", "Z", "0", "9"}) {
+    ASSERT_TRUE(FITS_PATTERN("*{P}.cif", "x" + before + "-3.cif", numbers)) << before;
+    EXPECT_FLOAT_EQ(*numbers.P, 3.0f) << before;
+  }
+  for (const std::string before : {"_", "~", "(", "@", "{", " "}) {
+    ASSERT_TRUE(FITS_PATTERN("*{P}.cif", "x" + before + "-3.cif", numbers)) << before;
+    EXPECT_FLOAT_EQ(*numbers.P, -3.0f) << before;
+  }
+}
+
+TEST(FILE_PATTERNS, A_NUMBER_LEAVES_WHAT_THE_PATTERN_WANTS_BEHIND_IT) {
+  PATTERN_NUMBERS numbers;
+  ASSERT_TRUE(FITS_PATTERN("{P}.5", "1.5", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, 1.0f);  // not 1.5, and not "1."
+  ASSERT_TRUE(FITS_PATTERN("a{T}2", "a122", numbers));
+  EXPECT_FLOAT_EQ(*numbers.T, 12.0f);
+  ASSERT_TRUE(FITS_PATTERN("a{P}", "a12", numbers));
+  EXPECT_FLOAT_EQ(*numbers.P, 12.0f);
+  EXPECT_FALSE(FITS("a{P}", "a"));
+  EXPECT_FALSE(FITS("a{P}", "a-"));
+}
+
+TEST(FILE_PATTERNS, CLASSES_OF_LETTERS_RANGES_AND_THEIR_OPPOSITES) {
+  for (const char* letter : {"a", "b", "d", "f"})
+    EXPECT_TRUE(FITS("x[abd-f]y", "x" + std::string(letter) + "y")) << letter;
+  for (const char* other : {"c", "g", "-", "A", ""})
+    EXPECT_FALSE(FITS("x[abd-f]y", "x" + std::string(other) + "y")) << other;
+  EXPECT_FALSE(FITS("x[abd-f]y", "xbz"));
+  EXPECT_TRUE(FITS("x[^b]", "xc"));
+  EXPECT_FALSE(FITS("x[^b]", "xb"));
+  EXPECT_FALSE(FITS("x[^b]", "x"));
+  EXPECT_TRUE(FITS("[a-]", "-")) << "no range without an end";
+  EXPECT_TRUE(FITS("[]]", "]")) << "the first one does not close";
+  EXPECT_FALSE(FITS("a[1", "ab1")) << "without an end it is a letter";
+  EXPECT_FALSE(FITS("a[1", "a[2"));
+}
+
+TEST(FILE_PATTERNS, A_SHORTER_NAME_COMES_FIRST) {
+  EXPECT_TRUE(NATURAL_LESS("a", "ab"));
+  EXPECT_FALSE(NATURAL_LESS("ab", "a"));
+  EXPECT_TRUE(NATURAL_LESS("a2", "a2b"));
+  EXPECT_FALSE(NATURAL_LESS("a2b", "a02"));
+}
+
 }  // namespace

@@ -430,6 +430,19 @@ SYM_OP READ(std::string_view text, bool proper = false) {
   return op;
 }
 
+// One thing in each is no part of a Hall symbol: a screw beyond 5, another letter, an axis that its
+// rotation does not have, a sign alone, factors that are no numbers or no twelfths.
+TEST(HALL_SYMBOLS, ARE_NONE_WITH_A_WORD_THAT_IS_NO_ROTATION) {
+  for (const char* hall :
+       {"P", "P 5", "P 29", "P 2#", "P 2q", "P -", "P 4*", "P 4'", "P 3\"", "P 2 2*", "Q 2",
+        "P 2y (x/a,y,z)", "P 2y (x/,y,z)", "P 2y (1/,y,z)", "P 2y (99999999999x,y,z)",
+        "P 2y (x/99999999999,y,z)", "P 2y (1/24x,y,z)", "P 2y (x,y,z+1/48)"}) {
+    SPACE_GROUP group;
+    SET_SPACEGROUP(hall, group, {}, "HAL");
+    EXPECT_TRUE(ERR_SYMM) << hall;
+  }
+}
+
 }  // namespace
 
 TEST(OPERATOR_TEXTS, TERMS_IN_ANY_ORDER_AND_NUMBERS_IN_ANY_FORM) {
