@@ -164,7 +164,7 @@ REPORT PAIR_REPORT(int i, const std::vector<LIGAND_PAIR>& pairs, const PAIR_TABL
   for (const LIGAND_PAIR& pair : pairs) ADD_PAIR_COLUMN(report, pair, table);
   ADD_END_COLUMN(report, table);
   for (int place : places) {
-    REPORT_ROW row = START_CENTRE_ROW(place, i);
+    REPORT_ROW row = START_CENTRE_ROW(place, i, report.COLUMNS.size());
     if (row.SENTENCE.empty()) ADD_PAIR_CELLS(i, pairs, table, row);
     report.ROWS.push_back(std::move(row));
   }

@@ -251,7 +251,7 @@ REPORT BOND_REPORT(int i, BOND_FORM form, bool with_esds, const std::vector<int>
   ADD_LIGAND_COLUMNS(report, NAME_END(form), "A", lengths);
   ADD_END_COLUMNS(report, form);
   for (int place : places) {
-    REPORT_ROW row = START_CENTRE_ROW(place, i);
+    REPORT_ROW row = START_CENTRE_ROW(place, i, report.COLUMNS.size());
     if (row.SENTENCE.empty()) ADD_BOND_CELLS(i, form, row);
     report.ROWS.push_back(std::move(row));
   }

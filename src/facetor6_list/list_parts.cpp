@@ -77,9 +77,10 @@ std::string TABLE_TITLE(std::string_view words, int i) {
          REFERENCE().BLOCK_TITLE + ")";
 }
 
-REPORT_ROW START_CENTRE_ROW(int place, int i) {
+REPORT_ROW START_CENTRE_ROW(int place, int i, std::size_t cells) {
   REPORT_ROW row;
   row.HEAD = HEAD_OF_PLACE(place);
+  row.CELLS.reserve(cells);
   if (PHASE(row.HEAD.BLOCK).NBONDS(i) < 0)
     row.SENTENCE = "  No equivalent central atom in this structure";
   return row;

@@ -31,9 +31,9 @@ int END_COLUMN(int q, bool esd);
 // Title of a table: words, the atom's label, the reference block's name.
 std::string TABLE_TITLE(std::string_view words, int i);
 
-// Start of the row of a place around reference centre i; with a sentence when the block has no
-// match for the centre.
-REPORT_ROW START_CENTRE_ROW(int place, int i);
+// Start of the row of a place around reference centre i, with room for so many cells; with a
+// sentence when the block has no match for the centre.
+REPORT_ROW START_CENTRE_ROW(int place, int i, std::size_t cells);
 
 // Label and symmetry code of ligand m of reference centre i.
 std::string LIGAND_LABEL(int i, int m);

@@ -117,7 +117,7 @@ REPORT ORBIX_REPORT(int i, const std::vector<int>& places) {
                         ", parameters as defined in Acta Cryst. B52 (1996) 78-81";
   ADD_ORBIX_COLUMNS(report);
   for (int place : places) {
-    REPORT_ROW row = START_CENTRE_ROW(place, i);
+    REPORT_ROW row = START_CENTRE_ROW(place, i, report.COLUMNS.size());
     if (row.SENTENCE.empty()) ADD_ORBIX_CELLS(i, row);
     report.ROWS.push_back(std::move(row));
   }

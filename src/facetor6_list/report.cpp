@@ -99,10 +99,10 @@ FIELD CELL_FIELD(int number, const REPORT_COLUMN& column, const REPORT_CELL& cel
           column.WIDTH, !from_left, column.TOUCHES};
 }
 
-FIELD_LINE START_FIELDS(const ROW_HEAD& head, bool esd) {
+FIELD_LINE START_FIELDS(const ROW_HEAD& head, bool esd, std::size_t more) {
   constexpr int title_length = 14;
   FIELD_LINE line;
-  line.reserve(START_COLUMNS);
+  line.reserve(START_COLUMNS + more);
   line.push_back({START_NUMBER, 1, INTEGER_COLUMNS(head.BLOCK) + ":", 4, true});
   line.push_back(
       {START_TITLE, 5, " " + TEXT_COLUMNS(head.TITLE, title_length) + ":", title_length + 2});
@@ -177,8 +177,7 @@ FIELD_LINE CODE_LINE(const REPORT& report, std::size_t ligand) {
 }
 
 FIELD_LINE ROW_LINE(const REPORT& report, const REPORT_ROW& row) {
-  FIELD_LINE line = START_FIELDS(row.HEAD, report.WITH_ESDS);
-  line.reserve(line.size() + row.CELLS.size() + 1);
+  FIELD_LINE line = START_FIELDS(row.HEAD, report.WITH_ESDS, row.CELLS.size() + 1);
   int end = use_column;
   for (std::size_t k = 0; k < row.CELLS.size(); ++k) {
     const REPORT_COLUMN& column = report.COLUMNS[k];
@@ -201,6 +200,7 @@ void WRITE_REPORT(REPORT& report) {
   for (const std::string& line : report.TITLE) WRITE_OUT(AS_IT_IS(line));
   if (!report.IS_TABLE) return;
   std::vector<FIELD_LINE> table{HEAD_LINE(report)};
+  table.reserve(report.ROWS.size() + MOST_CODES(report) + 2);
   if (report.SHOW_CODES) {
     table.emplace_back();
     for (std::size_t ligand = 0; ligand < MOST_CODES(report); ++ligand)

@@ -109,9 +109,10 @@ REPORT_COLUMN& ADD_COLUMN(REPORT& report, std::string_view name, int width, int 
 // The first columns of every table.
 enum START_COLUMN { START_NUMBER, START_TITLE, START_T, START_P, START_USE, START_COLUMNS };
 
-// Words over them, and they themselves in a row, with esds of T and P or without.
+// Words over them, and they themselves in a row, with esds of T and P or without; there is room for
+// more fields behind them.
 KVA_UTILITIES::FIELD_LINE HEAD_FIELDS();
-KVA_UTILITIES::FIELD_LINE START_FIELDS(const ROW_HEAD& head, bool esd);
+KVA_UTILITIES::FIELD_LINE START_FIELDS(const ROW_HEAD& head, bool esd, std::size_t more = 0);
 
 // The cell as the field of a column that has a number in the table.
 KVA_UTILITIES::FIELD CELL_FIELD(int number, const REPORT_COLUMN& column, const REPORT_CELL& cell,

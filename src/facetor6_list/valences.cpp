@@ -52,7 +52,7 @@ REPORT VALENCE_REPORT(int i, bool with_esds, const std::vector<int>& places) {
   ADD_LIGAND_COLUMNS(report, "_s", "v.u.", true);
   ADD_SUM_COLUMN(report);
   for (int place : places) {
-    REPORT_ROW row = START_CENTRE_ROW(place, i);
+    REPORT_ROW row = START_CENTRE_ROW(place, i, report.COLUMNS.size());
     if (row.SENTENCE.empty()) ADD_VALENCE_CELLS(i, row);
     report.ROWS.push_back(std::move(row));
   }
