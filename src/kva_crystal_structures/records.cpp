@@ -35,22 +35,11 @@ void SET_WARN_KVASTRUCTURES(const std::string& text) {
 
 // ---- tables ----
 
-const ROW<float, BOND_COLUMNS>& BOND_TABLE::ROW_OF(int i, int j) const {
-  static constexpr ROW<float, BOND_COLUMNS> zeros{};
-  const auto& rows = CENTRES(i);
-  const auto row = static_cast<std::size_t>(j - 1);
-  return row < rows.size() ? rows[row] : zeros;
-}
-
 ROW<float, BOND_COLUMNS>& BOND_TABLE::ROW_OF(int i, int j) {
   auto& rows = CENTRES(i);
   const std::size_t row = KVA_UTILITIES::POSITION(j, MAX_BONDS);
   if (row >= rows.size()) rows.resize(row + 1);
   return rows[row];
-}
-
-float BOND_TABLE::operator()(int i, int j, int column) const {
-  return ROW_OF(i, j)(column);
 }
 
 float& BOND_TABLE::operator()(int i, int j, int column) {
@@ -71,10 +60,6 @@ int BOND_TABLE::ROWS_OF(int i) const {
 
 void BOND_TABLE::CLEAR_ROW(int i, int j) {
   ROW_OF(i, j).FILL(0.0f);
-}
-
-bool BOND_TABLE::HAS_BOND(int i, int j) const {
-  return (*this)(i, j, BOND_CENTRE) > 0.0f;
 }
 
 int BOND_TABLE::CENTRE(int i, int j) const {

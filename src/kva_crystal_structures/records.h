@@ -97,18 +97,25 @@ enum PT_COLUMN { PT_VALUE = 1, PT_ESD = 2 };
 // Bonds by centre, bond and column. A row is stored once it has been written to; a row that was
 // never written reads as 0 through a const record.
 struct BOND_TABLE {
+  static constexpr ROW<float, BOND_COLUMNS> NO_BOND{};  // what is read where no row is
   LIST<std::vector<ROW<float, BOND_COLUMNS>>> CENTRES;
 
-  const ROW<float, BOND_COLUMNS>& ROW_OF(int i, int j) const;  // zeros where there is none
-  ROW<float, BOND_COLUMNS>& ROW_OF(int i, int j);              // is made if need be
-  float operator()(int i, int j, int column) const;
+  ROW<float, BOND_COLUMNS>& ROW_OF(int i, int j);  // is made if need be
+  const ROW<float, BOND_COLUMNS>& ROW_OF(int i, int j) const {
+    const auto& rows = CENTRES(i);
+    const auto row = static_cast<std::size_t>(j - 1);
+    return row < rows.size() ? rows[row] : NO_BOND;
+  }
+  float operator()(int i, int j, int column) const { return ROW_OF(i, j)(column); }
   float& operator()(int i, int j, int column);
-  void ASSIGN(int n);                 // n centres without rows
-  void MAKE_ROOM(int i, int n);       // for n rows of centre i, which are to be written
-  int ROWS_OF(int i) const;           // rows of centre i, those without a bond included
-  void CLEAR_ROW(int i, int j);       // zeros in row j of centre i, which is made if need be
-  bool HAS_BOND(int i, int j) const;  // whether row j of centre i holds a bond
-  int CENTRE(int i, int j) const;     // atom numbers in this block; 0 when there is no bond
+  void ASSIGN(int n);                  // n centres without rows
+  void MAKE_ROOM(int i, int n);        // for n rows of centre i, which are to be written
+  int ROWS_OF(int i) const;            // rows of centre i, those without a bond included
+  void CLEAR_ROW(int i, int j);        // zeros in row j of centre i, which is made if need be
+  bool HAS_BOND(int i, int j) const {  // whether row j of centre i holds a bond
+    return (*this)(i, j, BOND_CENTRE) > 0.0f;
+  }
+  int CENTRE(int i, int j) const;  // atom numbers in this block; 0 when there is no bond
   int LIGAND(int i, int j) const;
   int OPERATOR(int i, int j) const;    // that produced the ligand
   VECTOR3 VECTOR(int i, int j) const;  // columns 4 to 6
