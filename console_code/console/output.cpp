@@ -1,7 +1,7 @@
 // The output channel: lines to the console, the log or a unit, and the framed header. Asks nothing.
 #include "console_code/console/output.h"
 
-#include <algorithm>  // for max, none_of, replace
+#include <algorithm>  // for max, replace
 #include <optional>
 
 #include "console_code/console/settings.h"
@@ -60,14 +60,20 @@ std::size_t CONTROL_LENGTH(std::string_view text) {
   return embedding || isolate ? 3 : 0;
 }
 
-// The bytes that control characters and marks begin with, and the bar.
-bool MAY_BE_SHOWN_OTHERWISE(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte < 0x20U || byte == 0x7FU || byte == 0xC2U || byte == 0xE2U;
+// Whether it has bytes that control characters and marks begin with, or the bar. All bytes are
+// looked at, many at a time.
+bool MAY_BE_SHOWN_OTHERWISE(std::string_view line) {
+  unsigned seen = 0;
+  for (const char c : line) {
+    const auto byte = static_cast<unsigned char>(c);
+    seen |= static_cast<unsigned>(byte < 0x20U) | static_cast<unsigned>(byte == 0x7FU) |
+            static_cast<unsigned>(byte == 0xC2U) | static_cast<unsigned>(byte == 0xE2U);
+  }
+  return seen != 0;
 }
 
 std::string AS_SHOWN(std::string_view line) {
-  if (std::none_of(line.begin(), line.end(), MAY_BE_SHOWN_OTHERWISE)) return std::string(line);
+  if (!MAY_BE_SHOWN_OTHERWISE(line)) return std::string(line);
   std::string shown;
   while (!line.empty()) {
     const std::size_t length = CONTROL_LENGTH(line);
@@ -139,7 +145,12 @@ std::string AS_IT_IS(std::string_view text) {
 }
 
 void WRITE_OUT_CONSOLE(std::string_view line) {
-  WRITE_CONSOLE(TRIM(line) + "\n");
+  const std::string_view kept = TRIM_VIEW(line);
+  std::string text;
+  text.reserve(kept.size() + 1);
+  text += kept;
+  text += '\n';
+  WRITE_CONSOLE(text);
 }
 
 void WRITE_LOG(std::string_view line) {

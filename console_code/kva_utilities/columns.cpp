@@ -66,9 +66,10 @@ std::string SHORT_FIXED(float value, int d) {
 
 // Fixed point without padding.
 std::string FIXED(float value, int d) {
-  if (std::string text = SHORT_FIXED(value, d); !text.empty()) return text;
-  const std::string word = WORD_FOR(value);
-  return word.empty() ? DIGITS(value, d, std::chars_format::fixed) : word;
+  std::string text = SHORT_FIXED(value, d);
+  if (text.empty()) text = WORD_FOR(value);
+  if (text.empty()) text = DIGITS(value, d, std::chars_format::fixed);
+  return text;
 }
 
 // Exponent form without padding: 3.50E+07.
@@ -99,12 +100,18 @@ std::size_t BYTE_OFFSET(std::string_view text, std::size_t n) {
 bool IS_ASCII(std::string_view text) {
   constexpr std::uint64_t high_bits = 0x8080808080808080U;
   std::uint64_t seen = 0;
-  for (; text.size() >= sizeof seen; text.remove_prefix(sizeof seen)) {
+  const auto see_eight = [&seen](const char* from) {
     std::uint64_t word = 0;
-    std::memcpy(&word, text.data(), sizeof word);
+    std::memcpy(&word, from, sizeof word);
     seen |= word;
+  };
+  if (text.size() >= sizeof seen) {
+    const char* const last = text.data() + text.size() - sizeof seen;
+    for (const char* from = text.data(); from < last; from += sizeof seen) see_eight(from);
+    see_eight(last);
+  } else {
+    for (const char c : text) seen |= static_cast<unsigned char>(c);
   }
-  for (const char c : text) seen |= static_cast<unsigned char>(c);
   return (seen & high_bits) == 0;
 }
 
@@ -131,8 +138,9 @@ std::string REAL_COLUMNS(float value, int w, int d) {
 
 std::string REAL_AT_LEAST(float value, int w, int d) {
   std::string text = FIXED(value, d);
-  const int width = std::max(w, static_cast<int>(text.size()));
-  return FILL_LEFT(std::move(text), width);
+  const auto width = static_cast<std::size_t>(std::max(w, 0));
+  if (text.size() < width) text.insert(0, width - text.size(), ' ');
+  return text;
 }
 
 std::string EXPONENT_COLUMNS(float value, int w, int d) {
@@ -264,7 +272,11 @@ std::string VALUE_WITH_ESD(float value, float std) {
     printed = 2;
     --decimals;
   }
-  return FIXED(value, decimals) + "(" + INTEGER_COLUMNS(printed) + ")";
+  std::string text = FIXED(value, decimals);
+  text += '(';
+  text += INTEGER_COLUMNS(printed);
+  text += ')';
+  return text;
 }
 
 std::string VALUE_TEXT(float value, float std) {
@@ -283,8 +295,9 @@ std::string SETNUM_STD(float value, float std) {
     ERR_TEXT_MESS = "A negative standard deviation was passed on SetNum_Std procedure!";
     return "";
   }
-  const std::string text = VALUE_TEXT(value, std);
-  return text.starts_with('-') ? text : " " + text;
+  std::string text = VALUE_TEXT(value, std);
+  if (!text.starts_with('-')) text.insert(text.begin(), ' ');
+  return text;
 }
 
 // ---- tables ----

@@ -126,6 +126,8 @@ void SET_COLUMNS(std::vector<FIELD_LINE>& table) {
 
 std::string LINE_TEXT(const FIELD_LINE& line) {
   std::string text;
+  if (!line.empty())
+    text.reserve(static_cast<std::size_t>(std::max(line.back().AT, 0)) + line.back().TEXT.size());
   int length = 0;  // of the text, in characters
   for (const FIELD& field : line) {
     if (field.AT > length) {  // as fields do, but for sentences that begin within another
