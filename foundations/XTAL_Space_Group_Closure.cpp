@@ -1,9 +1,11 @@
 // From generators to the sorted group: closing, centring, inversion, the order of the operators.
 #include <algorithm>  // for all_of, any_of, find
 #include <cmath>      // for round, abs
+#include <cstdint>    // for uint64_t
 #include <numeric>    // for gcd
 #include <set>
 #include <span>
+#include <unordered_set>
 
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
@@ -17,10 +19,21 @@ using namespace KVA_UTILITIES;
 
 namespace {
 
+// Elements and translations as digits of one number.
+struct HASH_OF_OP {
+  std::size_t operator()(const EXACT_OP& op) const {
+    std::uint64_t digits = 0;
+    for (const auto& row : op.ROT)
+      for (const int element : row) digits = 3U * digits + static_cast<unsigned>(element + 1);
+    for (const int units : op.TR) digits = 31U * digits + static_cast<unsigned>(units);
+    return static_cast<std::size_t>(digits);
+  }
+};
+
 // The operators found so far, in order, with a quick way to ask for one.
 struct GROUP_TABLE {
   std::vector<EXACT_OP> ORDER;
-  std::set<EXACT_OP> KNOWN;
+  std::unordered_set<EXACT_OP, HASH_OF_OP> KNOWN;
   std::vector<std::size_t> MULTIPLIED;  // for each row how many of its products are known
 
   // False when it is known.
