@@ -276,8 +276,10 @@ namespace {
 // list holds the centred copies of all operators, so that whole cells are enough. 0 where an
 // operator brings the position near to where it is, but not as near as rounding does.
 int COUNT_FIXING(const XTAL::SPACE_GROUP& group, const VECTOR3& x_frac) {
-  constexpr float near = 0.01f;  // far more than what counts as one position
-  constexpr float here = 2e-5f;  // far less
+  // More and less than what counts as one position, and that by more than any axes can make of it:
+  // with elements up to 9 an operator stretches a difference 27 times.
+  constexpr float near = 0.02f;
+  constexpr float here = 1.2e-5f;
   int count = 1;
   for (int op = 2; op <= group.MULTIP; ++op) {
     const VECTOR3 apart = XTAL::SUBTRACT(XTAL::APPLY_OP(group.SYMOP(op), x_frac), x_frac);
