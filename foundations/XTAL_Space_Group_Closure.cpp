@@ -118,7 +118,7 @@ SORTED_GROUP SORT_GROUP(const std::vector<EXACT_OP>& operators) {
 constexpr std::array<std::array<int, 3>, 6> centrings{
     {{0, 12, 12}, {12, 0, 12}, {12, 12, 0}, {12, 12, 12}, {16, 8, 8}, {8, 16, 16}}};
 
-constexpr std::span<const std::array<int, 3>> CENTRINGS_FROM(std::size_t first, std::size_t count) {
+consteval std::span<const std::array<int, 3>> CENTRINGS_FROM(std::size_t first, std::size_t count) {
   return std::span(centrings).subspan(first, count);
 }
 

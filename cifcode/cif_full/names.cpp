@@ -7,7 +7,7 @@ namespace KVA_CIFFULL {
 
 namespace {
 
-constexpr bool ROWS_STAND_BY_FIELD() {
+consteval bool ROWS_STAND_BY_FIELD() {
   for (std::size_t i = 1; i < NAMES.size(); ++i)
     if (NAMES[i].FILLS < NAMES[i - 1].FILLS) return false;
   return true;
@@ -40,7 +40,7 @@ constexpr bool SAME_NAME(std::string_view name, std::string_view row) {
 constexpr std::size_t slots = 256;
 using SLOTS = std::array<short, slots>;  // numbers of rows, NO_NAME when empty
 
-constexpr SLOTS FILLED_SLOTS() {
+consteval SLOTS FILLED_SLOTS() {
   SLOTS table{};
   table.fill(NO_NAME);
   for (std::size_t row = 0; row < NAMES.size(); ++row) {
@@ -53,7 +53,7 @@ constexpr SLOTS FILLED_SLOTS() {
 
 constexpr SLOTS name_slots = FILLED_SLOTS();
 
-constexpr std::array<NAME_RANGE, FIELD_COUNT> RANGES() {
+consteval std::array<NAME_RANGE, FIELD_COUNT> RANGES() {
   std::array<NAME_RANGE, FIELD_COUNT> ranges{};
   for (int row = 0; row < NAME_COUNT; ++row) {
     NAME_RANGE& range = ranges[NAMES[static_cast<std::size_t>(row)].FILLS];

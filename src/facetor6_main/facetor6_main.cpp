@@ -112,7 +112,7 @@ constexpr std::array main_table{
 };
 // clang-format on
 
-constexpr bool ROWS_STAND_IN_ORDER() {
+consteval bool ROWS_STAND_IN_ORDER() {
   int position = 0;
   for (const MAIN_ROW& row : main_table)
     if (row.CODE != ++position) return false;

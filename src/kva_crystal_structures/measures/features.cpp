@@ -132,8 +132,8 @@ namespace {
 
 constexpr double in_face = 1e-3;  // angstroms
 
-// The vertices in the plane of three of them, in order around its outer side; none when others lie
-// on both sides of it.
+// The vertices in the plane of a triangle of the hull, in order around its outer side; none when
+// others lie above it, or all in it.
 HULL_FACE FACE_OF(WIDE_POINTS v, const HULL_TRIANGLE& corners) {
   const WIDE3& origin = corners[0];
   WIDE3 normal = CROSS(SUBTRACT(corners[1], origin), SUBTRACT(corners[2], origin));
@@ -141,18 +141,12 @@ HULL_FACE FACE_OF(WIDE_POINTS v, const HULL_TRIANGLE& corners) {
   if (!(length > in_face)) return {};
   normal = SCALED(normal, 1.0 / length);
   HULL_FACE face;
-  bool above = false;
-  bool below = false;
   for (std::size_t l = 0; l < v.size(); ++l) {
     const double height = DOT(SUBTRACT(v[l], origin), normal);
-    above = above || height > in_face;
-    below = below || height < -in_face;
-    if (above && below) return {};
-    if (!(std::abs(height) > in_face)) face.push_back(l);
+    if (height > in_face) return {};
+    if (!(height < -in_face)) face.push_back(l);
   }
-  if (above == below) return {};  // all in one plane
-  if (face.size() < 3) return {};
-  if (above) normal = SCALED(normal, -1.0);
+  if (face.size() == v.size()) return {};
   WIDE3 mean{};
   for (std::size_t l : face) mean = ADD(mean, SCALED(v[l], 1.0 / static_cast<double>(face.size())));
   const WIDE3 east = SUBTRACT(origin, mean);

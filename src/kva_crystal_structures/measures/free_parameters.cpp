@@ -178,9 +178,4 @@ WIDE33 WIDE_FRAME(const WIDE6& cell) {
            {0.0, 0.0, cell[2] * c_z}}};
 }
 
-double WIDE_VOLUME(const WIDE6& cell) {
-  const WIDE33 frame = WIDE_FRAME(cell);
-  return frame[0][0] * frame[1][1] * frame[2][2];
-}
-
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -31,8 +31,7 @@ std::vector<FREE_PARAMETER> CELL_PARAMETERS(const CRYSTAL_STRUCTURE_TYPE& phase)
 // Six cell parameters, angstroms and degrees.
 WIDE6 WIDE_CELL(const XTAL::CRYSTAL_CELL& cell);
 
-// Fractional to Cartesian, right-handed: x along a, y in the a-b plane; and the volume.
+// Fractional to Cartesian, right-handed: x along a, y in the a-b plane.
 WIDE33 WIDE_FRAME(const WIDE6& cell);
-double WIDE_VOLUME(const WIDE6& cell);
 
 }  // namespace KVA_CRYSTAL_STRUCTURES

@@ -368,7 +368,7 @@ double STORED_VALUE(const CALL& call, const CRYSTAL_STRUCTURE_TYPE& phase, int i
     case QUANTITY::BVS:
       return POSITIVE_OR_NONE(phase.POLYHEDRON(i, POLY_VALENCE_SUM));
     case QUANTITY::BOND:
-      return static_cast<double>(phase.BONDS(i, j > 0 ? j : k, BOND_LENGTH));
+      return static_cast<double>(phase.BONDS(i, call.BONDS[0], BOND_LENGTH));
     case QUANTITY::BOND_ANGLE:
       return static_cast<double>(phase.BANGLES(i, j, k, ANGLE));
     case QUANTITY::EDGE:

@@ -53,7 +53,7 @@ constexpr std::array quantities{  // ORDER QUANTITY
 };
 // clang-format on
 
-constexpr bool ROWS_STAND_IN_ORDER() {
+consteval bool ROWS_STAND_IN_ORDER() {
   int position = 0;
   for (const QUANTITY_ROW& row : quantities)
     if (static_cast<int>(row.KIND) != position++) return false;
