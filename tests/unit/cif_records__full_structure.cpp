@@ -756,4 +756,21 @@ TEST(FULL_NUMBERS, A_CHARGE_HAS_ONE_SIGN_AND_AT_MOST_NINE_UNITS) {
   EXPECT_EQ(symbol("Fe", head + "O -2\n"), "Fe");
 }
 
+// ---- more of what is told ----
+
+// The first line behind the site is the eleventh, or the twelfth where one tells the version.
+TEST(FULL_BLOCKS, FRAMES_AND_RESERVED_WORDS_ARE_TOLD_WITH_THEIR_LINES) {
+  EXPECT_EQ(READING(WITH_SITE("") + "save_frame\n_x 1\n").TOLD(),
+            "Line 11: save_ was expected behind the frame frame");
+  EXPECT_EQ(READING(WITH_SITE("") + "save_frame\n_x 1\nglobal_\n").TOLD(),
+            "Line 11: save_ was expected behind the frame frame");
+  EXPECT_EQ(READING(WITH_SITE("") + "stop_\n").TOLD(),
+            "Line 11: a data name was expected, not a reserved word");
+  EXPECT_EQ(READING("#\\#CIF_2.0\n" + WITH_SITE("") + "_x [1 2\n_y 3\n").TOLD(),
+            "Line 12: ] was expected behind the list that begins here");
+  EXPECT_EQ(READING("#\\#CIF_2.0\n" + WITH_SITE("") + "_x {'a':1 \"b\":[2\n").TOLD(),
+            "Line 12: } was expected behind the list that begins here");
+  EXPECT_EQ(READING("#\\#CIF_2.0\n" + WITH_SITE("") + "_x [1 '2 ]'\n;3 ]\n; 4 ]\n").TOLD(), "");
+}
+
 }  // namespace

@@ -180,4 +180,17 @@ TEST_F(MEASURED_POLYHEDRA, WITHOUT_BLOCKS_THERE_ARE_NO_VALUES) {
   EXPECT_EQ(SAID("", [] { WARN_OF_MEASURED_MATCHES({}); }), "");
 }
 
+// Derivatives of a power by its base, n x^(n-1), also of a negative one; and of the lesser or
+// greater of two by that one alone.
+TEST_F(MEASURED_POLYHEDRA, POWERS_AND_EXTREMES_HAVE_THE_ESDS_OF_WHAT_THEY_ARE_OF) {
+  LOAD({MADE({4, 5, 6}, {90, 90, 90}, "P 1", {{"Fe1", {0.1f, 0, 0}}})});
+  EXPECT_VALUE("(0 - 2.0(1))^2", 4.0f, 0.4f);
+  EXPECT_VALUE("(0 - 2.0(1))^3", -8.0f, 1.2f);
+  EXPECT_VALUE("3.0(1)^0", 1.0f);
+  EXPECT_VALUE("max(1.0(1), 3.0(2))", 3.0f, 0.2f);
+  EXPECT_VALUE("max(3.0(2), 1.0(1))", 3.0f, 0.2f);
+  EXPECT_VALUE("min(1.0(1), 3.0(2))", 1.0f, 0.1f);
+  EXPECT_VALUE("min(3.0(2), 1.0(1))", 1.0f, 0.1f);
+}
+
 }  // namespace

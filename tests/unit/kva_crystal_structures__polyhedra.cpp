@@ -352,6 +352,15 @@ bool IS_OUTSIDE(const std::vector<VECTOR3>& ligands) {
   return CENTRES_OUTSIDE(CALCULATED(ligands)) == std::vector<int>{1};
 }
 
+// An octahedron of bonds of 2 angstroms in a cell of 4: 4/3 of 8, wherever the centre lies.
+TEST(VOLUMES, OF_FRACTIONAL_POSITIONS_ARE_THOSE_IN_THE_CELL) {
+  XTAL::CRYSTAL_CELL cell;
+  XTAL::SET_CELL_RECORD({4, 4, 4}, {90, 90, 90}, cell);
+  const std::vector<VECTOR3> ligands{{0.5f, 0, 0},  {-0.5f, 0, 0}, {0, 0.5f, 0},
+                                     {0, -0.5f, 0}, {0, 0, 0.5f},  {0, 0, -0.5f}};
+  EXPECT_NEAR(POLYHEDRON_VOLUME_XYZ(cell.CR_ORTH_CEL, ligands, {0, 0, 0}), 32.0f / 3.0f, 1e-4f);
+}
+
 }  // namespace
 
 // Faces of the octahedron with vertices at 2 lie 2 / sqrt 3 = 1.1547 from its middle.

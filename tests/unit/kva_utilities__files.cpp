@@ -243,6 +243,58 @@ FILE_LINES LINES_OF(std::vector<std::string> lines) {
   return {std::move(lines)};
 }
 
+// ---- units that cannot do what is asked of them ----
+
+TEST_F(FILES, A_UNIT_THAT_IS_NOT_OPEN_DOES_NOTHING) {
+  constexpr int unit = 31;
+  std::string line = "before";
+  int error = 0;
+  EXPECT_FALSE(UNIT_READABLE(unit));
+  EXPECT_FALSE(UNIT_WRITABLE(unit));
+  EXPECT_EQ(READ_UNIT(unit, line), READ_STATUS::FAILED);
+  EXPECT_EQ(line, "");
+  EXPECT_FALSE(WRITE_UNIT(unit, "line"));
+  EXPECT_EQ(UNIT_POSITION(unit), -1);
+  EXPECT_FALSE(CUT_UNIT(unit, 0));
+  EXPECT_FALSE(FLUSH_UNIT(unit));
+  EXPECT_EQ(KEEP_UNIT(unit, error), KEPT::AS_IT_WAS);
+  EXPECT_EQ(error, EBADF);
+}
+
+TEST_F(FILES, WHAT_IS_WRITTEN_WHOLE_IS_NEITHER_READ_NOR_CUT) {
+  constexpr int unit = 31;
+  std::string line;
+  int error = 0;
+  ASSERT_EQ(OPEN_WHOLE(unit, NAME("whole.txt"), UNIT_MODE::REPLACE), 0);
+  EXPECT_FALSE(UNIT_READABLE(unit));
+  EXPECT_TRUE(UNIT_WRITABLE(unit));
+  EXPECT_EQ(READ_UNIT(unit, line), READ_STATUS::FAILED);
+  EXPECT_EQ(UNIT_POSITION(unit), -1);
+  EXPECT_TRUE(WRITE_UNIT(unit, "line"));
+  EXPECT_FALSE(CUT_UNIT(unit, 0));
+  EXPECT_EQ(KEEP_UNIT(unit, error), KEPT::WHOLE);
+  EXPECT_EQ(CONTENT("whole.txt"), "line\n");
+}
+
+TEST_F(FILES, WHAT_IS_WRITTEN_LINE_BY_LINE_IS_CUT_AND_NOT_KEPT) {
+  constexpr int unit = 31;
+  constexpr int other = 33;
+  int error = 0;
+  ASSERT_EQ(OPEN_UNIT(other, "/dev/null", UNIT_MODE::UNKNOWN), 0);
+  ASSERT_EQ(OPEN_UNIT(unit, NAME("plain.txt"), UNIT_MODE::NEW), 0) << "a device is no such file";
+  EXPECT_TRUE(FLUSH_UNIT(unit));
+  EXPECT_TRUE(WRITE_UNIT(unit, "one"));
+  EXPECT_EQ(UNIT_POSITION(unit), 4);
+  EXPECT_TRUE(WRITE_UNIT(unit, "two"));
+  EXPECT_EQ(KEEP_UNIT(unit, error), KEPT::AS_IT_WAS);
+  EXPECT_EQ(error, EBADF);
+  EXPECT_FALSE(CUT_UNIT(unit, -1));
+  EXPECT_TRUE(CUT_UNIT(unit, 4));
+  CLOSE_UNIT(unit);
+  CLOSE_UNIT(other);
+  EXPECT_EQ(CONTENT("plain.txt"), "one\n");
+}
+
 }  // namespace
 
 TEST(BUFFERS, CONTROL_CHARACTERS_BECOME_BLANKS) {

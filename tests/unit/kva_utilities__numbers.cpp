@@ -149,6 +149,43 @@ TEST(NUMBERS_WITH_ESDS, SHORT_ONES_ARE_THE_NEAREST_REALS) {
   }
 }
 
+// ---- beyond every real ----
+
+TEST(GETNUM, WHAT_NO_64_BIT_REAL_HOLDS_IS_ZERO_OR_NO_NUMBER) {
+  const std::string zeros(400, '0');
+  NUMBER number;
+  for (const std::string& tiny : {"." + zeros + "1", "0." + zeros + "1", "-0." + zeros + "1"}) {
+    EXPECT_TRUE(GETNUM(tiny, number)) << tiny.substr(0, 4);
+    EXPECT_EQ(number.VAL, 0.0f) << tiny.substr(0, 4);
+  }
+  EXPECT_FALSE(GETNUM("1" + zeros, number));
+  EXPECT_FALSE(GETNUM("-1" + zeros + ".5", number));
+}
+
+TEST(GETNUM_STD, ESDS_THAT_NO_REAL_HOLDS_ARE_NONE) {
+  NUMBER_STD number;
+  EXPECT_FALSE(GETNUM_STD("1.0(1" + std::string(60, '0') + ")", number));
+  EXPECT_FALSE(GETNUM_STD("1E30(999999999999)", number));
+  EXPECT_FALSE(GETNUM_STD("1.5(2)x", number));
+  double value = 0.0;
+  double std = 0.0;
+  EXPECT_FALSE(GETNUM_STD_WIDE("1.0(" + std::string(400, '9') + ")", value, std));
+  EXPECT_FALSE(GETNUM_STD_WIDE("1e300(" + std::string(100, '9') + ")", value, std));
+  EXPECT_FALSE(GETNUM_STD_WIDE("1e999", value, std));
+  EXPECT_FALSE(GETNUM_STD_WIDE("1.0(2", value, std));
+  EXPECT_TRUE(GETNUM_STD_WIDE("1.50e-3(4)", value, std));
+  EXPECT_DOUBLE_EQ(value, 0.0015);
+  EXPECT_NEAR(std, 0.00004, 1e-18);
+}
+
+TEST(READ_INTEGERS, WHAT_IS_BEHIND_THE_LAST_IS_NOT_LOOKED_AT) {
+  std::array<int, 2> values{};
+  int count = 0;
+  EXPECT_TRUE(READ_INTEGERS("1 2 x", values, count));
+  EXPECT_EQ(count, 2);
+  EXPECT_EQ(values, (std::array{1, 2}));
+}
+
 }  // namespace
 
 TEST(GETNUM_STD, AN_ESD_HAS_NO_SIGN) {
