@@ -325,14 +325,20 @@ TENSOR TENSOR_OF_IMAGE(const CRYSTAL_STRUCTURE_TYPE& phase, const FOUND_ATOM& fo
   return form == TENSOR_FORM::BETA ? image : TENSOR_AS_U(image, phase.CELL);
 }
 
+// Without a tensor an atom has at most the isotropic displacement, and without one it has none.
 void ADD_TENSOR_CELLS(const FOUND_ATOM& found, TENSOR_FORM form, REPORT_ROW& row) {
   const CRYSTAL_STRUCTURE_TYPE& phase = PHASE(row.HEAD.BLOCK);
+  const ATOM_TYPE& atom = phase.ATOM(found.ATOM);
+  const bool has_tensor = EQUAL_TEXT(atom.THTYPE, "aniso");
   ADD_NAME_CELLS(phase, found, row);
+  const auto add = [&](float value, float std = 0.0f) {
+    const bool given = has_tensor || value != 0.0f;
+    row.CELLS.push_back(given ? REAL_CELL(value, std) : NOT_GIVEN_CELL());
+  };
   const TENSOR tensor = TENSOR_OF_IMAGE(phase, found, form);
-  for (std::size_t c = 0; c < 6; ++c)
-    row.CELLS.push_back(REAL_CELL(tensor.VALUE[c], tensor.STD[c]));
-  if (form == TENSOR_FORM::U) row.CELLS.push_back(REAL_CELL(phase.ATOM(found.ATOM).UEQ));
-  row.CELLS.push_back(REAL_CELL(phase.ATOM(found.ATOM).BISO));
+  for (std::size_t c = 0; c < 6; ++c) add(tensor.VALUE[c], tensor.STD[c]);
+  if (form == TENSOR_FORM::U) add(atom.UEQ);
+  add(atom.BISO);
 }
 
 }  // namespace

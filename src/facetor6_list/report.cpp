@@ -39,12 +39,17 @@ REPORT_CELL NO_VALUE_CELL() {
   return {CELL_KIND::NO_VALUE, 0.0f, 0.0f, 0, ""};
 }
 
+REPORT_CELL NOT_GIVEN_CELL() {
+  return {CELL_KIND::NOT_GIVEN, 0.0f, 0.0f, 0, ""};
+}
+
 std::string CELL_TEXT(const REPORT_CELL& cell, const REPORT_COLUMN& column, bool with_esds) {
   switch (cell.KIND) {
     case CELL_KIND::NOTHING:
       return "";
     case CELL_KIND::NO_VALUE:
       return "No value";
+    case CELL_KIND::NOT_GIVEN:
     case CELL_KIND::REAL:
       return with_esds && column.HAS_ESD ? SETNUM_STD(cell.VALUE, cell.STD)
                                          : REAL_AT_LEAST(cell.VALUE, 0, column.DECIMALS);

@@ -12,8 +12,9 @@
 namespace FACETOR_LIST {
 
 enum class CELL_KIND {
-  NOTHING,   // nothing stands there
-  NO_VALUE,  // there is none: an atom has no partner, a calculation gave no finite number
+  NOTHING,    // nothing stands there
+  NO_VALUE,   // there is none: an atom has no partner, a calculation gave no finite number
+  NOT_GIVEN,  // there is none in the file, and tables show the real 0
   REAL,
   WHOLE,
   TEXT
@@ -32,6 +33,7 @@ REPORT_CELL REAL_CELL(float value, float std = 0.0f);
 REPORT_CELL WHOLE_CELL(int count);
 REPORT_CELL TEXT_CELL(std::string_view text);
 REPORT_CELL NO_VALUE_CELL();
+REPORT_CELL NOT_GIVEN_CELL();
 
 // Of the last column of a table, if its texts begin at the left.
 inline constexpr int any_width = 0;

@@ -102,7 +102,8 @@ std::string SHEET_LINE(const std::vector<std::string>& fields, SHEET_KIND kind) 
 // ---- values ----
 
 bool HAS_VALUE(const REPORT_CELL& cell) {
-  return cell.KIND != CELL_KIND::NOTHING && cell.KIND != CELL_KIND::NO_VALUE;
+  return cell.KIND == CELL_KIND::REAL || cell.KIND == CELL_KIND::WHOLE ||
+         cell.KIND == CELL_KIND::TEXT;
 }
 
 std::string VALUE_FIELD(const REPORT_CELL& cell) {
@@ -115,6 +116,7 @@ std::string VALUE_FIELD(const REPORT_CELL& cell) {
       return LEFT_ADJUST(cell.TEXT);
     case CELL_KIND::NOTHING:
     case CELL_KIND::NO_VALUE:
+    case CELL_KIND::NOT_GIVEN:
       return "";
   }
   return "";

@@ -610,9 +610,18 @@ class Judge:
         for block, lines in shown.items():
             self.compare(word, block, lines, sheet_rows.get(block, []))
 
+    # The pairs of the sites that are there; a displacement that nobody gave is shown as 0 in tables.
+    def given(self, lines, pairs):
+        sites = [pairs[k:k + 7] for k in range(0, len(pairs), 7)]
+        shown = [any(field[0] == "(" for field in row[2:]) for _, _, row, _ in lines]
+        return [(name, value or "0", esd) for here, site in zip(shown, sites) if here
+                for name, value, esd in site]
+
     # Values of a block in the order of the table; absent ones are left out on both sides.
     def compare(self, word, block, lines, pairs):
         fields = []
+        if word == "adps":
+            pairs = self.given(lines, pairs)
         for _, _, row, _ in lines:
             row = row[2:]  # T and P
             element = max((k for k, field in enumerate(row) if field[0] == "("), default=0)

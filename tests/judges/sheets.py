@@ -152,6 +152,9 @@ def compare(name, quantity, tables, sheet, end):
             for k, (value, esd) in enumerate(group):
                 field = shown[k] if k < len(shown) else "No_value"
                 count += 1
+                # A displacement that nobody gave is shown as 0 in tables.
+                if quantity == "adps" and row[value] == "" and re.fullmatch(r"0\.0+", field):
+                    continue
                 if not agrees(field, row[value], row[esd] if esd else ""):
                     faults.append(f"{quantity}: {head[value]} of block {block}: printed {field}, "
                                   f"sheet {row[value]} {row[esd] if esd else ''}")

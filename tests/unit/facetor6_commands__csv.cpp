@@ -73,16 +73,22 @@ TEST_F(CSV, CELLS_HAVE_AN_EMPTY_ESD_WHERE_THERE_IS_NONE) {
           first + ",10,,10,,10,,90,,90,,90,,1000,\n" + second + ",10,,10,,10,,90,,90,,90,,1000,\n");
 }
 
+// An isotropic displacement is no tensor, and one that nobody gave is none, whatever LIST shows.
 TEST_F(CSV, POSITIONS_AND_DISPLACEMENTS_OF_A_SITE) {
   PHASE(1).ATOM(1).X_STD = {0.001f, 0.0f, 0.0f};
   EXPECT_EQ(SHEET("xyz Si1", "x.csv", 2),
             starts + ",Si1_x,Si1_x_esd,Si1_y,Si1_y_esd,Si1_z,Si1_z_esd,Si1_occ,Si1_occ_esd\n" +
                 first + ",0.1,0.001,0.2,,0.3,,1,\n" + second + ",0.1,,0.2,,0.3,,1,\n");
+  PHASE(1).ATOM(2).BISO = 2.0f;
+  PHASE(1).ATOM(2).UEQ = 0.025f;
   EXPECT_EQ(SHEET("adps o1", "u.csv", 2),
             starts +
                 ",O1_U11,O1_U11_esd,O1_U22,O1_U22_esd,O1_U33,O1_U33_esd,O1_U12,O1_U12_esd,"
                 "O1_U13,O1_U13_esd,O1_U23,O1_U23_esd,O1_Ueq\n" +
-                first + ",0,,0,,0,,0,,0,,0,,0\n" + second + ",0,,0,,0,,0,,0,,0,,0\n");
+                first + ",,,,,,,,,,,,,0.025\n" + second + ",,,,,,,,,,,,,\n");
+  PHASE(2).ATOM(2).THTYPE = "Aniso";
+  EXPECT_TRUE(SHEET("adps o1", "u.csv", 2).ends_with(second + ",0,,0,,0,,0,,0,,0,,0\n"))
+      << "a tensor of zeros that was given";
 }
 
 // The volume stands only where the coordination is that of the reference block.
@@ -207,20 +213,23 @@ TEST_F(CSV, BYTES_THAT_ARE_NO_UTF_8_ARE_TAKEN_FOR_LATIN_1) {
 
 TEST_F(CSV, THE_LONG_FORM_HAS_A_LINE_FOR_EACH_VALUE_THAT_THERE_IS) {
   VALENCES_DONE = false;
+  PHASE(1).ATOM(4).BISO = 2.0f;
+  PHASE(1).ATOM(4).UEQ = 0.025f;
   EXPECT_EQ(DEFINE_MEASURE("m", "a/2"), "");
   ANSWER("all l.csv");
   const std::string text = TEXT_OF("l.csv");
   EXPECT_TRUE(text.starts_with(starts + ",quantity,centre,feature,codes,value,esd\n" + first +
                                ",cells,,a,,10,\n"))
       << text;
-  for (const char* line :
-       {",xyz,Si1,Si1_x,,0.1,\n", ",adps,O3,O3_Ueq,,0,\n", ",bond,Si1,Si1-O2[2],2_555,1.6,0.003\n",
-        ",bond,Si1,Si1_N,,2,\n", ",angles,Si1,\"O1-Si1-O2[1,2]\",1_555 2_555,103,0.5\n",
-        ",edges,Si1,\"Si1:O1-O2[1,2]\",1_555 2_555,1.2,0.004\n",
-        ",rigid,Si1,Si1-O1[1]_srb,1_555,1.51,\n", ",displace,Si1,Si1-O1[1]_displ,1_555,0.1,\n",
-        ",measures,,m,,5,\n"})
+  for (const char* line : {",xyz,Si1,Si1_x,,0.1,\n", ",adps,O3,O3_Ueq,,0.025,\n",
+                           ",bond,Si1,Si1-O2[2],2_555,1.6,0.003\n", ",bond,Si1,Si1_N,,2,\n",
+                           ",angles,Si1,\"O1-Si1-O2[1,2]\",1_555 2_555,103,0.5\n",
+                           ",edges,Si1,\"Si1:O1-O2[1,2]\",1_555 2_555,1.2,0.004\n",
+                           ",rigid,Si1,Si1-O1[1]_srb,1_555,1.51,\n",
+                           ",displace,Si1,Si1-O1[1]_displ,1_555,0.1,\n", ",measures,,m,,5,\n"})
     EXPECT_NE(text.find(first + line), std::string::npos) << line << text;
   EXPECT_EQ(text.find("valences"), std::string::npos);
+  EXPECT_EQ(text.find("O3_U11"), std::string::npos);
   EXPECT_EQ(text.find(second + ",bond,Si1,Si1-O2[2]"), std::string::npos);
   EXPECT_EQ(text.find(second + ",angles,Si1,\"O1"), std::string::npos);
   EXPECT_NE(text.find(second + ",bond,Si1,Si1-O1[1],1_555,1.5,0.003\n"), std::string::npos);
