@@ -610,22 +610,20 @@ class Judge:
         for block, lines in shown.items():
             self.compare(word, block, lines, sheet_rows.get(block, []))
 
-    # The pairs of the sites that are there; a displacement that nobody gave is shown as 0 in tables.
-    def given(self, lines, pairs):
-        sites = [pairs[k:k + 7] for k in range(0, len(pairs), 7)]
-        shown = [any(field[0] == "(" for field in row[2:]) for _, _, row, _ in lines]
-        return [(name, value or "0", esd) for here, site in zip(shown, sites) if here
-                for name, value, esd in site]
-
-    # Values of a block in the order of the table; absent ones are left out on both sides.
+    # Values of a block in the order of the table; absent ones are left out on both sides, and so are
+    # the displacements of sites that have none, which tables show as 0.
     def compare(self, word, block, lines, pairs):
         fields = []
         if word == "adps":
-            pairs = self.given(lines, pairs)
+            sites = [pairs[k:k + 7] for k in range(0, len(pairs), 7)]
+            pairs = [(name, value or "0", esd) for site in sites
+                     if any(float(value or 0) for _, value, _ in site) for name, value, esd in site]
         for _, _, row, _ in lines:
             row = row[2:]  # T and P
             element = max((k for k, field in enumerate(row) if field[0] == "("), default=0)
             behind = row[element + 1:]  # other atoms of the site follow in xyz, Beq in adps
+            if word == "adps" and all(re.fullmatch(r"0\.0+", field) for field in behind[:7]):
+                continue
             fields += {"xyz": behind[:4], "adps": behind[:7]}.get(word, row[1:])
         fields = [field for field in fields if field != "No_value" and re.match(r"[-\d.]", field)]
         values = [pair for pair in pairs if pair[1]]
