@@ -7,7 +7,7 @@ cd "$(dirname "$0")/../.."
 . packaging/require.sh
 require clang++=clang cmake=cmake make=make
 
-seconds=${1:-12}
+seconds=${1:-8}
 [ $# -gt 0 ] && shift
 targets=${*:-cif crystal_output operators numbers dialogue}
 build=$(realpath -m "${GEMMARA_FUZZ_BUILD:-build-fuzz}")
