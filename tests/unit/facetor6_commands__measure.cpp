@@ -18,15 +18,6 @@ using namespace STRUCTURES;
 
 class MEASURING : public MEASURE_TESTS::MEASURE_TEST {
  protected:
-  static void LOAD(const std::vector<CRYSTAL_STRUCTURE_TYPE>& blocks) {
-    STRUCTURE_LIST list;
-    for (const CRYSTAL_STRUCTURE_TYPE& block : blocks) list.ADD(block);
-    bool error = false;
-    ADD_PHASE_LIST(list, list.COUNT(), error);
-    for (int b = 1; b <= NPHASES; ++b) SET_ALLATOM_MULTIP(PHASE(b));
-    ASSERT_FALSE(error);
-  }
-
   static std::string ANSWER(const std::string& line) {
     CONSOLE_TESTS::PEND(line);
     return SAID("", [] { FACETOR_MEASURE::RUN_MEASURE(); });

@@ -1,5 +1,7 @@
-// A console without blocks and definitions, before and after a test of MEASURE.
+// A console without blocks and definitions, before and after a test of MEASURE, and blocks for it.
 #pragma once
+
+#include <vector>
 
 #include "console__dialogue.h"
 #include "src/facetor6_console/measure_list.h"
@@ -24,6 +26,16 @@ class MEASURE_TEST : public CONSOLE_TESTS::CONSOLE_TEST {
     FACETOR_CONSOLE::ALLOCATE_PHASE_LIST(FACETOR_CONSOLE::START_PHASES);
     FACETOR_CONSOLE::FOLLOW_REFERENCE();
     FACETOR_CONSOLE::RUN = {};
+  }
+
+  static void LOAD(const std::vector<KVA_CRYSTAL_STRUCTURES::CRYSTAL_STRUCTURE_TYPE>& blocks) {
+    KVA_CRYSTAL_STRUCTURES::STRUCTURE_LIST list;
+    for (const auto& block : blocks) list.ADD(block);
+    bool error = false;
+    FACETOR_CONSOLE::ADD_PHASE_LIST(list, list.COUNT(), error);
+    for (int b = 1; b <= FACETOR_CONSOLE::NPHASES; ++b)
+      SET_ALLATOM_MULTIP(FACETOR_CONSOLE::PHASE(b));
+    ASSERT_FALSE(error);
   }
 };
 
