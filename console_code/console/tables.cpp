@@ -26,4 +26,18 @@ void WRITE_TABLE(std::vector<FIELD_LINE> table, int starts) {
   }
 }
 
+bool LINES_STAY_WHOLE() {
+  return CONSOLE_COLUMNS() == 0;
+}
+
+void WRITE_TABLE(const LONG_TABLE& table) {
+  const STREAM_WAITS rows_together;
+  const std::vector<COLUMN_SHIFT> shifts = SHIFTS_OF(table);
+  std::string line;
+  for (TABLE_PLACE place; place.LINE < table.ENDS.size();) {
+    TAKE_LINE(table, shifts, place, line);
+    WRITE_OUT(AS_IT_IS(line));
+  }
+}
+
 }  // namespace KVA_CONSOLE

@@ -2,6 +2,7 @@
 #include "console_code/console/input.h"
 #include "console_code/console/output.h"
 #include "console_code/console/state.h"
+#include "console_code/console/tables.h"
 #include "console_code/console/work.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/parameters.h"
@@ -22,17 +23,70 @@ namespace {
 
 // ---- the reports on some sites ----
 
+void LIST_OF_SITE(REPORT_CODE code, int i, std::string_view option, const MATCHED_ATOMS& atoms,
+                  const std::vector<int>& places) {
+  REPORT report = REPORT_OF(code, i, option, atoms, places);
+  WRITE_REPORT(report);
+  if (code == REPORT_VALENCES) WRITE_VALENCE_NOTES(report);
+}
+
+// ---- the same of many blocks ----
+
+constexpr std::size_t places_at_once = 256;
+constexpr std::size_t sites_at_once = 4;
+
+bool MAY_BE_LONG(REPORT_CODE code, const std::vector<int>& places) {
+  return NEEDS_BONDS(code) && code != REPORT_VALENCES && LINES_STAY_WHOLE() &&
+         places.size() > places_at_once;
+}
+
+// The reports on some sites, for one part of the blocks after the other: site by site the records
+// of all blocks would go through the caches each time. False when the user has stopped the work,
+// which is at the step.
+bool LONG_REPORTS(REPORT_CODE code, std::string_view option, const std::vector<int>& sites,
+                  const std::vector<int>& places, int step, WORK& work,
+                  std::vector<LONG_REPORT>& reports) {
+  reports.clear();
+  for (const int i : sites)
+    reports.push_back(START_LONG_REPORT(REPORT_OF(code, i, option, {}, {}), places.size()));
+  for (std::size_t first = 0; first < places.size(); first += places_at_once) {
+    if (!GO_ON(work, step)) return false;
+    const std::vector<int> part = PART_OF(places, first, places_at_once);
+    for (std::size_t k = 0; k < sites.size(); ++k)
+      ADD_ROWS(REPORT_OF(code, sites[k], option, {}, part), reports[k]);
+  }
+  return true;
+}
+
+void LONG_LIST_OF_SITES(REPORT_CODE code, std::string_view option, const std::vector<int>& sites,
+                        const std::vector<int>& places, WORK& work) {
+  std::vector<LONG_REPORT> reports;
+  for (std::size_t first = 0; first < sites.size(); first += sites_at_once) {
+    const int step = static_cast<int>(first) + 1;
+    if (!LONG_REPORTS(code, option, PART_OF(sites, first, sites_at_once), places, step, work,
+                      reports))
+      return;
+    for (const LONG_REPORT& report : reports) {
+      if (!GO_ON(work, step)) return;
+      WRITE_REPORT(report);
+    }
+  }
+}
+
+// ---- all of them ----
+
 void LIST_OF_SITES(REPORT_CODE code, std::string_view option, const std::vector<int>& sites) {
   const std::vector<int> places = LISTED_PLACES();
   const std::vector<MATCHED_ATOMS> atoms =
       NEEDS_BONDS(code) ? std::vector<MATCHED_ATOMS>(sites.size()) : MATCH_ATOMS(sites, places);
   WORK work("", static_cast<int>(sites.size()));
-  for (std::size_t k = 0; k < sites.size(); ++k) {
-    if (!GO_ON(work, static_cast<int>(k) + 1)) return WRITE_OUT("|*****The list was stopped");
-    REPORT report = REPORT_OF(code, sites[k], option, atoms[k], places);
-    WRITE_REPORT(report);
-    if (code == REPORT_VALENCES) WRITE_VALENCE_NOTES(report);
+  if (MAY_BE_LONG(code, places)) {
+    LONG_LIST_OF_SITES(code, option, sites, places, work);
+  } else {
+    for (std::size_t k = 0; k < sites.size() && GO_ON(work, static_cast<int>(k) + 1); ++k)
+      LIST_OF_SITE(code, sites[k], option, atoms[k], places);
   }
+  if (work.STOPPED) WRITE_OUT("|*****The list was stopped");
 }
 
 // Which bond table an option asks for; esds are of lengths alone.

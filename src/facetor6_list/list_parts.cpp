@@ -1,6 +1,8 @@
 // The columns that the tables share.
 #include "src/facetor6_list/list_parts.h"
 
+#include <algorithm>  // for min
+
 #include "cifcode/cif_code_new/writer.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
@@ -36,6 +38,12 @@ std::vector<int> LISTED_PLACES(bool all) {
   for (int place = 1; place <= NPHASES; ++place)
     if (all || IUSE(ISORT(place)) != 0) places.push_back(place);
   return places;
+}
+
+std::vector<int> PART_OF(const std::vector<int>& list, std::size_t first, std::size_t length) {
+  const std::size_t last = std::min(first + length, list.size());
+  return {list.begin() + static_cast<std::ptrdiff_t>(first),
+          list.begin() + static_cast<std::ptrdiff_t>(last)};
 }
 
 bool WANTS_ESDS(std::string_view option) {

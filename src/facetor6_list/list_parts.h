@@ -15,6 +15,9 @@ namespace FACETOR_LIST {
 // Places of the display order whose blocks are listed: all, or those in use.
 std::vector<int> LISTED_PLACES(bool all = FACETOR_CONSOLE::RUN.LIST_ALL_BLOCKS);
 
+// So many numbers of a list, or what is left of it, from a place on.
+std::vector<int> PART_OF(const std::vector<int>& list, std::size_t first, std::size_t length);
+
 // True when the option text asks for esds.
 bool WANTS_ESDS(std::string_view option);
 

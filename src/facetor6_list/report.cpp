@@ -199,23 +199,51 @@ std::size_t MOST_CODES(const REPORT& report) {
   return most;
 }
 
+void WRITE_TITLE(const REPORT& report) {
+  for (const std::string& line : report.TITLE) WRITE_OUT(AS_IT_IS(line));
+}
+
+std::vector<FIELD_LINE> LINES_ABOVE(const REPORT& report) {
+  std::vector<FIELD_LINE> lines{HEAD_LINE(report)};
+  if (!report.SHOW_CODES) return lines;
+  lines.emplace_back();
+  for (std::size_t ligand = 0; ligand < MOST_CODES(report); ++ligand)
+    lines.push_back(CODE_LINE(report, ligand));
+  return lines;
+}
+
 }  // namespace
 
 void WRITE_REPORT(REPORT& report) {
-  for (const std::string& line : report.TITLE) WRITE_OUT(AS_IT_IS(line));
+  WRITE_TITLE(report);
   if (!report.IS_TABLE) return;
-  std::vector<FIELD_LINE> table{HEAD_LINE(report)};
-  table.reserve(report.ROWS.size() + MOST_CODES(report) + 2);
-  if (report.SHOW_CODES) {
-    table.emplace_back();
-    for (std::size_t ligand = 0; ligand < MOST_CODES(report); ++ligand)
-      table.push_back(CODE_LINE(report, ligand));
-  }
+  std::vector<FIELD_LINE> table = LINES_ABOVE(report);
+  table.reserve(table.size() + report.ROWS.size());
   for (REPORT_ROW& row : report.ROWS) {
     table.push_back(ROW_LINE(report, row));
     row.CELLS = std::vector<REPORT_CELL>{};
   }
   WRITE_TABLE(std::move(table), START_COLUMNS);
+}
+
+// ---- long tables ----
+
+LONG_REPORT START_LONG_REPORT(const REPORT& report, std::size_t rows) {
+  LONG_REPORT started;
+  started.START = report;
+  if (!report.IS_TABLE) return started;
+  MAKE_ROOM(started.TABLE, rows, START_COLUMNS + report.COLUMNS.size());
+  for (const FIELD_LINE& line : LINES_ABOVE(report)) ADD_LINE(line, started.TABLE);
+  return started;
+}
+
+void ADD_ROWS(const REPORT& part, LONG_REPORT& report) {
+  for (const REPORT_ROW& row : part.ROWS) ADD_LINE(ROW_LINE(part, row), report.TABLE);
+}
+
+void WRITE_REPORT(const LONG_REPORT& report) {
+  WRITE_TITLE(report.START);
+  WRITE_TABLE(report.TABLE);
 }
 
 }  // namespace FACETOR_LIST

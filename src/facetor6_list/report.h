@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "console_code/kva_utilities/layout.h"
+#include "console_code/kva_utilities/long_table.h"
 #include "src/kva_crystal_structures/records.h"
 
 namespace FACETOR_LIST {
@@ -123,5 +123,14 @@ KVA_UTILITIES::FIELD CELL_FIELD(int number, const REPORT_COLUMN& column, const R
 // Title and table, the columns as wide as they need to be; in panels where the window is narrower.
 // The rows give up their cells for it: a long table is not held twice.
 void WRITE_REPORT(REPORT& report);
+
+// The same of many rows, added in parts of the report, where LINES_STAY_WHOLE.
+struct LONG_REPORT {
+  REPORT START;  // title and columns
+  KVA_UTILITIES::LONG_TABLE TABLE;
+};
+LONG_REPORT START_LONG_REPORT(const REPORT& report, std::size_t rows);
+void ADD_ROWS(const REPORT& part, LONG_REPORT& report);
+void WRITE_REPORT(const LONG_REPORT& report);
 
 }  // namespace FACETOR_LIST

@@ -1,7 +1,7 @@
 // The dialogue of CSV, and the writing of sheets part by part.
 #include "src/facetor6_sheets/csv.h"
 
-#include <algorithm>     // for any_of, min
+#include <algorithm>     // for any_of
 #include <system_error>  // for generic_category
 
 #include "console_code/console/input.h"
@@ -75,13 +75,6 @@ void ADD_LINES(std::string_view lines, SHEET_FILE& file) {
 }
 
 // ---- part by part ----
-
-// So many numbers of a list, or what is left of it, from a place on.
-std::vector<int> PART_OF(const std::vector<int>& list, std::size_t first, std::size_t length) {
-  const std::size_t last = std::min(first + length, list.size());
-  return {list.begin() + static_cast<std::ptrdiff_t>(first),
-          list.begin() + static_cast<std::ptrdiff_t>(last)};
-}
 
 // The reports that have columns; not all of them when the user has stopped the work, which is at
 // the step.

@@ -261,3 +261,24 @@ TEST_F(BOND_TABLES, ALL_MEANS_THE_ATOMS_OF_THE_REFERENCE_THOUGH_OTHER_BLOCKS_HAV
                 "     BETWEEN  0.01 AND  2.20 ANGSTROM\n";
   EXPECT_EQ(SAID("", [] { FACETOR_LIST_ALL_BONDS(); }), expected);
 }
+
+// ---- many blocks ----
+
+// They are listed in parts of 256. One long value in the last part widens its column in all rows.
+TEST_F(BOND_TABLES, ROWS_OF_MANY_BLOCKS_STAND_UNDER_EACH_OTHER) {
+  for (int block = 1; block <= 300; ++block) {
+    ADD("block");
+    BOND(block, {1.5f, block == 299 ? 1234.5f : 1.6f});
+  }
+  std::string rows;
+  for (int block = 1; block <= 300; ++block) {
+    const std::string number = std::to_string(block);
+    rows += std::string(3 - number.size(), ' ') + number + ": block         : 298.0   0.000" +
+            "         1  1.5000 " + (block == 299 ? "1234.5000" : "   1.6000") +
+            "    2  1.7500   2.250\n";
+  }
+  EXPECT_EQ(BONDS(),
+            "\n\n     BONDS FROM CENTRAL ATOM Si1    (NAME IN REFERENCE BLOCK block)\n"
+            "     BETWEEN  0.01 AND  2.20 ANGSTROM\n" +
+                head + " O1        O2       N AVERAGE  VOLUME\n" + rows);
+}

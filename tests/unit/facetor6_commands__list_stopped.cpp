@@ -55,6 +55,15 @@ TEST_F(STOPPED_LIST, THE_TABLE_OF_ONE_ATOM_IS_FINISHED_AND_NO_OTHER_BEGUN) {
             SAID("", [] { FACETOR_LIST_BONDS(1); }) + stopped);
 }
 
+// So many blocks are listed in parts, and all tables of four sites are made before they are
+// printed.
+TEST_F(STOPPED_LIST, A_LIST_OF_MANY_BLOCKS_IS_STOPPED_BETWEEN_TABLES) {
+  for (int block = 2; block <= 300; ++block) ADD("block");
+  for (int centre = 1; centre <= 2; ++centre) BOND(1, {1.5f, 1.6f}, 0.003f, centre);
+  const std::string first = SAID("", [] { FACETOR_LIST_BONDS(1); });
+  EXPECT_EQ(SAID_AND_STOPPED([] { FACETOR_LIST_ALL_BONDS(); }), first + stopped);
+}
+
 TEST_F(STOPPED_LIST, THE_KEY_IS_OURS_AGAIN_BEHIND_THE_LIST) {
   SAID("", [] { FACETOR_LIST_ALL_XYZ(); });
   EXPECT_EQ(std::signal(SIGINT, SIG_IGN), SIG_IGN);
