@@ -1,6 +1,9 @@
 // Sums of pyramids of polyhedra of which vertices are moved.
 #include "src/kva_crystal_structures/moved_hull.h"
 
+#include <algorithm>  // for max, remove_if
+#include <cmath>      // for abs, sqrt
+
 namespace KVA_CRYSTAL_STRUCTURES {
 
 namespace {
@@ -54,6 +57,58 @@ bool SURELY_FILL_THE_HULL(const std::vector<TRIANGLE>& triangles) {
   }
   return XTAL::LENGTH(sum) < nothing && !triangles.empty();
 }
+
+// ---- triangles that stay no faces ----
+
+namespace {
+
+// How much the products of a rough plane may change with the moves.
+struct PRODUCT_CHANGES {
+  float OF_NORMAL = 0.0f;   // square angstroms
+  float OF_VOLUMES = 0.0f;  // cubic angstroms: of the normal with a vector to another point
+};
+
+// The edges of a tetrahedron of vertices or the centre are no longer than reach. Six times its
+// volume changes by the length of a move times twice the area of a side at the most.
+PRODUCT_CHANGES CHANGES_BY(const MOVES& moves, std::span<const VECTOR3> v) {
+  constexpr float rounding = 1e-5f;  // of products, far more than their own
+  float radius = 0.0f;
+  for (const VECTOR3& vertex : v) radius = std::max(radius, XTAL::LENGTH(vertex));
+  const float reach = 2.0f * (radius + moves.OF_ONE + moves.OF_ALL);
+  const float area = XTAL::SQUARE(reach);
+  return {3.0f * std::max(moves.OF_ONE, moves.OF_ALL) * reach + rounding * area,
+          std::max(moves.OF_ONE, 4.0f * moves.OF_ALL) * area + rounding * area * reach};
+}
+
+bool SURELY_STAYS_NO_FACE(std::span<const VECTOR3> v, const CORNERS& corners,
+                          const PRODUCT_CHANGES& changes) {
+  const ROUGH_PLANE plane = ROUGH_PLANE_OF(v, corners);
+  const float least_offset = std::abs(plane.OFFSET) - changes.OF_VOLUMES;
+  if (!(least_offset > 0.0f)) return false;
+  const float clear =
+      2.0f * in_plane * XTAL::SQUARE(std::sqrt(plane.SQUARE) + changes.OF_NORMAL) / least_offset;
+  for (const VECTOR3& vertex : v) {
+    const float beyond = XTAL::DOT(XTAL::SUBTRACT(vertex, plane.POINT), plane.NORMAL);
+    const float outward = plane.OFFSET > 0.0f ? beyond : -beyond;
+    if (outward - changes.OF_VOLUMES > clear) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void LEAVE_OUT_SURE_ONES(std::span<const VECTOR3> v, const MOVES& moves,
+                         std::vector<TRIANGLE>& triangles) {
+  const PRODUCT_CHANGES changes = CHANGES_BY(moves, v);
+  const auto left_out =
+      std::remove_if(triangles.begin(), triangles.end(), [&](const TRIANGLE& triangle) {
+        return triangle.BEYOND.COUNT > 0 && SURELY_STAYS_NO_FACE(v, triangle.AT, changes);
+      });
+  triangles.erase(std::max(left_out, triangles.begin() + (triangles.empty() ? 0 : 1)),
+                  triangles.end());
+}
+
+// ---- moved vertices ----
 
 namespace {
 

@@ -40,6 +40,17 @@ float VOLUME_AS_MADE(const std::vector<TRIANGLE>& triangles);
 // outside, five vertices in a plane, three on a line) the answer is no; a no may be wrong.
 bool SURELY_FILL_THE_HULL(const std::vector<TRIANGLE>& triangles);
 
+// How far vertices are moved at the most, angstroms: one at a time, and all at once.
+struct MOVES {
+  float OF_ONE = 0.0f;
+  float OF_ALL = 0.0f;
+};
+
+// Leaves out triangles that are no faces and surely stay none when the vertices that they were made
+// of are moved so. They add nothing to any volume; one is kept where there are any.
+void LEAVE_OUT_SURE_ONES(std::span<const VECTOR3> v, const MOVES& moves,
+                         std::vector<TRIANGLE>& triangles);
+
 // Volume of v when only the vertex with the number moved (from 0) is another than it was.
 float VOLUME_WITH_ONE_MOVED(std::span<const VECTOR3> v, const std::vector<TRIANGLE>& triangles,
                             std::size_t moved);

@@ -1,8 +1,9 @@
 // Volumes of the hulls of ligands, with their esds. Prints nothing.
 #include "src/kva_crystal_structures/polyhedron_volume.h"
 
-#include <cmath>    // for sqrt, abs
-#include <utility>  // for move
+#include <algorithm>  // for max
+#include <cmath>      // for sqrt, abs
+#include <utility>    // for move
 
 #include "console_code/kva_utilities/numbers.h"
 #include "src/kva_crystal_structures/convex_hull.h"
@@ -191,17 +192,46 @@ float VOLUME_VARIANCE_OF_CELL(const POLYHEDRON_ABOUT_ZERO& polyhedron,
   return variance;
 }
 
+float LENGTH_OF_COLUMN(const MATRIX3& m, std::size_t c) {
+  return XTAL::LENGTH(VECTOR3{m[0][c], m[1][c], m[2][c]});
+}
+
+// The moves of the vertices that the derivatives and the shifted frames make.
+MOVES LONGEST_MOVES(const POLYHEDRON_ABOUT_ZERO& polyhedron, const SQUARE_MATRIX& vcv,
+                    const MATRIX3& frame, const std::vector<MATRIX3>& shifted_frames) {
+  constexpr float more = 1.01f;  // what rounding may add
+  constexpr float rounding = 1e-5f;
+  MOVES moves;
+  for (std::size_t p = 0; p < vcv.SIDE; ++p)
+    moves.OF_ONE = std::max(moves.OF_ONE, ESD_OF(vcv(p, p)) * LENGTH_OF_COLUMN(frame, p % 3));
+  float longest_sq = 0.0f;
+  for (const VECTOR3& vector : polyhedron.VECTORS_FRAC)
+    longest_sq = std::max(longest_sq, XTAL::DOT(vector, vector));
+  for (const MATRIX3& shifted : shifted_frames) {
+    float change_sq = 0.0f;
+    for (std::size_t row = 0; row < 3; ++row) {
+      const VECTOR3 change = XTAL::SUBTRACT(shifted[row], frame[row]);
+      change_sq += XTAL::DOT(change, change);
+    }
+    moves.OF_ALL = std::max(moves.OF_ALL, std::sqrt(change_sq * longest_sq));
+  }
+  return {more * moves.OF_ONE + rounding, more * moves.OF_ALL + rounding};
+}
+
 }  // namespace
 
 void CALC_POLYVOL_VCV(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase, int i) {
   const MATRIX3& frame = phase.CELL.CR_ORTH_CEL;
-  const POLYHEDRON_ABOUT_ZERO polyhedron = POLYHEDRON_OF(frame, LIGAND_VECTORS(phase, i));
+  POLYHEDRON_ABOUT_ZERO polyhedron = POLYHEDRON_OF(frame, LIGAND_VECTORS(phase, i));
   phase.POLYHEDRON(i, POLY_VOLUME) = polyhedron.VOLUME;
   phase.POLYHEDRON(i, POLY_VOLUME_STD) = 0.0f;
   // Flat, as fewer than four ligands are.
   if (polyhedron.TRIANGLES.empty() && !(polyhedron.VOLUME > 0.0f)) return;
 
   const SQUARE_MATRIX vcv = LIGAND_COVARIANCE(around.LIGANDS(i));
+  LEAVE_OUT_SURE_ONES(polyhedron.VERTICES,
+                      LONGEST_MOVES(polyhedron, vcv, frame, around.SHIFTED_FRAMES),
+                      polyhedron.TRIANGLES);
   const std::vector<float> jacobian = VOLUME_DERIVATIVES(polyhedron, frame, vcv);
   phase.POLYHEDRON(i, POLY_VOLUME_STD) =
       ESD_OF(VARIANCE(jacobian, vcv) + VOLUME_VARIANCE_OF_CELL(polyhedron, around.SHIFTED_FRAMES));

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "kva_crystal_structures__polyhedra.h"
+#include "src/kva_crystal_structures/moved_hull.h"
 
 using namespace POLYHEDRA;
 
@@ -55,6 +56,44 @@ TEST(PYRAMIDS, A_VERTEX_IS_BEYOND_A_PLANE_FROM_0_001) {
 TEST(PYRAMIDS, THREE_COLLINEAR_VERTICES_GIVE_NO_NUMBER) {
   EXPECT_TRUE(std::isnan(
       PYRAMIDS_VOLUME(std::vector<VECTOR3>{{1, 1, 1}, {2, 2, 1}, {3, 3, 1}, {0, 0, -2}})));
+}
+
+// ---- moved vertices ----
+
+// Vertices about the centre, some of them in planes with it or on lines, all of them moved by up to
+// so much, or only one. The judge is the sum of pyramids made anew.
+TEST(PYRAMIDS, TRIANGLES_THAT_STAY_NO_FACES_ARE_LEFT_OUT_WITHOUT_A_CHANGE) {
+  std::mt19937 random(7);
+  const auto real = [&](float size) {
+    return std::uniform_real_distribution<float>(-size, size)(random);
+  };
+  std::size_t all = 0;
+  std::size_t left = 0;
+  for (int n = 0; n < 4000; ++n) {
+    std::vector<VECTOR3> v;
+    for (int k = 0; k < 4 + n % 7; ++k) {
+      VECTOR3 vertex{real(2), real(2), n % 5 == 0 ? std::round(real(2)) : real(2)};
+      if (n % 3 == 0) vertex = XTAL::SCALED(vertex, 2.0f / (0.1f + XTAL::LENGTH(vertex)));
+      v.push_back(vertex);
+    }
+    const float size = n % 2 == 0 ? 0.003f : 0.1f;
+    const auto moved = [&](VECTOR3 vertex) {
+      for (float& component : vertex) component += real(0.5f * size);
+      return vertex;
+    };
+    std::vector<TRIANGLE> triangles = TRIANGLES_OF(v);
+    all += triangles.size();
+    LEAVE_OUT_SURE_ONES(v, {size, size}, triangles);
+    left += triangles.size();
+    std::vector<VECTOR3> with_one = v;
+    with_one[static_cast<std::size_t>(n) % v.size()] =
+        moved(v[static_cast<std::size_t>(n) % v.size()]);
+    EXPECT_EQ(VOLUME_WITH_ONE_MOVED(with_one, triangles, static_cast<std::size_t>(n) % v.size()),
+              PYRAMIDS_VOLUME(with_one));
+    for (VECTOR3& vertex : v) vertex = moved(vertex);
+    EXPECT_EQ(VOLUME_WITH_ALL_MOVED(v, triangles), PYRAMIDS_VOLUME(v)) << n;
+  }
+  EXPECT_LT(left, all * 7 / 10);
 }
 
 // ---- hulls ----
