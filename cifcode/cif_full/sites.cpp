@@ -175,6 +175,11 @@ std::string SCATTERING_SYMBOL(const std::string& element, float charge) {
       symbol_length);
 }
 
+// "Fe+0": no charge, stated as WRITE states it, so that nothing else is assumed.
+bool STATES_NO_CHARGE(std::string_view symbol) {
+  return symbol.ends_with("+0") && symbol.find_first_of("+-0123456789") == symbol.size() - 2;
+}
+
 // ---- sites ----
 
 struct SITE_COLUMNS {
@@ -234,7 +239,9 @@ void READ_ELEMENT(const SITE_WORK& work, int row, std::string_view label, ATOM_T
   atom.CHEMSYMB = element->CHEMSYMB;
   atom.Z = element->Z;
   if (!type.empty()) atom.CHARGE = CHARGE_OF(type, work.TYPES);
-  atom.SFACSYMB = SCATTERING_SYMBOL(atom.CHEMSYMB, atom.CHARGE);
+  atom.SFACSYMB = element->Z > 0 && STATES_NO_CHARGE(type)
+                      ? atom.CHEMSYMB + "+0"
+                      : SCATTERING_SYMBOL(atom.CHEMSYMB, atom.CHARGE);
 }
 
 void READ_OCCUPANCY(const SITE_WORK& work, int row, std::string_view label, ATOM_TYPE& atom) {

@@ -750,8 +750,11 @@ TEST(FULL_NUMBERS, A_CHARGE_HAS_ONE_SIGN_AND_AT_MOST_NINE_UNITS) {
   EXPECT_EQ(symbol("Fe+2", ""), "Fe+2");
   for (const char* none : {"Fe", "Fe3", "Fe+-3", "Fe-+3", "Fe+x", "Fe0+", "Fe10+"})
     EXPECT_EQ(symbol(none, ""), "Fe") << none;
+  EXPECT_EQ(symbol("Fe+0", ""), "Fe+0") << "as WRITE tells that there is none";
+  EXPECT_EQ(symbol("Fe3+0", ""), "Fe");
   const std::string head = "loop_ _atom_type_symbol _atom_type_oxidation_number\n";
   EXPECT_EQ(symbol("Fe", head + "Fe 3\n"), "Fe+3");
+  EXPECT_EQ(symbol("Fe+0", head + "Fe+0 3\n"), "Fe+0");
   EXPECT_EQ(symbol("Fe", head + "Fe three\n"), "Fe");
   EXPECT_EQ(symbol("Fe", head + "O -2\n"), "Fe");
 }
