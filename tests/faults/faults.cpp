@@ -4,6 +4,7 @@
 //
 //   FAULT_MEMORY=n      the n-th allocation is refused
 //   FAULT_MEMORY_EVERY=k  with it: every k-th one behind it, too
+//   FAULT_MEMORY_AT=file  the allocation is refused that finds this file, and removes it
 //   FAULT_DISK=n        files take n bytes, then there is no space left
 //   FAULT_DENIED=text   files with the text in their names may not be opened for writing
 //   FAULT_FIXED=text    files with the text in their names cannot be replaced
@@ -37,6 +38,7 @@ std::atomic<long> calls{0};
 std::atomic<long> bytes_left{-1};
 long first_refused = -1;
 long refused_every = 0;
+const char* refused_at = nullptr;
 int signal_sent = 0;
 long signal_call = -1;
 const char* denied = nullptr;
@@ -53,6 +55,7 @@ long NUMBER_IN(const char* name, long none) {
 __attribute__((constructor)) void START() {
   first_refused = NUMBER_IN("FAULT_MEMORY", -1);
   refused_every = NUMBER_IN("FAULT_MEMORY_EVERY", 0);
+  refused_at = std::getenv("FAULT_MEMORY_AT");
   bytes_left = NUMBER_IN("FAULT_DISK", -1);
   signal_sent = static_cast<int>(NUMBER_IN("FAULT_SIGNAL", 0));
   signal_call = NUMBER_IN("FAULT_CALL", -1);
@@ -76,6 +79,7 @@ __attribute__((destructor)) void REPORT() {
 bool IS_REFUSED() {
   if (!started) return false;
   const long n = ++allocations;
+  if (refused_at != nullptr && ::unlinkat(AT_FDCWD, refused_at, 0) == 0) return true;
   if (first_refused < 1 || n < first_refused) return false;
   return n == first_refused || (refused_every > 0 && (n - first_refused) % refused_every == 0);
 }

@@ -9,6 +9,7 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>  // for atoi
 #include <map>
 #include <random>
 #include <regex>
@@ -401,6 +402,24 @@ TEST_F(FAULTS_OF_GRAPHS, A_SIGNAL_WHILE_IT_IS_DRAWN_LEAVES_THE_OLD_PICTURE) {
     EXPECT_EQ(TEXT_OF(work / "graph.svg"), old_csv);
     EXPECT_TIDY("signal " + std::to_string(signal));
   }
+}
+
+// When memory is refused for what the program has drawn so far, nothing of it is left running.
+TEST_F(FAULTS_OF_GRAPHS, REFUSED_MEMORY_ENDS_THE_PROGRAM_THAT_DRAWS) {
+  PUT_STAND_IN("cat > /dev/null; echo $$ > drawing; : > refused; printf '%0100d' 0; exec sleep 20");
+  START_ANEW();
+  const auto begun = std::chrono::steady_clock::now();
+  const RUN_RESULT run = FAULTY("FAULT_MEMORY_AT=refused");
+  EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(10));
+  EXPECT_EQ(run.STATUS, 0);
+  EXPECT_EQ(COUNT_OF(run.SAID, "not enough memory"), 1u) << run.SAID;
+  const int process = std::atoi(TEXT_OF(work / "drawing").c_str());
+  ASSERT_GT(process, 1);
+  EXPECT_EQ(::kill(process, 0), -1) << "it draws on";
+  EXPECT_FALSE(fs::exists(work / "refused"));
+  EXPECT_EQ(TEXT_OF(work / "graph.svg"), old_csv);
+  EXPECT_EQ(TEXT_OF(work / "graph.csv"), complete["graph.csv"]);
+  EXPECT_TIDY("no memory while it is drawn");
 }
 
 // ---- what the name leads to ----
