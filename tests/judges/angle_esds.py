@@ -255,16 +255,17 @@ def judge(program, name, random):
     print(f"{name}: {fixed} fixed, {free} free, at most {100 * worst:.1f} percent off{told}")
     if not fixed + free:
         wrong.append(name + ": no angles")
-    return wrong
+    return wrong, fixed, free
 
 
 def main():
     random = np.random.default_rng(20261122)
-    wrong = []
-    for name in STRUCTURES:
-        wrong += judge(sys.argv[1], name, random)
-    print("\n".join(wrong))
+    judged = [judge(sys.argv[1], name, random) for name in STRUCTURES]
+    wrong = [what for some, _, _ in judged for what in some]
+    fixed, free = (sum(counts) for counts in list(zip(*judged))[1:])
+    print("\n".join(wrong + [f"{fixed} fixed, {free} free, {len(wrong)} differ"]))
     return 1 if wrong else 0
 
 
-sys.exit(main())
+if __name__ == "__main__":
+    sys.exit(main())

@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 
 #include <iomanip>
+#include <iostream>
 
 #include "console__dialogue.h"
 #include "places.h"
@@ -66,12 +67,14 @@ class MEASURES_JUDGED : public CONSOLE_TESTS::CONSOLE_TEST {
     std::ifstream index("index.txt");
     std::ofstream results("results.tsv");
     std::string name;
+    int measures = 0;
     for (std::string line; std::getline(index, line);) {
       std::istringstream words(line);
       std::string kind;
       words >> kind;
       if (kind == "measure") {
         TELL_MEASURE(name, line.substr(kind.size() + 1), results);
+        ++measures;
         continue;
       }
       float dmax = 0.0f;
@@ -84,6 +87,7 @@ class MEASURES_JUDGED : public CONSOLE_TESTS::CONSOLE_TEST {
         results << "operator\t" << name << '\t' << op << '\n';
       TELL_PAIRS(name, results);
     }
+    std::cout << measures << " measures\n";
     MEASURES.clear();
     ALLOCATE_PHASE_LIST(START_PHASES);
     CLEAR_FACETOR_VALENCE();

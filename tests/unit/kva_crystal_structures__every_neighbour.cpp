@@ -5,6 +5,7 @@
 
 #include <algorithm>  // for max, min
 #include <cmath>
+#include <iostream>
 
 #include "plain_loops.h"
 #include "random_structures.h"
@@ -251,6 +252,8 @@ TEST(EVERY_NEIGHBOUR, IS_FOUND_IN_ALL_GROUPS_AND_SHORT_CELLS) {
     all.BEYOND += here.BEYOND;
     all.BEYOND_CENTRED += here.BEYOND_CENTRED;
   }
+  std::cout << all.COMPARED << " centres with all their neighbours, " << all.BEYOND
+            << " of them behind the next cells\n";
   EXPECT_GT(all.COMPARED, 230 * wanted);
   EXPECT_GT(all.BEYOND, 20 * wanted);
   EXPECT_GT(all.BEYOND_CENTRED, 10 * wanted);
