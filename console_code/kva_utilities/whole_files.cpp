@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "console_code/kva_utilities/text.h"
@@ -73,6 +74,7 @@ int OPEN_IN_PLACE(WHOLE_FILE& file, bool on_disk) {
   if (error != 0) return error;
   if (!file.OPENED.WRITABLE) return EACCES;
   file.IN_PLACE = true;
+  file.AT_ONCE = on_disk;
   file.START = static_cast<long>(IDENTITY_OF(file.TARGET).SIZE);
   file.RESTORABLE = on_disk && (file.BEHIND || READ_FILE_BYTES(file.TARGET, file.OLD));
   return 0;
@@ -124,6 +126,14 @@ bool RESTORE(const WHOLE_FILE& file) {
   return error == 0 && CUT_AT(again.FILE.get(), static_cast<long>(file.OLD.size()));
 }
 
+// Hands all bytes to the system.
+bool HAND_OVER(WHOLE_FILE& file) {
+  if (file.WAITING.empty() || !START_WHOLE(file)) return file.ERROR == 0;
+  file.PASSED += WRITE_BYTES(file.OPENED.FILE.get(), file.WAITING, file.ERROR);
+  file.WAITING.clear();
+  return file.ERROR == 0;
+}
+
 // Takes away what is left of an old content that was longer.
 int CUT_REST(const WHOLE_FILE& file) {
   const bool over = file.RESTORABLE && !file.BEHIND;
@@ -135,6 +145,15 @@ bool MUST_STAY(int error) {
   return error == EBUSY || error == EACCES || error == EPERM;
 }
 
+// The rest of the content, of a file on a disk all of it; where that fails, the old one again.
+KEPT KEEP_IN_PLACE(WHOLE_FILE& file) {
+  std::optional<SIGNALS_WAIT> wait;
+  if (file.AT_ONCE) wait.emplace();
+  if (HAND_OVER(file)) file.ERROR = CUT_REST(file);
+  if (file.ERROR == 0) return KEPT::WHOLE;
+  return RESTORE(file) ? KEPT::AS_IT_WAS : KEPT::TORN;
+}
+
 // Writes the temporary file's content over the target.
 KEPT COPY_IN_PLACE(WHOLE_FILE& file) {
   WHOLE_FILE over;
@@ -143,10 +162,19 @@ KEPT COPY_IN_PLACE(WHOLE_FILE& file) {
   file.ERROR = OPEN_AS_ALLOWED(*file.BESIDE, UNIT_MODE::OLD, beside);
   if (file.ERROR == 0) file.ERROR = OPEN_IN_PLACE(over, true);
   if (file.ERROR != 0) return KEPT::AS_IT_WAS;
+  const SIGNALS_WAIT wait;
   over.ERROR = COPY_BYTES(beside.FILE.get(), over.OPENED.FILE.get(), over.PASSED);
-  const KEPT kept = KEEP_WHOLE(over);
+  const KEPT kept = KEEP_IN_PLACE(over);
   file.ERROR = over.ERROR;
   return kept;
+}
+
+// The temporary file takes the target's place, or else its content does.
+KEPT KEEP_BESIDE(WHOLE_FILE& file) {
+  if (!START_WHOLE(file) || !HAND_OVER(file)) return KEPT::AS_IT_WAS;
+  file.ERROR = PUT_IN_PLACE(file.BESIDE, file.OPENED, file.TARGET);
+  if (file.ERROR == 0) return KEPT::WHOLE;
+  return MUST_STAY(file.ERROR) ? COPY_IN_PLACE(file) : KEPT::AS_IT_WAS;
 }
 
 }  // namespace
@@ -167,10 +195,7 @@ int PREPARE_WHOLE(WHOLE_FILE& file, const std::string& name, UNIT_MODE mode) {
 }
 
 bool FLUSH_WHOLE(WHOLE_FILE& file) {
-  if (file.WAITING.empty() || !START_WHOLE(file)) return file.ERROR == 0;
-  file.PASSED += WRITE_BYTES(file.OPENED.FILE.get(), file.WAITING, file.ERROR);
-  file.WAITING.clear();
-  return file.ERROR == 0;
+  return file.AT_ONCE ? file.ERROR == 0 : HAND_OVER(file);
 }
 
 bool WRITE_WHOLE(WHOLE_FILE& file, std::string_view bytes) {
@@ -180,21 +205,15 @@ bool WRITE_WHOLE(WHOLE_FILE& file, std::string_view bytes) {
 }
 
 KEPT KEEP_WHOLE(WHOLE_FILE& file) {
-  if (START_WHOLE(file) && FLUSH_WHOLE(file))
-    file.ERROR =
-        file.IN_PLACE ? CUT_REST(file) : PUT_IN_PLACE(file.BESIDE, file.OPENED, file.TARGET);
-  KEPT kept = KEPT::WHOLE;
-  if (file.BESIDE && MUST_STAY(file.ERROR)) kept = COPY_IN_PLACE(file);
-  if (file.ERROR != 0 && kept == KEPT::WHOLE)
-    kept = !file.IN_PLACE || RESTORE(file) ? KEPT::AS_IT_WAS : KEPT::TORN;
+  const KEPT kept = file.IN_PLACE ? KEEP_IN_PLACE(file) : KEEP_BESIDE(file);
   CLOSE_BESIDE(file);
   return kept;
 }
 
 bool DROP_WHOLE(WHOLE_FILE& file) {
-  const bool restored = !file.IN_PLACE || RESTORE(file);
+  const bool untouched = !file.IN_PLACE || file.PASSED == 0;
   CLOSE_BESIDE(file);
-  return restored;
+  return untouched;
 }
 
 }  // namespace KVA_UTILITIES

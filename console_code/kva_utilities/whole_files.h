@@ -11,11 +11,13 @@ namespace KVA_UTILITIES {
 
 // A file that is written beside the one that it replaces, or in place where there is no other way:
 // a device, a pipe, a file with several names or that the program has open, a folder that takes no
-// further file. In place, the old content is put back when writing fails.
+// further file. A file that is written in place is so in one go, when it is kept and while signals
+// wait; the old content is put back when that fails. Devices and pipes take bytes as they come.
 struct WHOLE_FILE {
   std::string TARGET;       // the file itself, where links lead to
   bool BEHIND = false;      // the old content stays, in front of the new
   bool IN_PLACE = false;    // no file stands beside it
+  bool AT_ONCE = false;     // in place: nothing goes out before it is kept
   bool RESTORABLE = false;  // in place: OLD, or START, brings back what was there
   std::string OLD;          // in place: what is written over
   long START = 0;           // bytes of the old content

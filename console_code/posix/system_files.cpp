@@ -209,20 +209,8 @@ void REMOVE_ALL_AND_END(int signal) {
 
 void LET_WRITING_FAIL(int /*signal*/) {}
 
-// While it lives no signal comes between a file and its name in the list.
-struct SIGNALS_WAIT {
-  SIGNALS_WAIT() {
-    sigset_t ending;
-    ::sigemptyset(&ending);
-    for (const int signal : ending_signals) ::sigaddset(&ending, signal);
-    ::pthread_sigmask(SIG_BLOCK, &ending, &BEFORE);
-  }
-  ~SIGNALS_WAIT() { ::pthread_sigmask(SIG_SETMASK, &BEFORE, nullptr); }
-  SIGNALS_WAIT(const SIGNALS_WAIT&) = delete;
-  SIGNALS_WAIT& operator=(const SIGNALS_WAIT&) = delete;
-
-  sigset_t BEFORE{};
-};
+int waiting_for = 0;  // number of those that live
+sigset_t before_waiting;
 
 // A name that finds no room in the list is removed by its owner alone.
 void LIST_NAME(const std::string& name) {
@@ -259,6 +247,20 @@ bool TAKES_RIGHTS_OF(const std::string& target, int descriptor) {
 }
 
 }  // namespace
+
+SIGNALS_WAIT::SIGNALS_WAIT() {
+  if (waiting_for++ > 0) return;
+  sigset_t ending;
+  ::sigemptyset(&ending);
+  for (const int signal : ending_signals) ::sigaddset(&ending, signal);
+  ::pthread_sigmask(SIG_BLOCK, &ending, &before_waiting);
+}
+
+SIGNALS_WAIT::~SIGNALS_WAIT() {
+  if (--waiting_for == 0) ::pthread_sigmask(SIG_SETMASK, &before_waiting, nullptr);
+}
+
+// Below, no signal comes between a file and its name in the list.
 
 void REMOVE_TEMPORARY::operator()(const std::string* name) const {
   const SIGNALS_WAIT wait;

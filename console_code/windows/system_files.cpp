@@ -239,6 +239,9 @@ int PUT_IN_PLACE(TEMPORARY& temporary, OPENED_FILE& opened, const std::string& t
   return 0;
 }
 
+SIGNALS_WAIT::SIGNALS_WAIT() {}
+SIGNALS_WAIT::~SIGNALS_WAIT() {}
+
 // A program that is ended from outside leaves its temporary file to the next that saves there.
 void REMOVE_TEMPORARIES_AT_SIGNALS() {}
 

@@ -540,6 +540,45 @@ TEST_F(FAULTS, A_SIGNAL_AT_ANY_CALL_LEAVES_OLD_OR_COMPLETE_FILES) {
   }
 }
 
+// The same of files that are written in place: they have another name each, or cannot be replaced,
+// or no file can stand beside them. All calls of a session that writes a long sheet.
+TEST_F(FAULTS, A_SIGNAL_WHILE_FILES_ARE_WRITTEN_IN_PLACE_LEAVES_OLD_OR_COMPLETE_FILES) {
+  std::string six;
+  for (int i = 0; i < 6; ++i) six += " data/hematite.cif";
+  PUT_FILE(folder / "input", "READ cif" + six +
+                                 "\nY\nCALC poly\n\n0\n"
+                                 "WRITE cif old.cif\nY\nY\nCSV all old.csv\nY\nEXIT\n");
+  const std::string counts = "FAULT_COUNTS='" + (folder / "counts").string() + "' ";
+  for (const std::string in_place : {"", "FAULT_FIXED=old. ", "FAULT_DENIED=.saving- "}) {
+    const auto start = [&] {
+      START_ANEW();
+      for (const char* const name : {"other.cif", "other.csv"}) fs::remove(work / name);
+      if (!in_place.empty()) return;
+      fs::create_hard_link(work / "old.cif", work / "other.cif");
+      fs::create_hard_link(work / "old.csv", work / "other.csv");
+    };
+    start();
+    FAULTY(counts + in_place);
+    const std::string whole_cif = TEXT_OF(work / "old.cif");
+    const std::string whole_csv = TEXT_OF(work / "old.csv");
+    ASSERT_GT(whole_cif.size(), 100000u);
+    ASSERT_GT(whole_csv.size(), 100000u);
+    std::istringstream(TEXT_OF(folder / "counts")) >> allocations >> calls;
+    std::size_t ended = 0;
+    for (long call = 1; call <= calls; ++call) {
+      const std::string fault = in_place + "FAULT_SIGNAL=15 FAULT_CALL=" + std::to_string(call);
+      start();
+      ended += FAULTY(fault).STATUS == killed + SIGTERM ? 1U : 0U;
+      const std::string cif = TEXT_OF(work / "old.cif");
+      const std::string csv = TEXT_OF(work / "old.csv");
+      EXPECT_TRUE(cif == old_cif || cif == whole_cif) << fault << ": " << cif.size();
+      EXPECT_TRUE(csv == old_csv || csv == whole_csv) << fault << ": " << csv.size();
+      EXPECT_TIDY(fault);
+    }
+    EXPECT_EQ(ended, static_cast<std::size_t>(calls)) << in_place;
+  }
+}
+
 TEST_F(FAULTS, A_SIGNAL_AT_ANY_MOMENT_LEAVES_OLD_OR_COMPLETE_FILES) {
   for (long i = 0; i < RUNS(8); ++i) {
     const std::string milliseconds = std::to_string(1000 + UP_TO(40)).substr(1);
