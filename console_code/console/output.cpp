@@ -29,7 +29,7 @@ enum class DESTINATION { CONSOLE_AND_LOG, LOG, CONSOLE, UNIT };
 // ---- control texts ----
 
 bool HAS_WORD(std::string_view control, std::string_view word) {
-  return INDEXALL(control, word) > 0;
+  return !control.empty() && INDEXALL(control, word) > 0;
 }
 
 // The whole number in the columns behind word. Nothing when there is none, or when the word itself
@@ -177,12 +177,13 @@ void WRITE_OUT(std::string_view text, std::string_view control) {
   if (CONSOLE.RUN_TYPE == silent_run && destination != DESTINATION::UNIT)
     destination = DESTINATION::LOG;
 
-  std::string start = shifted ? " " : "";
-  if (shifted && destination == DESTINATION::UNIT) start += " ";
+  const std::size_t blanks = !shifted ? 0 : destination == DESTINATION::UNIT ? 2 : 1;
   for (bool last = false; !last;) {
     const std::size_t bar = text.find(line_break);
     last = bar == std::string_view::npos;
-    WRITE_LINE(start + AS_SHOWN(text.substr(0, bar)), destination, unit);
+    std::string line = AS_SHOWN(text.substr(0, bar));
+    if (blanks > 0) line.insert(0, blanks, ' ');
+    WRITE_LINE(line, destination, unit);
     if (!last) text.remove_prefix(bar + 1);
   }
 }

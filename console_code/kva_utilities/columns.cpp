@@ -42,34 +42,41 @@ std::string DIGITS(float value, int d, std::chars_format format) {
   return digits;
 }
 
+// A short text that is written from its end.
+struct BACKWARD_TEXT {
+  std::array<char, 48> CHARS;
+  char* AT = CHARS.end();
+
+  void PUT(char c) { *--AT = c; }
+  std::string TEXT() { return {AT, CHARS.end()}; }
+};
+
 // The same in fixed point for the numbers that tables mostly hold. Up to 12 decimals 5^d has 28
-// bits and the real 24, so that their product is exact in 64 bits and is rounded just once. Blank
-// for others.
-std::string SHORT_FIXED(float value, int d) {
+// bits and the real 24, so that their product is exact in 64 bits and is rounded just once. False
+// for others, with nothing put.
+bool PUT_SHORT_FIXED(float value, int d, BACKWARD_TEXT& text) {
   constexpr std::array<double, 13> powers{1.0, 1e1, 1e2, 1e3,  1e4,  1e5, 1e6,
                                           1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
   constexpr double most_units = 1e15;
-  if (d < 0 || d >= static_cast<int>(powers.size())) return "";
+  if (d < 0 || d >= static_cast<int>(powers.size())) return false;
   const double units = std::abs(static_cast<double>(value)) * powers[static_cast<std::size_t>(d)];
-  if (!(units < most_units)) return "";
+  if (!(units < most_units)) return false;
   const auto rounded = static_cast<std::uint64_t>(std::llrint(units));
-  std::array<char, 32> buffer{};
-  char* at = buffer.end();
   std::uint64_t rest = rounded;
   for (int place = 0; place <= d || rest > 0; ++place, rest /= 10U) {
-    if (place == d && d > 0) *--at = '.';
-    *--at = static_cast<char>('0' + rest % 10U);
+    if (place == d && d > 0) text.PUT('.');
+    text.PUT(static_cast<char>('0' + rest % 10U));
   }
-  if (std::signbit(value) && rounded > 0) *--at = '-';
-  return {at, buffer.end()};
+  if (std::signbit(value) && rounded > 0) text.PUT('-');
+  return true;
 }
 
 // Fixed point without padding.
 std::string FIXED(float value, int d) {
-  std::string text = SHORT_FIXED(value, d);
-  if (text.empty()) text = WORD_FOR(value);
-  if (text.empty()) text = DIGITS(value, d, std::chars_format::fixed);
-  return text;
+  BACKWARD_TEXT text;
+  if (PUT_SHORT_FIXED(value, d, text)) return text.TEXT();
+  const std::string word = WORD_FOR(value);
+  return word.empty() ? DIGITS(value, d, std::chars_format::fixed) : word;
 }
 
 // Exponent form without padding: 3.50E+07.
@@ -100,15 +107,19 @@ std::size_t BYTE_OFFSET(std::string_view text, std::size_t n) {
 bool IS_ASCII(std::string_view text) {
   constexpr std::uint64_t high_bits = 0x8080808080808080U;
   std::uint64_t seen = 0;
-  const auto see_eight = [&seen](const char* from) {
-    std::uint64_t word = 0;
+  const auto see = [&seen]<class WORD>(const char* from, WORD word) {
     std::memcpy(&word, from, sizeof word);
     seen |= word;
   };
-  if (text.size() >= sizeof seen) {
-    const char* const last = text.data() + text.size() - sizeof seen;
-    for (const char* from = text.data(); from < last; from += sizeof seen) see_eight(from);
-    see_eight(last);
+  constexpr std::size_t eight = sizeof(std::uint64_t);
+  constexpr std::size_t four = sizeof(std::uint32_t);
+  if (text.size() >= eight) {
+    const char* const last = text.data() + text.size() - eight;
+    for (const char* from = text.data(); from < last; from += eight) see(from, std::uint64_t{});
+    see(last, std::uint64_t{});
+  } else if (text.size() >= four) {
+    see(text.data(), std::uint32_t{});
+    see(text.data() + text.size() - four, std::uint32_t{});
   } else {
     for (const char c : text) seen |= static_cast<unsigned char>(c);
   }
@@ -173,7 +184,7 @@ std::string INTEGER_AT_LEAST(int value, int w) {
 
 std::string TEXT_COLUMNS(std::string_view text, int n) {
   const auto width = static_cast<std::size_t>(std::max(n, 0));
-  std::string field(text.substr(0, BYTE_OFFSET(text, width)));
+  std::string field(text.substr(0, IS_ASCII(text) ? width : BYTE_OFFSET(text, width)));
   field.append(width - std::min(width, CHARACTER_COUNT(field)), ' ');
   return field;
 }
@@ -258,8 +269,13 @@ std::string PLAIN_VALUE(float value) {
   return FIXED(value, layout.EXPONENT ? 0 : layout.DECIMALS);
 }
 
-// The value with as many decimals as its esd has, and the esd in units of the last one.
-std::string VALUE_WITH_ESD(float value, float std) {
+// An esd in units of the last of so many decimals.
+struct ESD_DIGITS {
+  int PRINTED = 0;
+  int DECIMALS = 0;
+};
+
+ESD_DIGITS DIGITS_OF_ESD(float std) {
   float scaled = std;
   int decimals = 0;
   while (scaled < 2.0f) {
@@ -268,15 +284,23 @@ std::string VALUE_WITH_ESD(float value, float std) {
   }
   int printed = static_cast<int>(scaled);
   if (scaled - static_cast<float>(printed) > counts_as_none) ++printed;
-  if (printed == two_digit_limit && decimals > 0) {
-    printed = 2;
-    --decimals;
+  if (printed == two_digit_limit && decimals > 0) return {2, decimals - 1};
+  return {printed, decimals};
+}
+
+// The value with as many decimals as its esd has, and the esd in units of the last one. Most begin
+// with the blank that stands for a sign.
+std::string VALUE_WITH_ESD(float value, float std) {
+  const ESD_DIGITS esd = DIGITS_OF_ESD(std);
+  BACKWARD_TEXT text;
+  text.PUT(')');
+  for (int rest = esd.PRINTED; rest > 0; rest /= 10) text.PUT(static_cast<char>('0' + rest % 10));
+  text.PUT('(');
+  if (PUT_SHORT_FIXED(value, esd.DECIMALS, text)) {
+    if (*text.AT != '-') text.PUT(' ');
+    return text.TEXT();
   }
-  std::string text = FIXED(value, decimals);
-  text += '(';
-  text += INTEGER_COLUMNS(printed);
-  text += ')';
-  return text;
+  return FIXED(value, esd.DECIMALS) + text.TEXT();
 }
 
 std::string VALUE_TEXT(float value, float std) {
@@ -296,7 +320,7 @@ std::string SETNUM_STD(float value, float std) {
     return "";
   }
   std::string text = VALUE_TEXT(value, std);
-  if (!text.starts_with('-')) text.insert(text.begin(), ' ');
+  if (!text.starts_with('-') && !text.starts_with(' ')) text.insert(text.begin(), ' ');
   return text;
 }
 

@@ -31,15 +31,6 @@ EXTENT EXTENT_OF(std::string_view text) {
   return {all, blanks, all - trailing, trimmed.ends_with(':')};
 }
 
-// The field before, where it stands when everything fits.
-struct NEIGHBOUR {
-  int COLUMN = -1;
-  bool FROM_LEFT = false;
-  int LAST = 0;  // its last character, 0: nothing
-  bool DIVIDES = true;
-  bool LOSES_BLANK = false;
-};
-
 void ADD_JOINT(const JOINT& joint, std::vector<JOINT>& joints) {
   const auto same = std::find_if(joints.begin(), joints.end(), [&](const JOINT& known) {
     return known.COLUMN_BEFORE == joint.COLUMN_BEFORE &&
@@ -51,19 +42,21 @@ void ADD_JOINT(const JOINT& joint, std::vector<JOINT>& joints) {
     same->ROOM = std::min(same->ROOM, joint.ROOM);
 }
 
-void ADD_FIELD(const FIELD& field, NEIGHBOUR& before, LONG_TABLE& table) {
+}  // namespace
+
+void ADD_FIELD(const FIELD& field, LAST_FIELD& last, LONG_TABLE& table) {
   const EXTENT extent = EXTENT_OF(field.TEXT);
   const bool is_blank = extent.TRIMMED == 0;
-  const bool is_sentence = field.COLUMN == before.COLUMN;
+  const bool is_sentence = field.COLUMN == last.COLUMN;
   const bool is_value = field.WIDTH > 0 && !is_blank;
   const int at = field.RIGHT ? field.AT + field.WIDTH - extent.ALL : field.AT;
   const bool from_left = field.WIDTH > 0 && !field.RIGHT && !is_sentence;
-  const int blank = field.TOUCHES || before.DIVIDES ? 0 : 1;
-  const int room = is_blank ? 0 : at + extent.BLANKS - before.LAST - 1 - blank;
+  const int blank = field.TOUCHES || last.DIVIDES ? 0 : 1;
+  const int room = is_blank ? 0 : at + extent.BLANKS - last.END - 1 - blank;
   const bool loses_blank =
       is_value && !field.RIGHT && extent.BLANKS > 0 && extent.ALL > field.WIDTH;
 
-  if (room + (before.LOSES_BLANK ? 1 : 0) < (loses_blank ? 1 : 0)) table.FITS = false;
+  if (room + (last.LOSES_BLANK ? 1 : 0) < (loses_blank ? 1 : 0)) table.FITS = false;
   const auto column = static_cast<std::size_t>(field.COLUMN);
   if (table.COLUMNS.size() <= column) table.COLUMNS.resize(column + 1);
   COLUMN_NEEDS& needs = table.COLUMNS[column];
@@ -71,15 +64,13 @@ void ADD_FIELD(const FIELD& field, NEIGHBOUR& before, LONG_TABLE& table) {
     needs.LACKING =
         std::max(needs.LACKING, extent.TRIMMED + (extent.BLANKS > 0 ? 0 : blank) - field.WIDTH);
   if (!is_blank && !is_sentence)
-    ADD_JOINT({before.COLUMN, before.FROM_LEFT, from_left, room}, needs.JOINTS);
+    ADD_JOINT({last.COLUMN, last.FROM_LEFT, from_left, room}, needs.JOINTS);
 
   table.TEXT += field.TEXT;
   table.FIELDS.push_back({static_cast<short>(field.COLUMN), static_cast<short>(at),
                           static_cast<unsigned short>(field.TEXT.size()), from_left, loses_blank});
-  before = {field.COLUMN, from_left, at + extent.TRIMMED - 1, extent.DIVIDES, loses_blank};
+  last = {field.COLUMN, from_left, at + extent.TRIMMED - 1, extent.DIVIDES, loses_blank};
 }
-
-}  // namespace
 
 // ---- lines ----
 
@@ -90,10 +81,14 @@ void MAKE_ROOM(LONG_TABLE& table, std::size_t lines, std::size_t fields) {
   table.ENDS.reserve(table.ENDS.size() + lines);
 }
 
-void ADD_LINE(const FIELD_LINE& line, LONG_TABLE& table) {
-  NEIGHBOUR before;
-  for (const FIELD& field : line) ADD_FIELD(field, before, table);
+void END_LINE(LONG_TABLE& table) {
   table.ENDS.push_back(table.FIELDS.size());
+}
+
+void ADD_LINE(const FIELD_LINE& line, LONG_TABLE& table) {
+  LAST_FIELD last;
+  for (const FIELD& field : line) ADD_FIELD(field, last, table);
+  END_LINE(table);
 }
 
 std::vector<COLUMN_SHIFT> SHIFTS_OF(const LONG_TABLE& table) {

@@ -44,6 +44,19 @@ struct LONG_TABLE {
 // Room for so many lines more of so many fields each.
 void MAKE_ROOM(LONG_TABLE& table, std::size_t lines, std::size_t fields);
 
+// The last field of a line that is being added.
+struct LAST_FIELD {
+  int COLUMN = -1;  // -1: none
+  bool FROM_LEFT = false;
+  int END = 0;  // place of its last character, when everything fits
+  bool DIVIDES = true;
+  bool LOSES_BLANK = false;
+};
+
+// Adds a field to the line, and ends the line.
+void ADD_FIELD(const FIELD& field, LAST_FIELD& last, LONG_TABLE& table);
+void END_LINE(LONG_TABLE& table);
+
 void ADD_LINE(const FIELD_LINE& line, LONG_TABLE& table);
 
 // How far the fields of each column move: those that stay where it begins, and the others.

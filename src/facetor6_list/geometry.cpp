@@ -52,8 +52,12 @@ bool LONG_REPORTS(REPORT_CODE code, std::string_view option, const std::vector<i
   for (std::size_t first = 0; first < places.size(); first += places_at_once) {
     if (!GO_ON(work, step)) return false;
     const std::vector<int> part = PART_OF(places, first, places_at_once);
-    for (std::size_t k = 0; k < sites.size(); ++k)
-      ADD_ROWS(REPORT_OF(code, sites[k], option, {}, part), reports[k]);
+    std::vector<FIELD_LINE> starts;
+    for (std::size_t k = 0; k < sites.size(); ++k) {
+      const REPORT rows = REPORT_OF(code, sites[k], option, {}, part);
+      if (starts.empty()) starts = ROW_STARTS(rows);
+      ADD_ROWS(rows, starts, reports[k]);
+    }
   }
   return true;
 }

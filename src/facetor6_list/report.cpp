@@ -181,15 +181,22 @@ FIELD_LINE CODE_LINE(const REPORT& report, std::size_t ligand) {
   return line;
 }
 
+FIELD FIELD_OF_CELL(const REPORT& report, const REPORT_ROW& row, std::size_t k) {
+  return CELL_FIELD(NUMBER_OF(k), report.COLUMNS[k], row.CELLS[k], report.WITH_ESDS);
+}
+
+// Behind the last field of the row.
+FIELD SENTENCE_FIELD(const REPORT& report, const REPORT_ROW& row) {
+  if (row.CELLS.empty()) return {START_USE, use_column + 1, row.SENTENCE};
+  const std::size_t last = row.CELLS.size() - 1;
+  const REPORT_COLUMN& column = report.COLUMNS[last];
+  return {NUMBER_OF(last), column.AT + column.WIDTH, row.SENTENCE};
+}
+
 FIELD_LINE ROW_LINE(const REPORT& report, const REPORT_ROW& row) {
   FIELD_LINE line = START_FIELDS(row.HEAD, report.WITH_ESDS, row.CELLS.size() + 1);
-  int end = use_column;
-  for (std::size_t k = 0; k < row.CELLS.size(); ++k) {
-    const REPORT_COLUMN& column = report.COLUMNS[k];
-    line.push_back(CELL_FIELD(NUMBER_OF(k), column, row.CELLS[k], report.WITH_ESDS));
-    end = column.AT + column.WIDTH - 1;
-  }
-  if (!row.SENTENCE.empty()) line.push_back({line.back().COLUMN, end + 1, row.SENTENCE});
+  for (std::size_t k = 0; k < row.CELLS.size(); ++k) line.push_back(FIELD_OF_CELL(report, row, k));
+  if (!row.SENTENCE.empty()) line.push_back(SENTENCE_FIELD(report, row));
   return line;
 }
 
@@ -237,8 +244,30 @@ LONG_REPORT START_LONG_REPORT(const REPORT& report, std::size_t rows) {
   return started;
 }
 
-void ADD_ROWS(const REPORT& part, LONG_REPORT& report) {
-  for (const REPORT_ROW& row : part.ROWS) ADD_LINE(ROW_LINE(part, row), report.TABLE);
+namespace {
+
+// The fields of ROW_LINE, without the line.
+void ADD_ROW(const REPORT& part, const REPORT_ROW& row, const FIELD_LINE& start,
+             LONG_TABLE& table) {
+  LAST_FIELD last;
+  for (const FIELD& field : start) ADD_FIELD(field, last, table);
+  for (std::size_t k = 0; k < row.CELLS.size(); ++k)
+    ADD_FIELD(FIELD_OF_CELL(part, row, k), last, table);
+  if (!row.SENTENCE.empty()) ADD_FIELD(SENTENCE_FIELD(part, row), last, table);
+  END_LINE(table);
+}
+
+}  // namespace
+
+std::vector<FIELD_LINE> ROW_STARTS(const REPORT& part) {
+  std::vector<FIELD_LINE> starts;
+  for (const REPORT_ROW& row : part.ROWS) starts.push_back(START_FIELDS(row.HEAD, part.WITH_ESDS));
+  return starts;
+}
+
+void ADD_ROWS(const REPORT& part, const std::vector<FIELD_LINE>& starts, LONG_REPORT& report) {
+  for (std::size_t k = 0; k < part.ROWS.size(); ++k)
+    ADD_ROW(part, part.ROWS[k], starts[k], report.TABLE);
 }
 
 void WRITE_REPORT(const LONG_REPORT& report) {

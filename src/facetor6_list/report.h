@@ -130,7 +130,10 @@ struct LONG_REPORT {
   KVA_UTILITIES::LONG_TABLE TABLE;
 };
 LONG_REPORT START_LONG_REPORT(const REPORT& report, std::size_t rows);
-void ADD_ROWS(const REPORT& part, LONG_REPORT& report);
+// starts: the fields that its rows begin with, which are those of all reports on the same blocks.
+std::vector<KVA_UTILITIES::FIELD_LINE> ROW_STARTS(const REPORT& part);
+void ADD_ROWS(const REPORT& part, const std::vector<KVA_UTILITIES::FIELD_LINE>& starts,
+              LONG_REPORT& report);
 void WRITE_REPORT(const LONG_REPORT& report);
 
 }  // namespace FACETOR_LIST
