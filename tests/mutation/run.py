@@ -35,7 +35,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 NO_DIFFERENCE = pathlib.Path(__file__).with_name("no_difference.txt")
 PASS_MARK = 0.95
 BUILD_LIMIT = 600  # seconds
-TEST_LIMIT = 900
+TEST_LIMIT = 900  # of all tests on the sources as they are
+SLOWER = 4  # how many times their usual time tests may take, and a minute, with a fault
 CPU_LIMIT = 20  # seconds of processor time of one process of a test that is not long
 LONG_CPU_LIMIT = 200
 MEMORY_LIMIT = 4 << 30  # bytes of one process
@@ -136,8 +137,15 @@ def run(command, limit, cpu_limit=None):
 
 
 def end_programs(build):
-    """Ends what still runs from the build, in whatever session."""
-    for process in pathlib.Path("/proc").glob("[0-9]*"):
+    """Ends what still runs from the build, in whatever session, and a ctest that a run of this
+    script which was killed has left."""
+    processes = list(pathlib.Path("/proc").glob("[0-9]*"))
+    for process in processes:
+        with contextlib.suppress(OSError):
+            words = (process / "cmdline").read_bytes().split(b"\0")
+            if words[0] == b"ctest" and os.fsencode(build) in words:
+                os.kill(int(process.name), signal.SIGKILL)
+    for process in processes:
         with contextlib.suppress(OSError):
             if (process / "exe").resolve().is_relative_to(build.resolve()):
                 os.kill(int(process.name), signal.SIGKILL)
@@ -161,6 +169,7 @@ def copy_tree(source, target):
 def prepare(work):
     """A copy of the tree with a shared library a floor, so that a fault is built fast."""
     tree, build = work / "tree", work / "build"
+    end_programs(build)
     copy_tree(ROOT, tree)
     samples = os.environ.get("GEMMARA_SAMPLES") or next(ROOT.parent.glob("*/samples"), "")
     options = ["-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O1 -D_GLIBCXX_ASSERTIONS",
@@ -173,13 +182,16 @@ def prepare(work):
     configured = run(["cmake", "-S", tree, "-B", build, *options], BUILD_LIMIT)
     if not configured or not run(["cmake", "--build", build, "-j2"], 3600):
         sys.exit("the sources as they are do not build")
-    passed = work / "passed.txt"  # the tree that passed its tests last
+    passed, times = work / "passed.txt", work / "times.txt"  # the tree that passed its tests last
     now = digest_of(tree)
     if not passed.exists() or passed.read_text() != now:
+        costs = build / "Testing/Temporary/CTestCostData.txt"  # mean times of all runs so far
+        costs.unlink(missing_ok=True)
         if not run(ctest(build, "."), TEST_LIMIT, LONG_CPU_LIMIT):
             sys.exit("the sources as they are do not pass their tests")
+        shutil.copy(costs, times)
         passed.write_text(now)
-    return tree, build
+    return tree, build, times_in(times)
 
 
 def digest_of(tree):
@@ -223,10 +235,10 @@ def ctest(build, names):
             "-R", names, "-E", NOT_ASKED]
 
 
-def times_of(build):
+def times_in(path):
     """Seconds that each test took on the sources as they are."""
     times = {}
-    for line in (build / "Testing/Temporary/CTestCostData.txt").read_text().splitlines():
+    for line in path.read_text().splitlines():
         if len(line.split()) == 3:
             name, _runs, seconds = line.split()
             times[name] = float(seconds)
@@ -255,12 +267,13 @@ def long_stages(times):
     return [{name} for name in sorted(long, key=times.get)]
 
 
-def noticed_by(build, stages, cpu_limit):
+def noticed_by(build, stages, times, cpu_limit):
     """The tests that fail; blank: none does."""
     failures = build / "Testing/Temporary/LastTestsFailed.log"
     for names in stages:
         failures.unlink(missing_ok=True)
-        passed = run(ctest(build, f"^({'|'.join(sorted(names))})$"), TEST_LIMIT, cpu_limit)
+        limit = 60 + SLOWER * sum(times[name] for name in names)
+        passed = run(ctest(build, f"^({'|'.join(sorted(names))})$"), limit, cpu_limit)
         end_programs(build)
         if not passed:
             told = failures.read_text().split() if failures.exists() else []
@@ -339,14 +352,14 @@ def short_result(fault, tree, build, code, times):
         if fault.path.suffix == ".cpp" and code_of(fault.path, tree, build) == code[fault.path]:
             return NO_CODE
         stages = short_stages(floor_of(fault.path, tree, build), times)
-        tests = noticed_by(build, stages, CPU_LIMIT)
+        tests = noticed_by(build, stages, times, CPU_LIMIT)
         return f"noticed by {tests}" if tests else UNNOTICED
 
 
 def long_result(fault, build, times):
     with fault:
         run(["cmake", "--build", build, "-j2"], BUILD_LIMIT)
-        tests = noticed_by(build, long_stages(times), LONG_CPU_LIMIT)
+        tests = noticed_by(build, long_stages(times), times, LONG_CPU_LIMIT)
         return f"noticed by {tests}" if tests else NOT_NOTICED
 
 
@@ -357,10 +370,10 @@ def main():
     parser.add_argument("--work", type=pathlib.Path, default=pathlib.Path("/tmp/gemmara_mutation"))
     parser.add_argument("--only", default="", help="only sources whose path holds this text")
     arguments = parser.parse_args()
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # as Ctrl-C: the fault is taken out
     arguments.work.mkdir(parents=True, exist_ok=True)
     start = time.time()
-    tree, build = prepare(arguments.work)
-    times = times_of(build)
+    tree, build, times = prepare(arguments.work)
     files = sources(tree, build, arguments.only)
     code = {path: code_of(path, tree, build) for path in files}
     name = f"results-{arguments.seed}{arguments.only.replace('/', '_')}.txt"
