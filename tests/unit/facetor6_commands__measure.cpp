@@ -527,6 +527,24 @@ TEST_F(MEASURING, ARCS_HAVE_ESDS) {
 
 // In a cubic perovskite the octahedron is 4/3 of the cube of its bond, whatever the cell: the two
 // grow together.
+// I 4 on primitive axes a, b, (a + b + c)/2, where cos alpha = cos beta = a/(2 c'): 60 degrees when
+// both are 4 angstroms. The square of the vector a + c' is 2 a^2 + c'^2, so that its length of
+// sqrt(48) grows by 2 a/sqrt(48) with a and by c'/sqrt(48) with c'. The angle, in radians, turns by
+// -1/(2 c' sin alpha) with a and by a/(2 c'^2 sin alpha) with c'.
+TEST_F(MEASURING, AN_ANGLE_THAT_LENGTHS_RULE_FOLLOWS_THEM) {
+  CRYSTAL_STRUCTURE_TYPE phase =
+      MADE({4, 4, 4}, {60, 60, 90}, "P 1", {{"C1", {0, 0, 0}, {}}}, {0.01f, 0.01f, 0.02f});
+  const std::vector<std::string> operators{"x,y,z", "-y-z,x,z", "-x-z,-y-z,z", "y,-x-z,z"};
+  XTAL::SET_SPACEGROUP("", phase.SPG, operators, "FIX");
+  ASSERT_EQ(phase.SPG.MULTIP, 4) << XTAL::ERR_SYMM_MESS;
+  LOAD({phase});
+  EXPECT_FLOAT_EQ(VALUE("dist(C1, C1[1_656])"), std::sqrt(48.0f));
+  EXPECT_NEAR(ESD("dist(C1, C1[1_656])"), std::hypot(8 * 0.01, 4 * 0.02) / std::sqrt(48.0), 1e-6);
+  const double turn = 180.0 / 3.14159265358979 / (8.0 * std::sqrt(0.75));
+  EXPECT_FLOAT_EQ(VALUE("angle(C1[1_655], C1, C1[1_556])"), 60.0f);
+  EXPECT_NEAR(ESD("angle(C1[1_655], C1, C1[1_556])"), turn * std::hypot(0.01, 0.02), 1e-5);
+}
+
 TEST_F(MEASURING, A_VOLUME_GROWS_WITH_ITS_BONDS) {
   LOAD({MADE({4, 4, 4}, {90, 90, 90}, "P m -3 m", {{"Ti1", {0, 0, 0}}, {"O1", {0.5f, 0, 0}}},
              {0.01f, 0.01f, 0.01f})});

@@ -121,6 +121,22 @@ TEST(FIXED_ANGLES, A_TWO_FOLD_AXIS_OF_HEXAGONAL_AXES_FIXES_NOTHING_ELSE) {
   EXPECT_GT(angle.ESD, 0.0f);
 }
 
+// There 0, y, z lies the half of y a along the axis, and so the angle of its two images lacks twice
+// arctan((y a / 2) / r) of 180 degrees, where r is the root of (0.866 y a)^2 + (z c)^2. Nearly
+// across the axis, to a tenth of a degree, it is taken for straight.
+TEST(FIXED_ANGLES, ACROSS_A_TWO_FOLD_AXIS_A_TENTH_OF_A_DEGREE_DOES_NOT_COUNT) {
+  for (const float lacking : {0.09f, 0.11f}) {
+    const float z = 0.3f;
+    const float y = TAN_HALF(lacking) * z * 7.0f / 4.5f;
+    const VECTOR3 ligand{0, y, z};
+    const auto phase = MADE({9, 9, 7}, {90, 90, 120}, "P 3 2 1",
+                            {{"B1", {0, 0, 0}}, {"O1", ligand, {small_esd, small_esd, small_esd}}});
+    const VALUE_ESD angle = ANGLE_AND_SIGMA_VCV(phase, {0, 0, 0}, ligand, {-y, -y, -z});
+    EXPECT_NEAR(angle.VALUE, lacking < 0.1f ? 180.0f : 179.89f, 0.001f);
+    EXPECT_EQ(angle.ESD > 0.0f, lacking > 0.1f);
+  }
+}
+
 // ---- mirrors ----
 
 TEST(MIRRORS, FIX_NO_ANGLE_BUT_THE_STRAIGHT_ONE) {

@@ -36,6 +36,17 @@ TEST(POINT_FEATURES, THE_SIDE_OF_A_PLANE_IS_THAT_OF_ITS_FIRST_POINTS_THAT_HAVE_O
   EXPECT_TRUE(std::isnan(ANGLE_OF_PLANES(line, line)));
 }
 
+// The corners of a flat rectangle lie half its height off its middle line.
+TEST(POINT_FEATURES, POINTS_WITHIN_A_HUNDREDTH_OF_AN_ANGSTROM_OF_A_LINE_MAKE_NO_PLANE) {
+  const auto rectangle = [](double height) {
+    return std::vector<WIDE3>{{0, 0, 0}, {4, 0, 0}, {4, height, 0}, {0, height, 0}};
+  };
+  EXPECT_TRUE(IN_ONE_LINE(rectangle(0.019)));
+  EXPECT_FALSE(IN_ONE_LINE(rectangle(0.021)));
+  EXPECT_TRUE(std::isnan(OFF_PLANE({0, 0, 2}, rectangle(0.019))));
+  EXPECT_DOUBLE_EQ(OFF_PLANE({0, 0, 2}, rectangle(0.021)), 2.0);
+}
+
 // A cube of edge 2, an octahedron of 4/3 of the cube of its bond, a tetrahedron of a third of the
 // cube around it.
 TEST(POINT_FEATURES, HULLS_HAVE_THE_FACES_AND_VOLUMES_OF_THE_BODIES) {
