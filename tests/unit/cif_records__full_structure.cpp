@@ -109,6 +109,7 @@ TEST(FULL_SYMMETRY, OPERATORS_QUOTED_OR_BARE_IN_A_LOOP_OF_ANY_COLUMNS) {
             "P -1 2");
   EXPECT_EQ(GROUP("_space_group_symop_operation_xyz x,y,z\n"), "P 1 1");
   EXPECT_EQ(GROUP("loop_\n_symmetry_equiv_pos_as_xyz\nx, y, z\n-x, -y, -z\n"), "P -1 2");
+  EXPECT_EQ(GROUP("loop_\n_symmetry_equiv_pos_as_xyz\nx, y, z\n- x, - y, -z\n"), "P -1 2");
   EXPECT_EQ(GROUP("loop_ _space_group_symop_magn_operation.xyz x,y,z,+1 -x,-y,-z,-1\n"
                   "loop_ _space_group_symop_magn_centering.xyz x,y,z,+1 x+1/2,y+1/2,z+1/2,-1\n"),
             "unknown 4");  // the setting I -1 has no row

@@ -171,6 +171,9 @@ TEST(FAULTS_OF_A_CIF, AN_UNEVEN_LOOP_KEEPS_ITS_WHOLE_ROWS) {
             "{a atom_site_label=A,B atom_site_fract_x=1,2 !uneven line 5 x1}");
   EXPECT_EQ(BLOCKS(head + "A 1 B 2 C"),
             "{a atom_site_label=A,B atom_site_fract_x=1,2 !uneven line 3 x1}");
+  for (const std::string first : {"A 1 1", "A"})
+    EXPECT_EQ(BLOCKS(head + first + "\nB 2\nC 3\n"),
+              "{a atom_site_label=B,C atom_site_fract_x=2,3 !uneven line 3 x1}");
   // Rows of two lines, the second of which lacks its second line.
   EXPECT_EQ(BLOCKS("data_a\nloop_ _atom_site_label _x _atom_site_fract_x\nA 1\n1\nB 2\nC 3\n3\n"),
             "{a atom_site_label=A,C atom_site_fract_x=1,3 !uneven line 5 x1}");

@@ -4,7 +4,10 @@
 #include "console_code/kva_utilities/columns.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -109,6 +112,21 @@ TEST(FIELDS, TEXT_AT_A_COLUMN) {
   line = "\xC3\xA9";
   PUT_AT(line, 3, "x");
   EXPECT_EQ(line, "\xC3\xA9 x");
+}
+
+// A page between two that may not be read: a text at its start, and one at its end.
+TEST(FIELDS, CHARACTERS_ARE_COUNTED_WITHOUT_A_LOOK_BESIDE_THE_TEXT) {
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  void* const pages = ::mmap(nullptr, 3 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  ASSERT_NE(pages, MAP_FAILED);
+  char* const start = static_cast<char*>(pages) + page;
+  ASSERT_EQ(::mprotect(start, page, PROT_READ | PROT_WRITE), 0);
+  std::fill(start, start + page, 'x');
+  for (std::size_t length = 0; length <= 20; ++length) {
+    EXPECT_EQ(CHARACTERS({start, length}), static_cast<int>(length));
+    EXPECT_EQ(CHARACTERS({start + page - length, length}), static_cast<int>(length));
+  }
+  ::munmap(pages, 3 * page);
 }
 
 TEST(FIELDS, VALUE_AND_ESD_NEVER_REACH_THE_NEXT_FIELD) {

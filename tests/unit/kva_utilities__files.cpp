@@ -297,6 +297,19 @@ TEST_F(FILES, WHAT_IS_WRITTEN_LINE_BY_LINE_IS_CUT_AND_NOT_KEPT) {
 
 }  // namespace
 
+// The system tells no size of this file, which has more than nothing in it.
+TEST_F(FILES, BYTES_BEYOND_THE_SIZE_THAT_WAS_TOLD_ARE_READ) {
+  const fs::path version = "/proc/version";
+  if (!fs::is_regular_file(version)) GTEST_SKIP() << "no " << version;
+  std::ifstream stream(version, std::ios::binary);
+  const std::string content{std::istreambuf_iterator<char>(stream),
+                            std::istreambuf_iterator<char>()};
+  ASSERT_LT(fs::file_size(version), content.size());
+  std::string bytes;
+  EXPECT_TRUE(READ_FILE_BYTES(version.string(), bytes));
+  EXPECT_EQ(bytes, content);
+}
+
 TEST(BUFFERS, CONTROL_CHARACTERS_BECOME_BLANKS) {
   FILE_LINES lines = LINES_OF({"a\tb\r", std::string("x\0y", 3)});
   CLEAN_FILE(lines);

@@ -273,7 +273,7 @@ TEST(WYCKOFF, ANOTHER_SYMBOL_FOR_THE_SAME_OPERATORS_HAS_THE_SAME_ORBITS) {
 
 TEST(SYMBOLS, OLD_AND_NEW_SPELLINGS) {
   EXPECT_EQ(GROUP("P1").SYMOPSYMB(1), "x,y,z");
-  EXPECT_EQ(GROUP("P 1").MULTIP, 1);
+  for (const char* symbol : {"P 1", "P_1", "P(1)"}) EXPECT_EQ(GROUP(symbol).MULTIP, 1) << symbol;
   for (const char* symbol : {"P 21/c", "P21/c", "P 1 21/c 1", "p 21/C", "P2(1)/c", "P 2_1/c", "14"})
     EXPECT_EQ(GROUP(symbol).HALL, "-P 2ybc") << symbol;
   EXPECT_EQ(GROUP("R - 3 m").HALL, GROUP("R -3 m").HALL) << "cut in the wrong places";
