@@ -132,6 +132,12 @@ TEST_F(MEASURING, WHAT_TWO_QUANTITIES_SHARE_IS_CORRELATED) {
 }
 
 // A U of 0.000(2) was refined; one of zero without an esd was not given.
+// The root has no slope at 0, which a number does not mind. C1 and C2 move by 0.01 angstroms each.
+TEST_F(MEASURING, A_NUMBER_WITHOUT_AN_ESD_ADDS_NONE_AT_THE_END_OF_A_ROOT) {
+  LOAD({MOLECULE()});
+  EXPECT_NEAR(ESD("dist(C1, C2) + sqrt(0)"), std::hypot(0.01f, 0.01f), 1e-6f);
+}
+
 TEST_F(MEASURING, A_U_OF_ZERO_WITH_AN_ESD_IS_A_VALUE) {
   CRYSTAL_STRUCTURE_TYPE molecule = MOLECULE();
   constexpr float eight_pi_sq = 78.956835f;

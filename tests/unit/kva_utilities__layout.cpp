@@ -64,6 +64,12 @@ TEST(LAYOUT, A_LONG_NUMBER_WIDENS_ITS_COLUMN_AND_HEADS_MOVE_WITH_ITS_END) {
             (LINES{"     a      b       c", "   1.0 123.45       3", "   1.0      2 -1234.5"}));
 }
 
+TEST(LAYOUT, ALL_WORDS_OF_A_COLUMN_MOVE_TOGETHER) {
+  // The number needs one place more than its six.
+  EXPECT_EQ(SET({{{0, 6, "a"}, {1, 9, "b"}, {1, 12, "c"}}, NUMBERS({"1234567"})}),
+            (LINES{"      a  b  c", "1234567"}));
+}
+
 TEST(LAYOUT, A_BLANK_OF_A_VALUE_MAY_GO_WHERE_THAT_IS_ENOUGH) {
   // Nine characters with the blank, for eight columns: without it they fit.
   EXPECT_EQ(SET({VALUES({" 12.34(5)", " 1.5(2)"})}), (LINES{"12.34(5) 1.5(2)"}));
