@@ -174,8 +174,7 @@ bool GROUP_OF_HM(const KNOWN_SYMMETRY& words, SPACE_GROUP& group) {
 // The standard setting of a number.
 bool GROUP_OF_NUMBER(const KNOWN_SYMMETRY& words, SPACE_GROUP& group) {
   NUMBER number;
-  if (!GETNUM(words.NUMBER, number) || !number.WHOLE || !SET_GROUP(words.NUMBER, group))
-    return false;
+  if (!GETNUM(words.NUMBER, number) || !SET_GROUP(words.NUMBER, group)) return false;
   SYMBOL symbol{group.SPG_SYMB, ""};
   COMPLETE_SETTING(words, symbol);
   return symbol.SETTING.empty() || GROUP_OF_SYMBOL(symbol, group);

@@ -86,6 +86,15 @@ TEST(ELEMENTS, BY_THE_TABLE_OF_ATOM_TYPES) {
   EXPECT_EQ(atoms.ATOM(2).CHARGE, -2.0f);
 }
 
+TEST(ELEMENTS, A_LETTER_BEHIND_THE_SIGN_IS_NO_CHARGE) {
+  for (const char* description : {"Fe+x", "Fe-/", "Fe+:"}) {
+    const ATOM_TYPE atom =
+        READ(types + "Fe " + description + "\n\n" + sites + "Fe1 Fe 0 0 0\n").ATOM(1);
+    EXPECT_EQ(atom.SFACSYMB, description);
+    EXPECT_EQ(atom.CHARGE, 0.0f) << description;
+  }
+}
+
 TEST(ELEMENTS, BY_THE_FIRST_EQUAL_ROW_OF_THE_TABLE) {
   const ATOM_TYPE atom = READ(types + "M Fe2+\nM Mg2+\n\n" + sites + "M1 M 0 0 0\n").ATOM(1);
   EXPECT_EQ(atom.SFACSYMB, "Fe+2");

@@ -253,8 +253,10 @@ TEST_F(INTERPRETER, HELP_LISTS_GROUPS_IN_TITLE_ORDER) {
   CONSOLE.COMMANDS.ADD({"LONGCOMMAN", "Ten letters", 0, false});
   CONSOLE.COMMANDS.ADD({"WRITE", "Write it", 2, false});
   CONSOLE.COMMANDS.ADD({"NOWHERE", "Group without a title", 3, false});
+  CONSOLE.COMMANDS.ADD({"HIDDEN", "Alone in its group", 4, true});
   CONSOLE.CLIST_GROUP_TITLE.CLEAR();
-  for (const char* title : {"Parameters  ", "Files", "  "}) CONSOLE.CLIST_GROUP_TITLE.ADD(title);
+  for (const char* title : {"Parameters  ", "Files", "  ", "All hidden", "None"})
+    CONSOLE.CLIST_GROUP_TITLE.ADD(title);
   const std::string expected =
       "\n"
       "        ******General Commands******\n"

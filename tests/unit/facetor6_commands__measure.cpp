@@ -603,6 +603,25 @@ TEST_F(MEASURING, BEFORE_CALC_ATOMS_MATCH_WITHIN_NINE_TENTHS_OF_THE_SHORTEST_DIS
 
 // A number with an esd is one parameter in all blocks: its share goes out of a ratio to the
 // reference block.
+// Of bonds from 1.5 to 2.5 angstroms the shortest are those of 2, though two sites are 1 apart.
+TEST_F(MEASURING, BEHIND_CALC_ATOMS_MATCH_WITHIN_NINE_TENTHS_OF_THE_SHORTEST_BOND) {
+  CRYSTAL_STRUCTURE_TYPE near = MOLECULE();
+  near.ATOM(5).X[1] = 0.3f + 0.179f;
+  CRYSTAL_STRUCTURE_TYPE far = MOLECULE();
+  far.ATOM(5).X[1] = 0.3f + 0.181f;
+  LOAD({MOLECULE(), near, far});
+  RUN.DMIN = 1.5f;
+  RUN.DMAX = 2.5f;
+  RUN.BONDEX = {};
+  RUN.BONDEX_ON = false;
+  SAID("\n", [] { FACETOR_CALC::RUN_FACETOR_CALC_BONDS(); });
+  EXPECT_EQ(DEFINE_MEASURE("m", "dist(C3, C5)"), "");
+  const std::vector<std::vector<MEASURED_VALUE>> values = MEASURE_BLOCKS({1, 2, 3});
+  EXPECT_FLOAT_EQ(values[0][0].VALUE, 2.0f);
+  EXPECT_FLOAT_EQ(values[1][0].VALUE, 3.79f);
+  EXPECT_FALSE(values[2][0].FOUND);
+}
+
 TEST_F(MEASURING, A_NUMBER_WITH_AN_ESD_IS_THE_SAME_IN_ALL_BLOCKS) {
   CRYSTAL_STRUCTURE_TYPE other = MOLECULE();
   XTAL::SET_CELL_RECORD({9, 10, 10}, {90, 90, 90}, other.CELL);
