@@ -188,7 +188,7 @@ void SET_TENSOR(const CIFDATA_TYPE& loop, int row, ATOM_TYPE& atom) {
 
 void READ_TENSORS(const LINE_RANGE& block, LIST<ATOM_TYPE>& atom) {
   const CIFDATA_TYPE loop = READ_LOOP(block, "_atom_site_aniso_", aniso_labels);
-  if (ERR_KVACIF || loop.N == 0) return;
+  if (loop.N == 0) return;
   if (loop.N > atom.COUNT()) {
     ERR_KVACIF = true;
     ERR_KVACIF_MESS = "More aniso displacement factors than atoms";

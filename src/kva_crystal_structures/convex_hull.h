@@ -14,7 +14,7 @@ namespace KVA_CRYSTAL_STRUCTURES {
 using HULL_TRIANGLE = std::array<WIDE3, 3>;
 
 // The triangles of the hull; none of fewer than four points and of points that lie in a plane to
-// within 1e-4 of their extent.
+// within 1e-4 angstroms.
 std::vector<HULL_TRIANGLE> HULL_TRIANGLES(std::span<const WIDE3> points_cart);
 
 // Volume of the hull of Cartesian points, in cubic angstroms; exactly 0 for fewer than four points

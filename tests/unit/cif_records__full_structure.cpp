@@ -164,7 +164,9 @@ TEST(FULL_SYMMETRY, HALL_SYMBOL_THEN_SYMBOL_THEN_NUMBER) {
             "P n m a 8|The number 61 does not agree with the symbol P n m a, which is read");
   EXPECT_EQ(GROUP("_symmetry_Int_Tables_number 62\n"), "P n m a 8");
   for (const std::string number : {"62.5", "Pnma"})
-    EXPECT_EQ(GROUP("_symmetry_Int_Tables_number " + number + "\n"), "") << "no number";
+    EXPECT_EQ(GROUP("_symmetry_Int_Tables_number " + number + "\n"),
+              "P 1 1|No symmetry, space group set to P 1")
+        << number;
   EXPECT_EQ(GROUP("_space_group_IT_number 227\n_space_group_IT_coordinate_system_code 1\n"),
             "F d -3 m:1 192");
   EXPECT_EQ(GROUP("_space_group_name_Hall '-P 2ac 2n'\n_space_group_name_H-M_alt 'P b c a'\n"),

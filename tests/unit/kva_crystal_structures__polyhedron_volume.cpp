@@ -5,6 +5,7 @@
 #include <random>
 
 #include "kva_crystal_structures__polyhedra.h"
+#include "src/kva_crystal_structures/convex_hull.h"
 #include "src/kva_crystal_structures/moved_hull.h"
 
 using namespace POLYHEDRA;
@@ -97,6 +98,18 @@ TEST(PYRAMIDS, TRIANGLES_THAT_STAY_NO_FACES_ARE_LEFT_OUT_WITHOUT_A_CHANGE) {
 }
 
 // ---- hulls ----
+
+// Over triangles large and small, a fourth point at that height.
+TEST(HULLS, NONE_OF_POINTS_THAT_LIE_IN_A_PLANE_TO_A_TEN_THOUSANDTH_OF_AN_ANGSTROM) {
+  for (const double leg : {0.1, 2.0, 9.0}) {
+    const auto faces = [&](double height) {
+      return HULL_TRIANGLES(std::vector<WIDE3>{{0, 0, 0}, {leg, 0, 0}, {0, leg, 0}, {0, 0, height}})
+          .size();
+    };
+    EXPECT_EQ(faces(0.9e-4), 0U) << leg;
+    EXPECT_EQ(faces(1.1e-4), 4U) << leg;
+  }
+}
 
 // A ligand in the middle of an edge of the cube of 2 changes nothing.
 TEST(HULLS, COLLINEAR_VERTICES) {
