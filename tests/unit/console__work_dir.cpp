@@ -116,6 +116,9 @@ TEST_F(WORK_DIR, CD_FALLS_BACK_TO_THE_UPPER_CASE_COPY) {
   EXPECT_EQ(fs::current_path(), folder / "UPPER/SUB");
   COMMANDED("cd ../sub");
   EXPECT_EQ(fs::current_path(), folder / "UPPER/SUB");
+  fs::create_directory("../OTHER");
+  COMMANDED("cd ../other");
+  EXPECT_EQ(fs::current_path(), folder / "UPPER/OTHER");
   fs::current_path(folder);
   fs::create_directory("upper");
   COMMANDED("cd upper");
