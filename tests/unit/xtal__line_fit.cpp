@@ -217,16 +217,14 @@ TEST(LINE_FIT, WHAT_NO_REAL_HOLDS_IS_NO_LINE) {
 
 // Temperatures that lie close together, far from zero: about their mean nothing is lost.
 TEST(LINE_FIT, A_NARROW_RANGE_FAR_FROM_ZERO) {
-  POINTS points;
-  for (int i = 0; i < 6; ++i) {
-    const double x = 100000.0 + i;
-    points.push_back(
-        {x, 0, 1.0 + 0.5 * (x - 100000.0) + 0.25 * (x - 100000.0) * (x - 100000.0), 1});
+  for (const double start : {1e5, 1e7}) {
+    POINTS points;
+    for (int i = 0; i < 6; ++i) points.push_back({start + i, 0, 1.0 + 0.5 * i + 0.25 * i * i, 1});
+    const LINE_FIT fit = FIT_POINTS(points, start, FIT_CURVE::PARABOLA);
+    EXPECT_WITHIN(fit.AT.VALUE, 1.0, "value");
+    EXPECT_WITHIN(fit.SLOPE.VALUE, 0.5, "slope");
+    EXPECT_WITHIN(fit.SECOND.VALUE, 0.25, "second");
   }
-  const LINE_FIT fit = FIT_POINTS(points, 100000.0, FIT_CURVE::PARABOLA);
-  EXPECT_WITHIN(fit.AT.VALUE, 1.0, "value");
-  EXPECT_WITHIN(fit.SLOPE.VALUE, 0.5, "slope");
-  EXPECT_WITHIN(fit.SECOND.VALUE, 0.25, "second");
 }
 
 // ---- many cases, judged by numpy ----
