@@ -89,6 +89,15 @@ TEST_F(MEASURED_POLYHEDRA, THREE_LIGANDS_HAVE_NO_VOLUME) {
   for (const std::string text : {"vol(C1)", "qe(C1)", "av(C1)", "sigma(C1)"}) EXPECT_NONE(text);
 }
 
+// The corners of a square about its middle: what a tetrahedron's volume would be measured by is 0.
+TEST_F(MEASURED_POLYHEDRA, A_SQUARE_HAS_A_VOLUME_OF_ZERO_AND_NO_DISTORTION) {
+  LOAD({MADE({4, 4, 10}, {90, 90, 90}, "P 4/m m m", {{"Cu1", {0, 0, 0}}, {"O1", {0.5f, 0, 0}}})});
+  CALCULATE();
+  EXPECT_VALUE("n(Cu1)", 4.0f);
+  EXPECT_VALUE("vol(Cu1)", 0.0f);
+  for (const std::string text : {"qe(Cu1)", "av(Cu1)", "sigma(Cu1)"}) EXPECT_NONE(text);
+}
+
 // In the second block the oxygen O3 is not there: one bond is missing, the others are what they
 // are.
 TEST_F(MEASURED_POLYHEDRA, WITHOUT_ALL_BONDS_A_POLYHEDRON_HAS_NO_VALUE) {
