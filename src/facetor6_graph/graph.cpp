@@ -63,8 +63,7 @@ REPORT SHEET_OF(const FOLLOWED& followed) {
 }
 
 std::string SHEET_TEXT(const REPORT& sheet) {
-  return FACETOR_SHEETS::SHEET_LINE(FACETOR_SHEETS::WIDE_NAMES({sheet})) +
-         FACETOR_SHEETS::WIDE_LINES({sheet});
+  return FACETOR_SHEETS::WIDE_SHEET(sheet);
 }
 
 // ---- axes ----

@@ -76,79 +76,97 @@ void ADD_LINES(std::string_view lines, SHEET_FILE& file) {
 
 // ---- part by part ----
 
-// The reports that have columns; not all of them when the user has stopped the work, which is at
-// the step.
-REPORTS TABLES_OF(REPORT_CODE code, const std::vector<int>& sites, const std::vector<int>& places,
-                  int step, WORK& work) {
-  constexpr std::size_t sites_at_once = 256;
+constexpr std::size_t sites_at_once = 256;
+
+// The reports that have columns.
+REPORTS TABLES_OF(REPORT_CODE code, const std::vector<int>& sites, const std::vector<int>& places) {
   REPORTS tables;
-  std::size_t first = 0;
-  do {
-    if (!GO_ON(work, step)) return tables;
-    for (REPORT& report : REPORTS_OF(code, PART_OF(sites, first, sites_at_once), places))
-      if (report.IS_TABLE) tables.push_back(std::move(report));
-    first += sites_at_once;
-  } while (IS_OF_SITES(code) && first < sites.size());
+  for (REPORT& report : REPORTS_OF(code, sites, places))
+    if (report.IS_TABLE) tables.push_back(std::move(report));
   return tables;
 }
 
-void ADD_WIDE_PART(const SHEET& sheet, const std::vector<int>& part, int step, WORK& work,
-                   SHEET_FILE& file) {
-  const REPORTS tables = TABLES_OF(sheet.CODES.front(), sheet.SITES, part, step, work);
-  if (work.STOPPED) return;
-  ADD_LINES(WIDE_LINES(tables), file);
-  file.ROWS += static_cast<int>(part.size());
-}
-
-// One quantity of the long form: its values in a part of the blocks, and what their lines share.
-struct LONG_QUANTITY {
+// Some sites of a quantity.
+struct SITE_GROUP {
   REPORT_CODE CODE;
-  std::vector<std::string> MIDDLES;
-  REPORTS TABLES;
+  std::vector<int> SITES;
+  std::vector<std::string> MIDDLES{};  // of the long form: what their lines share
+  REPORTS TABLES{};                    // of the part of the blocks that is being written
 };
 
-std::vector<LONG_QUANTITY> LONG_QUANTITIES(const SHEET& sheet, WORK& work) {
-  std::vector<LONG_QUANTITY> quantities;
-  for (REPORT_CODE code : sheet.CODES)
-    quantities.push_back({code, LONG_MIDDLES(TABLES_OF(code, sheet.SITES, {}, 1, work)), {}});
-  return quantities;
+std::vector<SITE_GROUP> GROUPS_OF(const SHEET& sheet) {
+  std::vector<SITE_GROUP> groups;
+  for (REPORT_CODE code : sheet.CODES) {
+    std::size_t first = 0;
+    do {
+      groups.push_back({code, PART_OF(sheet.SITES, first, sites_at_once)});
+      first += sites_at_once;
+    } while (IS_OF_SITES(code) && first < sheet.SITES.size());
+  }
+  return groups;
 }
 
-void ADD_LONG_PART(const SHEET& sheet, const std::vector<int>& part, int step, WORK& work,
-                   std::vector<LONG_QUANTITY>& quantities, SHEET_FILE& file) {
-  for (LONG_QUANTITY& quantity : quantities)
-    quantity.TABLES = TABLES_OF(quantity.CODE, sheet.SITES, part, step, work);
+// False when the user has stopped it, here and below.
+bool WRITE_HEAD(const SHEET& sheet, std::vector<SITE_GROUP>& groups, WORK& work, SHEET_FILE& file) {
+  NAMES_TAKEN taken;
+  std::string line;
+  ADD_FIELDS(sheet.LONG ? LONG_NAMES() : START_NAMES(taken), line);
+  REPORT_CODE code = NO_REPORT;
+  for (SITE_GROUP& group : groups) {
+    if (!GO_ON(work, 1)) return false;
+    const REPORTS tables = TABLES_OF(group.CODE, group.SITES, {});
+    if (!sheet.LONG) {
+      ADD_FIELDS(WIDE_NAMES(tables, taken), line);
+      continue;
+    }
+    if (group.CODE != code) {  // each quantity has names of its own
+      taken = {};
+      START_NAMES(taken);
+      code = group.CODE;
+    }
+    group.MIDDLES = LONG_MIDDLES(tables, taken);
+  }
+  ADD_LINES(line + '\n', file);
+  return true;
+}
+
+// The tables of all groups are made for the first block of a part and held up to its last.
+bool WRITE_PART(const SHEET& sheet, const std::vector<int>& part, int step, WORK& work,
+                std::vector<SITE_GROUP>& groups, SHEET_FILE& file) {
   for (std::size_t k = 0; k < part.size(); ++k) {
     std::string text;
-    for (const LONG_QUANTITY& quantity : quantities) {
-      if (!GO_ON(work, step)) return;
-      file.ROWS += ADD_LONG_LINES(quantity.TABLES, quantity.MIDDLES, k, text);
+    if (!sheet.LONG) ADD_FIELDS(SHEET_START(HEAD_OF_PLACE(part[k])), text);
+    for (SITE_GROUP& group : groups) {
+      if (!GO_ON(work, step)) return false;
+      if (k == 0) group.TABLES = TABLES_OF(group.CODE, group.SITES, part);
+      if (sheet.LONG) {
+        file.ROWS += ADD_LONG_LINES(group.TABLES, group.MIDDLES, k, text);
+        ADD_LINES(text, file);
+        text.clear();
+      } else {
+        ADD_FIELDS(WIDE_FIELDS(group.TABLES, k), text);
+      }
+      if (k + 1 == part.size()) group.TABLES = {};
     }
-    ADD_LINES(text, file);
+    if (sheet.LONG) continue;
+    ADD_LINES(text + '\n', file);
+    ++file.ROWS;
   }
+  return true;
 }
 
-// False when the user has stopped it.
 bool WRITE_ROWS(const SHEET& sheet, SHEET_FILE& file) {
-  constexpr std::size_t part_length = 64;  // blocks that are held at a time
+  // Blocks that are held at a time; of so many sites one.
+  const std::size_t part_length = sheet.SITES.size() > sites_at_once ? 1 : 64;
   WORK work("Writing blocks", static_cast<int>(sheet.PLACES.size()));
-  std::vector<LONG_QUANTITY> quantities;
-  if (sheet.LONG) quantities = LONG_QUANTITIES(sheet, work);
-  ADD_LINES(
-      SHEET_LINE(sheet.LONG ? LONG_NAMES()
-                            : WIDE_NAMES(TABLES_OF(sheet.CODES.front(), sheet.SITES, {}, 1, work))),
-      file);
+  std::vector<SITE_GROUP> groups = GROUPS_OF(sheet);
+  if (!WRITE_HEAD(sheet, groups, work, file)) return false;
   for (std::size_t first = 0; first < sheet.PLACES.size(); first += part_length) {
-    const int step = static_cast<int>(first) + 1;
-    if (!GO_ON(work, step)) return false;
     if (file.REFUSED) return true;
     const std::vector<int> part = PART_OF(sheet.PLACES, first, part_length);
-    if (sheet.LONG)
-      ADD_LONG_PART(sheet, part, step, work, quantities, file);
-    else
-      ADD_WIDE_PART(sheet, part, step, work, file);
+    if (!WRITE_PART(sheet, part, static_cast<int>(first) + 1, work, groups, file)) return false;
   }
-  return !work.STOPPED;
+  return true;
 }
 
 // A line holds all blocks, so that a site is held at a time.
@@ -161,12 +179,12 @@ bool WRITE_FOR_PAPER(const SHEET& sheet, SHEET_KIND kind, SHEET_FILE& file) {
     for (int site : IS_OF_SITES(code) ? sheet.SITES : one) {
       if (!GO_ON(work, ++step)) return false;
       std::string text;
-      for (const REPORT& report : TABLES_OF(code, {site}, sheet.PLACES, step, work))
+      for (const REPORT& report : TABLES_OF(code, {site}, sheet.PLACES))
         file.ROWS += ADD_PAPER_LINES(report, kind, text);
       ADD_LINES(text, file);
     }
   }
-  return !work.STOPPED;
+  return true;
 }
 
 // ---- the last fit ----

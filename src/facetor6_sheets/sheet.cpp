@@ -24,7 +24,18 @@ using FIELDS = std::vector<std::string>;
 
 const FIELDS start_names{"block", "title", "T", "T_esd", "P", "P_esd", "use"};
 
-FIELDS START_OF(const ROW_HEAD& head) {
+const REPORT_CELL& CELL_AT(const REPORT_ROW& row, std::size_t k) {
+  static const REPORT_CELL nothing;
+  return k < row.CELLS.size() ? row.CELLS[k] : nothing;
+}
+
+std::string NAME_ONCE(const std::string& name, NAMES_TAKEN& taken) {
+  return UNIQUE_NAME(name, taken, LINE_LENGTH);
+}
+
+}  // namespace
+
+FIELDS SHEET_START(const ROW_HEAD& head) {
   const REPORT_CELL t = REAL_CELL(head.T, head.T_STD);
   const REPORT_CELL p = REAL_CELL(head.P, head.P_STD);
   return {INTEGER_COLUMNS(head.BLOCK),
@@ -36,50 +47,34 @@ FIELDS START_OF(const ROW_HEAD& head) {
           head.USED ? "1" : "0"};
 }
 
-const REPORT_CELL& CELL_AT(const REPORT_ROW& row, std::size_t k) {
-  static const REPORT_CELL nothing;
-  return k < row.CELLS.size() ? row.CELLS[k] : nothing;
+FIELDS START_NAMES(NAMES_TAKEN& taken) {
+  taken.CAPITALS_DIFFER = true;
+  for (const std::string& name : start_names) NAME_ONCE(name, taken);
+  return start_names;
 }
 
-}  // namespace
+void ADD_FIELDS(const FIELDS& fields, std::string& line) {
+  if (fields.empty()) return;
+  if (!line.empty()) line += ',';
+  line += SHEET_LINE(fields);
+  line.pop_back();
+}
 
 // ---- a row a block ----
 
-namespace {
-
-struct WIDE_NAME {
-  std::string NAME;
-  bool IS_ESD = false;
-};
-
-std::vector<WIDE_NAME> UNIQUE_NAMES(const REPORTS& reports) {
-  std::vector<WIDE_NAME> names;
-  NAMES_TAKEN taken{true, {}};
-  const auto add = [&](const std::string& name, bool is_esd) {
-    names.push_back({UNIQUE_NAME(name, taken, LINE_LENGTH), is_esd});
-  };
-  for (const std::string& name : start_names) add(name, false);
+FIELDS WIDE_NAMES(const REPORTS& reports, NAMES_TAKEN& taken) {
+  FIELDS names;
   for (const REPORT& report : reports)
     for (const REPORT_COLUMN& column : report.COLUMNS) {
       if (!column.IN_SHEET) continue;
-      add(column.NAME, false);
-      if (column.HAS_ESD) add(column.NAME + "_esd", true);
+      names.push_back(NAME_ONCE(column.NAME, taken));
+      if (column.HAS_ESD) names.push_back(NAME_ONCE(column.NAME + "_esd", taken));
     }
   return names;
 }
 
-}  // namespace
-
-std::vector<std::string> WIDE_NAMES(const REPORTS& reports) {
-  FIELDS names;
-  for (WIDE_NAME& name : UNIQUE_NAMES(reports)) names.push_back(std::move(name.NAME));
-  return names;
-}
-
-namespace {
-
 FIELDS WIDE_FIELDS(const REPORTS& reports, std::size_t k) {
-  FIELDS fields = START_OF(reports.front().ROWS[k].HEAD);
+  FIELDS fields;
   for (const REPORT& report : reports)
     for (std::size_t c = 0; c < report.COLUMNS.size(); ++c) {
       if (!report.COLUMNS[c].IN_SHEET) continue;
@@ -90,12 +85,19 @@ FIELDS WIDE_FIELDS(const REPORTS& reports, std::size_t k) {
   return fields;
 }
 
-}  // namespace
-
-std::string WIDE_LINES(const REPORTS& reports) {
+std::string WIDE_SHEET(const REPORT& report) {
+  NAMES_TAKEN taken;
+  const REPORTS one{report};
   std::string text;
-  for (std::size_t k = 0; k < reports.front().ROWS.size(); ++k)
-    text += SHEET_LINE(WIDE_FIELDS(reports, k));
+  ADD_FIELDS(START_NAMES(taken), text);
+  ADD_FIELDS(WIDE_NAMES(one, taken), text);
+  text += '\n';
+  for (std::size_t k = 0; k < report.ROWS.size(); ++k) {
+    std::string line;
+    ADD_FIELDS(SHEET_START(report.ROWS[k].HEAD), line);
+    ADD_FIELDS(WIDE_FIELDS(one, k), line);
+    text += line + '\n';
+  }
   return text;
 }
 
@@ -114,15 +116,6 @@ std::string CENTRE_LABEL(const REPORT& report) {
   return report.CENTRE > 0 ? REFERENCE().ATOM(report.CENTRE).LAB : "";
 }
 
-// The names of the values in the wide form.
-FIELDS FEATURE_NAMES(const REPORTS& reports) {
-  FIELDS names;
-  for (WIDE_NAME& name : UNIQUE_NAMES(reports))
-    if (!name.IS_ESD) names.push_back(std::move(name.NAME));
-  names.erase(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(start_names.size()));
-  return names;
-}
-
 // Fields that others follow on their line.
 std::string LINE_START(const FIELDS& fields) {
   std::string line = SHEET_LINE(fields);
@@ -138,21 +131,23 @@ std::string JOINED(const std::vector<std::string>& words) {
 
 }  // namespace
 
-std::vector<std::string> LONG_MIDDLES(const REPORTS& reports) {
-  const FIELDS features = FEATURE_NAMES(reports);
+std::vector<std::string> LONG_MIDDLES(const REPORTS& reports, NAMES_TAKEN& taken) {
   std::vector<std::string> middles;
   for (const REPORT& report : reports)
-    for (const REPORT_COLUMN& column : report.COLUMNS)
-      if (column.IN_SHEET)
-        middles.push_back(LINE_START({report.QUANTITY, CENTRE_LABEL(report),
-                                      features[middles.size()], JOINED(column.CODES)}));
+    for (const REPORT_COLUMN& column : report.COLUMNS) {
+      if (!column.IN_SHEET) continue;
+      const std::string feature = NAME_ONCE(column.NAME, taken);
+      if (column.HAS_ESD) NAME_ONCE(column.NAME + "_esd", taken);
+      middles.push_back(
+          LINE_START({report.QUANTITY, CENTRE_LABEL(report), feature, JOINED(column.CODES)}));
+    }
   return middles;
 }
 
 int ADD_LONG_LINES(const REPORTS& reports, const std::vector<std::string>& middles, std::size_t k,
                    std::string& text) {
   if (reports.empty()) return 0;
-  const std::string start = LINE_START(START_OF(reports.front().ROWS[k].HEAD));
+  const std::string start = LINE_START(SHEET_START(reports.front().ROWS[k].HEAD));
   int count = 0;
   auto middle = middles.begin();
   for (const REPORT& report : reports)
