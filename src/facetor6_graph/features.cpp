@@ -17,6 +17,7 @@ namespace FACETOR_GRAPH {
 
 using namespace FACETOR_CONSOLE;
 using namespace FACETOR_LIST;
+using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 using namespace KVA_UTILITIES;
 
@@ -83,10 +84,15 @@ std::string WITHOUT_NUMBERS(const std::string& label) {
   return label.substr(0, start) + label.substr(end + 1);
 }
 
-void SHORTEN_LABELS(ITEMS& items) {
+void SHORTEN_LABELS(ITEMS& items, WORK& work) {
   std::unordered_map<std::string, int> counts;
-  for (const FEATURE_VALUES& item : items) ++counts[WITHOUT_NUMBERS(item.LABEL)];
+  counts.reserve(items.size());
+  for (const FEATURE_VALUES& item : items) {
+    if (!GO_ON(work, work.TOTAL)) return;
+    ++counts[WITHOUT_NUMBERS(item.LABEL)];
+  }
   for (FEATURE_VALUES& item : items) {
+    if (!GO_ON(work, work.TOTAL)) return;
     std::string label = WITHOUT_NUMBERS(item.LABEL);
     if (counts[label] == 1) item.LABEL = std::move(label);
   }
@@ -119,14 +125,17 @@ ITEMS CELL_ITEMS(const PLACES& places, CELL_FORM form) {
   return items;
 }
 
-ITEMS SITE_ITEMS(const SUBJECT_CHOICE& choice, const PLACES& places) {
+ITEMS SITE_ITEMS(const SUBJECT_CHOICE& choice, const PLACES& places, WORK& work) {
   REPORT_CODE code = REPORT_BONDS;
   if (choice.OF == SUBJECT::ANGLES) code = REPORT_ANGLES;
   if (choice.OF == SUBJECT::VALENCES) code = REPORT_VALENCES;
   ITEMS items;
-  for (const REPORT& report : REPORTS_OF(code, choice.SITES, places))
-    ADD_FEATURES(report, choice.OF, items);
-  SHORTEN_LABELS(items);
+  int step = 0;
+  for (int site : choice.SITES) {
+    if (!GO_ON(work, ++step)) return {};
+    ADD_FEATURES(REPORTS_OF(code, {site}, places).front(), choice.OF, items);
+  }
+  SHORTEN_LABELS(items, work);
   return items;
 }
 
@@ -153,7 +162,7 @@ ITEMS MEASURE_ITEMS(const std::vector<std::size_t>& measures, const PLACES& plac
   return items;
 }
 
-ITEMS ITEMS_OF(const SUBJECT_CHOICE& choice, const PLACES& used, CELL_FORM form) {
+ITEMS ITEMS_OF(const SUBJECT_CHOICE& choice, const PLACES& used, CELL_FORM form, WORK& work) {
   switch (choice.OF) {
     case SUBJECT::CELLS:
       return CELL_ITEMS(used, form);
@@ -165,7 +174,7 @@ ITEMS ITEMS_OF(const SUBJECT_CHOICE& choice, const PLACES& used, CELL_FORM form)
       return items;
     }
     default:
-      return SITE_ITEMS(choice, used);
+      return SITE_ITEMS(choice, used, work);
   }
 }
 
@@ -196,12 +205,13 @@ bool HAS_NUMBERS(const FEATURE_VALUES& item) {
 
 }  // namespace
 
-FOLLOWED FOLLOW(const SUBJECT_CHOICE& subject, const ABSCISSA_CHOICE& abscissa, CELL_FORM form) {
+FOLLOWED FOLLOW(const SUBJECT_CHOICE& subject, const ABSCISSA_CHOICE& abscissa, CELL_FORM form,
+                WORK& work) {
   constexpr bool not_all = false;
   const PLACES used = LISTED_PLACES(not_all);
   FOLLOWED followed;
   for (int place : used) followed.BLOCKS.push_back(HEAD_OF_PLACE(place));
-  for (FEATURE_VALUES& item : ITEMS_OF(subject, used, form))
+  for (FEATURE_VALUES& item : ITEMS_OF(subject, used, form, work))
     if (HAS_NUMBERS(item)) followed.FEATURES.push_back(std::move(item));
   followed.ABSCISSA = ABSCISSA_OF(abscissa, used);
   followed.REFERENCE = followed.ABSCISSA.CELLS.back();

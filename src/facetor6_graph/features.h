@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "console_code/console/work.h"
 #include "src/facetor6_graph/subjects.h"
 #include "src/facetor6_list/report.h"
 
@@ -30,8 +31,10 @@ struct FOLLOWED {
 enum class CELL_FORM { PLAIN, RELATIVE };
 
 // Features that symmetry makes equal stand once. Torsions are moved by 360 degrees to lie within
-// 180 of their value in the reference block.
-FOLLOWED FOLLOW(const SUBJECT_CHOICE& subject, const ABSCISSA_CHOICE& abscissa, CELL_FORM form);
+// 180 of their value in the reference block. Unfinished where the user has stopped the work, whose
+// steps are the sites.
+FOLLOWED FOLLOW(const SUBJECT_CHOICE& subject, const ABSCISSA_CHOICE& abscissa, CELL_FORM form,
+                KVA_CONSOLE::WORK& work);
 
 bool HAS_NUMBER(const REPORT_CELL& cell);
 

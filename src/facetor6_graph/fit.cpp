@@ -52,16 +52,19 @@ std::vector<XTAL::FIT_POINT> POINTS_OF(const FOLLOWED& followed, const FEATURE_V
   return points;
 }
 
-FITS FITS_OF(const FOLLOWED& followed, FIT_CURVE curve) {
+// Unfinished where the user has stopped the work.
+FITS FITS_OF(const FOLLOWED& followed, FIT_CURVE curve, WORK& work) {
   FITS fits;
   fits.CURVE = curve;
   fits.AT = followed.REFERENCE;
   fits.NAME_OF_ABSCISSA = followed.ABSCISSA.NAME;
   fits.UNIT = followed.ABSCISSA.UNIT;
-  for (const FEATURE_VALUES& feature : followed.FEATURES)
+  for (const FEATURE_VALUES& feature : followed.FEATURES) {
+    if (!GO_ON(work, work.TOTAL)) break;
     fits.ITEMS.push_back(
         {feature.LABEL, XTAL::FIT_POINTS(POINTS_OF(followed, feature),
                                          static_cast<double>(fits.AT.VALUE), curve)});
+  }
   return fits;
 }
 
@@ -227,6 +230,10 @@ void WRITE_FITS(const FITS& fits) {
   WRITE_TABLE(std::move(table), 1);
 }
 
+void TELL_STOPPED() {
+  WRITE_OUT("|*****The fit was stopped");
+}
+
 }  // namespace
 
 void RUN_FIT() {
@@ -235,13 +242,17 @@ void RUN_FIT() {
   if (subject.OF == SUBJECT::NONE) return;
   const ABSCISSA_CHOICE abscissa = ASK_ABSCISSA(true);
   if (abscissa.WHAT == AGAINST::NOTHING) return;
-  const FOLLOWED followed = FOLLOW(subject, abscissa, CELL_FORM::PLAIN);
+  WORK work("Following the values: site", static_cast<int>(subject.SITES.size()));
+  const FOLLOWED followed = FOLLOW(subject, abscissa, CELL_FORM::PLAIN, work);
+  if (work.STOPPED) return TELL_STOPPED();
   if (followed.FEATURES.empty())
     return WRITE_OUT("*****There is nothing to fit: no used block has such a value");
   if (!HAS_NUMBER(followed.REFERENCE))
     return WRITE_OUT("*****The reference block has no value of " + followed.ABSCISSA.NAME +
                      ": choose another abscissa");
-  const FITS fits = FITS_OF(followed, abscissa.PARABOLA ? FIT_CURVE::PARABOLA : FIT_CURVE::LINE);
+  const FITS fits =
+      FITS_OF(followed, abscissa.PARABOLA ? FIT_CURVE::PARABOLA : FIT_CURVE::LINE, work);
+  if (work.STOPPED) return TELL_STOPPED();
   WRITE_FITS(fits);
   KEEP_FOR_SHEETS(fits);
 }

@@ -286,6 +286,15 @@ void WRITE_GRAPH(GRAPH& graph, const REPORT& sheet, const GRAPH_FILES& files) {
   DRAW_PICTURE(graph, files);
 }
 
+// False, with a message, when the user has stopped it.
+bool FOLLOWED_ALL(const SUBJECT_CHOICE& subject, const ABSCISSA_CHOICE& abscissa,
+                  FOLLOWED& followed) {
+  WORK work("Following the values: site", static_cast<int>(subject.SITES.size()));
+  followed = FOLLOW(subject, abscissa, CELL_FORM::RELATIVE, work);
+  if (work.STOPPED) WRITE_OUT("|*****The graph was stopped");
+  return !work.STOPPED;
+}
+
 }  // namespace
 
 void RUN_GRAPH() {
@@ -294,7 +303,8 @@ void RUN_GRAPH() {
   if (subject.OF == SUBJECT::NONE) return;
   const ABSCISSA_CHOICE abscissa = ASK_ABSCISSA(false);
   if (abscissa.WHAT == AGAINST::NOTHING) return;
-  FOLLOWED followed = FOLLOW(subject, abscissa, CELL_FORM::RELATIVE);
+  FOLLOWED followed;
+  if (!FOLLOWED_ALL(subject, abscissa, followed)) return;
   const std::vector<std::string> units = UNITS_OF(followed);
   if (units.empty())
     return WRITE_OUT("*****There is nothing to draw: no used block has such a value");
