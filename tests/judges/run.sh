@@ -45,7 +45,7 @@ judge neighbours "neighbours in 230 groups, by plain loops over all cells" '/ ce
 judge search "distances, by plain loops" "" tested kva_crystal_structures search_judge
 judge groups "space groups and Hall symbols, by gemmi" "" tested xtal space_groups
 judge angles "angles and their esds, by 20,000 draws" 'NF {last=$0} END {print last}' script angle_esds.py
-judge tables "esds of all tables, of Ueq and of fits, by 20,000 draws" 'END {print}' script table_esds.py
+judge tables "esds of all tables, measures, Ueq and fits, by 20,000 draws" 'END {print}' script table_esds.py
 judge measures "measures and their esds, by numpy and 20,000 draws" '/ measures/' \
   tested facetor6_commands measure_judged
 judge manual "formulas of the manual, by numpy" '/ formulas/' script manual_formulas.py
