@@ -66,6 +66,12 @@ struct SIGNALS_WAIT {
   SIGNALS_WAIT& operator=(const SIGNALS_WAIT&) = delete;
 };
 
+// ---- memory ----
+
+// So many bytes are about to be asked for in small pieces. Where the system has large pages they
+// come in such, which it gives and finds sooner. What is not used takes no memory.
+void EXPECT_MEMORY(std::size_t bytes);
+
 // ---- temporary files ----
 
 // The name of a file that goes when its owner goes, unless it was put in the place of another.

@@ -6,15 +6,22 @@
 #include <fcntl.h>     // for open
 #include <poll.h>      // for poll
 #include <signal.h>    // for sigaction, pthread_sigmask
+#include <sys/mman.h>  // for madvise
 #include <sys/stat.h>  // for stat, fchmod, umask
-#include <unistd.h>    // for read, write, fsync, ftruncate, lseek, unlink
+#include <unistd.h>    // for read, write, fsync, ftruncate, lseek, unlink, sysconf
 
+#if __has_include(<malloc.h>)
+#include <malloc.h>  // for mallopt
+#endif
+
+#include <algorithm>  // for min
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>  // for sig_atomic_t
-#include <cstdlib>  // for mkstemp
+#include <cstdlib>  // for malloc, mkstemp
 #include <cstring>  // for memcpy
+#include <memory>   // for align
 
 namespace KVA_UTILITIES {
 
@@ -183,6 +190,40 @@ bool IS_OPEN_HERE(const FILE_IDENTITY& file) {
       return true;
   return false;
 }
+
+// ---- memory ----
+
+#if defined(__GLIBC__) && defined(MADV_HUGEPAGE)
+
+// Room at the end of the heap is marked and freed at once, and what is asked for next is cut from
+// it. So much is kept there however little of it is in use; only pieces that are larger than any
+// table of a few thousand blocks are still mapped by themselves.
+void EXPECT_MEMORY(std::size_t bytes) {
+  constexpr std::size_t megabyte = std::size_t{1} << 20U;
+  constexpr std::size_t least = 4 * megabyte;  // of less most would lie beside the large pages
+  constexpr std::size_t most = 128 * megabyte;  // more gains nothing where the host lends pages
+  constexpr int usual_mappings = 65536;
+  if (bytes < least) return;
+  const std::size_t size = std::min(bytes, most);
+  ::mallopt(M_TRIM_THRESHOLD, static_cast<int>(most + megabyte));
+  ::mallopt(M_MMAP_THRESHOLD, static_cast<int>(32 * megabyte));
+  ::mallopt(M_MMAP_MAX, 0);
+  void* const room = std::malloc(size);
+  ::mallopt(M_MMAP_MAX, usual_mappings);
+  if (room == nullptr) return;
+  void* page = room;
+  std::size_t left = size;
+  const auto page_size = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  if (std::align(page_size, page_size, page, left) != nullptr)
+    ::madvise(page, left - left % page_size, MADV_HUGEPAGE);
+  std::free(room);
+}
+
+#else
+
+void EXPECT_MEMORY(std::size_t /*bytes*/) {}
+
+#endif
 
 // ---- temporary files ----
 

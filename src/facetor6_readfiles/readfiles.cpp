@@ -17,6 +17,7 @@
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/names.h"
 #include "console_code/kva_utilities/numbers.h"
+#include "console_code/kva_utilities/system_files.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/list.h"
@@ -169,8 +170,10 @@ std::string READ_CONTENTS(int type, FILE_RECORD& file, FILE_CONTENTS& contents) 
 
 // False, after a message, when there is nothing to read or the user stopped the work.
 bool READ_CHOSEN_FILE(int type, FILE_RECORD& file, FILE_CONTENTS& contents) {
+  constexpr std::size_t bytes_of_one = 10;  // of records, geometry and tables, for one of a CIF
   WORK work("Reading the file", 1);
   const std::string message = READ_CONTENTS(type, file, contents);
+  EXPECT_MEMORY(bytes_of_one * contents.BYTES.size());
   if (message.empty()) return GO_ON(work, 1);
   WRITE_OUT_BLANK(1);
   WRITE_OUT(message);
