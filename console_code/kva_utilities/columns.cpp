@@ -44,7 +44,7 @@ std::string DIGITS(float value, int d, std::chars_format format) {
 
 // A short text that is written from its end.
 struct BACKWARD_TEXT {
-  std::array<char, 48> CHARS;
+  std::array<char, 48> CHARS{};
   char* AT = CHARS.end();
 
   void PUT(char c) { *--AT = c; }

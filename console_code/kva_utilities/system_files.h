@@ -57,8 +57,8 @@ bool CUT_AT(std::FILE* stream, long position);
 // Whether the program has the file open already, also as one of its standard streams.
 bool IS_OPEN_HERE(const FILE_IDENTITY& file);
 
-// While it lives, a signal that would end the program waits. Where the system ends programs otherwise
-// it does nothing.
+// While it lives, a signal that would end the program waits. Where the system ends programs
+// otherwise it does nothing.
 struct SIGNALS_WAIT {
   SIGNALS_WAIT();
   ~SIGNALS_WAIT();
