@@ -343,4 +343,5 @@ TEST(BUFFERS, LINES_ARE_FOUND_BY_THEIR_START) {
   EXPECT_EQ(FINDLINE(lines, "", 0, 0), 0);
   EXPECT_EQ(NEXTBLANK(lines, 1), 5);
   EXPECT_EQ(NEXTBLANK(lines, 5), 6);
+  EXPECT_EQ(NEXTBLANK(LINES_OF({"a", "b", "c", " "}), 1), 4) << "a line of one letter is none";
 }

@@ -2,14 +2,18 @@
 // beside it or in place; and what is left when that fails.
 #include "console_code/kva_utilities/whole_files.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/resource.h>  // for setrlimit
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <thread>
 
+#include "console_code/kva_utilities/system_files.h"
 #include "own_folder.h"
 
 using namespace KVA_UTILITIES;
@@ -392,3 +396,30 @@ TEST_F(WHOLE_FILES, TWO_WRITERS_NEVER_MIX) {
 }
 
 }  // namespace
+
+// ---- pipes ----
+
+// A pipe that does not wait holds some 64 kilobytes until its reader takes them.
+TEST(PIPES, THAT_ARE_FULL_FOR_A_WHILE_TAKE_ALL) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+  ASSERT_EQ(::fcntl(ends[1], F_SETFL, O_NONBLOCK), 0);
+  const std::string text(300000, 'x');
+  std::string taken;
+  std::thread reader([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    std::array<char, 4096> part{};
+    for (ssize_t count = 1; count > 0;) {
+      count = ::read(ends[0], part.data(), part.size());
+      if (count > 0) taken.append(part.data(), static_cast<std::size_t>(count));
+    }
+  });
+  std::FILE* const stream = ::fdopen(ends[1], "w");
+  int error = -1;
+  EXPECT_EQ(WRITE_BYTES(stream, text, error), text.size());
+  EXPECT_EQ(error, 0);
+  std::fclose(stream);
+  reader.join();
+  ::close(ends[0]);
+  EXPECT_EQ(taken, text);
+}
