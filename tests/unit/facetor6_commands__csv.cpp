@@ -150,6 +150,19 @@ TEST_F(CSV, ORBIX_HAS_ITS_ELEVEN_PARAMETERS) {
                 ",,,,,,,,,,,\n");
 }
 
+// An oxygen stands where the reference block has its silicon.
+TEST_F(CSV, DOUBTFUL_MATCHES_ARE_TOLD_OF_MEASURES_ALONE) {
+  PHASE(2).ATOM(1).LAB = "O4";
+  PHASE(2).ATOM(1).Z = 8;
+  EXPECT_EQ(DEFINE_MEASURE("m", "dist(Si1, O1)"), "");
+  const std::string rows = "     2 rows written to the file\n";
+  EXPECT_EQ(ANSWER("cells c.csv"), rows);
+  EXPECT_EQ(ANSWER("measures m.csv"),
+            "\n*****WARNING: In block #  2 second: 1 sites are matched with another element, first "
+            "Si1 with O4\n\n" +
+                rows);
+}
+
 TEST_F(CSV, MEASURES_HAVE_THEIR_NAMES_AND_A_NAME_THAT_IS_TAKEN_A_NUMBER) {
   EXPECT_EQ(DEFINE_MEASURE("half", "a/2"), "");
   EXPECT_EQ(DEFINE_MEASURE("use", "7.5(5)"), "");

@@ -28,6 +28,14 @@ TEST(UNIQUE_NAME, A_NUMBERED_NAME_CAN_BE_TAKEN_ITSELF) {
   EXPECT_EQ(UNIQUE_NAME("A_2", taken, 80), "A_2_2");
 }
 
+TEST(UNIQUE_NAME, A_NAME_LIKE_ONE_THAT_WAS_MADE_IS_ITS_SECOND) {
+  NAMES_TAKEN taken;
+  UNIQUE_NAME("a", taken, 80);
+  UNIQUE_NAME("a", taken, 80);
+  EXPECT_EQ(UNIQUE_NAME("a_2", taken, 80), "a_2_2");
+  EXPECT_EQ(UNIQUE_NAME("a_2", taken, 80), "a_2_3");
+}
+
 // Ten letters and room for eight: "_2" stands behind six of them.
 TEST(UNIQUE_NAME, KEEPS_TO_ITS_LENGTH) {
   NAMES_TAKEN taken;
