@@ -111,6 +111,15 @@ TEST(HULLS, NONE_OF_POINTS_THAT_LIE_IN_A_PLANE_TO_A_TEN_THOUSANDTH_OF_AN_ANGSTRO
   }
 }
 
+// Of the cube from -1 to 1: above a face, off an edge, off a corner, and within.
+TEST(HULLS, A_POINT_LIES_OUTSIDE_BY_ITS_DISTANCE_FROM_FACE_EDGE_OR_CORNER) {
+  const std::vector<VECTOR3> cube = SIGNED({{1, 1, 1}});
+  EXPECT_NEAR(DISTANCE_OUTSIDE_HULL(cube, {0.3f, 0.2f, 1.5f}), 0.5f, 1e-6f);
+  EXPECT_NEAR(DISTANCE_OUTSIDE_HULL(cube, {1.3f, 1.4f, 0.5f}), 0.5f, 1e-6f);
+  EXPECT_NEAR(DISTANCE_OUTSIDE_HULL(cube, {1.2f, -1.3f, 1.6f}), 0.7f, 1e-6f);
+  EXPECT_EQ(DISTANCE_OUTSIDE_HULL(cube, {0.9f, -0.9f, 0.9f}), 0.0f);
+}
+
 // A ligand in the middle of an edge of the cube of 2 changes nothing.
 TEST(HULLS, COLLINEAR_VERTICES) {
   std::vector<VECTOR3> vertices = SIGNED({{1, 1, 1}});
