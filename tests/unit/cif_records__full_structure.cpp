@@ -338,6 +338,14 @@ TEST(FULL_CONDITIONS, A_UNIT_OF_THE_ITEM_MAY_STAND_BEHIND_ANOTHER_IS_TOLD) {
             "number in kPa");
 }
 
+TEST(FULL_CONDITIONS, NOTHING_STANDS_BEHIND_A_VALUE_OF_A_LOOP) {
+  const READING reading(
+      "data_a _diffrn_ambient_pressure 2 GPa loop_ _diffrn_ambient_temperature 150\n" + cubic_cell +
+      no_symmetry + one_site);
+  EXPECT_EQ(reading.FOUND.T.VALUE, 150.0f);
+  EXPECT_EQ(reading.TOLD(), "The pressure 2 GPa is not read: it is no number in kPa");
+}
+
 TEST(FULL_CONDITIONS, A_STRAY_WORD_BEHIND_ANOTHER_VALUE_IS_A_FAULT_WITH_ITS_LINE) {
   EXPECT_EQ(CONDITIONS("_cell_volume 125 A\n"),
             "0.000000(0.000000) 0.000000(0.000000)|Line 9: a data name was expected, not A");
