@@ -370,6 +370,7 @@ def main():
     parser.add_argument("--work", type=pathlib.Path, default=pathlib.Path("/tmp/gemmara_mutation"))
     parser.add_argument("--only", default="", help="only sources whose path holds this text")
     arguments = parser.parse_args()
+    os.environ["GTEST_FAIL_FAST"] = "1"  # the first test that fails is enough
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # as Ctrl-C: the fault is taken out
     arguments.work.mkdir(parents=True, exist_ok=True)
     start = time.time()
