@@ -8,9 +8,10 @@
 #   replay   a recorded session holds what was typed, and replayed it says and writes the same, with
 #            its file as a word of MACRO as well
 #   clear    behind CLEAR a session says and writes what a fresh program does
-#   written  what WRITE writes has the cells of TABLE, and of a single block all sites, lengths, angles
-#            and valences of CSV as well as esds allow; it is read alike by both readers, or READ cif
-#            tells that it is not; written and read again, all tables and the next file are the same
+#   written  what WRITE writes has the cells of TABLE, and of a single block all sites with their
+#            factors, and lengths, angles and valences of CSV as well as esds allow; it is read alike by
+#            both readers, or READ cif tells that it is not; written and read again, all tables and the
+#            next file are the same
 #   fields   every row of a table has the fields of its table, and no more than its head
 #   sheets   CSV and TABLE agree after rounding, and the long sheet with the wide ones
 # Prints finds, then a line with the counts: sessions runs tables rows cells finds.
@@ -531,7 +532,7 @@ class Judge:
         limits = self.dice.choice(["0.5137 3.2137", "1.1137 2.6137"])
         write = ["Y", "Y"] + [""] * 30
         lines += ["SET hide", "", "CALC poly", limits, "2", "", "", "", ""]
-        lines += ["CSV all before", "", "LOG t0", "TABLE cells", "WRITE cif w1"] + write
+        lines += ["CSV all before", "", "LOG t0", "TABLE cells", "LIST scat", "WRITE cif w1"] + write
         # CALC gives charges, so the second file is the first that holds all that the next will.
         for number, reader in ((1, "full"), (2, "full"), (3, "full"), (2, "cif")):
             lines += ["CLEAR"] + read_lines(reader, [f"w{number}.cif"]) + ["", ""]
@@ -556,7 +557,7 @@ class Judge:
         if len(first) == 2 and not passed and not same_cells(*first):
             self.find("written", f"cells were {first[0]}\nand are {first[1]}")
         if len(first) == 2 and len(first[0]) == session.blocks == 1:
-            self.came_back(folder, [float(limit) for limit in limits.split()], run.said)
+            self.came_back(folder, [float(limit) for limit in limits.split()], run.said, logs)
         self.same("written", "the tables of the next file", logs[2], logs[3])
         self.same("written", "the next file", undated(folder.text("w3.cif")),
                   undated(folder.text("w4.cif")))
@@ -567,13 +568,16 @@ class Judge:
 
     # The values of a single block before it was written and behind. What is rounded moves by less than
     # its esd, or one in 10,000; a length at a limit may come or go.
-    def came_back(self, folder, limits, said):
+    def came_back(self, folder, limits, said, logs):
         before, after = (self.values_of(folder.text(name)) for name in ("before.csv", "after.csv"))
         lengths = [value for key, values in [*before.items(), *after.items()] if key[0] == "bond"
                    for value, _ in values]
-        esds = [esd for key, values in before.items() if key[0] == "xyz" for _, esd in values]
         if any(key[1] in ("", ".") for key in before if key[0] == "xyz"):
             return  # labels that READ cif did not find
+        sites = ["\n".join(sites_of(log)) for log in logs[:2]]
+        if "*" not in sites[0] and "by the user" not in said:
+            self.same("written", "sites", *sites)
+        esds = [esd for key, values in before.items() if key[0] == "xyz" for _, esd in values]
         if max(esds, default=0) > 0.01 or any(
                 abs(length - limit) < 0.02 for length in lengths for limit in limits):
             return
@@ -681,6 +685,14 @@ class Judge:
             self.cells += 1
             if not rounds_to(field, value, esd):
                 self.find("sheets", f"{word} {name} of block {block}: {value} {esd} is not {field}")
+
+
+# Labels and scattering factors, sorted, of the first LIST scat; omitted sites have a star.
+def sites_of(log):
+    listed = log[log.find(PROMPT + "LIST scat"):]
+    listed = listed[:listed.find(PROMPT, 1)]
+    return sorted(word.strip("!").upper() for line in re.findall(r"(?:Site name|factor): (.*)", listed)
+                  for word in line.split())
 
 
 # How many fields a row may have behind its title.
