@@ -200,7 +200,7 @@ bool IS_OPEN_HERE(const FILE_IDENTITY& file) {
 // table of a few thousand blocks are still mapped by themselves.
 void EXPECT_MEMORY(std::size_t bytes) {
   constexpr std::size_t megabyte = std::size_t{1} << 20U;
-  constexpr std::size_t least = 4 * megabyte;  // of less most would lie beside the large pages
+  constexpr std::size_t least = 4 * megabyte;   // of less most would lie beside the large pages
   constexpr std::size_t most = 128 * megabyte;  // more gains nothing where the host lends pages
   constexpr int usual_mappings = 65536;
   if (bytes < least) return;
