@@ -29,6 +29,11 @@ void ALLOCATE_PHASE_LIST(int n);
 // Room for extra blocks, whose records are left to be filled by the caller.
 void EXPAND_PHASE_LIST(int extra, bool& error);
 
+// At the end of the program, whose system takes the memory of many blocks back sooner than they can
+// be freed one by one. Where they are then is kept for tools that look for memory that was lost.
+void LEAVE_PHASE_LIST();
+inline const STRUCTURE_LIST* PHASES_LEFT = nullptr;
+
 // Takes in count blocks that were read, leaving newx empty ones: the only way in, which keeps all
 // records at one capacity.
 void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error);
