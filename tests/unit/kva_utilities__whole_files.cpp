@@ -114,6 +114,19 @@ TEST_F(WHOLE_FILES, A_FULL_DISK_LEAVES_WHAT_WAS_THERE) {
   });
 }
 
+// A log has no other file beside it: the part of a line for which there was room goes again.
+TEST_F(WHOLE_FILES, A_LINE_THAT_DOES_NOT_FIT_LEAVES_NO_PART_OF_ITSELF) {
+  IN_A_PROCESS([] {
+    LIMIT_FILES(150);
+    ASSERT_EQ(OPEN_UNIT(unit, "run.log", UNIT_MODE::REPLACE), 0);
+    EXPECT_TRUE(WRITE_UNIT(unit, std::string(99, 'x')));
+    EXPECT_FALSE(WRITE_UNIT(unit, std::string(99, 'y')));
+    EXPECT_EQ(TEXT_OF("run.log"), std::string(99, 'x') + "\n");
+    EXPECT_TRUE(WRITE_UNIT(unit, "short"));
+    EXPECT_EQ(TEXT_OF("run.log"), std::string(99, 'x') + "\nshort\n");
+  });
+}
+
 TEST_F(WHOLE_FILES, NAMES_THAT_CANNOT_BE_WRITTEN_ARE_REFUSED_AT_ONCE) {
   fs::create_directory("folder");
   EXPECT_EQ(OPEN_WHOLE(unit, "folder", UNIT_MODE::REPLACE), EISDIR);
