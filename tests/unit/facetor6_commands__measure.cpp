@@ -528,6 +528,8 @@ TEST_F(MEASURING, CONDITIONS_ARE_THOSE_OF_THE_BLOCK) {
 TEST_F(MEASURING, ARCS_HAVE_ESDS) {
   LOAD({MOLECULE()});
   EXPECT_NEAR(ESD("asin(0.6(1))"), 7.16197f, 1e-4f);
+  // d atan(x) / dx = 1 / (1 + x^2): 0.2 at 2, so that 0.1 makes 1.14592 degrees.
+  EXPECT_NEAR(ESD("atan(2.0(1))"), 1.14592f, 1e-4f);
   EXPECT_NEAR(ESD("acos(0.6(1))"), 7.16197f, 1e-4f);
 }
 
