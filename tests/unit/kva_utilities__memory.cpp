@@ -28,9 +28,16 @@ bool HAS_LARGE_PAGES() {
   return !chosen.empty() && chosen.find("[never]") == std::string::npos;
 }
 
+class EXPECTED_MEMORY : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (sanitized) GTEST_SKIP() << "memory is the sanitizer's";
+  }
+};
+
 }  // namespace
 
-TEST(EXPECTED_MEMORY, IS_TAKEN_WHEN_IT_IS_USED) {
+TEST_F(EXPECTED_MEMORY, IS_TAKEN_WHEN_IT_IS_USED) {
   const long before = PAGE_FAULTS();
   for (const std::size_t bytes : {std::size_t{0}, megabyte, 100 * megabyte, ~std::size_t{0}})
     EXPECT_MEMORY(bytes);
@@ -38,8 +45,7 @@ TEST(EXPECTED_MEMORY, IS_TAKEN_WHEN_IT_IS_USED) {
 }
 
 // 24 MB are 6,144 small pages.
-TEST(EXPECTED_MEMORY, COMES_IN_LARGE_PAGES) {
-  if (sanitized) GTEST_SKIP() << "memory is the sanitizer's";
+TEST_F(EXPECTED_MEMORY, COMES_IN_LARGE_PAGES) {
   if (!HAS_LARGE_PAGES()) GTEST_SKIP() << "no large pages here";
   EXPECT_MEMORY(64 * megabyte);
   const long before = PAGE_FAULTS();
