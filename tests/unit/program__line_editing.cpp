@@ -423,6 +423,17 @@ TEST_F(AT_TERMINAL, INTERRUPT_DROPS_THE_LINE_AND_THE_TERMINAL_IS_AS_BEFORE_AT_TH
   EXPECT_EQ(TEXT_OF(history), "LOG run\nfoo\nEXIT\n");
 }
 
+// The alarm that ends a wait may come when the interrupt has been answered.
+TEST_F(AT_TERMINAL, A_LATE_ALARM_AT_THE_PROMPT_ENDS_NOTHING) {
+  BEGIN();
+  TYPE("LOG run" + enter);
+  ASSERT_EQ(::kill(child, SIGALRM), 0);
+  std::this_thread::sleep_for(100ms);
+  TYPE("foo" + enter);
+  END_BY();
+  EXPECT_NE(LOGGED().find("G_MARA-6.1>foo\n\nG_MARA-6.1>EXIT\n"), std::string::npos) << LOGGED();
+}
+
 // ---- plain reading ----
 
 TEST_F(AT_TERMINAL, UNFIT_TERMINALS_ARE_READ_PLAINLY) {
