@@ -3,7 +3,6 @@
 
 #include <algorithm>  // for count, max, min, reverse, sort, unique
 #include <exception>
-#include <new>      // for nothrow
 #include <utility>  // for move
 
 #include "console_code/console/input.h"
@@ -82,10 +81,6 @@ void TELL_WHAT_ROOM_COSTS() {
 }
 
 }  // namespace
-
-void LEAVE_PHASE_LIST() {
-  PHASES_LEFT = new (std::nothrow) STRUCTURE_LIST(std::move(PHASE));
-}
 
 void ADD_PHASE_LIST(STRUCTURE_LIST& newx, int count, bool& error) {
   error = false;

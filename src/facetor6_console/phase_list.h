@@ -1,6 +1,9 @@
 // The phase list, the program's central store, and the commands that manage it.
 #pragma once
 
+#include <array>
+#include <cstddef>  // for byte
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -15,7 +18,10 @@ using KVA_UTILITIES::LIST;
 
 inline constexpr int START_PHASES = 8;  // room of the list at start
 
-inline STRUCTURE_LIST PHASE;       // the blocks, in order of reading
+// The blocks, in order of reading. They stay when the program ends: its system takes the memory of
+// many blocks back sooner than they can be freed one by one.
+alignas(STRUCTURE_LIST) inline std::array<std::byte, sizeof(STRUCTURE_LIST)> ROOM_FOR_PHASE;
+inline STRUCTURE_LIST& PHASE = *new (ROOM_FOR_PHASE.data()) STRUCTURE_LIST;
 inline int NPHASES = 0;            // blocks loaded
 inline int NPHASES_ALLOCATED = 0;  // length of PHASE, ISORT and IUSE
 inline LIST<int> ISORT;            // ISORT(k) is the block shown at place k
@@ -28,11 +34,6 @@ void INIT_PHASE_LIST();
 void ALLOCATE_PHASE_LIST(int n);
 // Room for extra blocks, whose records are left to be filled by the caller.
 void EXPAND_PHASE_LIST(int extra, bool& error);
-
-// At the end of the program, whose system takes the memory of many blocks back sooner than they can
-// be freed one by one. Where they are then is kept for tools that look for memory that was lost.
-void LEAVE_PHASE_LIST();
-inline const STRUCTURE_LIST* PHASES_LEFT = nullptr;
 
 // Takes in count blocks that were read, leaving newx empty ones: the only way in, which keeps all
 // records at one capacity.

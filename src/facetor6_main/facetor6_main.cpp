@@ -295,10 +295,7 @@ void COMMAND_LOOP() {
     failures = IN_MEMORY([&] { ASK_COMMAND(icom); }) ? 0 : failures + 1;
     if (failures > 0) CONSOLE.SYSTEM_MODE = 0;
     if (failures > 0 || CONSOLE.DROPPED) continue;
-    if (icom <= 0) {
-      FACETOR_CONSOLE::LEAVE_PHASE_LIST();
-      CLOSE_CONSOLE();
-    }
+    if (icom <= 0) CLOSE_CONSOLE();
     IN_MEMORY([&] { CARRY_OUT(icom); });
   }
 }
