@@ -6,10 +6,12 @@
 // behind CLEAR a session must go on as in a fresh program.
 #include <cstdlib>
 #include <cstring>  // for memcpy
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
 #include <sstream>
+#include <system_error>
 #include <vector>
 
 #include "src/facetor6_console/measure_list.h"
@@ -122,8 +124,11 @@ void PUT_FILES_OF(std::string_view bytes) {
   std::istringstream names(std::string(bytes.substr(files_word.size(), bytes.find('\n'))));
   int number = 0;
   for (std::string name; names >> name && number < 5;) {
-    std::ifstream file(std::string(folder) + "/" + name, std::ios::binary);
-    if (name.find('/') != std::string::npos || !file.is_open()) return;
+    const std::string path = std::string(folder) + "/" + name;
+    std::error_code none;
+    if (name.find('/') != std::string::npos || !std::filesystem::is_regular_file(path, none))
+      return;
+    std::ifstream file(path, std::ios::binary);
     const std::string extension = name.substr(name.rfind('.') + 1);
     if (extension != "mcr") name = "f" + std::to_string(++number) + "." + extension;
     FUZZ::PUT_FILE(name, std::string(std::istreambuf_iterator<char>(file), {}));
