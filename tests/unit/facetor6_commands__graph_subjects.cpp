@@ -1,4 +1,10 @@
-// FIT and GRAPH: subjects without values, and blocks of which no line can be told.
+// FIT and GRAPH: subjects without values, blocks of which no line can be told, and the interrupt
+// key.
+#include <sys/time.h>  // for setitimer
+
+#include <csignal>
+#include <filesystem>
+
 #include "console__dialogue.h"
 #include "facetor6_commands__measuring.h"
 #include "src/facetor6_calc/calc.h"
@@ -75,6 +81,48 @@ TEST_F(GRAPH_SUBJECTS, OF_TOO_FEW_BLOCKS_OR_PRESSURES_THERE_IS_NO_LINE) {
   EXPECT_NE(FITTED("cells P").find("No line: fewer than two different P"), std::string::npos);
   EXPECT_NE(FITTED("cells P 2").find("No parabola: fewer than three different P"),
             std::string::npos);
+}
+
+// While it lives the key is pressed ten times a millisecond, which does nothing outside of long
+// work.
+struct PRESSED_KEY {
+  PRESSED_KEY() {
+    const itimerval often{{0, 100}, {0, 100}};
+    ::setitimer(ITIMER_REAL, &often, nullptr);
+  }
+  ~PRESSED_KEY() {
+    const itimerval never{};
+    ::setitimer(ITIMER_REAL, &never, nullptr);
+    std::signal(SIGALRM, usual_alarm);
+    std::signal(SIGINT, usual_interrupt);
+  }
+  PRESSED_KEY(const PRESSED_KEY&) = delete;
+  PRESSED_KEY& operator=(const PRESSED_KEY&) = delete;
+
+  void (*usual_interrupt)(int) = std::signal(SIGINT, SIG_IGN);
+  void (*usual_alarm)(int) = std::signal(SIGALRM, [](int) { std::raise(SIGINT); });
+};
+
+TEST_F(GRAPH_SUBJECTS, THE_KEY_STOPS_BOTH_AND_LEAVES_NO_FILE) {
+  constexpr int blocks = 3000;
+  STRUCTURE_LIST list;
+  for (int block = 1; block <= blocks; ++block)
+    list.ADD(MADE({4, 4, 4}, {90, 90, 90}, "P m -3 m", {{"Ti1", {0, 0, 0}}, {"O1", {0.5f, 0, 0}}}));
+  bool error = false;
+  ADD_PHASE_LIST(list, blocks, error);
+  ASSERT_FALSE(error);
+  SAID("\n", [] { FACETOR_CALC::RUN_FACETOR_CALC_BONDS(); });
+  std::string fitted;
+  std::string drawn;
+  {
+    const PRESSED_KEY key;
+    fitted = FITTED("bond ALL P");
+    drawn = DRAWN("bond ALL P stopped.svg");
+  }
+  EXPECT_EQ(fitted, "\n*****The fit was stopped\n");
+  EXPECT_EQ(drawn, "\n*****The graph was stopped\n");
+  for (const char* name : {"stopped.svg", "stopped.csv", "stopped.gp"})
+    EXPECT_FALSE(std::filesystem::exists(name)) << name;
 }
 
 }  // namespace

@@ -588,14 +588,17 @@ TEST_F(MEASURING, UNITS_ARE_THOSE_OF_ONE_QUANTITY) {
   }
 }
 
+// The molecule with its fifth atom further along b.
+CRYSTAL_STRUCTURE_TYPE WITH_FIFTH_MOVED(float by) {
+  CRYSTAL_STRUCTURE_TYPE block = MOLECULE();
+  block.ATOM(5).X[1] = 0.3f + by;
+  return block;
+}
+
 // The shortest distance of the reference block is 1: atoms that have moved by 0.9 and more have no
 // partner before CALC.
 TEST_F(MEASURING, BEFORE_CALC_ATOMS_MATCH_WITHIN_NINE_TENTHS_OF_THE_SHORTEST_DISTANCE) {
-  CRYSTAL_STRUCTURE_TYPE near = MOLECULE();
-  near.ATOM(5).X[1] = 0.3f + 0.089f;
-  CRYSTAL_STRUCTURE_TYPE far = MOLECULE();
-  far.ATOM(5).X[1] = 0.3f + 0.091f;
-  LOAD({MOLECULE(), near, far});
+  LOAD({MOLECULE(), WITH_FIFTH_MOVED(0.089f), WITH_FIFTH_MOVED(0.091f)});
   EXPECT_EQ(DEFINE_MEASURE("m", "dist(C3, C5)"), "");
   const std::vector<std::vector<MEASURED_VALUE>> values = MEASURE_BLOCKS({1, 2, 3});
   EXPECT_FLOAT_EQ(values[0][0].VALUE, 2.0f);
@@ -603,15 +606,9 @@ TEST_F(MEASURING, BEFORE_CALC_ATOMS_MATCH_WITHIN_NINE_TENTHS_OF_THE_SHORTEST_DIS
   EXPECT_FALSE(values[2][0].FOUND);
 }
 
-// A number with an esd is one parameter in all blocks: its share goes out of a ratio to the
-// reference block.
 // Of bonds from 1.5 to 2.5 angstroms the shortest are those of 2, though two sites are 1 apart.
 TEST_F(MEASURING, BEHIND_CALC_ATOMS_MATCH_WITHIN_NINE_TENTHS_OF_THE_SHORTEST_BOND) {
-  CRYSTAL_STRUCTURE_TYPE near = MOLECULE();
-  near.ATOM(5).X[1] = 0.3f + 0.179f;
-  CRYSTAL_STRUCTURE_TYPE far = MOLECULE();
-  far.ATOM(5).X[1] = 0.3f + 0.181f;
-  LOAD({MOLECULE(), near, far});
+  LOAD({MOLECULE(), WITH_FIFTH_MOVED(0.179f), WITH_FIFTH_MOVED(0.181f)});
   RUN.DMIN = 1.5f;
   RUN.DMAX = 2.5f;
   RUN.BONDEX = {};
@@ -624,6 +621,8 @@ TEST_F(MEASURING, BEHIND_CALC_ATOMS_MATCH_WITHIN_NINE_TENTHS_OF_THE_SHORTEST_BON
   EXPECT_FALSE(values[2][0].FOUND);
 }
 
+// A number with an esd is one parameter in all blocks: its share goes out of a ratio to the
+// reference block.
 TEST_F(MEASURING, A_NUMBER_WITH_AN_ESD_IS_THE_SAME_IN_ALL_BLOCKS) {
   CRYSTAL_STRUCTURE_TYPE other = MOLECULE();
   XTAL::SET_CELL_RECORD({9, 10, 10}, {90, 90, 90}, other.CELL);
@@ -636,7 +635,6 @@ TEST_F(MEASURING, A_NUMBER_WITH_AN_ESD_IS_THE_SAME_IN_ALL_BLOCKS) {
   EXPECT_FLOAT_EQ(VALUE("V/k/ref(V/k)", 2), 0.9f);
 }
 
-// A polyhedron's measure outlives the results that it was defined with.
 // Values stand in twelve columns: a name of eleven letters still has a blank before it.
 TEST_F(MEASURING, A_NAME_THAT_FITS_ENDS_ABOVE_ITS_VALUES) {
   LOAD({MOLECULE()});
@@ -654,6 +652,7 @@ TEST_F(MEASURING, A_NAME_THAT_FITS_ENDS_ABOVE_ITS_VALUES) {
   }
 }
 
+// A polyhedron's measure outlives the results that it was defined with.
 TEST_F(MEASURING, WHAT_WAITS_FOR_CALC_IS_TOLD) {
   EXPECT_EQ(ANSWER("size = vol(Si1)"), "     size = vol(Si1)\n");
   LOAD({QUARTZ(quartz_sites)});
