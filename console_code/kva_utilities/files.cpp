@@ -149,7 +149,9 @@ READ_STATUS READ_UNIT(int unit, std::string& line, bool* longer) {
 bool WRITE_UNIT(int unit, std::string_view line) {
   const auto found = UNITS().find(unit);
   if (found == UNITS().end()) return false;
-  const std::string text = std::string(line) + "\n";
+  std::string text;
+  text.reserve(line.size() + 1);
+  text.append(line).append("\n");
   if (found->second.WHOLE) return WRITE_WHOLE(*found->second.WHOLE, text);
   if (!found->second.OPENED.WRITABLE) return false;
   std::FILE* const stream = found->second.OPENED.FILE.get();

@@ -8,20 +8,25 @@ namespace KVA_UTILITIES {
 
 namespace {
 
-std::string KEY_OF(std::string_view name, const NAMES_TAKEN& taken) {
-  return taken.CAPITALS_DIFFER ? std::string(name) : U_CASE(name);
+// How often the name was asked for.
+int& COUNT_OF(std::string_view name, NAMES_TAKEN& taken) {
+  const std::size_t k = taken.CAPITALS_DIFFER ? FIND_OR_ADD(name, taken.NAMES)
+                                              : FIND_OR_ADD(U_CASE(name), taken.NAMES);
+  return taken.NAMES.COUNTS[k];
 }
 
 }  // namespace
 
 std::string UNIQUE_NAME(std::string_view name, NAMES_TAKEN& taken, int length) {
-  int& count = taken.COUNTS[KEY_OF(name, taken)];
-  if (++count == 1) return std::string(name);
   while (true) {
+    const int count = ++COUNT_OF(name, taken);
+    if (count == 1) return std::string(name);
     const std::string suffix = "_" + INTEGER_COLUMNS(count);
     const std::string unique = CUT_TEXT(name, length - static_cast<int>(suffix.size())) + suffix;
-    if (taken.COUNTS.emplace(KEY_OF(unique, taken), 1).second) return unique;
-    ++count;
+    int& taken_before = COUNT_OF(unique, taken);
+    if (taken_before > 0) continue;
+    taken_before = 1;
+    return unique;
   }
 }
 

@@ -3,14 +3,15 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
+
+#include "console_code/kva_utilities/text_list.h"
 
 namespace KVA_UTILITIES {
 
 // Names that are taken, with how often each was asked for.
 struct NAMES_TAKEN {
   bool CAPITALS_DIFFER = false;  // else small and capital letters are the same
-  std::unordered_map<std::string, int> COUNTS;
+  TEXT_COUNTS NAMES;
 };
 
 // The name, which is taken then; with _2, _3 ... behind it, within length bytes, when it was taken

@@ -90,8 +90,8 @@ REPORTS TABLES_OF(REPORT_CODE code, const std::vector<int>& sites, const std::ve
 struct SITE_GROUP {
   REPORT_CODE CODE;
   std::vector<int> SITES;
-  std::vector<std::string> MIDDLES{};  // of the long form: what their lines share
-  REPORTS TABLES{};                    // of the part of the blocks that is being written
+  TEXT_LIST MIDDLES{};  // of the long form: what their lines share
+  REPORTS TABLES{};     // of the part of the blocks that is being written
 };
 
 std::vector<SITE_GROUP> GROUPS_OF(const SHEET& sheet) {
@@ -126,7 +126,8 @@ bool WRITE_HEAD(const SHEET& sheet, std::vector<SITE_GROUP>& groups, WORK& work,
     }
     group.MIDDLES = LONG_MIDDLES(tables, taken);
   }
-  ADD_LINES(line + '\n', file);
+  line += '\n';
+  ADD_LINES(line, file);
   return true;
 }
 
@@ -149,7 +150,8 @@ bool WRITE_PART(const SHEET& sheet, const std::vector<int>& part, int step, WORK
       if (k + 1 == part.size()) group.TABLES = {};
     }
     if (sheet.LONG) continue;
-    ADD_LINES(text + '\n', file);
+    text += '\n';
+    ADD_LINES(text, file);
     ++file.ROWS;
   }
   return true;

@@ -131,29 +131,29 @@ std::string JOINED(const std::vector<std::string>& words) {
 
 }  // namespace
 
-std::vector<std::string> LONG_MIDDLES(const REPORTS& reports, NAMES_TAKEN& taken) {
-  std::vector<std::string> middles;
+TEXT_LIST LONG_MIDDLES(const REPORTS& reports, NAMES_TAKEN& taken) {
+  TEXT_LIST middles;
   for (const REPORT& report : reports)
     for (const REPORT_COLUMN& column : report.COLUMNS) {
       if (!column.IN_SHEET) continue;
       const std::string feature = NAME_ONCE(column.NAME, taken);
       if (column.HAS_ESD) NAME_ONCE(column.NAME + "_esd", taken);
-      middles.push_back(
-          LINE_START({report.QUANTITY, CENTRE_LABEL(report), feature, JOINED(column.CODES)}));
+      ADD_TEXT(LINE_START({report.QUANTITY, CENTRE_LABEL(report), feature, JOINED(column.CODES)}),
+               middles);
     }
   return middles;
 }
 
-int ADD_LONG_LINES(const REPORTS& reports, const std::vector<std::string>& middles, std::size_t k,
+int ADD_LONG_LINES(const REPORTS& reports, const TEXT_LIST& middles, std::size_t k,
                    std::string& text) {
   if (reports.empty()) return 0;
   const std::string start = LINE_START(SHEET_START(reports.front().ROWS[k].HEAD));
   int count = 0;
-  auto middle = middles.begin();
+  std::size_t middle = 0;
   for (const REPORT& report : reports)
     for (std::size_t c = 0; c < report.COLUMNS.size(); ++c) {
       if (!report.COLUMNS[c].IN_SHEET) continue;
-      const std::string& between = *middle++;
+      const std::string_view between = TEXT_AT(middles, middle++);
       const REPORT_CELL& cell = CELL_AT(report.ROWS[k], c);
       if (!HAS_VALUE(cell)) continue;
       text.append(start).append(between).append(VALUE_FIELD(cell)).append(",");

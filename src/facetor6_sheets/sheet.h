@@ -38,10 +38,10 @@ std::vector<std::string> LONG_NAMES();
 // What stands between the block and the value in the lines of each value of the reports, which are
 // all of one quantity. The feature is the name of the value in the wide form; taken: the names of
 // that quantity so far, with those of the first columns.
-std::vector<std::string> LONG_MIDDLES(const REPORTS& reports, KVA_UTILITIES::NAMES_TAKEN& taken);
+KVA_UTILITIES::TEXT_LIST LONG_MIDDLES(const REPORTS& reports, KVA_UTILITIES::NAMES_TAKEN& taken);
 
 // Adds a line to text for each value that there is in row k of these reports; returns how many.
-int ADD_LONG_LINES(const REPORTS& reports, const std::vector<std::string>& middles, std::size_t k,
+int ADD_LONG_LINES(const REPORTS& reports, const KVA_UTILITIES::TEXT_LIST& middles, std::size_t k,
                    std::string& text);
 
 // ---- for a paper ----
