@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cifcode/cif_code_new/scanner.h"
+#include "console_code/kva_utilities/aligned_rows.h"
 #include "src/kva_crystal_structures/records.h"
 
 namespace KVA_CIFNEW {
@@ -36,8 +37,10 @@ void WRITE_CIF_END(int unit);
 void WRITE_CIF_LOOP_HEAD(const std::vector<std::string>& names, int unit);
 
 // Rows of a loop in aligned columns; blank cells as ".". A row that begins with "?" would be passed
-// over on reading: such a word stands in quotes.
-void WRITE_CIF_ROWS(std::vector<std::vector<std::string>> rows, int unit);
+// over on reading: such a word stands in quotes. Many rows are added first and written line by
+// line.
+void WRITE_CIF_ROWS(const std::vector<std::vector<std::string>>& rows, int unit);
+void ADD_CIF_ROW(std::vector<std::string> row, KVA_UTILITIES::ALIGNED_ROWS& rows);
 
 void WRITE_CIF_VALUE(std::string_view name, float value, float esd, int unit);
 

@@ -77,13 +77,17 @@ void WRITE_CIF_LOOP_HEAD(const std::vector<std::string>& names, int unit) {
   for (const std::string& name : names) WRITE_CIF_LINE("    " + name, unit);
 }
 
-void WRITE_CIF_ROWS(std::vector<std::vector<std::string>> rows, int unit) {
-  for (std::vector<std::string>& row : rows) {
-    for (std::string& cell : row)
-      if (LENTRIM(cell) == 0) cell = ".";
-    if (!row.empty() && row[0].starts_with('?')) row[0] = IN_QUOTES(row[0]);
-  }
-  for (const std::string& line : WRITE_COLS(rows)) WRITE_CIF_LINE(line, unit);
+void ADD_CIF_ROW(std::vector<std::string> row, ALIGNED_ROWS& rows) {
+  for (std::string& cell : row)
+    if (LENTRIM(cell) == 0) cell = ".";
+  if (!row.empty() && row[0].starts_with('?')) row[0] = IN_QUOTES(row[0]);
+  ADD_ROW(row, rows);
+}
+
+void WRITE_CIF_ROWS(const std::vector<std::vector<std::string>>& rows, int unit) {
+  ALIGNED_ROWS aligned;
+  for (const std::vector<std::string>& row : rows) ADD_CIF_ROW(row, aligned);
+  for (std::size_t k = 0; k < rows.size(); ++k) WRITE_CIF_LINE(ALIGNED_LINE(aligned, k), unit);
 }
 
 void WRITE_CIF_VALUE(std::string_view name, float value, float esd, int unit) {

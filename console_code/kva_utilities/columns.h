@@ -53,8 +53,4 @@ std::string RFORM(float value, int w);
 // Kind 'F' or 'E', w columns, d decimals.
 std::string WRITE_VAL(float value, char vtype, int w, int d);
 
-// Rows of texts as lines, each column aligned at the decimal point when it holds only numbers.
-// Stars in place of a number that did not fit stand at the column's right end.
-std::vector<std::string> WRITE_COLS(const std::vector<std::vector<std::string>>& rows);
-
 }  // namespace KVA_UTILITIES

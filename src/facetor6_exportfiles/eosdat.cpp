@@ -5,6 +5,7 @@
 #include "console_code/console/open_file.h"
 #include "console_code/console/output.h"
 #include "console_code/console/state.h"
+#include "console_code/kva_utilities/aligned_rows.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/text.h"
 #include "src/facetor6_exportfiles/exportfiles.h"

@@ -1,6 +1,8 @@
 // Rows of bonds and angles with their symmetry codes.
 #include "src/facetor6_writefiles/geometry_loops.h"
 
+#include <array>
+
 #include "cifcode/cif_code_new/writer.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/numbers.h"
@@ -10,6 +12,7 @@
 namespace FACETOR_WRITEFILES {
 
 using namespace KVA_CIFNEW;
+using namespace KVA_CONSOLE;
 using namespace KVA_CRYSTAL_STRUCTURES;
 using namespace KVA_UTILITIES;
 
@@ -58,41 +61,64 @@ std::vector<int> BONDS_TO_WRITE(const CRYSTAL_STRUCTURE_TYPE& phase, int i) {
 }
 
 // A loop without rows is no CIF: nothing is written then.
-void WRITE_LOOP(const std::vector<std::string>& names, const CIF_ROWS& rows, int unit) {
-  if (rows.empty()) return;
+bool WRITE_LOOP(const std::vector<std::string>& names, const ALIGNED_ROWS& rows, int unit, int step,
+                WORK& work) {
+  constexpr std::size_t rows_at_once = 1000;
+  if (rows.ENDS.empty()) return true;
   WRITE_CIF_LOOP_HEAD(names, unit);
-  WRITE_CIF_ROWS(rows, unit);
+  for (std::size_t k = 0; k < rows.ENDS.size(); ++k) {
+    if (k % rows_at_once == 0 && !GO_ON(work, step)) return false;
+    WRITE_CIF_LINE(ALIGNED_LINE(rows, k), unit);
+  }
+  return true;
 }
+
+// ---- the loops ----
+
+void ADD_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase, int i, ALIGNED_ROWS& rows) {
+  constexpr int length_decimals = 4;
+  for (int j : BONDS_TO_WRITE(phase, i))
+    ADD_CIF_ROW({CENTRE_LABEL(phase, i, j), LIGAND_LABEL(phase, i, j),
+                 VALUE_TEXT(phase.BONDS(i, j, BOND_LENGTH), phase.BONDS(i, j, BOND_LENGTH_STD),
+                            length_decimals),
+                 CENTRE_CODE(phase, i), LIGAND_CODE(phase, i, j)},
+                rows);
+}
+
+void ADD_ANGLES(const CRYSTAL_STRUCTURE_TYPE& phase, int i, ALIGNED_ROWS& rows) {
+  const std::vector<int> bonds = BONDS_TO_WRITE(phase, i);
+  for (std::size_t first = 0; first < bonds.size(); ++first)
+    for (std::size_t second = first + 1; second < bonds.size(); ++second)
+      ADD_CIF_ROW(ANGLE_ROW(phase, i, bonds[first], bonds[second]), rows);
+}
+
+struct GEOMETRY_LOOP {
+  std::vector<std::string> NAMES;
+  void (*ADD)(const CRYSTAL_STRUCTURE_TYPE& phase, int i, ALIGNED_ROWS& rows);  // what centre i has
+};
+
+const std::array<GEOMETRY_LOOP, 2> geometry_loops{
+    {{{"_geom_bond_atom_site_label_1", "_geom_bond_atom_site_label_2", "_geom_bond_distance",
+       "_geom_bond_site_symmetry_1", "_geom_bond_site_symmetry_2"},
+      ADD_BONDS},
+     {{"_geom_angle_atom_site_label_1", "_geom_angle_atom_site_label_2",
+       "_geom_angle_atom_site_label_3", "_geom_angle", "_geom_angle_site_symmetry_1",
+       "_geom_angle_site_symmetry_2", "_geom_angle_site_symmetry_3"},
+      ADD_ANGLES}}};
 
 }  // namespace
 
-void WRITE_CIF_BONDS(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres,
-                     int unit) {
-  constexpr int length_decimals = 4;
-  CIF_ROWS rows;
-  for (int i : centres)
-    for (int j : BONDS_TO_WRITE(phase, i))
-      rows.push_back({CENTRE_LABEL(phase, i, j), LIGAND_LABEL(phase, i, j),
-                      VALUE_TEXT(phase.BONDS(i, j, BOND_LENGTH), phase.BONDS(i, j, BOND_LENGTH_STD),
-                                 length_decimals),
-                      CENTRE_CODE(phase, i), LIGAND_CODE(phase, i, j)});
-  WRITE_LOOP({"_geom_bond_atom_site_label_1", "_geom_bond_atom_site_label_2", "_geom_bond_distance",
-              "_geom_bond_site_symmetry_1", "_geom_bond_site_symmetry_2"},
-             rows, unit);
-}
-
-void ADD_CIF_ANGLES(const CRYSTAL_STRUCTURE_TYPE& phase, int centre, CIF_ROWS& rows) {
-  const std::vector<int> bonds = BONDS_TO_WRITE(phase, centre);
-  for (std::size_t first = 0; first < bonds.size(); ++first)
-    for (std::size_t second = first + 1; second < bonds.size(); ++second)
-      rows.push_back(ANGLE_ROW(phase, centre, bonds[first], bonds[second]));
-}
-
-void WRITE_CIF_ANGLES(const CIF_ROWS& rows, int unit) {
-  WRITE_LOOP({"_geom_angle_atom_site_label_1", "_geom_angle_atom_site_label_2",
-              "_geom_angle_atom_site_label_3", "_geom_angle", "_geom_angle_site_symmetry_1",
-              "_geom_angle_site_symmetry_2", "_geom_angle_site_symmetry_3"},
-             rows, unit);
+bool WRITE_CIF_GEOMETRY(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres,
+                        int unit, int step, WORK& work) {
+  for (const GEOMETRY_LOOP& loop : geometry_loops) {
+    ALIGNED_ROWS rows;
+    for (int i : centres) {
+      if (!GO_ON(work, step)) return false;
+      loop.ADD(phase, i, rows);
+    }
+    if (!WRITE_LOOP(loop.NAMES, rows, unit, step, work)) return false;
+  }
+  return GO_ON(work, step);
 }
 
 }  // namespace FACETOR_WRITEFILES

@@ -72,19 +72,7 @@ void WRITE_SYMMETRY(const XTAL::SPACE_GROUP& group, int unit) {
   for (const std::string& op : group.SYMOPSYMB) WRITE_CIF_LINE("'" + op + "'", unit);
 }
 
-// False when the user has stopped it, here and below.
-bool WRITE_GEOMETRY(const CRYSTAL_STRUCTURE_TYPE& phase, const std::vector<int>& centres, int unit,
-                    int step, WORK& work) {
-  WRITE_CIF_BONDS(phase, centres, unit);
-  CIF_ROWS angles;
-  for (int i : centres) {
-    if (!GO_ON(work, step)) return false;
-    ADD_CIF_ANGLES(phase, i, angles);
-  }
-  WRITE_CIF_ANGLES(angles, unit);
-  return GO_ON(work, step);
-}
-
+// False when the user has stopped it.
 bool WRITE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& phase, const std::string& name,
                  const std::vector<int>& centres, int unit, int step, WORK& work) {
   if (!GO_ON(work, step)) return false;
@@ -100,7 +88,7 @@ bool WRITE_BLOCK(const CRYSTAL_STRUCTURE_TYPE& phase, const std::string& name,
   WRITE_CIF_LINE(" ", unit);
   WRITE_SYMMETRY(phase.SPG, unit);
   WRITE_CIF_ATOMS(phase, unit);
-  if (SUM_NBONDS(REFERENCE()) > 0 && !WRITE_GEOMETRY(phase, centres, unit, step, work))
+  if (SUM_NBONDS(REFERENCE()) > 0 && !WRITE_CIF_GEOMETRY(phase, centres, unit, step, work))
     return false;
   WRITE_CIF_MODES(phase.MODE_LIST, unit);
   return true;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "console_code/console/prompts.h"
+#include "console_code/kva_utilities/aligned_rows.h"
 #include "console_code/kva_utilities/columns.h"
 #include "console_code/kva_utilities/numbers.h"
 #include "console_code/kva_utilities/text.h"

@@ -241,57 +241,6 @@ TEST(RFORM, LARGE_NUMBERS_TAKE_AN_EXPONENT) {
   EXPECT_EQ(RFORM(-infinity, 8), "-Inf");
 }
 
-// ---- tables ----
-
-TEST(WRITE_COLS, NUMBERS_STAND_AT_THEIR_POINT_AND_TEXTS_AT_THE_LEFT) {
-  const std::vector<std::string> lines =
-      WRITE_COLS({{"Si1", "12.34(5)", "."}, {"O", "1.2", "3"}, {"Ca2", "150", "?"}});
-  ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(lines[0], " Si1   12.34(5)  .");
-  EXPECT_EQ(lines[1], " O      1.2      3");
-  EXPECT_EQ(lines[2], " Ca2  150        ?");
-}
-
-TEST(WRITE_COLS, A_COLUMN_WITH_ONE_WORD_IS_A_COLUMN_OF_TEXTS) {
-  const std::vector<std::string> lines = WRITE_COLS({{"1.5", "x"}, {"150", "y"}, {"abcd", "z"}});
-  EXPECT_EQ(lines[0], " 1.5   x");
-  EXPECT_EQ(lines[1], " 150   y");
-  EXPECT_EQ(lines[2], " abcd  z");
-  EXPECT_TRUE(WRITE_COLS({}).empty());
-}
-
-TEST(WRITE_COLS, BRACKETS_WITHOUT_AN_ESD_ARE_NO_NUMBER) {
-  for (const std::string word : {"1.2(x)", "1.2(5"}) {
-    const std::vector<std::string> lines = WRITE_COLS({{word}, {"150"}});
-    EXPECT_EQ(lines[0], " " + word);
-    EXPECT_EQ(lines[1], " 150") << "at the left, as texts stand";
-  }
-}
-
-TEST(WRITE_COLS, A_BLANK_CELL_IS_NO_NUMBER) {
-  const std::vector<std::string> lines = WRITE_COLS({{"1.5", "x"}, {"", "y"}, {"150", "z"}});
-  EXPECT_EQ(lines[0], " 1.5  x");
-  EXPECT_EQ(lines[1], "      y");
-  EXPECT_EQ(lines[2], " 150  z");
-}
-
-TEST(WRITE_COLS, CELLS_ARE_LEFT_ADJUSTED_FIRST) {
-  const std::vector<std::string> lines = WRITE_COLS({{" 1.5", " x"}, {"   150", "y"}});
-  EXPECT_EQ(lines[0], "   1.5  x");
-  EXPECT_EQ(lines[1], " 150    y");
-}
-
-// Stars are a number that does not fit: the others stay at their point, the stars at the right end.
-TEST(WRITE_COLS, STARS_LEAVE_NUMBERS_AT_THEIR_POINT) {
-  const std::vector<std::string> lines =
-      WRITE_COLS({{"298.0", "55.25", "1.5"}, {"4.2", "**", "150"}, {"***********", "1.5", "NaN"}});
-  EXPECT_EQ(lines[0], "       298.0  55.25    1.5");
-  EXPECT_EQ(lines[1], "         4.2     **  150");
-  EXPECT_EQ(lines[2], " ***********   1.5     NaN");
-  EXPECT_EQ(WRITE_COLS({{"-Inf", "1"}, {"Inf", "1"}, {"1.25", "1"}}),
-            (std::vector<std::string>{" -Inf  1", "  Inf  1", " 1.25  1"}));
-}
-
 // ---- the fewest digits ----
 
 // 0.1f + 0.2f is 0.3 and 2^-25; 2^24 = 16777216 has no neighbour at 16777217.

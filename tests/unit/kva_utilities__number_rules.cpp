@@ -103,13 +103,6 @@ TEST(RFORM, POWERS_OF_TEN_COUNT_WITH_THE_NUMBERS_ABOVE_THEM) {
   EXPECT_EQ(RFORM(-1.0f, 8), "-1.0000") << "8 - 3 - 1; only below 1 there is one more";
 }
 
-TEST(WRITE_COLS, LINES_HAVE_NO_TRAILING_BLANKS_AND_BLANKS_BEFORE_A_NUMBER_DO_NOT_COUNT) {
-  const std::vector<std::string> lines = WRITE_COLS({{"Si1", " 1.25(3)"}, {"O1", "-123.5"}});
-  ASSERT_EQ(lines.size(), 2u);
-  EXPECT_EQ(lines[0], " Si1     1.25(3)");
-  EXPECT_EQ(lines[1], " O1   -123.5");
-}
-
 // ---- order ----
 
 // Only what is smaller than the largest finite real is chosen; the tail repeats the last choice.
