@@ -117,12 +117,12 @@ class INTERRUPT : public SPEED {
     TYPE_ON(terminal.MASTER, "MACRO run\n");
   }
 
-  // Whether the last that the program said is its prompt.
+  // Whether the last that the program said ends as its prompts do.
   bool IS_AT_PROMPT() const {
     std::ifstream said(folder / "said", std::ios::binary | std::ios::ate);
     char last = '\0';
     if (said.tellg() > 0 && said.seekg(-1, std::ios::end)) said.get(last);
-    return last == '>';
+    return last == '>' || last == ':' || last == '?';
   }
 
   // Presses the key when the program has worked so long; the processor time that it goes on for
