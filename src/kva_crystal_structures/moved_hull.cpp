@@ -8,17 +8,32 @@ namespace KVA_CRYSTAL_STRUCTURES {
 
 namespace {
 
-TRIANGLE TRIANGLE_OF(std::span<const VECTOR3> v, const CORNERS& corners) {
-  TRIANGLE triangle{corners, FACE_PLANE_OF(v, corners), {}, {}};
-  const ROUGH_PLANE rough = ROUGH_PLANE_OF(v, corners);
-  const float clear = CLEAR_OF(rough);
+// Finds where the other vertices lie.
+void LOOK_AROUND(std::span<const VECTOR3> v, TRIANGLE& triangle) {
+  triangle.BEYOND = triangle.WITHIN = {};
+  triangle.PLANE = FACE_PLANE_OF(v, triangle.AT);
   for (std::size_t l = 0; l < v.size() && triangle.BEYOND.COUNT < 2; ++l) {
-    if (HAS_CORNER(corners, l) || ROUGH_SIDE_OF(rough, v[l]) > clear) continue;
+    if (HAS_CORNER(triangle.AT, l)) continue;
     const float side = SIDE_OF(triangle.PLANE, v[l]);
     if (IS_BEYOND(side)) triangle.BEYOND.ADD(l);
     if (IS_WITHIN(side)) triangle.WITHIN.ADD(l);
   }
-  return triangle;
+}
+
+// The same, as far as the rough plane tells it. With two vertices beyond nobody asks for the other
+// plane.
+void LOOK_AROUND_SOONER(std::span<const VECTOR3> v, TRIANGLE& triangle) {
+  const ROUGH_PLANE rough = ROUGH_PLANE_OF(v, triangle.AT);
+  const float clear = CLEAR_OF(rough);
+  for (std::size_t l = 0; l < v.size(); ++l) {
+    if (HAS_CORNER(triangle.AT, l)) continue;
+    const float side = ROUGH_SIDE_OF(rough, v[l]);
+    if (side > clear) continue;
+    if (!(side < -clear)) return LOOK_AROUND(v, triangle);
+    triangle.BEYOND.ADD(l);
+    if (triangle.BEYOND.COUNT == 2) return;
+  }
+  triangle.PLANE = FACE_PLANE_OF(v, triangle.AT);
 }
 
 }  // namespace
@@ -30,7 +45,10 @@ std::vector<TRIANGLE> TRIANGLES_OF(std::span<const VECTOR3> v) {
   triangles.reserve(n * (n - 1) * (n - 2) / 6);
   for (std::size_t i = 0; i < n; ++i)
     for (std::size_t j = i + 1; j < n; ++j)
-      for (std::size_t k = j + 1; k < n; ++k) triangles.push_back(TRIANGLE_OF(v, {i, j, k}));
+      for (std::size_t k = j + 1; k < n; ++k) {
+        triangles.emplace_back().AT = {i, j, k};
+        LOOK_AROUND_SOONER(v, triangles.back());
+      }
   return triangles;
 }
 
@@ -58,7 +76,7 @@ bool SURELY_FILL_THE_HULL(const std::vector<TRIANGLE>& triangles) {
   return XTAL::LENGTH(sum) < nothing && !triangles.empty();
 }
 
-// ---- triangles that stay no faces ----
+// ---- triangles that stay faces, or none ----
 
 namespace {
 
@@ -80,30 +98,37 @@ PRODUCT_CHANGES CHANGES_BY(const MOVES& moves, std::span<const VECTOR3> v) {
           std::max(moves.OF_ONE, 4.0f * moves.OF_ALL) * area + rounding * area * reach};
 }
 
-bool SURELY_STAYS_NO_FACE(std::span<const VECTOR3> v, const CORNERS& corners,
-                          const PRODUCT_CHANGES& changes) {
+SURE_OF SURE_WITH(const PRODUCT_CHANGES& changes, std::span<const VECTOR3> v,
+                  const CORNERS& corners) {
+  constexpr float shortest_normal = 1e-4f;  // square angstroms
   const ROUGH_PLANE plane = ROUGH_PLANE_OF(v, corners);
   const float least_offset = std::abs(plane.OFFSET) - changes.OF_VOLUMES;
-  if (!(least_offset > 0.0f)) return false;
-  const float clear =
-      2.0f * in_plane * XTAL::SQUARE(std::sqrt(plane.SQUARE) + changes.OF_NORMAL) / least_offset;
-  for (const VECTOR3& vertex : v) {
-    const float beyond = XTAL::DOT(XTAL::SUBTRACT(vertex, plane.POINT), plane.NORMAL);
+  if (!(least_offset > 0.0f)) return SURE_OF::NOTHING;
+  const float normal = std::sqrt(plane.SQUARE);
+  const float longest_normal = normal + changes.OF_NORMAL;
+  const float clear = 2.0f * in_plane * XTAL::SQUARE(longest_normal) / least_offset;
+  bool all_on_this_side = true;
+  for (std::size_t l = 0; l < v.size(); ++l) {
+    if (HAS_CORNER(corners, l)) continue;
+    const float beyond = XTAL::DOT(XTAL::SUBTRACT(v[l], plane.POINT), plane.NORMAL);
     const float outward = plane.OFFSET > 0.0f ? beyond : -beyond;
-    if (outward - changes.OF_VOLUMES > clear) return true;
+    if (outward - changes.OF_VOLUMES > clear) return SURE_OF::NO_FACE;
+    all_on_this_side = all_on_this_side && outward + changes.OF_VOLUMES < -clear;
   }
-  return false;
+  const bool has_height = least_offset > 2.0f * plane_through_centre * longest_normal &&
+                          normal - changes.OF_NORMAL > shortest_normal;
+  return all_on_this_side && has_height ? SURE_OF::FACE : SURE_OF::NOTHING;
 }
 
 }  // namespace
 
-void LEAVE_OUT_SURE_ONES(std::span<const VECTOR3> v, const MOVES& moves,
-                         std::vector<TRIANGLE>& triangles) {
+void TELL_SURE_ONES(std::span<const VECTOR3> v, const MOVES& moves,
+                    std::vector<TRIANGLE>& triangles) {
   const PRODUCT_CHANGES changes = CHANGES_BY(moves, v);
-  const auto left_out =
-      std::remove_if(triangles.begin(), triangles.end(), [&](const TRIANGLE& triangle) {
-        return triangle.BEYOND.COUNT > 0 && SURELY_STAYS_NO_FACE(v, triangle.AT, changes);
-      });
+  for (TRIANGLE& triangle : triangles) triangle.WHEN_MOVED = SURE_WITH(changes, v, triangle.AT);
+  const auto left_out = std::remove_if(
+      triangles.begin(), triangles.end(),
+      [](const TRIANGLE& triangle) { return triangle.WHEN_MOVED == SURE_OF::NO_FACE; });
   triangles.erase(std::max(left_out, triangles.begin() + (triangles.empty() ? 0 : 1)),
                   triangles.end());
 }
@@ -127,8 +152,10 @@ float PYRAMID_MADE_AGAIN(std::span<const VECTOR3> v, const CORNERS& corners) {
   return PYRAMID(plane, fourth_vertex);
 }
 
-// The same, as far as the rough plane tells it; what lay beyond the triangle is looked at first.
+// The same, as far as it is known before or the rough plane tells it; what lay beyond the triangle
+// is looked at first.
 float PYRAMID_SOONER(std::span<const VECTOR3> v, const TRIANGLE& triangle) {
+  if (triangle.WHEN_MOVED == SURE_OF::FACE) return PYRAMID(FACE_PLANE_OF(v, triangle.AT), false);
   const ROUGH_PLANE plane = ROUGH_PLANE_OF(v, triangle.AT);
   if (SURELY_HOLDS_CENTRE(plane)) return 0.0f;
   const float clear = CLEAR_OF(plane);
@@ -145,6 +172,7 @@ float PYRAMID_SOONER(std::span<const VECTOR3> v, const TRIANGLE& triangle) {
 
 // Pyramid over a triangle when only one vertex has moved, which is none of its corners.
 float PYRAMID_KEPT(const TRIANGLE& triangle, std::size_t moved, const VECTOR3& vertex) {
+  if (triangle.WHEN_MOVED == SURE_OF::FACE) return PYRAMID(triangle.PLANE, false);
   if (triangle.BEYOND.ANY_BUT(moved) || HOLDS_CENTRE(triangle.PLANE)) return 0.0f;
   const float side = SIDE_OF(triangle.PLANE, vertex);
   if (IS_BEYOND(side)) return 0.0f;

@@ -21,6 +21,10 @@ struct SOME_VERTICES {
   bool ANY_BUT(std::size_t vertex) const { return COUNT > 1 || (COUNT == 1 && LAST != vertex); }
 };
 
+// What is sure of a triangle whichever way vertices are moved: that it stays a face with no fourth
+// vertex, or none.
+enum class SURE_OF { NOTHING, FACE, NO_FACE };
+
 // A triangle of vertices, and where the others lie. Those in its plane are known as long as no more
 // than one lies beyond it: with two beyond, no vertex that moves makes it a face.
 struct TRIANGLE {
@@ -28,6 +32,7 @@ struct TRIANGLE {
   FACE_PLANE PLANE{};
   SOME_VERTICES BEYOND;
   SOME_VERTICES WITHIN;
+  SURE_OF WHEN_MOVED = SURE_OF::NOTHING;
 };
 
 // All triangles of the vertices about a centre at 0; none of fewer than four.
@@ -46,10 +51,11 @@ struct MOVES {
   float OF_ALL = 0.0f;
 };
 
-// Leaves out triangles that are no faces and surely stay none when the vertices that they were made
-// of are moved so. They add nothing to any volume; one is kept where there are any.
-void LEAVE_OUT_SURE_ONES(std::span<const VECTOR3> v, const MOVES& moves,
-                         std::vector<TRIANGLE>& triangles);
+// Tells which triangles surely stay faces when the vertices that they were made of are moved so,
+// and leaves out those that are no faces and surely stay none: they add nothing to any volume. One
+// is kept where there are any.
+void TELL_SURE_ONES(std::span<const VECTOR3> v, const MOVES& moves,
+                    std::vector<TRIANGLE>& triangles);
 
 // Volume of v when only the vertex with the number moved (from 0) is another than it was.
 float VOLUME_WITH_ONE_MOVED(std::span<const VECTOR3> v, const std::vector<TRIANGLE>& triangles,

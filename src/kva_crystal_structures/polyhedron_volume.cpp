@@ -229,9 +229,8 @@ void CALC_POLYVOL_VCV(const COORDINATIONS& around, CRYSTAL_STRUCTURE_TYPE& phase
   if (polyhedron.TRIANGLES.empty() && !(polyhedron.VOLUME > 0.0f)) return;
 
   const SQUARE_MATRIX vcv = LIGAND_COVARIANCE(around.LIGANDS(i));
-  LEAVE_OUT_SURE_ONES(polyhedron.VERTICES,
-                      LONGEST_MOVES(polyhedron, vcv, frame, around.SHIFTED_FRAMES),
-                      polyhedron.TRIANGLES);
+  TELL_SURE_ONES(polyhedron.VERTICES, LONGEST_MOVES(polyhedron, vcv, frame, around.SHIFTED_FRAMES),
+                 polyhedron.TRIANGLES);
   const std::vector<float> jacobian = VOLUME_DERIVATIVES(polyhedron, frame, vcv);
   phase.POLYHEDRON(i, POLY_VOLUME_STD) =
       ESD_OF(VARIANCE(jacobian, vcv) + VOLUME_VARIANCE_OF_CELL(polyhedron, around.SHIFTED_FRAMES));
