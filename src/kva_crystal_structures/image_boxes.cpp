@@ -1,8 +1,10 @@
 // Images of atoms sorted into boxes, so that a search looks at those near its point alone.
 #include "src/kva_crystal_structures/image_boxes.h"
 
-#include <algorithm>  // for all_of, max, min, min_element, sort, unique
+#include <algorithm>  // for all_of, max, min, sort, unique
 #include <cmath>      // for abs, cbrt
+#include <span>
+#include <utility>  // for move
 
 namespace KVA_CRYSTAL_STRUCTURES {
 
@@ -23,28 +25,20 @@ int BOXES_ALONG(float edge_reciprocal, float box_width, float most) {
   return wanted > 1.0f ? static_cast<int>(std::min(wanted, most)) : 1;
 }
 
-// Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty; a few
-// images are only cut into slices along the axis with the widest spacing of lattice planes. Images
-// that are no numbers have no place, so that all then go into one box.
+constexpr std::array<int, 3> ONE_BOX{1, 1, 1};
+
+// Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty. A few
+// images are sooner looked at one by one, and those that are no numbers have no place: such go into
+// one box.
 std::array<int, 3> BOXES_FOR(const XTAL::CRYSTAL_CELL& cell,
                              const std::vector<ATOM_IMAGE>& images) {
   constexpr float box_width = 1.5f;
-  constexpr float slice_width = 1.0f;
   constexpr std::size_t few = 100;
-  std::array<int, 3> boxes{1, 1, 1};
-  const bool finite = std::all_of(images.begin(), images.end(),
-                                  [](const ATOM_IMAGE& image) { return XTAL::IS_FINITE(image.X); });
-  if (!finite) return boxes;
-  const float count = static_cast<float>(images.size());
-  const VECTOR3& reciprocal = cell.RCELL;
-  if (images.size() < few) {
-    const auto widest = static_cast<std::size_t>(
-        std::min_element(reciprocal.begin(), reciprocal.end()) - reciprocal.begin());
-    boxes[widest] = BOXES_ALONG(reciprocal[widest], slice_width, 1.0f + count);
-    return boxes;
-  }
-  for (std::size_t k = 0; k < 3; ++k)
-    boxes[k] = BOXES_ALONG(reciprocal[k], box_width, 1.0f + std::cbrt(count));
+  const auto has_place = [](const ATOM_IMAGE& image) { return XTAL::IS_FINITE(image.X); };
+  if (images.size() < few || !std::all_of(images.begin(), images.end(), has_place)) return ONE_BOX;
+  const float most = 1.0f + std::cbrt(static_cast<float>(images.size()));
+  std::array<int, 3> boxes{};
+  for (std::size_t k = 0; k < 3; ++k) boxes[k] = BOXES_ALONG(cell.RCELL[k], box_width, most);
   return boxes;
 }
 
@@ -61,10 +55,12 @@ int BOX_OF(const ATOM_IMAGES& images, const VECTOR3& x) {
   return BOX_NUMBER(images, b[0], b[1], b[2]);
 }
 
+// Puts the images box by box, in each in the order that they stand in.
 void SORT_INTO_BOXES(ATOM_IMAGES& images) {
   const int boxes = images.BOXES[0] * images.BOXES[1] * images.BOXES[2];
   images.BOX_START.assign(static_cast<std::size_t>(boxes) + 1, 0);
   std::vector<std::size_t> box_of;
+  box_of.reserve(images.IMAGES.size());
   for (const ATOM_IMAGE& image : images.IMAGES) {
     box_of.push_back(static_cast<std::size_t>(BOX_OF(images, image.X)));
     ++images.BOX_START[box_of.back() + 1];
@@ -72,15 +68,16 @@ void SORT_INTO_BOXES(ATOM_IMAGES& images) {
   for (std::size_t box = 1; box < images.BOX_START.size(); ++box)
     images.BOX_START[box] += images.BOX_START[box - 1];
   std::vector<int> next = images.BOX_START;
-  images.BOXED.resize(images.IMAGES.size());
+  std::vector<ATOM_IMAGE> boxed(images.IMAGES.size());
   for (std::size_t i = 0; i < box_of.size(); ++i)
-    images.BOXED[static_cast<std::size_t>(next[box_of[i]]++)] = i;
+    boxed[static_cast<std::size_t>(next[box_of[i]]++)] = images.IMAGES[i];
+  images.IMAGES = std::move(boxed);
 }
 
 }  // namespace
 
 ATOM_IMAGES IMAGES_OF(const CRYSTAL_STRUCTURE_TYPE& phase) {
-  ATOM_IMAGES images{phase, {}, {1, 1, 1}, {}, {}};
+  ATOM_IMAGES images{phase, {}, {1, 1, 1}, {}};
   const int operators = OPERATORS_TO_TRY(phase.SPG);
   images.IMAGES.reserve(static_cast<std::size_t>(phase.NATOMS) *
                         static_cast<std::size_t>(operators));
@@ -128,29 +125,37 @@ bool WITHIN_REACH(const VECTOR3& image, const VECTOR3& x, const VECTOR3& reach) 
   return true;
 }
 
-// Appends what one box holds within reach of x.
-void ADD_FROM_BOX(const ATOM_IMAGES& images, int box, const VECTOR3& x, const VECTOR3& reach,
-                  std::vector<const ATOM_IMAGE*>& near) {
-  const auto start = images.BOX_START.begin() + box;
-  for (int at = start[0]; at < start[1]; ++at) {
-    const ATOM_IMAGE& image = images.IMAGES[images.BOXED[static_cast<std::size_t>(at)]];
+bool IS_SOONER(const ATOM_IMAGE* a, const ATOM_IMAGE* b) {
+  return a->ATOM != b->ATOM ? a->ATOM < b->ATOM : a->OPERATOR < b->OPERATOR;
+}
+
+// Appends those of the images that are within reach of x.
+inline void ADD_NEAR(std::span<const ATOM_IMAGE> images, const VECTOR3& x, const VECTOR3& reach,
+                     std::vector<const ATOM_IMAGE*>& near) {
+  for (const ATOM_IMAGE& image : images)
     if (WITHIN_REACH(image.X, x, reach)) near.push_back(&image);
-  }
+}
+
+std::span<const ATOM_IMAGE> IN_BOX(const ATOM_IMAGES& images, int box) {
+  const auto start = images.BOX_START.begin() + box;
+  return {images.IMAGES.begin() + start[0], images.IMAGES.begin() + start[1]};
 }
 
 // Appends what the boxes near x hold within reach of it.
 void ADD_FROM_BOXES(const ATOM_IMAGES& images, const VECTOR3& x, const VECTOR3& reach,
                     std::vector<const ATOM_IMAGE*>& near) {
   const std::array<int, 3>& n = images.BOXES;
+  const bool one_box = images.BOX_START.size() == 2;
+  if (one_box) return ADD_NEAR(images.IMAGES, x, reach, near);
   std::array<BOX_RANGE, 3> r;
   for (std::size_t k = 0; k < 3; ++k) r[k] = BOXES_IN_REACH(x[k], reach[k], n[k]);
   for (int i = 0; i < r[0].COUNT; ++i)
     for (int j = 0; j < r[1].COUNT; ++j)
       for (int k = 0; k < r[2].COUNT; ++k)
-        ADD_FROM_BOX(images,
-                     BOX_NUMBER(images, WRAPPED(r[0].FIRST + i, n[0]),
-                                WRAPPED(r[1].FIRST + j, n[1]), WRAPPED(r[2].FIRST + k, n[2])),
-                     x, reach, near);
+        ADD_NEAR(IN_BOX(images,
+                        BOX_NUMBER(images, WRAPPED(r[0].FIRST + i, n[0]),
+                                   WRAPPED(r[1].FIRST + j, n[1]), WRAPPED(r[2].FIRST + k, n[2]))),
+                 x, reach, near);
 }
 
 }  // namespace
@@ -161,8 +166,8 @@ std::vector<const ATOM_IMAGE*> IMAGES_NEAR(const ATOM_IMAGES& images, const VECT
   near.reserve(MAX_BONDS);
   for (const VECTOR3& centring : images.PHASE.SPG.LATT_TRANS)
     ADD_FROM_BOXES(images, XTAL::MODULO_LAT(XTAL::SUBTRACT(x_frac, centring)), reach, near);
-  // In the order of discovery; every centring vector can bring the same image into reach.
-  std::sort(near.begin(), near.end());
+  // Every centring vector can bring the same image into reach.
+  std::sort(near.begin(), near.end(), IS_SOONER);
   near.erase(std::unique(near.begin(), near.end()), near.end());
   return near;
 }

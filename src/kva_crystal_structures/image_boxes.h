@@ -19,15 +19,14 @@ struct ATOM_IMAGE {
 // They hold until an atom moves or the cell or the group changes; use flags may change.
 struct ATOM_IMAGES {
   const CRYSTAL_STRUCTURE_TYPE& PHASE;
-  std::vector<ATOM_IMAGE> IMAGES;     // in the order of discovery: by atom, then by operator
-  std::array<int, 3> BOXES{1, 1, 1};  // boxes along each cell edge
-  std::vector<int> BOX_START;         // where each box begins in BOXED, and behind them the end
-  std::vector<std::size_t> BOXED;     // positions in IMAGES, box by box
+  std::vector<ATOM_IMAGE> IMAGES;     // box by box
+  std::array<int, 3> BOXES{1, 1, 1};  // along each cell edge
+  std::vector<int> BOX_START;         // where each box begins, and behind them the end
 };
 ATOM_IMAGES IMAGES_OF(const CRYSTAL_STRUCTURE_TYPE& phase);
 
 // Those that have a copy within reach (fractions of the cell edges) of x_frac, by whatever whole
-// cells and centring vector, in the order of discovery.
+// cells and centring vector, in the order of discovery: by atom, then by operator.
 std::vector<const ATOM_IMAGE*> IMAGES_NEAR(const ATOM_IMAGES& images, const VECTOR3& x_frac,
                                            const VECTOR3& reach);
 
