@@ -51,15 +51,30 @@ float DETERMINANT(const MATRIX3& m) {
   return DOT(m[0], CROSS(m[1], m[2]));
 }
 
+namespace {
+
+MATRIX3 ADJUGATE(const MATRIX3& m) {
+  return TRANSPOSE(MATRIX3{CROSS(m[1], m[2]), CROSS(m[2], m[0]), CROSS(m[0], m[1])});
+}
+
+}  // namespace
+
 MATRIX3 INVERT_MATRIX(const MATRIX3& m, bool& singular) {
   constexpr float smallest_ratio = 1e-5f;  // of det to the volume of a box with the same edges
   const float det = DETERMINANT(m);
   const float box = LENGTH(m[0]) * LENGTH(m[1]) * LENGTH(m[2]);
   singular = !(std::abs(det) > smallest_ratio * box);
   if (singular) return {};
-  MATRIX3 inverse = TRANSPOSE(MATRIX3{CROSS(m[1], m[2]), CROSS(m[2], m[0]), CROSS(m[0], m[1])});
+  MATRIX3 inverse = ADJUGATE(m);
   for (VECTOR3& row : inverse)
     for (float& element : row) element /= det;
+  return inverse;
+}
+
+MATRIX3 INVERSE_ROTATION(const MATRIX3& r) {
+  MATRIX3 inverse = ADJUGATE(r);
+  const float det = DETERMINANT(r);
+  for (VECTOR3& row : inverse) row = SCALED(row, det);
   return inverse;
 }
 

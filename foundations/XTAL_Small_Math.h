@@ -39,6 +39,9 @@ float DETERMINANT(const MATRIX3& m);
 // the rows, or is not a number; the result is then zero.
 MATRIX3 INVERT_MATRIX(const MATRIX3& m, bool& singular);
 
+// Inverse of the rotation of a symmetry operator, whose determinant is 1 or -1.
+MATRIX3 INVERSE_ROTATION(const MATRIX3& r);
+
 // Each coordinate reduced to 0 up to 1; what rounds to 1 becomes 0.
 VECTOR3 MODULO_LAT(const VECTOR3& x_frac);
 

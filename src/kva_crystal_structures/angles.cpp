@@ -74,12 +74,16 @@ SPOKE SPOKE_TO(const RULER& ruler, const APEX_ATOM& apex, const PLACED_ATOM& lig
   spoke.AS_IS = LEG_OF(XTAL::SUBTRACT(ligand.X, x0), metric);
   spoke.AS_IS_64 = LEG_64_OF(spoke.AS_IS.V, metric);
   for (std::size_t k = 0; k < 3; ++k) {
-    VECTOR3 shifted = ligand.X;
-    shifted[k] += spoke.ESDS[k];
-    spoke.LIGAND_SHIFTED[k] = LEG_OF(XTAL::SUBTRACT(shifted, x0), metric);
-    VECTOR3 shifted_apex = x0;
-    shifted_apex[k] += apex.ESDS[k];
-    spoke.APEX_SHIFTED[k] = LEG_OF(XTAL::SUBTRACT(ligand.X, shifted_apex), metric);
+    if (spoke.ESDS[k] > 0.0f) {
+      VECTOR3 shifted = ligand.X;
+      shifted[k] += spoke.ESDS[k];
+      spoke.LIGAND_SHIFTED[k] = LEG_OF(XTAL::SUBTRACT(shifted, x0), metric);
+    }
+    if (apex.ESDS[k] > 0.0f) {
+      VECTOR3 shifted_apex = x0;
+      shifted_apex[k] += apex.ESDS[k];
+      spoke.APEX_SHIFTED[k] = LEG_OF(XTAL::SUBTRACT(ligand.X, shifted_apex), metric);
+    }
   }
   spoke.IN_SHIFTED_CELLS.reserve(ruler.SHIFTED_METRICS.size());
   for (const MATRIX3& shifted_metric : ruler.SHIFTED_METRICS)
@@ -130,6 +134,17 @@ std::array<float, 9> ANGLE_DERIVATIVES(const VECTOR3& apex_esds, const SPOKE& sp
   return d;
 }
 
+// The sum over the covariances that there are: those between different atoms are 0.
+float VARIANCE_OF_COORDINATES(const std::array<float, 9>& d, const MATRIX9& v) {
+  float variance = 0.0f;
+  for (std::size_t i = 0; i < 9; ++i) {
+    if (d[i] == 0.0f) continue;
+    for (std::size_t j = 0; j < 9; ++j)
+      if (v[i][j] != 0.0f) variance += d[i] * v[i][j] * d[j];
+  }
+  return variance;
+}
+
 float CELL_VARIANCE_OF_ANGLE(const RULER& ruler, const SPOKE& spoke1, const SPOKE& spoke2,
                              float angle) {
   float variance = 0.0f;
@@ -154,11 +169,7 @@ VALUE_ESD ANGLE_AND_SIGMA_VCV(const RULER& ruler, const APEX_ATOM& apex, const S
   const MATRIX9 v =
       TRIPLET_COVARIANCE(spoke1.WITH_APEX, CALC_VCV_TWO_ATOMS(spoke1.LIGAND, spoke2.LIGAND));
   const std::array<float, 9> d = ANGLE_DERIVATIVES(apex.ESDS, spoke1, spoke2, metric, result.VALUE);
-  float variance = 0.0f;
-  for (std::size_t i = 0; i < 9; ++i) {
-    if (d[i] == 0.0f) continue;
-    for (std::size_t j = 0; j < 9; ++j) variance += d[i] * v[i][j] * d[j];
-  }
+  float variance = VARIANCE_OF_COORDINATES(d, v);
   variance += CELL_VARIANCE_OF_ANGLE(ruler, spoke1, spoke2, result.VALUE);
   result.ESD = ESD_OF(variance);
   return result;

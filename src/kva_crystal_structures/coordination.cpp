@@ -44,11 +44,9 @@ COORDINATIONS COORDINATIONS_OF(RULER ruler) {
   around.LIGANDS.ASSIGN(CAPACITY(phase), {});
   for (int i = 1; i <= CAPACITY(phase); ++i)
     around.LIGANDS(i) = LIGANDS_OF_CENTRE(around.OWN_RULER, i);
-  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase, true)) {
-    XTAL::CRYSTAL_CELL cell;
-    XTAL::SET_CELL_RECORD(shift.CELL, shift.ANG, cell, phase.CELL.CARTTYPE);
-    around.SHIFTED_FRAMES.push_back(cell.CR_ORTH_CEL);
-  }
+  for (const CELL_SHIFT& shift : CELL_SHIFTS(phase, true))
+    XTAL::GET_CRYST_ORTHOG_MATRIX(shift.CELL, shift.ANG, around.SHIFTED_FRAMES.emplace_back(),
+                                  phase.CELL.CARTTYPE);
   return around;
 }
 

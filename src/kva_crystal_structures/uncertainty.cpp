@@ -103,9 +103,7 @@ RULER RULER_FOR(const CRYSTAL_STRUCTURE_TYPE& phase) {
 PLACED_ATOM PLACE_ATOM(const RULER& ruler, int atom, int op, const VECTOR3& x_frac) {
   PLACED_ATOM placed{x_frac, atom, op};
   if (atom == 0) return placed;
-  bool singular = false;
   placed.ROTATION = XTAL::REAL_MATRIX(ruler.IMAGES.PHASE.SPG.SYMOP(op).ROT);
-  placed.INVERSE = XTAL::INVERT_MATRIX(placed.ROTATION, singular);
   placed.VCV =
       VCV_OF_IMAGE(ruler.IMAGES.PHASE, ruler.ATOM_VCV[static_cast<std::size_t>(atom - 1)], op);
   return placed;
@@ -120,7 +118,7 @@ namespace {
 
 // Rotation that takes the first image of an atom to the second.
 MATRIX3 ROTATION_BETWEEN(const PLACED_ATOM& first, const PLACED_ATOM& second) {
-  return XTAL::MULTIPLY(second.ROTATION, first.INVERSE);
+  return XTAL::MULTIPLY(second.ROTATION, XTAL::INVERSE_ROTATION(first.ROTATION));
 }
 
 void PUT_BLOCK(MATRIX6& matrix, std::size_t row, std::size_t column, const MATRIX3& block) {

@@ -50,7 +50,6 @@ struct PLACED_ATOM {
   int OPERATOR = 0;
   MATRIX3 VCV{};
   MATRIX3 ROTATION{};  // of the operator
-  MATRIX3 INVERSE{};   // and its inverse; zero when it has none
 };
 PLACED_ATOM PLACE_ATOM(const RULER& ruler, int atom, int op, const VECTOR3& x_frac);
 

@@ -54,6 +54,18 @@ TEST(SMALL_MATH, INVERSES_AND_SINGULAR_MATRICES) {
   EXPECT_EQ(DETERMINANT(MATRIX3{{{2, 0, 0}, {0, 3, 0}, {0, 0, 4}}}), 24.0f);
 }
 
+// Three-fold axes along c and along the diagonal of a cube, an inversion and a mirror with x and y
+// exchanged: the powers and products that give the identity.
+TEST(SMALL_MATH, INVERSES_OF_ROTATIONS) {
+  const MATRIX3 three_fold{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
+  EXPECT_EQ(INVERSE_ROTATION(three_fold), (MATRIX3{{{-1, 1, 0}, {-1, 0, 0}, {0, 0, 1}}}));
+  const MATRIX3 diagonal{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}};
+  EXPECT_EQ(INVERSE_ROTATION(diagonal), TRANSPOSE(diagonal));
+  for (const MATRIX3& own :
+       {MATRIX3{{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}, MATRIX3{{{0, 1, 0}, {1, 0, 0}, {0, 0, 1}}}})
+    EXPECT_EQ(INVERSE_ROTATION(own), own);
+}
+
 TEST(SMALL_MATH, A_MATRIX_IS_SINGULAR_FROM_1E_5_OF_THE_BOX_OF_ITS_ROWS) {
   // Determinant e; the rows have the lengths 1, 1 and sqrt(1 + e^2), which is 1.
   const auto leaning = [](float e) { return MATRIX3{{{1, 0, 0}, {0, 1, 0}, {0, 1, e}}}; };
