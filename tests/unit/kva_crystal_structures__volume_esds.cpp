@@ -37,43 +37,93 @@ TEST(VOLUME_ESDS, HAVE_THE_SPREAD_OF_RANDOM_DRAWS) {
 
 namespace {
 
-// Every coordinate is moved by its esd, so far that faces come and go, and the whole polyhedron is
-// made again by what gave its volume: pyramids where they fill the hull. Without correlations the
-// variance is the sum of the squared changes of the volume.
+// The whole polyhedron is made again by what gave its volume: pyramids where they fill the hull.
+// Without correlations the variance is the sum of the squared changes of the volume.
+struct MADE_AGAIN {
+  float VOLUME = 0.0f;
+  bool BY_PYRAMIDS = false;
+
+  explicit MADE_AGAIN(const std::vector<VECTOR3>& ligands)
+      : VOLUME(POLYHEDRON_VOLUME(ligands, {})), BY_PYRAMIDS(VOLUME == PYRAMIDS_VOLUME(ligands)) {}
+  float CHANGE_SQ(const std::vector<VECTOR3>& moved) const {
+    return XTAL::SQUARE((BY_PYRAMIDS ? PYRAMIDS_VOLUME(moved) : HULL_VOLUME(moved)) - VOLUME);
+  }
+};
+
+// Every coordinate is moved by its esd, so far that faces come and go.
 void EXPECT_ESD_OF_HULLS(std::vector<VECTOR3> ligands, const VECTOR3& std) {
   const auto phase = CALCULATED(ligands, std);
-  const float volume = POLYHEDRON_VOLUME(ligands, {});
-  const bool pyramids = volume == PYRAMIDS_VOLUME(ligands);
+  const MADE_AGAIN hull(ligands);
   float variance = 0.0f;
   for (VECTOR3& v : ligands)
     for (std::size_t k = 0; k < 3; ++k) {
       const float old = v[k];
       v[k] += std[k];
-      variance +=
-          XTAL::SQUARE((pyramids ? PYRAMIDS_VOLUME(ligands) : HULL_VOLUME(ligands)) - volume);
+      variance += hull.CHANGE_SQ(ligands);
       v[k] = old;
     }
-  EXPECT_NEAR(POLY(phase, POLY_VOLUME), volume, 1e-3f);
+  EXPECT_NEAR(POLY(phase, POLY_VOLUME), hull.VOLUME, 1e-3f);
   EXPECT_NEAR(POLY(phase, POLY_VOLUME_STD), std::sqrt(variance), 2e-3f);
+}
+
+// So many ligands at random, 2.5 angstroms away.
+std::vector<VECTOR3> SOME_LIGANDS(std::size_t n, std::mt19937& random) {
+  const auto uniform = [&random] { return static_cast<float>(random() % 20001) / 10000.0f - 1.0f; };
+  std::vector<VECTOR3> ligands;
+  while (ligands.size() < n) {
+    const VECTOR3 v{uniform(), uniform(), uniform()};
+    if (XTAL::LENGTH(v) > 0.3f) ligands.push_back(v);
+  }
+  return ON_A_SPHERE(ligands, 2.5f);
 }
 
 }  // namespace
 
 TEST(VOLUME_ESDS, ARE_THOSE_OF_THE_HULL_MADE_AGAIN) {
   std::mt19937 random(7);
-  const auto uniform = [&random] { return static_cast<float>(random() % 20001) / 10000.0f - 1.0f; };
   for (std::size_t n = 4; n <= 12; ++n)
     for (int trial = 0; trial < 20; ++trial) {
-      std::vector<VECTOR3> ligands;
-      while (ligands.size() < n) {
-        const VECTOR3 v{uniform(), uniform(), uniform()};
-        if (XTAL::LENGTH(v) > 0.3f) ligands.push_back(v);
-      }
-      ligands = ON_A_SPHERE(ligands, 2.5f);
-      const VECTOR3 std{0.5f, 0.6f, 0.7f};
-      EXPECT_ESD_OF_HULLS(ligands, std);
+      EXPECT_ESD_OF_HULLS(SOME_LIGANDS(n, random), {0.5f, 0.6f, 0.7f});
       if (HasFailure()) FAIL() << n;
     }
+}
+
+// One coordinate of one ligand after the other moves, and no other.
+TEST(VOLUME_ESDS, OF_A_LIGAND_THAT_ALONE_MOVES_FAR) {
+  std::mt19937 random(8);
+  for (std::size_t n = 5; n <= 9; ++n)
+    for (std::size_t p = 0; p < 3 * n; ++p) {
+      std::vector<VECTOR3> ligands = SOME_LIGANDS(n, random);
+      const MADE_AGAIN hull(ligands);
+      auto phase = AROUND(ligands);
+      constexpr float esd = 0.8f;
+      phase.ATOM(static_cast<int>(p / 3) + 2).X_STD[p % 3] = esd / edge;
+      CALC_POLYVOL_VCV(phase, 1);
+      ligands[p / 3][p % 3] += esd;
+      EXPECT_NEAR(POLY(phase, POLY_VOLUME_STD), std::sqrt(hull.CHANGE_SQ(ligands)), 2e-3f)
+          << n << " " << p;
+    }
+}
+
+// A cell whose angle alpha grows from 90 to 150 degrees brings vertices half as near to planes
+// across c. One that was beyond such a plane, or within, then lies in it. Distances along c: the
+// side of it is (1.386 * 0.0018) = 0.0025, then a quarter of that, where 0.001 divides.
+TEST(VOLUME_ESDS, OF_A_CELL_THAT_BRINGS_A_VERTEX_INTO_A_PLANE) {
+  for (const float off : {0.0018f, -0.0018f}) {
+    std::vector<VECTOR3> ligands = cube;
+    ligands.front()[2] += off;
+    const MADE_AGAIN hull(ligands);
+    auto phase = AROUND(ligands);
+    const VECTOR3 angles{90, 90, 90};
+    const VECTOR3 esds{60, 0, 0};
+    XTAL::SET_CELL_RECORD({edge, edge, edge}, angles, phase.CELL, " ", {}, esds);
+    CALC_POLYVOL_VCV(phase, 1);
+    XTAL::CRYSTAL_CELL sheared;
+    XTAL::SET_CELL_RECORD({edge, edge, edge}, XTAL::ADD(angles, esds), sheared, " ");
+    for (VECTOR3& v : ligands)
+      v = XTAL::MULTIPLY(sheared.CR_ORTH_CEL, XTAL::SCALED(v, 1.0f / edge));
+    EXPECT_NEAR(POLY(phase, POLY_VOLUME_STD), std::sqrt(hull.CHANGE_SQ(ligands)), 1e-4f) << off;
+  }
 }
 
 // Squares of coplanar ligands: an esd that leaves them in their plane, and one that does not.
