@@ -534,6 +534,18 @@ TEST(FULL_DISPLACEMENTS, OF_SITES_WITH_ONE_LABEL) {
             "A u_ij 2.000000 2.000000 2.000000 0.000000 0.000000 0.000000");
 }
 
+// The columns of a loop may stand in any order.
+TEST(FULL_DISPLACEMENTS, WITH_THE_LABELS_BEHIND_THEM) {
+  EXPECT_EQ(DISPLACEMENTS("loop_ _atom_site_label _atom_site_fract_x _atom_site_fract_y "
+                          "_atom_site_fract_z\nA 0 0 0\nB 0 0 .5\n"
+                          "loop_ _atom_site_aniso_U_11 _atom_site_aniso_U_22 "
+                          "_atom_site_aniso_U_33 _atom_site_aniso_U_12 _atom_site_aniso_U_13 "
+                          "_atom_site_aniso_U_23 _atom_site_aniso_label\n"
+                          "1 2 3 4 5 6 B\n7 8 9 0 0 0 A\n"),
+            "A u_ij 7.000000 8.000000 9.000000 0.000000 0.000000 0.000000; "
+            "B u_ij 1.000000 2.000000 3.000000 4.000000 5.000000 6.000000");
+}
+
 TEST(FULL_DISPLACEMENTS, IN_THE_LOOP_OF_THE_SITES) {
   EXPECT_EQ(DISPLACEMENTS("loop_ _atom_site_label _atom_site_fract_x _atom_site_fract_y "
                           "_atom_site_fract_z _atom_site_aniso_U_11 _atom_site_aniso_U_22 "

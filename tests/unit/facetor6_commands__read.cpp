@@ -166,6 +166,21 @@ TEST_F(READING, OPERATORS_IN_QUOTES_UP_TO_A_BLANK_LINE) {
   EXPECT_TRUE(ops.empty());
 }
 
+// Without quotes, behind a number or not, with other columns behind them; a title before the block
+// is none.
+TEST_F(READING, BARE_OPERATORS_OF_THEIR_OWN_BLOCK) {
+  std::vector<std::string> ops;
+  const FILE_LINES lines = LINES(
+      "olivine, at 3 GPa, run 2\ndata_none\n_x 1\ndata_bare\nloop_\n"
+      "_space_group_symop_operation_xyz\n_space_group_symop_id\n# one\n1 x,y,z 7\n-x, -y, z\nO 1 "
+      "2\n"
+      "x,y,-z\n");
+  READ_BARE_OPERATORS(lines, 4, 12, ops);
+  EXPECT_EQ(ops, (std::vector<std::string>{"x,y,z", "-x, -y, z"}));
+  READ_BARE_OPERATORS(lines, 2, 3, ops);
+  EXPECT_TRUE(ops.empty());
+}
+
 // ---- blocks ----
 
 TEST_F(READING, A_BLOCK_WITHOUT_ITEMS) {
