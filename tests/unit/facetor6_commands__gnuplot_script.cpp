@@ -141,6 +141,139 @@ TEST(GNUPLOT_SCRIPT, SERIES_DIFFER_IN_SHAPE_AND_COLOUR) {
   EXPECT_EQ(looks.size(), 70U);
 }
 
+// As many series of that name.
+GRAPH MANY(std::size_t count, const std::string& name) {
+  GRAPH graph = TWO_BONDS();
+  graph.ITEMS.clear();
+  for (std::size_t k = 0; k < count; ++k)
+    graph.ITEMS.push_back({name, 8 + 2 * static_cast<int>(k)});
+  return graph;
+}
+
+// 235 pixels and 14 for each row of the legend, up to 2000. A row is 281 pixels wide, and an entry
+// takes 28 and 6 for each character of the longest name, with a reference 15 characters at least:
+// 10 characters 88, so three a row, 11 characters two. 1 pixel is 2.54/96 cm, or 300/96 of a PNG:
+// 249, 263, 1999 and 2000 are 6.588, 6.959, 52.890 and 52.917 cm, 778.1, 821.9, 6246.9 and 6250.
+TEST(GNUPLOT_SCRIPT, A_PICTURE_GROWS_WITH_THE_ROWS_OF_ITS_LEGEND) {
+  struct CASE {
+    std::size_t COUNT;
+    std::string NAME;
+    int REFERENCE_BLOCK;
+    std::string SVG, PDF, PNG;
+  };
+  const std::string long_name(50, 'x');
+  const std::vector<CASE> cases{
+      {1, "a", 0, "249", "6.6", "778"},           {8, "a", 0, "249", "6.6", "778"},
+      {9, "a", 0, "263", "7.0", "822"},           {6, "bvs", 0, "249", "6.6", "778"},
+      {7, "bvs", 0, "263", "7.0", "822"},         {3, "Fe-O[1] ×3", 0, "249", "6.6", "778"},
+      {4, "Fe-O[1] ×3", 0, "263", "7.0", "822"},  {2, "Fe1-O[1] ×3", 0, "249", "6.6", "778"},
+      {3, "Fe1-O[1] ×3", 0, "263", "7.0", "822"}, {1, "a", 1, "249", "6.6", "778"},
+      {2, "a", 1, "263", "7.0", "822"},           {126, long_name, 0, "1999", "52.9", "6247"},
+      {127, long_name, 0, "2000", "52.9", "6250"}};
+  for (const CASE& wanted : cases) {
+    GRAPH graph = MANY(wanted.COUNT, wanted.NAME);
+    graph.REFERENCE_BLOCK = wanted.REFERENCE_BLOCK;
+    const auto terminal = [&graph](PICTURE kind) {
+      graph.KIND = kind;
+      const std::string script = SCRIPT_OF(graph);
+      return script.substr(0, script.find(" font"));
+    };
+    const std::string which = std::to_string(wanted.COUNT) + " " + wanted.NAME;
+    EXPECT_EQ(terminal(PICTURE::SVG), "set terminal svg size 321," + wanted.SVG) << which;
+    EXPECT_EQ(terminal(PICTURE::PDF), "set terminal pdfcairo size 8.5cm," + wanted.PDF + "cm")
+        << which;
+    EXPECT_EQ(terminal(PICTURE::PNG), "set terminal pngcairo size 1003," + wanted.PNG) << which;
+  }
+}
+
+TEST(GNUPLOT_SCRIPT, A_PNG_WITH_TWO_AXES) {
+  GRAPH graph = TWO_BONDS();
+  graph.KIND = PICTURE::PNG;
+  graph.PICTURE_NAME = "both.png";
+  graph.SHEET_NAME = "both.csv";
+  graph.RIGHT_TITLE = "w (°)";
+  graph.X_COLUMN = 3;
+  graph.REFERENCE_BLOCK = 2;
+  graph.ITEMS = {{"d", 8}, {"e", 10}, {"w", 12, true}};
+  EXPECT_EQ(
+      SCRIPT_OF(graph),
+      "set terminal pngcairo size 1003,822 font 'Helvetica,8' fontscale 3.1 linewidth 3 "
+      "pointscale 3.6 noenhanced\n"
+      "set output 'both.png'\n"
+      "set encoding utf8\n"
+      "set datafile separator ','\n"
+      "set datafile commentschars ''\n"
+      "set key below Left reverse samplen 1 height 0.5 autotitle columnheader\n"
+      "set autoscale xfix\n"
+      "set offsets graph 0.05, graph 0.05, graph 0.05, graph 0.05\n"
+      "set xlabel 'P (GPa)' offset 0,0.6\n"
+      "set ylabel 'Bond length (Å)' offset 1,0\n"
+      "set y2label 'w (°)' offset -1,0\n"
+      "set ytics nomirror\n"
+      "set y2tics\n"
+      "set errorbars 0\n"
+      "esd(n) = valid(n) ? column(n) : 0\n"
+      "plot 'both.csv' using 3:8:(esd(4)):(esd(9)) with xyerrorbars pt 7 ps 0.6 lc rgb '#000000' "
+      "title 'd', \\\n"
+      "     '' using 3:10:(esd(4)):(esd(11)) with xyerrorbars pt 4 ps 0.6 lc rgb '#D55E00' "
+      "title 'e', \\\n"
+      "     '' using 3:12:(esd(4)):(esd(13)) axes x1y2 with xyerrorbars pt 9 ps 0.6 "
+      "lc rgb '#0072B2' title 'w', \\\n"
+      "     for [n = 8:10:2] '' using 3:($1 == 2 ? column(n) : NaN) with points pt 6 ps 1.2 lw 0.7 "
+      "lc rgb '#000000' title (n == 8 ? 'reference' : ''), \\\n"
+      "     for [n = 12:12:2] '' using 3:($1 == 2 ? column(n) : NaN) axes x1y2 with points pt 6 "
+      "ps 1.2 lw 0.7 lc rgb '#000000' title ''\n");
+}
+
+// The rings stand in the legend also when all series are on the right.
+TEST(GNUPLOT_SCRIPT, THE_REFERENCE_OF_THE_RIGHT_AXIS_ALONE_IS_NAMED) {
+  GRAPH graph = TWO_BONDS();
+  for (SERIES& item : graph.ITEMS) item.ON_RIGHT = true;
+  const std::string script = SCRIPT_OF(graph);
+  EXPECT_EQ(COUNT(script, "for [n ="), 1U);
+  EXPECT_NE(script.find("title (n == 8 ? 'reference' : '')\n"), std::string::npos) << script;
+}
+
+// Letters for points, no esds and no rings; the letters of the alphabet begin anew behind the last.
+TEST(GNUPLOT_SCRIPT, A_TERMINAL_GETS_THE_SHEET_AND_LETTERS) {
+  GRAPH graph = TWO_BONDS();
+  graph.KIND = PICTURE::TERMINAL;
+  EXPECT_EQ(SCRIPT_OF(graph, sheet),
+            "$sheet << EOD\n" + std::string(sheet) +
+                "EOD\n"
+                "set terminal dumb size 79,30 noenhanced\n"
+                "set encoding utf8\n"
+                "set datafile separator ','\n"
+                "set datafile commentschars ''\n"
+                "set key below Left reverse samplen 1 height 0.5 autotitle columnheader\n"
+                "set autoscale xfix\n"
+                "set offsets graph 0.05, graph 0.05, graph 0.05, graph 0.05\n"
+                "set xlabel 'P (GPa)'\n"
+                "set ylabel 'Bond length (Å)' offset 1,0\n"
+                "plot $sheet using 5:8 pt 1 title 'Fe1-O1[1] ×3', \\\n"
+                "     '' using 5:10 pt 2 title 'Fe1-O1[4] ×3'\n");
+  GRAPH many = MANY(27, "x");
+  many.KIND = PICTURE::TERMINAL;
+  const std::string script = SCRIPT_OF(many);
+  EXPECT_NE(script.find("using 5:58 pt 26 title"), std::string::npos) << script;
+  EXPECT_NE(script.find("using 5:60 pt 1 title"), std::string::npos) << script;
+}
+
+// Ten shapes, filled and open by turns, and the seven dark colours of the palette.
+TEST(GNUPLOT_SCRIPT, LOOKS_FOLLOW_IN_ORDER) {
+  const std::string script = SCRIPT_OF(MANY(11, "x"));
+  std::size_t at = 0;
+  for (const char* const look : {"pt 7 ps 0.6 lc rgb '#000000'", "pt 4 ps 0.6 lc rgb '#D55E00'",
+                                 "pt 9 ps 0.6 lc rgb '#0072B2'", "pt 12 ps 0.6 lc rgb '#E69F00'",
+                                 "pt 5 ps 0.6 lc rgb '#009E73'", "pt 6 ps 0.6 lc rgb '#CC79A7'",
+                                 "pt 13 ps 0.6 lc rgb '#56B4E9'", "pt 8 ps 0.6 lc rgb '#000000'",
+                                 "pt 11 ps 0.6 lc rgb '#D55E00'", "pt 10 ps 0.6 lc rgb '#0072B2'",
+                                 "pt 7 ps 0.6 lc rgb '#E69F00'"}) {
+    at = script.find("xyerrorbars ", at) + 12;
+    EXPECT_EQ(script.substr(at, script.find(" title", at) - at), look);
+  }
+}
+
 TEST(GNUPLOT_SCRIPT, TEXTS_ARE_QUOTED) {
   EXPECT_EQ(GNUPLOT_TEXT("O3'"), "'O3'''");
   EXPECT_EQ(GNUPLOT_TEXT("\" ` $(x) @y \\"), "'\" ` $(x) @y \\'");

@@ -21,19 +21,26 @@ using namespace STRUCTURES;
 
 class GRAPH_SUBJECTS : public MEASURE_TESTS::MEASURE_TEST {
  protected:
-  // Blocks of one site whose P are those; without P where it is negative.
-  static void LOAD(const std::vector<float>& pressures) {
+  struct CONDITIONS {
+    float P;
+    float T = 298.0f;
+    int USE = 1;
+  };
+
+  // Blocks of one site under these conditions.
+  static void LOAD(const std::vector<CONDITIONS>& series) {
     STRUCTURE_LIST list;
-    for (const float p : pressures) {
+    for (const CONDITIONS& conditions : series) {
       CRYSTAL_STRUCTURE_TYPE block =
           MADE({4, 5, 6}, {90, 90, 90}, "P 1", {{"Fe1", {0.1f, 0, 0}}}, {0.01f, 0.01f, 0.01f});
-      block.PT(PRESSURE, PT_VALUE) = p;
-      block.PT(TEMPERATURE, PT_VALUE) = 298.0f;
+      block.PT(PRESSURE, PT_VALUE) = conditions.P;
+      block.PT(TEMPERATURE, PT_VALUE) = conditions.T;
       list.ADD(block);
     }
     bool error = false;
     ADD_PHASE_LIST(list, list.COUNT(), error);
     ASSERT_FALSE(error);
+    for (std::size_t k = 0; k < series.size(); ++k) IUSE(static_cast<int>(k) + 1) = series[k].USE;
   }
 
   static std::string FITTED(const std::string& line) {
@@ -66,7 +73,7 @@ TEST_F(GRAPH_SUBJECTS, VALENCES_WAIT_FOR_THEIR_CALCULATION) {
 
 // A measure that has a value in no block.
 TEST_F(GRAPH_SUBJECTS, WHAT_HAS_NO_VALUE_IS_NEITHER_FITTED_NOR_DRAWN) {
-  LOAD({0.1f, 1.0f, 2.0f});
+  LOAD({{0.1f}, {1.0f}, {2.0f}});
   ASSERT_EQ(DEFINE_MEASURE("none", "1/(a - a)"), "");
   EXPECT_NE(FITTED("measures none P")
                 .find("*****There is nothing to fit: no used block has such a value\n"),
@@ -77,10 +84,37 @@ TEST_F(GRAPH_SUBJECTS, WHAT_HAS_NO_VALUE_IS_NEITHER_FITTED_NOR_DRAWN) {
 }
 
 TEST_F(GRAPH_SUBJECTS, OF_TOO_FEW_BLOCKS_OR_PRESSURES_THERE_IS_NO_LINE) {
-  LOAD({0.1f, 0.1f, 0.1f, 0.1f});
+  LOAD({{0.1f}, {0.1f}, {0.1f}, {0.1f}});
   EXPECT_NE(FITTED("cells P").find("No line: fewer than two different P"), std::string::npos);
   EXPECT_NE(FITTED("cells P 2").find("No parabola: fewer than three different P"),
             std::string::npos);
+}
+
+// P, unless the used blocks have one P and several T.
+TEST_F(GRAPH_SUBJECTS, WHAT_VARIES_ALONE_IS_THE_USUAL_ABSCISSA) {
+  struct CASE {
+    std::vector<CONDITIONS> SERIES;
+    char USUAL;
+  };
+  const std::vector<CASE> cases{
+      {{{1, 298}}, 'P'},
+      {{{1, 298}, {1, 298}}, 'P'},
+      {{{1, 298}, {2, 298}}, 'P'},
+      {{{1, 298}, {1, 400}}, 'T'},
+      {{{1, 298}, {2, 400}}, 'P'},
+      {{{1, 298}, {1, 400}, {2, 500}}, 'P'},
+      {{{1, 298}, {1, 400}, {2, 500, 0}}, 'T'},
+      {{{1, 298}, {1, 298}, {1, 400, 0}}, 'P'},
+      {{{2, 298, 0}, {1, 298}, {1, 400}}, 'T'},
+  };
+  for (std::size_t k = 0; k < cases.size(); ++k) {
+    FORGET();
+    LOAD(cases[k].SERIES);
+    CONSOLE_TESTS::PEND("cells");
+    const std::string said = SAID("\n", [] { FACETOR_GRAPH::RUN_FIT(); });
+    const std::string asked = std::string("Against P, T, or a measure <") + cases[k].USUAL + ">?";
+    EXPECT_NE(said.find(asked), std::string::npos) << k << said;
+  }
 }
 
 // While it lives the key is pressed ten times a millisecond, which does nothing outside of long
