@@ -9,6 +9,7 @@
 //   FAULT_DENIED=text   files with the text in their names may not be opened for writing
 //   FAULT_FIXED=text    files with the text in their names cannot be replaced
 //   FAULT_UNSAFE=1      the disk does not take what files hold, which shows when they are saved
+//   FAULT_PIPES=1       every other call on a pipe that does not wait finds it full or empty
 //   FAULT_SIGNAL=s FAULT_CALL=n   signal s comes at the n-th call that opens, writes, saves,
 //                       renames or removes a file
 //   FAULT_COUNTS=file   gets, at the end, the numbers of allocations and of calls
@@ -44,6 +45,7 @@ long signal_call = -1;
 const char* denied = nullptr;
 const char* fixed_name = nullptr;
 bool unsafe = false;
+bool busy_pipes = false;
 bool started = false;
 
 long NUMBER_IN(const char* name, long none) {
@@ -62,6 +64,7 @@ __attribute__((constructor)) void START() {
   denied = std::getenv("FAULT_DENIED");
   fixed_name = std::getenv("FAULT_FIXED");
   unsafe = std::getenv("FAULT_UNSAFE") != nullptr;
+  busy_pipes = std::getenv("FAULT_PIPES") != nullptr;
   ::unsetenv("LD_PRELOAD");  // programs that are started have no faults
   started = true;
 }
@@ -100,6 +103,18 @@ ROUTINE* NEXT(const char* name) {
 bool IS_FILE(int descriptor) {
   struct stat status {};
   return descriptor > STDERR_FILENO && ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// By turns it is full or empty, ready, interrupted and ready.
+bool IS_BUSY_PIPE(int descriptor) {
+  static std::atomic<unsigned> turn{0};
+  struct stat status {};
+  if (!busy_pipes || ::fstat(descriptor, &status) != 0 || !S_ISFIFO(status.st_mode) ||
+      (::fcntl(descriptor, F_GETFL) & O_NONBLOCK) == 0)
+    return false;
+  const unsigned now = turn++ % 4;
+  errno = now == 0 ? EAGAIN : EINTR;
+  return now % 2 == 0;
 }
 
 // Bytes of the file behind the place of the next one: what is written over needs no further room.
@@ -165,6 +180,7 @@ int mkostemp(char* pattern, int flags) {
 ssize_t write(int descriptor, const void* bytes, std::size_t size) {
   static auto* const next = NEXT<ssize_t(int, const void*, std::size_t)>("write");
   CALL();
+  if (IS_BUSY_PIPE(descriptor)) return -1;
   if (bytes_left < 0 || !IS_FILE(descriptor)) return next(descriptor, bytes, size);
   const long over = BYTES_OVER(descriptor);
   const long part = std::min(static_cast<long>(size), over + bytes_left.load());
@@ -175,6 +191,11 @@ ssize_t write(int descriptor, const void* bytes, std::size_t size) {
   const ssize_t written = next(descriptor, bytes, static_cast<std::size_t>(part));
   if (written > over) bytes_left -= written - over;
   return written;
+}
+
+ssize_t read(int descriptor, void* bytes, std::size_t size) {
+  static auto* const next = NEXT<ssize_t(int, void*, std::size_t)>("read");
+  return IS_BUSY_PIPE(descriptor) ? -1 : next(descriptor, bytes, size);
 }
 
 int fsync(int descriptor) {

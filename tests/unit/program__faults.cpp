@@ -494,6 +494,21 @@ TEST_F(FAULTS, TARGETS_OF_SHEETS_AND_GRAPHS_ARE_NAMED) {
   EXPECT_TIDY("targets that cannot be written");
 }
 
+// gnuplot gets the whole script and is heard to its end, though its pipes are full or empty, or the
+// call is interrupted, when they were said to be ready.
+TEST_F(FAULTS, PIPES_THAT_ARE_NOT_READY_ARE_TRIED_AGAIN) {
+  PUT_STAND_IN("cat > seen.gp; echo 'line 0: warning' >&2; echo '<svg/>'");
+  START_ANEW();
+  const RUN_RESULT run = FAULTY("FAULT_PIPES=1");
+  EXPECT_EQ(run.STATUS, 0);
+  for (const char* const name : sheets_and_graphs)
+    EXPECT_EQ(TEXT_OF(work / name), complete[name]) << name;
+  std::string to_output = complete["graph.gp"];
+  const std::string output_line = "set output 'graph.svg'\n";
+  to_output.erase(to_output.find(output_line), output_line.size());
+  EXPECT_EQ(TEXT_OF(work / "seen.gp"), to_output);
+}
+
 // A pipe that nobody reads takes nothing; one that is read gets all, and stays a pipe.
 TEST_F(FAULTS, A_PIPE_AND_STANDARD_OUTPUT_ARE_WRITTEN_THROUGH) {
   START_ANEW();
