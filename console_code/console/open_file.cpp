@@ -276,9 +276,6 @@ std::string WITH_EXTENSION(const std::string& name, std::string_view ext) {
   return name.find('.') == std::string::npos ? name + "." + TRIM(ext) : name;
 }
 
-namespace {
-
-// The chosen path as pending text. Its folder becomes the working directory.
 void TAKE_CHOSEN(const std::string& path) {
   const std::string name = FILENAME(path);
   const bool moved = CHANGE_DIRECTORY(path.substr(0, path.size() - name.size()));
@@ -286,6 +283,8 @@ void TAKE_CHOSEN(const std::string& path) {
   CONSOLE.INSTRING = moved && name.size() <= INPUT_LENGTH ? name : path;
   CONSOLE.INSTRING_LEN = LENTRIM(CONSOLE.INSTRING);
 }
+
+namespace {
 
 // Asks by the system's dialogue. False when the question must be put at the prompt: a macro answers
 // it by a line.

@@ -55,6 +55,11 @@ std::vector<NAMED_FILE> FILES_NAMED(std::string_view typed, std::string_view ext
 void GET_INPUT_FILENAME(std::string_view word, std::string_view descriptor, std::string_view ext,
                         bool must_exist = false);
 
+// The path that was chosen in such a dialogue becomes pending text, its folder the working
+// directory. Of a folder that cannot be entered, and for a name too long for a line, the whole path
+// is pending.
+void TAKE_CHOSEN(const std::string& path);
+
 void OPEN_LOG_FILE();
 
 // Opens the macro file, control as for OPEN_FILE.

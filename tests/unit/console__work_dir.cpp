@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>  // for isatty
 
+#include "console_code/console/open_file.h"
 #include "console_code/console/output.h"
 #include "tests/unit/console__settings.h"
 
@@ -170,6 +171,36 @@ TEST_F(WORK_DIR, ONLY_THE_WHOLE_WORD_IS_CD) {
 TEST_F(WORK_DIR, OTHER_LINES_GO_TO_THE_SHELL_AS_TYPED_AND_THEIR_STATUS_IS_IGNORED) {
   EXPECT_EQ(COMMANDED("echo 'Two  Words' > Out.txt; exit 4"), "");
   EXPECT_EQ(TEXT_OF("Out.txt"), "Two  Words\n");
+}
+
+// ---- a file chosen in a dialogue ----
+
+TEST_F(WORK_DIR, FOLDER_OF_A_CHOSEN_FILE_IS_ENTERED_AND_SAVED) {
+  fs::create_directory("sub");
+  const std::string below = (folder / "sub").string() + "/";
+  const std::string longest(255, 'x');
+  const std::string longer(256, 'x');
+  for (const auto& [path, pending] :
+       {std::pair{below + "my data.cif", std::string("my data.cif")},
+        std::pair{below + longest, longest}, std::pair{below + longer, below + longer}}) {
+    fs::current_path(folder);
+    PUT_INI("WDIR  /\n");
+    TAKE_CHOSEN(path);
+    EXPECT_EQ(CONSOLE.INSTRING, pending);
+    EXPECT_EQ(CONSOLE.INSTRING_LEN, static_cast<int>(pending.size()));
+    EXPECT_EQ(fs::current_path(), folder / "sub");
+    EXPECT_EQ(PARAM("WDIR", 0), (folder / "sub").string());
+  }
+}
+
+TEST_F(WORK_DIR, FOLDER_OF_A_CHOSEN_FILE_THAT_CANNOT_BE_ENTERED_IS_NOT_SAVED) {
+  PUT_INI("WDIR  /\n");
+  const std::string path = (folder / "none/my data.cif").string();
+  TAKE_CHOSEN(path);
+  EXPECT_EQ(CONSOLE.INSTRING, path);
+  EXPECT_EQ(CONSOLE.INSTRING_LEN, static_cast<int>(path.size()));
+  EXPECT_EQ(fs::current_path(), folder);
+  EXPECT_EQ(TEXT_OF(ini), "WDIR  /\n");
 }
 
 // ---- start ----
