@@ -69,8 +69,8 @@ TEST_F(PENDING, AN_ENTRY_THAT_IS_NOT_OFFERED_IS_KNOWN_BY_ITS_START) {
 }
 
 TEST_F(PENDING, OTHER_WORDS_OF_AN_ENTRY_GO_WITH_ITS_FIRST) {
-  constexpr std::array<std::string_view, 3> menu{"bond lengths", "angles between bonds",
-                                                 "valences of bonds"};
+  constexpr std::array<std::string_view, 4> menu{"bond lengths", "angles between bonds",
+                                                 "valences of bonds", "all, a line a value"};
   const auto left_of = [&menu](const std::string& typed, int choice) {
     PEND(typed);
     CONSOLE.BEHIND_COMMAND = true;
@@ -85,6 +85,8 @@ TEST_F(PENDING, OTHER_WORDS_OF_AN_ENTRY_GO_WITH_ITS_FIRST) {
   EXPECT_EQ(left_of("bond lengthsx", 1), "lengthsx");
   EXPECT_EQ(left_of("valences of bonds Ca", 3), "Ca");
   EXPECT_EQ(left_of("valences o bonds", 3), "o bonds");
+  EXPECT_EQ(left_of("all, a line a value x.csv", 4), "x.csv");
+  EXPECT_EQ(left_of("all, a", 4), "");
 }
 
 // So that callers can tell a blank answer from a zero.
