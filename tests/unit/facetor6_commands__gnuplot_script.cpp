@@ -186,6 +186,17 @@ TEST(GNUPLOT_SCRIPT, A_PICTURE_GROWS_WITH_THE_ROWS_OF_ITS_LEGEND) {
   }
 }
 
+TEST(GNUPLOT_SCRIPT, A_PDF_DIFFERS_IN_ITS_TERMINAL_ALONE) {
+  GRAPH graph = TWO_BONDS();
+  graph.PICTURE_NAME = "bonds.pdf";
+  const std::string svg = SCRIPT_OF(graph);
+  graph.KIND = PICTURE::PDF;
+  EXPECT_EQ(SCRIPT_OF(graph),
+            "set terminal pdfcairo size 8.5cm,7.0cm font 'Helvetica,10' linewidth 1.5 "
+            "pointscale 0.8 noenhanced\n" +
+                svg.substr(svg.find('\n') + 1));
+}
+
 TEST(GNUPLOT_SCRIPT, A_PNG_WITH_TWO_AXES) {
   GRAPH graph = TWO_BONDS();
   graph.KIND = PICTURE::PNG;
@@ -280,7 +291,7 @@ TEST(GNUPLOT_SCRIPT, TEXTS_ARE_QUOTED) {
   EXPECT_EQ(GNUPLOT_TEXT("'O1"), "'’O1'");
   EXPECT_EQ(GNUPLOT_TEXT("''O1"), "'’''O1'");
   EXPECT_EQ(GNUPLOT_TEXT("'"), "'’'");
-  EXPECT_EQ(GNUPLOT_TEXT("a\nb\tc\x7F"), "'a b c '");
+  EXPECT_EQ(GNUPLOT_TEXT("a\nb\tc\x1F!~\x7F"), "'a b c !~ '");
   EXPECT_EQ(GNUPLOT_TEXT("Å ×"), "'Å ×'");
   EXPECT_EQ(GNUPLOT_FILE("bonds.csv"), "'bonds.csv'");
   EXPECT_EQ(GNUPLOT_FILE("< touch made"), "'./< touch made'");
