@@ -9,21 +9,34 @@ namespace KVA_CONSOLE {
 
 using namespace KVA_UTILITIES;
 
-void WRITE_TABLE(std::vector<FIELD_LINE> table, int starts) {
+namespace {
+
+// Each line is let go when it is written: all at once they would take a while.
+bool WRITE_LINES(std::vector<FIELD_LINE>& table, std::string_view control, WORK* work) {
+  constexpr std::size_t lines_at_once = 1000;
+  for (std::size_t k = 0; k < table.size(); ++k) {
+    if (work != nullptr && k % lines_at_once == 0 && !GO_ON(*work, work->TOTAL)) return false;
+    WRITE_OUT(AS_IT_IS(LINE_TEXT(table[k])), control);
+    table[k] = FIELD_LINE{};
+  }
+  return true;
+}
+
+}  // namespace
+
+bool WRITE_TABLE(std::vector<FIELD_LINE> table, int starts, WORK* work) {
   SET_COLUMNS(table);
   const int window = CONSOLE_COLUMNS();
   const auto panels =
       window > 0 ? PANELS(table, starts, window) : std::vector<std::vector<std::string>>{};
   const STREAM_WAITS rows_together;
-  if (panels.size() < 2) {
-    for (const FIELD_LINE& line : table) WRITE_OUT(AS_IT_IS(LINE_TEXT(line)));
-    return;
-  }
-  for (const FIELD_LINE& line : table) WRITE_OUT(AS_IT_IS(LINE_TEXT(line)), "LOGONLY");
+  if (panels.size() < 2) return WRITE_LINES(table, "", work);
+  if (!WRITE_LINES(table, "LOGONLY", work)) return false;
   for (std::size_t k = 0; k < panels.size(); ++k) {
     if (k > 0) WRITE_OUT(" ", "NOLOG");
     for (const std::string& line : panels[k]) WRITE_OUT(AS_IT_IS(line), "NOLOG");
   }
+  return true;
 }
 
 bool LINES_STAY_WHOLE() {

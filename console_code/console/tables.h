@@ -4,13 +4,15 @@
 
 #include <vector>
 
+#include "console_code/console/work.h"
 #include "console_code/kva_utilities/layout.h"
 #include "console_code/kva_utilities/long_table.h"
 
 namespace KVA_CONSOLE {
 
 // Sets the columns of the table and writes its lines. starts: columns that begin every panel.
-void WRITE_TABLE(std::vector<KVA_UTILITIES::FIELD_LINE> table, int starts);
+// False when the user has stopped the work, if any, among them.
+bool WRITE_TABLE(std::vector<KVA_UTILITIES::FIELD_LINE> table, int starts, WORK* work = nullptr);
 
 // Whether there is no window that asks for panels, and a table of whole lines.
 bool LINES_STAY_WHOLE();

@@ -199,9 +199,13 @@ bool FLUSH_WHOLE(WHOLE_FILE& file) {
 }
 
 bool WRITE_WHOLE(WHOLE_FILE& file, std::string_view bytes) {
-  if (file.ERROR != 0) return false;
-  file.WAITING += bytes;
-  return file.WAITING.size() < gathered || FLUSH_WHOLE(file);
+  while (file.ERROR == 0 && !bytes.empty()) {
+    const std::string_view part = bytes.substr(0, gathered);
+    bytes.remove_prefix(part.size());
+    file.WAITING += part;
+    if (file.WAITING.size() >= gathered) FLUSH_WHOLE(file);
+  }
+  return file.ERROR == 0;
 }
 
 KEPT KEEP_WHOLE(WHOLE_FILE& file) {

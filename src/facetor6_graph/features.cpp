@@ -4,9 +4,9 @@
 #include <algorithm>  // for any_of
 #include <cmath>      // for remainder
 #include <string_view>
-#include <unordered_map>
 
 #include "console_code/kva_utilities/columns.h"
+#include "console_code/kva_utilities/text_list.h"
 #include "src/facetor6_console/measure_list.h"
 #include "src/facetor6_console/phase_list.h"
 #include "src/facetor6_list/equal_columns.h"
@@ -85,16 +85,15 @@ std::string WITHOUT_NUMBERS(const std::string& label) {
 }
 
 void SHORTEN_LABELS(ITEMS& items, WORK& work) {
-  std::unordered_map<std::string, int> counts;
-  counts.reserve(items.size());
+  TEXT_COUNTS shorter;
   for (const FEATURE_VALUES& item : items) {
     if (!GO_ON(work, work.TOTAL)) return;
-    ++counts[WITHOUT_NUMBERS(item.LABEL)];
+    ++shorter.COUNTS[FIND_OR_ADD(WITHOUT_NUMBERS(item.LABEL), shorter)];
   }
   for (FEATURE_VALUES& item : items) {
     if (!GO_ON(work, work.TOTAL)) return;
     std::string label = WITHOUT_NUMBERS(item.LABEL);
-    if (counts[label] == 1) item.LABEL = std::move(label);
+    if (shorter.COUNTS[FIND_OR_ADD(label, shorter)] == 1) item.LABEL = std::move(label);
   }
 }
 
@@ -211,8 +210,8 @@ FOLLOWED FOLLOW(const SUBJECT_CHOICE& subject, const ABSCISSA_CHOICE& abscissa, 
   const PLACES used = LISTED_PLACES(not_all);
   FOLLOWED followed;
   for (int place : used) followed.BLOCKS.push_back(HEAD_OF_PLACE(place));
-  for (FEATURE_VALUES& item : ITEMS_OF(subject, used, form, work))
-    if (HAS_NUMBERS(item)) followed.FEATURES.push_back(std::move(item));
+  followed.FEATURES = ITEMS_OF(subject, used, form, work);
+  std::erase_if(followed.FEATURES, [](const FEATURE_VALUES& item) { return !HAS_NUMBERS(item); });
   followed.ABSCISSA = ABSCISSA_OF(abscissa, used);
   followed.REFERENCE = followed.ABSCISSA.CELLS.back();
   followed.ABSCISSA.CELLS.pop_back();

@@ -52,7 +52,7 @@ std::vector<XTAL::FIT_POINT> POINTS_OF(const FOLLOWED& followed, const FEATURE_V
   return points;
 }
 
-// Unfinished where the user has stopped the work.
+// Unfinished where the user has stopped the work, here and below.
 FITS FITS_OF(const FOLLOWED& followed, FIT_CURVE curve, WORK& work) {
   FITS fits;
   fits.CURVE = curve;
@@ -126,11 +126,14 @@ std::vector<REPORT_CELL> CELLS_OF(const FITS& fits, const FEATURE_FIT& item) {
   return cells;
 }
 
-void KEEP_FOR_SHEETS(const FITS& fits) {
-  FACETOR_SHEETS::LAST_FIT.COLUMNS = COLUMNS_OF(fits.CURVE);
-  FACETOR_SHEETS::LAST_FIT.ROWS.clear();
-  for (const FEATURE_FIT& item : fits.ITEMS)
-    FACETOR_SHEETS::LAST_FIT.ROWS.push_back(CELLS_OF(fits, item));
+FACETOR_SHEETS::VALUE_SHEET SHEET_OF(const FITS& fits, WORK& work) {
+  FACETOR_SHEETS::VALUE_SHEET sheet;
+  sheet.COLUMNS = COLUMNS_OF(fits.CURVE);
+  for (const FEATURE_FIT& item : fits.ITEMS) {
+    if (!GO_ON(work, work.TOTAL)) break;
+    sheet.ROWS.push_back(CELLS_OF(fits, item));
+  }
+  return sheet;
 }
 
 // ---- the table ----
@@ -220,14 +223,15 @@ FIELD_LINE ITEM_LINE(const FITS& fits, const FEATURE_FIT& item,
   return line;
 }
 
-void WRITE_FITS(const FITS& fits) {
+std::vector<FIELD_LINE> TABLE_OF(const FITS& fits, WORK& work) {
   const std::vector<TABLE_COLUMN> columns = TABLE_COLUMNS(fits);
   const int label_width = WIDEST_LABEL(fits);
   std::vector<FIELD_LINE> table{HEAD_LINE(columns, label_width)};
-  for (const FEATURE_FIT& item : fits.ITEMS)
+  for (const FEATURE_FIT& item : fits.ITEMS) {
+    if (!GO_ON(work, work.TOTAL)) break;
     table.push_back(ITEM_LINE(fits, item, columns, label_width));
-  WRITE_OUT_BLANK(1);
-  WRITE_TABLE(std::move(table), 1);
+  }
+  return table;
 }
 
 void TELL_STOPPED() {
@@ -252,9 +256,12 @@ void RUN_FIT() {
                      ": choose another abscissa");
   const FITS fits =
       FITS_OF(followed, abscissa.PARABOLA ? FIT_CURVE::PARABOLA : FIT_CURVE::LINE, work);
+  FACETOR_SHEETS::VALUE_SHEET sheet = SHEET_OF(fits, work);
+  std::vector<FIELD_LINE> table = TABLE_OF(fits, work);
   if (work.STOPPED) return TELL_STOPPED();
-  WRITE_FITS(fits);
-  KEEP_FOR_SHEETS(fits);
+  WRITE_OUT_BLANK(1);
+  if (!WRITE_TABLE(std::move(table), 1, &work)) return TELL_STOPPED();
+  FACETOR_SHEETS::LAST_FIT = std::move(sheet);
 }
 
 }  // namespace FACETOR_GRAPH

@@ -11,6 +11,7 @@
 
 namespace FACETOR_GRAPH {
 
+using namespace KVA_CONSOLE;
 using namespace KVA_UTILITIES;
 
 namespace {
@@ -128,20 +129,25 @@ std::string REFERENCE_LINE(const GRAPH& graph, bool on_right, bool in_legend) {
          " ps 1.2 lw 0.7 lc rgb '#000000' title " + title;
 }
 
-std::string PLOT_LINES(const GRAPH& graph, const std::string& data) {
-  std::vector<std::string> parts;
-  for (std::size_t k = 0; k < graph.ITEMS.size(); ++k)
-    parts.push_back((k == 0 ? data : "''") + " " + SERIES_LINE(graph, graph.ITEMS[k], k));
+// Adds the plot, unfinished where the user has stopped the work.
+void ADD_PLOT_LINES(const GRAPH& graph, const std::string& data, WORK& work, std::string& script) {
+  bool first = true;
+  const auto add = [&](const std::string& part) {
+    script.append(first ? "plot " : ", \\\n     ").append(part);
+    first = false;
+  };
+  for (std::size_t k = 0; k < graph.ITEMS.size(); ++k) {
+    if (!GO_ON(work, work.TOTAL)) return;
+    add((k == 0 ? data : "''") + " " + SERIES_LINE(graph, graph.ITEMS[k], k));
+  }
   if (graph.REFERENCE_BLOCK > 0 && graph.KIND != PICTURE::TERMINAL) {
     const bool on_left = !graph.ITEMS.empty() && !graph.ITEMS.front().ON_RIGHT;
     for (const bool on_right : {false, true})
       if (const std::string line = REFERENCE_LINE(graph, on_right, on_right != on_left);
           !line.empty())
-        parts.push_back(line);
+        add(line);
   }
-  std::string lines;
-  for (const std::string& part : parts) lines += (lines.empty() ? "plot " : ", \\\n     ") + part;
-  return lines + "\n";
+  script += '\n';
 }
 
 // ---- the script ----
@@ -167,7 +173,8 @@ std::string LINES_BEFORE(const GRAPH& graph) {
   return lines;
 }
 
-std::string SCRIPT(const GRAPH& graph, std::string_view sheet_text, bool names_picture) {
+std::string SCRIPT(const GRAPH& graph, WORK& work, std::string_view sheet_text,
+                   bool names_picture) {
   std::string script;
   std::string data = GNUPLOT_FILE(graph.SHEET_NAME);
   if (graph.KIND == PICTURE::TERMINAL) {
@@ -177,17 +184,19 @@ std::string SCRIPT(const GRAPH& graph, std::string_view sheet_text, bool names_p
   script += "set terminal " + TERMINAL_LINE(graph) + "\n";
   if (names_picture && graph.KIND != PICTURE::TERMINAL)
     script += "set output " + GNUPLOT_FILE(graph.PICTURE_NAME) + "\n";
-  return script + LINES_BEFORE(graph) + PLOT_LINES(graph, data);
+  script += LINES_BEFORE(graph);
+  ADD_PLOT_LINES(graph, data, work, script);
+  return script;
 }
 
 }  // namespace
 
-std::string SCRIPT_OF(const GRAPH& graph, std::string_view sheet_text) {
-  return SCRIPT(graph, sheet_text, true);
+std::string SCRIPT_OF(const GRAPH& graph, WORK& work, std::string_view sheet_text) {
+  return SCRIPT(graph, work, sheet_text, true);
 }
 
-std::string SCRIPT_TO_OUTPUT(const GRAPH& graph, std::string_view sheet_text) {
-  return SCRIPT(graph, sheet_text, false);
+std::string SCRIPT_TO_OUTPUT(const GRAPH& graph, WORK& work, std::string_view sheet_text) {
+  return SCRIPT(graph, work, sheet_text, false);
 }
 
 }  // namespace FACETOR_GRAPH

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "console_code/console/work.h"
+
 namespace FACETOR_GRAPH {
 
 enum class PICTURE { SVG, PDF, PNG, TERMINAL };
@@ -29,11 +31,14 @@ struct GRAPH {
 };
 
 // The lines of the script, which draws the sheet into the picture. In a terminal the sheet's text
-// stands in the script, and there is no file. Needs gnuplot 5.
-std::string SCRIPT_OF(const GRAPH& graph, std::string_view sheet_text = "");
+// stands in the script, and there is no file. Unfinished where the user has stopped the work. Needs
+// gnuplot 5.
+std::string SCRIPT_OF(const GRAPH& graph, KVA_CONSOLE::WORK& work,
+                      std::string_view sheet_text = "");
 
 // The same without the line that names the picture, which then goes to standard output.
-std::string SCRIPT_TO_OUTPUT(const GRAPH& graph, std::string_view sheet_text = "");
+std::string SCRIPT_TO_OUTPUT(const GRAPH& graph, KVA_CONSOLE::WORK& work,
+                             std::string_view sheet_text = "");
 
 // Text as gnuplot takes it between single quotes, in which it looks for nothing but the closing
 // one. Control characters become blanks, and an apostrophe at its begin the typographic one, since

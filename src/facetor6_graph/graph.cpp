@@ -22,6 +22,7 @@
 namespace FACETOR_GRAPH {
 
 using namespace FACETOR_LIST;
+using namespace FACETOR_SHEETS;
 using namespace KVA_CONSOLE;
 using namespace KVA_UTILITIES;
 
@@ -36,34 +37,53 @@ std::string ON_ONE_LINE(std::string text) {
   return AS_UTF8(text);
 }
 
-void ADD_TO_SHEET(const FEATURE_VALUES& feature, REPORT& sheet) {
-  REPORT_COLUMN column;
-  column.NAME = ON_ONE_LINE(feature.NAME);
-  column.HAS_ESD = true;
-  sheet.COLUMNS.push_back(std::move(column));
-  for (std::size_t k = 0; k < sheet.ROWS.size(); ++k)
-    sheet.ROWS[k].CELLS.push_back(feature.CELLS[k]);
-}
-
 bool IS_MEASURE(const FEATURE_VALUES& abscissa) {
   return abscissa.NAME != "P" && abscissa.NAME != "T";
 }
 
-// A measure as abscissa comes first.
-REPORT SHEET_OF(const FOLLOWED& followed) {
-  REPORT sheet;
-  for (const ROW_HEAD& head : followed.BLOCKS) {
-    sheet.ROWS.emplace_back();
-    sheet.ROWS.back().HEAD = head;
-    sheet.ROWS.back().HEAD.TITLE = ON_ONE_LINE(head.TITLE);
-  }
-  if (IS_MEASURE(followed.ABSCISSA)) ADD_TO_SHEET(followed.ABSCISSA, sheet);
-  for (const FEATURE_VALUES& feature : followed.FEATURES) ADD_TO_SHEET(feature, sheet);
-  return sheet;
+void ADD_NAMES(const FEATURE_VALUES& feature, NAMES_TAKEN& taken, std::string& line) {
+  const std::string name = ON_ONE_LINE(feature.NAME);
+  const std::string of_value = UNIQUE_NAME(name, taken, LINE_LENGTH);
+  ADD_FIELDS({of_value, UNIQUE_NAME(name + "_esd", taken, LINE_LENGTH)}, line);
 }
 
-std::string SHEET_TEXT(const REPORT& sheet) {
-  return FACETOR_SHEETS::WIDE_SHEET(sheet);
+void ADD_CELL(const REPORT_CELL& cell, std::string& line) {
+  ADD_FIELDS({VALUE_FIELD(cell), ESD_FIELD(cell)}, line);
+}
+
+// False when the user has stopped it, here and below.
+bool ADD_SHEET_HEAD(const FOLLOWED& followed, WORK& work, std::string& text) {
+  NAMES_TAKEN taken;
+  ADD_FIELDS(START_NAMES(taken), text);
+  if (IS_MEASURE(followed.ABSCISSA)) ADD_NAMES(followed.ABSCISSA, taken, text);
+  for (const FEATURE_VALUES& feature : followed.FEATURES) {
+    if (!GO_ON(work, work.TOTAL)) return false;
+    ADD_NAMES(feature, taken, text);
+  }
+  text += '\n';
+  return true;
+}
+
+bool ADD_SHEET_ROW(const FOLLOWED& followed, std::size_t k, WORK& work, std::string& text) {
+  ROW_HEAD head = followed.BLOCKS[k];
+  head.TITLE = ON_ONE_LINE(head.TITLE);
+  std::string line;
+  ADD_FIELDS(SHEET_START(head), line);
+  if (IS_MEASURE(followed.ABSCISSA)) ADD_CELL(followed.ABSCISSA.CELLS[k], line);
+  for (const FEATURE_VALUES& feature : followed.FEATURES) {
+    if (!GO_ON(work, work.TOTAL)) return false;
+    ADD_CELL(feature.CELLS[k], line);
+  }
+  text.append(line).append("\n");
+  return true;
+}
+
+// A row a block. A measure as abscissa comes first.
+bool ADD_SHEET(const FOLLOWED& followed, WORK& work, std::string& text) {
+  if (!ADD_SHEET_HEAD(followed, work, text)) return false;
+  for (std::size_t k = 0; k < followed.BLOCKS.size(); ++k)
+    if (!ADD_SHEET_ROW(followed, k, work, text)) return false;
+  return true;
 }
 
 // ---- axes ----
@@ -128,6 +148,7 @@ int COLUMN_OF_ABSCISSA(const std::string& name) {
   return name == "P" ? of_pressure : first_value;
 }
 
+// Without its items.
 GRAPH GRAPH_OF(SUBJECT subject, const FOLLOWED& followed, const std::vector<std::string>& units) {
   GRAPH graph;
   graph.X_TITLE = WITH_UNIT(followed.ABSCISSA.LABEL, followed.ABSCISSA.UNIT);
@@ -136,12 +157,18 @@ GRAPH GRAPH_OF(SUBJECT subject, const FOLLOWED& followed, const std::vector<std:
   if (units.size() > 1)
     graph.RIGHT_TITLE = WITH_UNIT(WORDS_OF(subject, followed, units[1]), units[1]);
   graph.REFERENCE_BLOCK = REFERENCE_IN(followed);
+  return graph;
+}
+
+bool ADD_ITEMS(const FOLLOWED& followed, WORK& work, GRAPH& graph) {
+  const std::string& unit_at_left = followed.FEATURES.front().UNIT;
   int column = IS_MEASURE(followed.ABSCISSA) ? first_value + 2 : first_value;
   for (const FEATURE_VALUES& feature : followed.FEATURES) {
-    graph.ITEMS.push_back({ON_ONE_LINE(feature.LABEL), column, feature.UNIT != units[0]});
+    if (!GO_ON(work, work.TOTAL)) return false;
+    graph.ITEMS.push_back({ON_ONE_LINE(feature.LABEL), column, feature.UNIT != unit_at_left});
     column += 2;
   }
-  return graph;
+  return true;
 }
 
 // ---- files ----
@@ -233,18 +260,20 @@ std::string REASON_AGAINST(const PROGRAM_ANSWER& answer, PICTURE kind) {
   return "gnuplot: " + (error.empty() ? "it drew nothing" : error);
 }
 
-// The picture of a script; blank, with a message, when there is none. path: of gnuplot.
-std::string DRAWN(const std::string& path, const std::string& script, const std::string& folder,
-                  PICTURE kind) {
+// The picture; blank, with a message, when there is none. path: of gnuplot.
+std::string DRAWN(const std::string& path, const GRAPH& graph, const std::string& sheet_text,
+                  const std::string& folder) {
+  WORK work("", 1);
   PROGRAM_CALL call;
   call.PATH = path;
   call.ARGUMENTS = {"-d"};  // settings of the user's own would change the picture
-  call.INPUT = script;
+  call.INPUT = SCRIPT_TO_OUTPUT(graph, work, sheet_text);
   call.FOLDER = folder;
-  WORK work("", 1);
-  PROGRAM_ANSWER answer = RUN_PROGRAM(call);
+  PROGRAM_ANSWER answer;
+  answer.END = PROGRAM_END::INTERRUPTED;
+  if (!work.STOPPED) answer = RUN_PROGRAM(call);
   if (answer.END == PROGRAM_END::INTERRUPTED) GO_ON(work, 1);
-  const std::string reason = REASON_AGAINST(answer, kind);
+  const std::string reason = REASON_AGAINST(answer, graph.KIND);
   if (reason.empty()) return std::move(answer.OUTPUT);
   WRITE_OUT("*****" + AS_IT_IS(reason));
   return "";
@@ -254,7 +283,7 @@ void DRAW_IN_TERMINAL(const GRAPH& graph, const std::string& sheet_text) {
   const std::string path = FIND_PROGRAM(std::string(gnuplot));
   if (path.empty())
     return WRITE_OUT("*****gnuplot is not installed: name a file, and it is drawn when it is");
-  std::string picture = DRAWN(path, SCRIPT_TO_OUTPUT(graph, sheet_text), "", graph.KIND);
+  std::string picture = DRAWN(path, graph, sheet_text, "");
   while (!picture.empty()) {
     const std::size_t end = std::min(picture.find('\n'), picture.size() - 1);
     WRITE_OUT(AS_IT_IS(TRIM(ON_ONE_LINE(picture.substr(0, end)))));
@@ -269,30 +298,52 @@ void DRAW_PICTURE(const GRAPH& graph, const GRAPH_FILES& files) {
                      AS_IT_IS(files.SHEET) + " when it is");
   const std::string folder =
       files.PICTURE.substr(0, files.PICTURE.size() - FILENAME(files.PICTURE).size());
-  const std::string picture = DRAWN(path, SCRIPT_TO_OUTPUT(graph), folder, graph.KIND);
+  const std::string picture = DRAWN(path, graph, "", folder);
   if (!picture.empty() && WRITE_FILE(files.PICTURE, picture))
     WRITE_OUT("     The graph is drawn in " + AS_IT_IS(files.PICTURE));
 }
 
-// The picture is drawn when the other two are there.
-void WRITE_GRAPH(GRAPH& graph, const REPORT& sheet, const GRAPH_FILES& files) {
-  graph.KIND = KIND_OF(files.PICTURE);
-  graph.PICTURE_NAME = FILENAME(files.PICTURE);
-  graph.SHEET_NAME = FILENAME(files.SHEET);
-  if (!WRITE_FILE(files.SHEET, SHEET_TEXT(sheet)) || !WRITE_FILE(files.SCRIPT, SCRIPT_OF(graph)))
-    return;
-  WRITE_OUT("     " + INTEGER_COLUMNS(static_cast<int>(sheet.ROWS.size())) + " rows written to " +
-            AS_IT_IS(files.SHEET) + ", the script to " + AS_IT_IS(files.SCRIPT));
-  DRAW_PICTURE(graph, files);
+// False, with a message, when the user has stopped the work.
+bool IS_DONE(const WORK& work) {
+  if (work.STOPPED) WRITE_OUT("|*****The graph was stopped");
+  return !work.STOPPED;
 }
 
-// False, with a message, when the user has stopped it.
 bool FOLLOWED_ALL(const SUBJECT_CHOICE& subject, const ABSCISSA_CHOICE& abscissa,
                   FOLLOWED& followed) {
   WORK work("Following the values: site", static_cast<int>(subject.SITES.size()));
   followed = FOLLOW(subject, abscissa, CELL_FORM::RELATIVE, work);
-  if (work.STOPPED) WRITE_OUT("|*****The graph was stopped");
-  return !work.STOPPED;
+  return IS_DONE(work);
+}
+
+struct GRAPH_TEXTS {
+  std::string SHEET;
+  std::string SCRIPT;  // of one that gets files
+};
+
+// With the items of the graph. Uses up the features: many take a while to be let go, here between
+// looks at the key.
+bool TEXTS_MADE(FOLLOWED& followed, GRAPH& graph, GRAPH_TEXTS& texts) {
+  WORK work("", 1);
+  if (ADD_ITEMS(followed, work, graph) && ADD_SHEET(followed, work, texts.SHEET)) {
+    followed.FEATURES = std::vector<FEATURE_VALUES>{};
+    if (graph.KIND != PICTURE::TERMINAL) texts.SCRIPT = SCRIPT_OF(graph, work);
+  }
+  return IS_DONE(work);
+}
+
+// The picture is drawn when the other two are there.
+void WRITE_GRAPH(FOLLOWED& followed, const GRAPH_FILES& files, GRAPH& graph) {
+  graph.KIND = KIND_OF(files.PICTURE);
+  graph.PICTURE_NAME = FILENAME(files.PICTURE);
+  graph.SHEET_NAME = FILENAME(files.SHEET);
+  GRAPH_TEXTS texts;
+  if (!TEXTS_MADE(followed, graph, texts)) return;
+  if (!WRITE_FILE(files.SHEET, texts.SHEET) || !WRITE_FILE(files.SCRIPT, texts.SCRIPT)) return;
+  WRITE_OUT("     " + INTEGER_COLUMNS(static_cast<int>(followed.BLOCKS.size())) +
+            " rows written to " + AS_IT_IS(files.SHEET) + ", the script to " +
+            AS_IT_IS(files.SCRIPT));
+  DRAW_PICTURE(graph, files);
 }
 
 }  // namespace
@@ -312,13 +363,13 @@ void RUN_GRAPH() {
     return WRITE_OUT("*****There are more than two units: choose measures of one or two");
   std::stable_partition(followed.FEATURES.begin(), followed.FEATURES.end(),
                         [&](const FEATURE_VALUES& feature) { return feature.UNIT == units[0]; });
-  const REPORT sheet = SHEET_OF(followed);
   GRAPH graph = GRAPH_OF(subject.OF, followed, units);
   const GRAPH_FILES files = ASK_FILES();
   if (CONSOLE.DROPPED) return;
-  if (!files.PICTURE.empty()) return WRITE_GRAPH(graph, sheet, files);
+  if (!files.PICTURE.empty()) return WRITE_GRAPH(followed, files, graph);
   graph.KIND = PICTURE::TERMINAL;
-  DRAW_IN_TERMINAL(graph, SHEET_TEXT(sheet));
+  GRAPH_TEXTS texts;
+  if (TEXTS_MADE(followed, graph, texts)) DRAW_IN_TERMINAL(graph, texts.SHEET);
 }
 
 }  // namespace FACETOR_GRAPH

@@ -221,12 +221,15 @@ std::vector<std::string> FIT_HEAD(SHEET_KIND kind) {
   return names;
 }
 
-void WRITE_FIT(SHEET_KIND kind, SHEET_FILE& file) {
+bool WRITE_FIT(SHEET_KIND kind, SHEET_FILE& file) {
+  WORK work("", 1);
   ADD_LINES(SHEET_LINE(FIT_HEAD(kind), kind), file);
   for (const std::vector<REPORT_CELL>& row : LAST_FIT.ROWS) {
+    if (!GO_ON(work, 1)) return false;
     ADD_LINES(SHEET_LINE(FIT_FIELDS(row, kind), kind), file);
     ++file.ROWS;
   }
+  return true;
 }
 
 // ---- the dialogue ----
@@ -267,8 +270,7 @@ void WRITE_SHEET(const SHEET& sheet) {
 void WRITE_LAST_FIT() {
   SHEET_FILE file;
   if (!OPEN_SHEET(file)) return;
-  WRITE_FIT(KIND_OF_SHEET(file.RECORD.NAME), file);
-  FINISH(true, file);
+  FINISH(WRITE_FIT(KIND_OF_SHEET(file.RECORD.NAME), file), file);
 }
 
 void WARN_OF_MATCHES(const SHEET& sheet) {

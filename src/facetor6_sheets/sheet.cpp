@@ -85,22 +85,6 @@ FIELDS WIDE_FIELDS(const REPORTS& reports, std::size_t k) {
   return fields;
 }
 
-std::string WIDE_SHEET(const REPORT& report) {
-  NAMES_TAKEN taken;
-  const REPORTS one{report};
-  std::string text;
-  ADD_FIELDS(START_NAMES(taken), text);
-  ADD_FIELDS(WIDE_NAMES(one, taken), text);
-  text += '\n';
-  for (std::size_t k = 0; k < report.ROWS.size(); ++k) {
-    std::string line;
-    ADD_FIELDS(SHEET_START(report.ROWS[k].HEAD), line);
-    ADD_FIELDS(WIDE_FIELDS(one, k), line);
-    text += line + '\n';
-  }
-  return text;
-}
-
 // ---- a row a value ----
 
 std::vector<std::string> LONG_NAMES() {

@@ -28,9 +28,6 @@ std::vector<std::string> SHEET_START(const FACETOR_LIST::ROW_HEAD& head);
 std::vector<std::string> WIDE_NAMES(const REPORTS& reports, KVA_UTILITIES::NAMES_TAKEN& taken);
 std::vector<std::string> WIDE_FIELDS(const REPORTS& reports, std::size_t k);
 
-// All lines of a sheet of one report.
-std::string WIDE_SHEET(const REPORT& report);
-
 // ---- a row a value ----
 
 std::vector<std::string> LONG_NAMES();

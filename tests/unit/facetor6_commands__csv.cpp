@@ -376,25 +376,42 @@ TEST_F(CSV, WITHOUT_A_FOLDER_OR_ROOM_NOTHING_IS_WRITTEN_AND_IT_IS_TOLD) {
             "*****Nothing was written to /dev/./full: No space left on device\n");
 }
 
-// The key is pressed every millisecond of the work: the old file stays, and nothing beside it.
-TEST_F(CSV, A_SHEET_THAT_IS_STOPPED_LEAVES_THE_OLD_FILE) {
-  constexpr int blocks = 3000;
-  for (int block = 3; block <= blocks; ++block) ADD("more");
-  PUT_FILE("l.csv", "old");
-  START_MACRO_WITH("exit\n");
+namespace {
+
+// What is said when the key is pressed every millisecond of the work.
+template <class COMMAND>
+std::string SAID_WITH_THE_KEY(COMMAND command) {
   void (*const usual_interrupt)(int) = std::signal(SIGINT, SIG_IGN);
   void (*const usual_alarm)(int) = std::signal(SIGALRM, [](int) { std::raise(SIGINT); });
   const itimerval every_millisecond{{0, 1000}, {0, 1000}};
   const itimerval never{};
   ::setitimer(ITIMER_REAL, &every_millisecond, nullptr);
-  const std::string said = ANSWER("all l.csv");
+  const std::string said = command();
   ::setitimer(ITIMER_REAL, &never, nullptr);
   std::signal(SIGALRM, usual_alarm);
   std::signal(SIGINT, usual_interrupt);
-  EXPECT_TRUE(
-      said.ends_with("***** Macro stopped\n\n*****The sheet was stopped: CSV writes it anew\n"))
-      << said;
-  EXPECT_EQ(TEXT_OF("l.csv"), "old");
+  return said;
+}
+
+}  // namespace
+
+// The old file stays, and nothing beside it.
+TEST_F(CSV, A_SHEET_THAT_IS_STOPPED_LEAVES_THE_OLD_FILE) {
+  constexpr int blocks = 3000;
+  constexpr std::size_t fits = 100000;
+  const std::string stopped =
+      "***** Macro stopped\n\n*****The sheet was stopped: CSV writes it anew\n";
+  for (int block = 3; block <= blocks; ++block) ADD("more");
+  FACETOR_SHEETS::LAST_FIT.COLUMNS = {{.NAME = "feature"}};
+  FACETOR_SHEETS::LAST_FIT.ROWS.assign(fits, {TEXT_CELL("V")});
+  PUT_FILE("l.csv", "old");
+  for (const char* entry : {"all", "fit"}) {
+    START_MACRO_WITH("exit\n");
+    const std::string said =
+        SAID_WITH_THE_KEY([&] { return ANSWER(std::string(entry) + " l.csv"); });
+    EXPECT_TRUE(said.ends_with(stopped)) << said;
+    EXPECT_EQ(TEXT_OF("l.csv"), "old");
+  }
   std::vector<std::string> names;
   for (const auto& file : fs::directory_iterator(".")) names.push_back(file.path().filename());
   std::sort(names.begin(), names.end());

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -27,6 +28,16 @@ GRAPH TWO_BONDS() {
   graph.REFERENCE_BLOCK = 1;
   graph.ITEMS = {{"Fe1-O1[1] ×3", 8}, {"Fe1-O1[4] ×3", 10}};
   return graph;
+}
+
+std::string SCRIPT_OF(const GRAPH& graph, std::string_view sheet_text = "") {
+  WORK work("", 1);
+  return FACETOR_GRAPH::SCRIPT_OF(graph, work, sheet_text);
+}
+
+std::string SCRIPT_TO_OUTPUT(const GRAPH& graph, std::string_view sheet_text = "") {
+  WORK work("", 1);
+  return FACETOR_GRAPH::SCRIPT_TO_OUTPUT(graph, work, sheet_text);
 }
 
 constexpr std::string_view sheet =
@@ -113,6 +124,14 @@ TEST(GNUPLOT_SCRIPT, WITHOUT_A_REFERENCE_BLOCK_NOTHING_IS_MARKED) {
   GRAPH graph = TWO_BONDS();
   graph.REFERENCE_BLOCK = 0;
   EXPECT_EQ(SCRIPT_OF(graph).find("reference"), std::string::npos);
+}
+
+TEST(GNUPLOT_SCRIPT, IS_NOT_FINISHED_WHEN_THE_KEY_IS_PRESSED) {
+  WORK work("", 1);
+  std::raise(SIGINT);
+  EXPECT_TRUE(
+      FACETOR_GRAPH::SCRIPT_OF(TWO_BONDS(), work).ends_with("esd(n) = valid(n) ? column(n) : 0\n"));
+  EXPECT_TRUE(work.STOPPED);
 }
 
 TEST(GNUPLOT_SCRIPT, A_SECOND_UNIT_HAS_THE_RIGHT_AXIS) {

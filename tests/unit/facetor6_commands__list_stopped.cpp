@@ -1,6 +1,8 @@
 // The interrupt key while lists of many atoms are printed.
+#include <algorithm>  // for count
 #include <csignal>
 
+#include "console_code/console/tables.h"
 #include "facetor6_commands__list_blocks.h"
 
 using namespace LIST_TESTS;
@@ -62,6 +64,24 @@ TEST_F(STOPPED_LIST, A_LIST_OF_MANY_BLOCKS_IS_STOPPED_BETWEEN_TABLES) {
   for (int centre = 1; centre <= 2; ++centre) BOND(1, {1.5f, 1.6f}, 0.003f, centre);
   const std::string first = SAID("", [] { FACETOR_LIST_BONDS(1); });
   EXPECT_EQ(SAID_AND_STOPPED([] { FACETOR_LIST_ALL_BONDS(); }), first + stopped);
+}
+
+// A table that is long work of its own.
+TEST_F(STOPPED_LIST, A_TABLE_OF_LONG_WORK_IS_STOPPED_IN_ITS_ROWS) {
+  constexpr int rows = 2500;
+  std::vector<KVA_UTILITIES::FIELD_LINE> table;
+  for (int k = 1; k <= rows; ++k) table.push_back({{0, 1, std::to_string(k)}});
+  const auto written = [&](KVA_CONSOLE::WORK* work) {
+    bool all = true;
+    const std::string text = SAID("", [&] { all = KVA_CONSOLE::WRITE_TABLE(table, 1, work); });
+    EXPECT_EQ(all, work == nullptr || !work->STOPPED);
+    return std::count(text.begin(), text.end(), '\n');
+  };
+  KVA_CONSOLE::WORK work("", 1);
+  EXPECT_EQ(written(&work), rows);
+  std::raise(SIGINT);
+  EXPECT_EQ(written(nullptr), rows) << "no work to stop";
+  EXPECT_EQ(written(&work), 0);
 }
 
 TEST_F(STOPPED_LIST, THE_KEY_IS_OURS_AGAIN_BEHIND_THE_LIST) {
