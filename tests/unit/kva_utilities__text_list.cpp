@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+#include <optional>
+
 using namespace KVA_UTILITIES;
 
 TEST(TEXT_LIST, TEXTS_COME_BACK_BY_THEIR_NUMBERS_BLANK_ONES_TOO) {
@@ -34,6 +37,18 @@ TEST(TEXT_COUNTS, A_TEXT_KEEPS_ITS_NUMBER_AND_ITS_COUNT) {
   EXPECT_EQ(counts.COUNTS.size(), many);
   EXPECT_EQ(FIND_OR_ADD("", counts), many) << "a blank text is one";
   EXPECT_EQ(FIND_OR_ADD("", counts), many);
+}
+
+// In processor time: a map with memory of its own for each takes a third of the time that it took
+// to be made.
+TEST(TEXT_COUNTS, A_MILLION_TEXTS_ARE_LET_GO_AT_ONCE) {
+  constexpr int many = 1000000;
+  const std::clock_t start = std::clock();
+  std::optional<TEXT_COUNTS> counts(std::in_place);
+  for (int k = 0; k < many; ++k) FIND_OR_ADD("a text of some length " + std::to_string(k), *counts);
+  const std::clock_t made = std::clock();
+  counts.reset();
+  EXPECT_LT(std::clock() - made, (made - start) / 10);
 }
 
 TEST(TEXT_COUNTS, THE_START_OF_A_TEXT_IS_ANOTHER_TEXT) {
