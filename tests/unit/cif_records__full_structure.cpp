@@ -264,10 +264,12 @@ TEST(FULL_SYMMETRY, AN_R_SYMBOL_OVER_A_RHOMBOHEDRAL_CELL_HAS_ITS_AXES) {
 
 // Lengths within a thousandth and angles within 0.05 degrees are equal, and 90 degrees are none.
 TEST(FULL_SYMMETRY, RHOMBOHEDRAL_AXES_ARE_EQUAL_TO_WITHIN_THEIR_ROUNDING) {
-  const auto read = [](const std::string& b, const std::string& alpha, const std::string& beta) {
+  const auto read = [](const std::string& b, const std::string& alpha, const std::string& beta,
+                       const std::string& c = "6") {
     return GROUP("_symmetry_space_group_name_H-M 'R -3'\n",
-                 "_cell_length_a 6 _cell_length_b " + b + " _cell_length_c 6 _cell_angle_alpha " +
-                     alpha + " _cell_angle_beta " + beta + " _cell_angle_gamma " + alpha + "\n");
+                 "_cell_length_a 6 _cell_length_b " + b + " _cell_length_c " + c +
+                     " _cell_angle_alpha " + alpha + " _cell_angle_beta " + beta +
+                     " _cell_angle_gamma " + alpha + "\n");
   };
   const std::string on_its_axes = "R -3:r 6";
   const std::string on_others =
@@ -275,6 +277,8 @@ TEST(FULL_SYMMETRY, RHOMBOHEDRAL_AXES_ARE_EQUAL_TO_WITHIN_THEIR_ROUNDING) {
   EXPECT_EQ(read("6", "50", "50"), on_its_axes);
   EXPECT_EQ(read("6.005", "50", "50"), on_its_axes);
   EXPECT_EQ(read("6.007", "50", "50"), on_others);
+  EXPECT_EQ(read("6", "50", "50", "6.005"), on_its_axes);
+  EXPECT_EQ(read("6", "50", "50", "6.007"), on_others);
   EXPECT_EQ(read("6", "50", "50.04"), on_its_axes);
   EXPECT_EQ(read("6", "50", "50.06"), on_others);
   EXPECT_EQ(read("6", "90.06", "90.06"), on_its_axes);

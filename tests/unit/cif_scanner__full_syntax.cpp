@@ -47,6 +47,7 @@ TEST(WORDS_OF_A_CIF, TEXTS_BETWEEN_SEMICOLONS) {
   EXPECT_EQ(WORDS("_a ;b ; c"), "name _a; bare ;b; bare ;; bare c");  // not at a line's start
   EXPECT_EQ(WORDS(";x\r\ny\r\n;\r\n5"), "field x\r\ny\r; bare 5");
   EXPECT_EQ(WORDS(";\n;"), "field");
+  EXPECT_EQ(WORDS("_a\n;one\n_b 2"), "name _a; field one; name _b; bare 2");  // never ends
 }
 
 TEST(WORDS_OF_A_CIF, COMMENTS_BEGIN_WHERE_A_WORD_WOULD) {

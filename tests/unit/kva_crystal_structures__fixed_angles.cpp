@@ -109,6 +109,16 @@ TEST(FIXED_ANGLES, A_TWO_FOLD_AXIS_GIVES_180_ACROSS_IT) {
   EXPECT_EQ(across.ESD, 0.0f);
 }
 
+// Ligands that are 0.05 degrees off 180, as they lie higher than the apex along the axis, may move.
+TEST(FIXED_ANGLES, A_TWO_FOLD_AXIS_LEAVES_WHAT_LIES_HIGHER) {
+  const VECTOR3 ligand{0.4f, TAN_HALF(0.05f) * 0.4f, 0};
+  const auto phase = MADE({5, 5, 7}, {90, 90, 90}, "P 2",
+                          {{"Si1", {0, 0, 0}}, {"O1", ligand, {0.001f, 0.001f, 0.001f}}});
+  const VALUE_ESD angle = ANGLE_AND_SIGMA_VCV(phase, {0, 0, 0}, ligand, {-ligand[0], ligand[1], 0});
+  EXPECT_NEAR(angle.VALUE, 179.95f, 0.002f);
+  EXPECT_GT(angle.ESD, 0.0f);
+}
+
 // In hexagonal axes the ligand 0, y, z is not across the two-fold axis along a, though its x is
 // that of the apex. With a = 9, c = 7 the cosine is (81 (0.0225 / 2 - 0.0225) - 49 0.0225) / 2.925
 // = -0.68846, 133.508 degrees.

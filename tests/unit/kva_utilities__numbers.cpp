@@ -131,6 +131,14 @@ READ_BACK READ_STD(std::string_view text) {
   return read;
 }
 
+// What looks like an esd without its bracket is none.
+TEST(NUMBERS_WITH_ESDS, AN_ESD_BEGINS_WITH_A_BRACKET) {
+  const READ_BACK read = READ_STD("1.5/3) 2.5(3)");
+  EXPECT_EQ(read.STDS[0], 0.0f);
+  NUMBER_STD number;
+  EXPECT_FALSE(GETNUM_STD("1.5a3)", number));
+}
+
 // Short numbers are read on a road of their own, to the same bits.
 TEST(NUMBERS_WITH_ESDS, SHORT_ONES_ARE_THE_NEAREST_REALS) {
   unsigned seed = 1;

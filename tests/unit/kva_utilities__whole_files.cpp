@@ -382,9 +382,13 @@ TEST_F(WHOLE_FILES, WHAT_A_KILLED_PROGRAM_LEFT_BEHIND_GOES) {
     fs::last_write_time(fs::path("set") / name,
                         fs::file_time_type::clock::now() - std::chrono::minutes(30));
   }
-  fs::last_write_time("set/old.ini.saving-ghijkl", fs::file_time_type::clock::now());
+  const auto now = fs::file_time_type::clock::now();
+  fs::last_write_time("set/old.ini.saving-ghijkl", now);
+  PUT_FILE("set/old.ini.saving-stuvwx", "x");
+  fs::last_write_time("set/old.ini.saving-stuvwx", now - std::chrono::seconds(90));
   EXPECT_TRUE(REPLACE_FILE("set/old.ini", "y"));
   EXPECT_FALSE(fs::exists("set/old.ini.saving-abcdef"));
+  EXPECT_FALSE(fs::exists("set/old.ini.saving-stuvwx")) << "older than a minute";
   EXPECT_TRUE(fs::exists("set/old.ini.saving-ghijkl")) << "it may be in use";
   EXPECT_TRUE(fs::exists("set/old.ini.backup")) << "it is the user's";
   EXPECT_TRUE(fs::exists("set/new.ini.saving-mnopqr")) << "it belongs to another file";
