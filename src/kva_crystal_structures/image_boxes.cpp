@@ -1,4 +1,5 @@
-// Images of atoms sorted into boxes, so that a search looks at those near its point alone.
+// Images of atoms, sorted into boxes where they are many, so that a search looks at those near its
+// point alone.
 #include "src/kva_crystal_structures/image_boxes.h"
 
 #include <algorithm>  // for all_of, max, min, sort, unique
@@ -25,7 +26,7 @@ int BOXES_ALONG(float edge_reciprocal, float box_width, float most) {
   return wanted > 1.0f ? static_cast<int>(std::min(wanted, most)) : 1;
 }
 
-constexpr std::array<int, 3> ONE_BOX{1, 1, 1};
+constexpr std::array<int, 3> one_box{1, 1, 1};
 
 // Boxes of some 1.5 angstroms, along each axis no more than would leave most boxes empty. A few
 // images are sooner looked at one by one, and those that are no numbers have no place: such go into
@@ -35,7 +36,7 @@ std::array<int, 3> BOXES_FOR(const XTAL::CRYSTAL_CELL& cell,
   constexpr float box_width = 1.5f;
   constexpr std::size_t few = 100;
   const auto has_place = [](const ATOM_IMAGE& image) { return XTAL::IS_FINITE(image.X); };
-  if (images.size() < few || !std::all_of(images.begin(), images.end(), has_place)) return ONE_BOX;
+  if (images.size() < few || !std::all_of(images.begin(), images.end(), has_place)) return one_box;
   const float most = 1.0f + std::cbrt(static_cast<float>(images.size()));
   std::array<int, 3> boxes{};
   for (std::size_t k = 0; k < 3; ++k) boxes[k] = BOXES_ALONG(cell.RCELL[k], box_width, most);
@@ -145,8 +146,8 @@ std::span<const ATOM_IMAGE> IN_BOX(const ATOM_IMAGES& images, int box) {
 void ADD_FROM_BOXES(const ATOM_IMAGES& images, const VECTOR3& x, const VECTOR3& reach,
                     std::vector<const ATOM_IMAGE*>& near) {
   const std::array<int, 3>& n = images.BOXES;
-  const bool one_box = images.BOX_START.size() == 2;
-  if (one_box) return ADD_NEAR(images.IMAGES, x, reach, near);
+  const bool not_divided = images.BOX_START.size() == 2;
+  if (not_divided) return ADD_NEAR(images.IMAGES, x, reach, near);
   std::array<BOX_RANGE, 3> r;
   for (std::size_t k = 0; k < 3; ++k) r[k] = BOXES_IN_REACH(x[k], reach[k], n[k]);
   for (int i = 0; i < r[0].COUNT; ++i)

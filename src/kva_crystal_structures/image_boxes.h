@@ -1,5 +1,5 @@
 // The images of a record's atoms under its symmetry, and which of them lie near a point: what keeps
-// the searches of atom_search.h from looking at all images each time.
+// the searches of atom_search.h from looking at all images each time where these are many.
 #pragma once
 
 #include <vector>

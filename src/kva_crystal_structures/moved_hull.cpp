@@ -20,8 +20,7 @@ void LOOK_AROUND(std::span<const VECTOR3> v, TRIANGLE& triangle) {
   }
 }
 
-// The same, as far as the rough plane tells it. With two vertices beyond nobody asks for the other
-// plane.
+// The same, as far as the rough plane tells it. With two vertices beyond, nobody asks for PLANE.
 void LOOK_AROUND_SOONER(std::span<const VECTOR3> v, TRIANGLE& triangle) {
   const ROUGH_PLANE rough = ROUGH_PLANE_OF(v, triangle.AT);
   const float clear = CLEAR_OF(rough);
@@ -100,7 +99,7 @@ PRODUCT_CHANGES CHANGES_BY(const MOVES& moves, std::span<const VECTOR3> v) {
 
 SURE_OF SURE_WITH(const PRODUCT_CHANGES& changes, std::span<const VECTOR3> v,
                   const CORNERS& corners) {
-  constexpr float shortest_normal = 1e-4f;  // square angstroms
+  constexpr float shortest_normal = 1e-4f;  // square angstroms; of corners near a line: rounding
   const ROUGH_PLANE plane = ROUGH_PLANE_OF(v, corners);
   const float least_offset = std::abs(plane.OFFSET) - changes.OF_VOLUMES;
   if (!(least_offset > 0.0f)) return SURE_OF::NOTHING;
@@ -167,7 +166,8 @@ float PYRAMID_SOONER(std::span<const VECTOR3> v, const TRIANGLE& triangle) {
     if (side < -clear) return 0.0f;
     if (!(side > clear)) return PYRAMID_MADE_AGAIN(v, triangle.AT);
   }
-  return PYRAMID(FACE_PLANE_OF(v, triangle.AT), false);
+  const FACE_PLANE exact = FACE_PLANE_OF(v, triangle.AT);
+  return HOLDS_CENTRE(exact) ? 0.0f : PYRAMID(exact, false);
 }
 
 // Pyramid over a triangle when only one vertex has moved, which is none of its corners.

@@ -21,12 +21,12 @@ struct SOME_VERTICES {
   bool ANY_BUT(std::size_t vertex) const { return COUNT > 1 || (COUNT == 1 && LAST != vertex); }
 };
 
-// What is sure of a triangle whichever way vertices are moved: that it stays a face with no fourth
-// vertex, or none.
+// What is sure of a triangle when vertices are moved no further than MOVES tells: that it stays a
+// face with no other vertex in its plane, or that it stays no face.
 enum class SURE_OF { NOTHING, FACE, NO_FACE };
 
-// A triangle of vertices, and where the others lie. Those in its plane are known as long as no more
-// than one lies beyond it: with two beyond, no vertex that moves makes it a face.
+// A triangle of vertices, and where the others lie. Its plane and those in it are known as long as
+// no more than one lies beyond it: with two beyond, no vertex that moves makes it a face.
 struct TRIANGLE {
   CORNERS AT{};
   FACE_PLANE PLANE{};
