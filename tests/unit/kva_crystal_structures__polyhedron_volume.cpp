@@ -113,6 +113,9 @@ TEST(HULLS, NONE_OF_POINTS_THAT_LIE_IN_A_PLANE_TO_A_TEN_THOUSANDTH_OF_AN_ANGSTRO
     EXPECT_EQ(faces(0.9e-4), 0U) << leg;
     EXPECT_EQ(faces(1.1e-4), 4U) << leg;
   }
+  EXPECT_EQ(HULL_TRIANGLES(std::vector<WIDE3>{{0, 0, 0}, {0.1, 0, 0}, {0, 0.005, 0}, {0, 0, 0.005}})
+                .size(),
+            4U);
 }
 
 // Of the cube from -1 to 1: above a face, off an edge, off a corner, and within.

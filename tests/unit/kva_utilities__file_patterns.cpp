@@ -114,6 +114,7 @@ TEST(FILE_PATTERNS, CLASSES_OF_LETTERS_RANGES_AND_THEIR_OPPOSITES) {
   for (const char* other : {"c", "g", "-", "A", ""})
     EXPECT_FALSE(FITS("x[abd-f]y", "x" + std::string(other) + "y")) << other;
   EXPECT_FALSE(FITS("x[abd-f]y", "xbz"));
+  EXPECT_FALSE(FITS("x[ab]yz", "xyyz")) << "what stands behind it does not count";
   EXPECT_TRUE(FITS("x[^b]", "xc"));
   EXPECT_FALSE(FITS("x[^b]", "xb"));
   EXPECT_FALSE(FITS("x[^b]", "x"));
