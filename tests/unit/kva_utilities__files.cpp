@@ -246,7 +246,6 @@ FILE_LINES LINES_OF(std::vector<std::string> lines) {
 // ---- units that cannot do what is asked of them ----
 
 TEST_F(FILES, A_UNIT_THAT_IS_NOT_OPEN_DOES_NOTHING) {
-  constexpr int unit = 31;
   std::string line = "before";
   int error = 0;
   EXPECT_FALSE(UNIT_READABLE(unit));
@@ -262,7 +261,6 @@ TEST_F(FILES, A_UNIT_THAT_IS_NOT_OPEN_DOES_NOTHING) {
 }
 
 TEST_F(FILES, WHAT_IS_WRITTEN_WHOLE_IS_NEITHER_READ_NOR_CUT) {
-  constexpr int unit = 31;
   std::string line;
   int error = 0;
   ASSERT_EQ(OPEN_WHOLE(unit, NAME("whole.txt"), UNIT_MODE::REPLACE), 0);
@@ -277,7 +275,6 @@ TEST_F(FILES, WHAT_IS_WRITTEN_WHOLE_IS_NEITHER_READ_NOR_CUT) {
 }
 
 TEST_F(FILES, WHAT_IS_WRITTEN_LINE_BY_LINE_IS_CUT_AND_NOT_KEPT) {
-  constexpr int unit = 31;
   constexpr int other = 33;
   int error = 0;
   ASSERT_EQ(OPEN_UNIT(other, "/dev/null", UNIT_MODE::UNKNOWN), 0);
