@@ -11,11 +11,16 @@ using namespace KVA_UTILITIES;
 
 namespace {
 
+// Looks at the key in front of every so many lines.
+bool MAY_WRITE(std::size_t line, WORK* work) {
+  constexpr std::size_t lines_at_once = 100;
+  return work == nullptr || line % lines_at_once != 0 || GO_ON(*work, work->TOTAL);
+}
+
 // Each line is let go when it is written: all at once they would take a while.
 bool WRITE_LINES(std::vector<FIELD_LINE>& table, std::string_view control, WORK* work) {
-  constexpr std::size_t lines_at_once = 1000;
   for (std::size_t k = 0; k < table.size(); ++k) {
-    if (work != nullptr && k % lines_at_once == 0 && !GO_ON(*work, work->TOTAL)) return false;
+    if (!MAY_WRITE(k, work)) return false;
     WRITE_OUT(AS_IT_IS(LINE_TEXT(table[k])), control);
     table[k] = FIELD_LINE{};
   }
@@ -34,7 +39,10 @@ bool WRITE_TABLE(std::vector<FIELD_LINE> table, int starts, WORK* work) {
   if (!WRITE_LINES(table, "LOGONLY", work)) return false;
   for (std::size_t k = 0; k < panels.size(); ++k) {
     if (k > 0) WRITE_OUT(" ", "NOLOG");
-    for (const std::string& line : panels[k]) WRITE_OUT(AS_IT_IS(line), "NOLOG");
+    for (std::size_t line = 0; line < panels[k].size(); ++line) {
+      if (!MAY_WRITE(line, work)) return false;
+      WRITE_OUT(AS_IT_IS(panels[k][line]), "NOLOG");
+    }
   }
   return true;
 }

@@ -259,6 +259,7 @@ void RUN_FIT() {
   FACETOR_SHEETS::VALUE_SHEET sheet = SHEET_OF(fits, work);
   std::vector<FIELD_LINE> table = TABLE_OF(fits, work);
   if (work.STOPPED) return TELL_STOPPED();
+  work.WORDS.clear();  // no progress is shown among the rows
   WRITE_OUT_BLANK(1);
   if (!WRITE_TABLE(std::move(table), 1, &work)) return TELL_STOPPED();
   FACETOR_SHEETS::LAST_FIT = std::move(sheet);
