@@ -62,6 +62,20 @@ inline float PYRAMID(const FACE_PLANE& plane, bool fourth_vertex) {
   return plane.AREA * std::abs(plane.HEIGHT) / (fourth_vertex ? 6.0f : 3.0f);
 }
 
+// Pyramid over a triangle of vertices; 0 when it is no face, as a vertex lies beyond it.
+inline float PYRAMID_OVER(std::span<const VECTOR3> v, const CORNERS& corners) {
+  const FACE_PLANE plane = FACE_PLANE_OF(v, corners);
+  if (HOLDS_CENTRE(plane)) return 0.0f;
+  bool fourth_vertex = false;
+  for (std::size_t l = 0; l < v.size(); ++l) {
+    if (HAS_CORNER(corners, l)) continue;
+    const float side = SIDE_OF(plane, v[l]);
+    if (IS_BEYOND(side)) return 0.0f;
+    fourth_vertex = fourth_vertex || IS_WITHIN(side);
+  }
+  return PYRAMID(plane, fourth_vertex);
+}
+
 // ---- the same without roots and divisions ----
 
 // A plane whose normal is as long as twice the area of the triangle.

@@ -136,23 +136,8 @@ void TELL_SURE_ONES(std::span<const VECTOR3> v, const MOVES& moves,
 
 namespace {
 
-// Pyramid over a triangle whose corners have moved, and others perhaps as well; 0 when it is no
-// face.
-float PYRAMID_MADE_AGAIN(std::span<const VECTOR3> v, const CORNERS& corners) {
-  const FACE_PLANE plane = FACE_PLANE_OF(v, corners);
-  if (HOLDS_CENTRE(plane)) return 0.0f;
-  bool fourth_vertex = false;
-  for (std::size_t l = 0; l < v.size(); ++l) {
-    if (HAS_CORNER(corners, l)) continue;
-    const float side = SIDE_OF(plane, v[l]);
-    if (IS_BEYOND(side)) return 0.0f;
-    fourth_vertex = fourth_vertex || IS_WITHIN(side);
-  }
-  return PYRAMID(plane, fourth_vertex);
-}
-
-// The same, as far as it is known before or the rough plane tells it; what lay beyond the triangle
-// is looked at first.
+// PYRAMID_OVER when any vertices have moved, as far as it is known before or the rough plane tells
+// it; what lay beyond the triangle is looked at first.
 float PYRAMID_SOONER(std::span<const VECTOR3> v, const TRIANGLE& triangle) {
   if (triangle.WHEN_MOVED == SURE_OF::FACE) return PYRAMID(FACE_PLANE_OF(v, triangle.AT), false);
   const ROUGH_PLANE plane = ROUGH_PLANE_OF(v, triangle.AT);
@@ -164,7 +149,7 @@ float PYRAMID_SOONER(std::span<const VECTOR3> v, const TRIANGLE& triangle) {
     if (HAS_CORNER(triangle.AT, l)) continue;
     const float side = ROUGH_SIDE_OF(plane, v[l]);
     if (side < -clear) return 0.0f;
-    if (!(side > clear)) return PYRAMID_MADE_AGAIN(v, triangle.AT);
+    if (!(side > clear)) return PYRAMID_OVER(v, triangle.AT);
   }
   const FACE_PLANE exact = FACE_PLANE_OF(v, triangle.AT);
   return HOLDS_CENTRE(exact) ? 0.0f : PYRAMID(exact, false);

@@ -16,24 +16,6 @@ using XTAL::SQUARE;
 
 // ---- pyramids from the centre ----
 
-namespace {
-
-// Pyramid over a triangle of vertices; 0 when it is no face, as a vertex lies beyond it.
-float PYRAMID_OVER(std::span<const VECTOR3> v, const CORNERS& corners) {
-  const FACE_PLANE plane = FACE_PLANE_OF(v, corners);
-  if (HOLDS_CENTRE(plane)) return 0.0f;
-  bool fourth_vertex = false;
-  for (std::size_t l = 0; l < v.size(); ++l) {
-    if (HAS_CORNER(corners, l)) continue;
-    const float side = SIDE_OF(plane, v[l]);
-    if (IS_BEYOND(side)) return 0.0f;
-    fourth_vertex = fourth_vertex || IS_WITHIN(side);
-  }
-  return PYRAMID(plane, fourth_vertex);
-}
-
-}  // namespace
-
 float PYRAMIDS_VOLUME(std::span<const VECTOR3> v) {
   if (v.size() < 4) return 0.0f;
   float volume = 0.0f;
